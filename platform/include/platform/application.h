@@ -1,0 +1,82 @@
+/**
+ * The application framework: lifecycle callbacks around one main loop.
+ *
+ * On an ordinary Linux machine the framework brings up Elementary, runs its main loop with GLib's default
+ * context in it, keeps one process an application, and ends in order on SIGTERM and SIGINT.
+ */
+#pragma once
+
+namespace platform {
+
+/** A request to launch the application: its first start, or a later one that reached the running process. */
+class LaunchRequest;
+/** What a platform event carries. */
+class EventInformation;
+/** A registered event handler. */
+class EventHandler;
+
+/** The application's lifecycle callbacks, each called on the main thread with the user data of `ui_app_main`.
+ */
+struct LifecycleCallbacks {
+    bool (*create)(void* user_data) =
+        nullptr; /**< once, before the main loop; false ends the application, without terminate */
+    void (*terminate)(void* user_data) = nullptr; /**< once, after the main loop */
+    void (*pause)(void* user_data) = nullptr;     /**< the window went wholly out of sight */
+    void (*resume)(void* user_data) = nullptr;    /**< the window came back in sight */
+    void (*app_control)(LaunchRequest* request, void* user_data) = nullptr; /**< on every launch request */
+};
+
+/** Kinds of platform events; the framework keeps one slot for each. */
+enum class EventType : int {
+    low_memory = 0,
+    low_battery = 1,
+    language_changed = 2,
+    orientation_changed = 3,
+    region_format_changed = 4,
+};
+
+/** Called on the main thread when an event of the registered type occurs. */
+using EventCallback = void (*)(EventInformation* information, void* user_data);
+
+/** Failures of the framework; 0 is success. */
+enum ApplicationResult : int {
+    application_ok = 0,
+    application_invalid_argument = 1, /**< a callback that must be there is null, or an unknown event type */
+    application_toolkit_failed = 2,   /**< Elementary could not be initialised */
+    application_create_failed = 3,    /**< the create callback answered false */
+};
+
+} // namespace platform
+
+/**
+ * Runs the application until its main loop ends.
+ *
+ * Order: create, app_control (the first launch), main loop, terminate. A launch while the application already
+ * runs reaches the running process as a further app_control, and this call returns `application_ok` at once.
+ * An exception that leaves a callback is logged and goes no further; one out of create counts as false.
+ *
+ * @param argc,argv the process's arguments.
+ * @param callbacks the lifecycle callbacks; create and terminate are not null.
+ * @param user_data handed to every callback.
+ * @return `application_ok` after an orderly end, else another `ApplicationResult`.
+ */
+int ui_app_main(int argc, char** argv, const platform::LifecycleCallbacks* callbacks, void* user_data);
+
+/**
+ * Registers the handler of an event type, replacing an earlier one; may be called before `ui_app_main`.
+ *
+ * @param handler   receives the registration, which the framework owns; may be null.
+ * @param type      the event type.
+ * @param callback  called when the event occurs; not null.
+ * @param user_data handed to the callback.
+ * @return `application_ok` or `application_invalid_argument`.
+ */
+int ui_app_add_event_handler(platform::EventHandler** handler, platform::EventType type,
+                             platform::EventCallback callback, void* user_data);
+
+/**
+ * Asks the main loop to end; terminate follows once control returns to it. In create the request is
+ * remembered, and the loop does not start (Ecore forgets such a request: measured, an `elm_exit` in create
+ * has no effect). Main thread.
+ */
+void ui_app_quit();

@@ -1,0 +1,134 @@
+#include "platform/application.h"
+
+#include "accessibility.h"
+#include "event_handlers.h"
+#include "glib_loop.h"
+#include "guarded_call.h"
+#include "keys.h"
+#include "language.h"
+#include "session_bus.h"
+#include "single_instance.h"
+#include "visibility.h"
+
+#include <Efreet.h>
+#include <Elementary.h>
+#include <utility>
+
+namespace platform {
+
+class LaunchRequest {};
+
+namespace {
+
+/** Elementary, up while it lives. */
+class Toolkit {
+public:
+    Toolkit(int argc, char** argv) {
+        // No desktop files are looked up here, and the daemon that caches them would be left running.
+        efreet_cache_disable();
+        up_ = elm_init(argc, argv) > 0;
+    }
+    ~Toolkit() {
+        if (up_)
+            elm_shutdown();
+    }
+    Toolkit(const Toolkit&) = delete;
+    Toolkit& operator=(const Toolkit&) = delete;
+    explicit operator bool() const { return up_; }
+
+private:
+    bool up_ = false;
+};
+
+/** The one main loop, and a request to end it that came before it ran: Ecore forgets such a request. */
+class MainLoop {
+public:
+    static MainLoop& instance() {
+        static MainLoop loop;
+        return loop;
+    }
+
+    /** Runs until it is asked to end. Elementary asks for it itself on SIGTERM and SIGINT. */
+    void run() {
+        running_ = true;
+        if (!std::exchange(quit_requested_, false))
+            elm_run();
+        running_ = false;
+    }
+
+    void quit() {
+        if (running_)
+            elm_exit();
+        else
+            quit_requested_ = true;
+    }
+
+    void forget_request() { quit_requested_ = false; }
+
+private:
+    bool running_ = false;
+    bool quit_requested_ = false;
+};
+
+/** The application's callbacks, each kept from throwing into the code that calls it. */
+class Application {
+public:
+    Application(const LifecycleCallbacks& callbacks, void* user_data)
+        : callbacks_(callbacks), user_data_(user_data) {}
+
+    [[nodiscard]] bool create() const { return guarded_call("create", callbacks_.create, user_data_); }
+    void terminate() const { guarded_call("terminate", callbacks_.terminate, user_data_); }
+    void launch() const {
+        LaunchRequest request;
+        guarded_call("app_control", callbacks_.app_control, &request, user_data_);
+    }
+    void set_visible(bool visible) const {
+        if (visible)
+            guarded_call("resume", callbacks_.resume, user_data_);
+        else
+            guarded_call("pause", callbacks_.pause, user_data_);
+    }
+
+private:
+    LifecycleCallbacks callbacks_;
+    void* user_data_;
+};
+
+/** The life of the application while Elementary is up: what listens to the system goes before terminate is
+ * called. */
+int run(const Application& application, GDBusConnection* session_bus) {
+    const GlibLoop glib_loop;
+    const RemoteControlKeys keys;
+    const Accessibility accessibility(session_bus);
+    MainLoop::instance().forget_request();
+    {
+        const LanguageWatch language([] { EventHandlers::instance().deliver(EventType::language_changed); });
+        const Visibility visibility([&application](bool visible) { application.set_visible(visible); });
+        if (!application.create())
+            return application_create_failed;
+        application.launch();
+        MainLoop::instance().run();
+    }
+    application.terminate();
+    return application_ok;
+}
+
+} // namespace
+} // namespace platform
+
+int ui_app_main(int argc, char** argv, const platform::LifecycleCallbacks* callbacks, void* user_data) {
+    using namespace platform;
+    if (!callbacks || !callbacks->create || !callbacks->terminate || argc < 1 || !argv)
+        return application_invalid_argument;
+    const Application application(*callbacks, user_data);
+    const auto session_bus = connect_to_session_bus();
+    const SingleInstance instance(session_bus.get(), argv[0], [&application] { application.launch(); });
+    if (instance.launched_elsewhere())
+        return application_ok;
+    const Toolkit toolkit(argc, argv);
+    if (!toolkit)
+        return application_toolkit_failed;
+    return run(application, session_bus.get());
+}
+
+void ui_app_quit() { platform::MainLoop::instance().quit(); }

@@ -1,0 +1,49 @@
+/** Whether anything of the application can be seen. */
+#pragma once
+
+#include "ecore_handlers.h"
+
+#include <Ecore_X.h>
+#include <array>
+#include <functional>
+#include <map>
+
+namespace platform {
+
+/**
+ * Tells when the application's windows go wholly out of sight (covered, iconified or hidden) and when one
+ * comes back.
+ *
+ * Elementary asks the X server for visibility and structure events of each of its windows (measured, also for
+ * a window with an alpha channel). The events of one turn of the main loop are judged together, so that a
+ * window manager that unmaps and maps a window while it takes it over does not count. Deleting the last
+ * window is no pause.
+ */
+class Visibility {
+public:
+    /** `changed` is called with false when the application goes out of sight, and with true when it comes
+     * back. */
+    explicit Visibility(std::function<void(bool visible)> changed);
+    ~Visibility();
+    Visibility(const Visibility&) = delete;
+    Visibility& operator=(const Visibility&) = delete;
+
+private:
+    static Eina_Bool obscured(void* self, int type, void* event);
+    static Eina_Bool hidden(void* self, int type, void* event);
+    static Eina_Bool destroyed(void* self, int type, void* event);
+    static void judge(void* self);
+
+    void note(Ecore_X_Window window, bool visible);
+    void judge_later();
+
+    std::function<void(bool)> changed_;
+    bool has_x_;
+    std::array<OwnedEventHandler, 3> handlers_;
+    std::map<Ecore_X_Window, bool> windows_; // those that were ever mapped, and whether they can be seen
+    Ecore_Job* judgement_ = nullptr;
+    bool visible_ = false;
+    bool paused_ = false;
+};
+
+} // namespace platform

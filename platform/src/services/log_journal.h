@@ -1,0 +1,22 @@
+/** The log's way into the journal. */
+#pragma once
+
+#include "platform/log.h"
+
+#include <string_view>
+#include <sys/stat.h>
+
+namespace platform {
+
+/** Tells whether the open file `status` describes is the stream that the journal gave this process
+ * (JOURNAL_STREAM). */
+bool is_journal_stream(const struct stat& status);
+
+/**
+ * Sends one message to the journal, with its priority, tag and text as the journal's own fields.
+ *
+ * @return 0, or a negative errno value.
+ */
+int send_to_journal(LogPriority priority, std::string_view tag, std::string_view message);
+
+} // namespace platform

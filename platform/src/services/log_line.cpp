@@ -1,0 +1,107 @@
+#include "log_line.h"
+
+#include <array>
+#include <cstdio>
+#include <glib.h>
+#include <unistd.h>
+
+namespace platform {
+namespace {
+
+struct PriorityLook {
+    char letter;
+    std::string_view colour;
+};
+
+PriorityLook look_of(LogPriority priority) {
+    switch (priority) {
+    case LogPriority::verbose:
+        return {'V', "\x1b[2m"};
+    case LogPriority::debug:
+        return {'D', "\x1b[2m"};
+    case LogPriority::info:
+        return {'I', "\x1b[32m"};
+    case LogPriority::warning:
+        return {'W', "\x1b[33m"};
+    case LogPriority::error:
+        return {'E', "\x1b[31m"};
+    case LogPriority::fatal:
+        return {'F', "\x1b[1;31m"};
+    }
+    return {'?', "\x1b[0m"};
+}
+
+bool turns_direction(gunichar character) {
+    return (character >= 0x202A && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
+}
+
+bool is_shown_as_is(gunichar character) {
+    const GUnicodeType type = g_unichar_type(character);
+    return type != G_UNICODE_CONTROL && type != G_UNICODE_LINE_SEPARATOR &&
+           type != G_UNICODE_PARAGRAPH_SEPARATOR && !turns_direction(character);
+}
+
+std::string escaped(gunichar character) {
+    switch (character) {
+    case '\n':
+        return "\\n";
+    case '\r':
+        return "\\r";
+    case '\t':
+        return "\\t";
+    default:
+        break;
+    }
+    std::array<char, 16> text{};
+    (void)std::snprintf(text.data(), text.size(), character < 0x80 ? "\\x%02x" : "\\u%04x", character);
+    return text.data();
+}
+
+std::string escaped_byte(char byte) {
+    std::array<char, 8> text{};
+    (void)std::snprintf(text.data(), text.size(), "\\x%02x", static_cast<unsigned char>(byte));
+    return text.data();
+}
+
+} // namespace
+
+std::string_view without_line_end(std::string_view message) {
+    if (message.ends_with('\n'))
+        message.remove_suffix(1);
+    return message;
+}
+
+std::string printable(std::string_view text) {
+    std::string shown;
+    shown.reserve(text.size());
+    while (!text.empty()) {
+        const gunichar character = g_utf8_get_char_validated(text.data(), static_cast<gssize>(text.size()));
+        std::size_t length = 1;
+        if (character == static_cast<gunichar>(-1) || character == static_cast<gunichar>(-2)) {
+            shown += escaped_byte(text.front());
+        } else {
+            length = static_cast<std::size_t>(g_utf8_next_char(text.data()) - text.data());
+            if (is_shown_as_is(character))
+                shown += text.substr(0, length);
+            else
+                shown += escaped(character);
+        }
+        text.remove_prefix(length);
+    }
+    return shown;
+}
+
+std::string log_line(LogPriority priority, std::string_view tag, std::string_view message, bool coloured) {
+    const PriorityLook look = look_of(priority);
+    std::string line;
+    if (coloured)
+        line += look.colour;
+    line += look.letter;
+    line +=
+        '/' + printable(tag) + '(' + std::to_string(getpid()) + "): " + printable(without_line_end(message));
+    if (coloured)
+        line += "\x1b[0m";
+    return line += '\n';
+}
+
+} // namespace platform

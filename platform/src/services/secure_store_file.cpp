@@ -1,0 +1,124 @@
+#include "secure_store.h"
+
+#include "descriptor.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <thread>
+
+namespace platform::secure {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr const char* folder_path = "/opt/share/securestorage/data";
+constexpr const char* store_name = "aaba977f";
+constexpr const char* new_name = "aaba977f.new";
+constexpr const char* damaged_name = "aaba977f.damaged";
+constexpr off_t largest_store = 1L << 24;
+constexpr auto lock_patience = 5s;
+constexpr auto lock_pause = 20ms;
+
+/** The folders that others may not enter; those above them are shared. */
+bool make_folders() {
+    struct Folder {
+        const char* path;
+        mode_t mode;
+    };
+    constexpr std::array<Folder, 4> folders{
+        {{"/opt", 0755}, {"/opt/share", 0755}, {"/opt/share/securestorage", 0700}, {folder_path, 0700}}};
+    return std::ranges::all_of(folders, [](const Folder& folder) {
+        return mkdir(folder.path, folder.mode) == 0 || errno == EEXIST;
+    });
+}
+
+Descriptor open_folder() { return Descriptor(::open(folder_path, O_RDONLY | O_DIRECTORY | O_CLOEXEC)); }
+
+/** The folder itself is locked, so whoever may write the store may also lock it. */
+bool lock(const Descriptor& folder) {
+    const auto deadline = std::chrono::steady_clock::now() + lock_patience;
+    while (flock(folder.get(), LOCK_EX | LOCK_NB) < 0) {
+        if ((errno != EWOULDBLOCK && errno != EINTR) || std::chrono::steady_clock::now() > deadline)
+            return false;
+        std::this_thread::sleep_for(lock_pause);
+    }
+    return true;
+}
+
+std::optional<Bytes> read_all(const Descriptor& file) {
+    struct stat status {};
+    if (fstat(file.get(), &status) < 0 || !S_ISREG(status.st_mode) || status.st_size > largest_store)
+        return std::nullopt;
+    Bytes bytes(static_cast<std::size_t>(status.st_size));
+    std::size_t filled = 0;
+    while (filled < bytes.size()) {
+        const ssize_t count = read(file.get(), bytes.data() + filled, bytes.size() - filled);
+        if (count < 0 && errno != EINTR)
+            return std::nullopt;
+        if (count == 0)
+            break;
+        filled += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+    }
+    bytes.resize(filled);
+    return bytes;
+}
+
+Store read_store_in(const Descriptor& folder) {
+    const Descriptor file(openat(folder.get(), store_name, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    if (!file)
+        return {errno == ENOENT ? no_such_record : storage_failed, {}};
+    const std::optional<Bytes> bytes = read_all(file);
+    if (!bytes)
+        return {storage_failed, {}};
+    std::optional<Records> records = decode(*bytes);
+    return records ? Store{ok, std::move(*records)} : Store{not_authentic, {}};
+}
+
+bool write_new(const Descriptor& folder, const Bytes& bytes) {
+    (void)unlinkat(folder.get(), new_name, 0); // left by a crash
+    const Descriptor file(openat(folder.get(), new_name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    const std::span<const char> characters(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    return file && fchmod(file.get(), 0600) == 0 && write_all(file.get(), characters) == 0 &&
+           fsync(file.get()) == 0;
+}
+
+bool put_in_place(const Descriptor& folder, bool keep_damaged) {
+    if (keep_damaged && renameat(folder.get(), store_name, folder.get(), damaged_name) < 0)
+        return false;
+    return renameat(folder.get(), new_name, folder.get(), store_name) == 0 && fsync(folder.get()) == 0;
+}
+
+} // namespace
+
+Store read_store() {
+    const Descriptor folder = open_folder();
+    if (!folder)
+        return {errno == ENOENT ? no_such_record : storage_failed, {}};
+    return read_store_in(folder);
+}
+
+SecureStorageResult change_store(const std::function<void(Records&)>& change) {
+    if (!make_folders())
+        return storage_failed;
+    const Descriptor folder = open_folder();
+    if (!folder || !lock(folder))
+        return storage_failed;
+    Store store = read_store_in(folder);
+    if (store.result == storage_failed)
+        return storage_failed;
+    change(store.records);
+    const Bytes bytes = encode(store.records);
+    if (bytes.size() > static_cast<std::size_t>(largest_store) || !write_new(folder, bytes) ||
+        !put_in_place(folder, store.result == not_authentic)) {
+        (void)unlinkat(folder.get(), new_name, 0);
+        return storage_failed;
+    }
+    return ok;
+}
+
+} // namespace platform::secure

@@ -1,0 +1,33 @@
+// Elementary's accessibility calls are declared as beta in 1.26.
+#define EFL_BETA_API_SUPPORT
+
+#include "accessible.h"
+
+#include <efl_access_object.eo.h>
+
+namespace vell {
+namespace {
+
+Efl_Access_Role elementary_role(Role role) {
+    switch (role) {
+    case Role::label:
+        return EFL_ACCESS_ROLE_LABEL;
+    case Role::heading:
+        return EFL_ACCESS_ROLE_HEADING;
+    case Role::dialog:
+        return EFL_ACCESS_ROLE_DIALOG;
+    case Role::spin_button:
+        return EFL_ACCESS_ROLE_SPIN_BUTTON;
+    }
+    return EFL_ACCESS_ROLE_UNKNOWN;
+}
+
+} // namespace
+
+void set_accessible_role(Evas_Object* widget, Role role) {
+    efl_access_object_role_set(widget, elementary_role(role));
+}
+
+void set_accessible_name(Evas_Object* widget, const char* name) { efl_access_object_i18n_name_set(widget, name); }
+
+} // namespace vell

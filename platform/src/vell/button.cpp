@@ -1,0 +1,82 @@
+#include "button.h"
+
+#include "popup.h"
+#include "widget.h"
+
+#include <platform/vell.h>
+
+namespace {
+
+struct Button {
+    static constexpr const char* key = "vell/button";
+    ~Button() { ecore_idle_enterer_del(watch); }
+    Button() = default;
+    Button(const Button&) = delete;
+    Button& operator=(const Button&) = delete;
+
+    std::string text;
+    bool usable = true;
+    Ecore_Idle_Enterer* watch = nullptr;
+};
+
+/**
+ * Elementary tells nobody when a widget is barred from the focus, so each button looks before the main loop rests
+ * and changes its looks when it has to.
+ */
+Eina_Bool show_whether_usable(void* data) {
+    auto* const object = static_cast<Evas_Object*>(data);
+    auto* const button = vell::attached<Button>(object);
+    const bool usable = elm_object_focus_allow_get(object) != EINA_FALSE;
+    if (usable != button->usable) {
+        button->usable = usable;
+        elm_layout_signal_emit(object, usable ? "vell,state,usable" : "vell,state,unusable", "vell");
+    }
+    return ECORE_CALLBACK_RENEW;
+}
+
+/** Elementary says "clicked" once for Return, KP_Enter, the mouse and an accessibility action alike. */
+void on_clicked(void*, Evas_Object* object, void*) { evas_object_smart_callback_call(object, "pressed", nullptr); }
+
+} // namespace
+
+namespace vell {
+
+void mark_chosen(Evas_Object* button, bool chosen) {
+    elm_layout_signal_emit(button, chosen ? "vell,state,chosen" : "vell,state,unchosen", "vell");
+}
+
+} // namespace vell
+
+Evas_Object* elm_vell_button_add(Evas_Object* parent) {
+    Evas_Object* const object = parent == nullptr ? nullptr : elm_button_add(parent);
+    if (object == nullptr)
+        return nullptr;
+    vell::attach<Button>(object).watch = ecore_idle_enterer_add(show_whether_usable, object);
+    evas_object_smart_callback_add(object, "clicked", on_clicked, nullptr);
+    evas_object_smart_callback_add(object, "focused", vell::keep_focus_in_popup, nullptr);
+    return vell::adopt(object, vell::Family::button);
+}
+
+void elm_vell_button_style_set(Evas_Object* button, int style, int substyle) {
+    // (0, 0) is the one style there is: Elementary's default in the toolkit's theme.
+    if (vell::find(button, vell::Family::button) != nullptr && style == 0 && substyle == 0)
+        elm_object_style_set(button, "default");
+}
+
+void elm_vell_button_text_set(Evas_Object* button, const char* text) {
+    auto* const state = vell::attached<Button>(button);
+    if (state == nullptr)
+        return;
+    state->text = text == nullptr ? "" : text;
+    elm_object_text_set(button, vell::markup(text).c_str());
+}
+
+const char* elm_vell_button_text_get(const Evas_Object* button) {
+    const auto* const state = vell::attached<Button>(button);
+    return state == nullptr ? "" : state->text.c_str();
+}
+
+void elm_vell_button_zoom_set(Evas_Object* button, int percent) {
+    if (vell::find(button, vell::Family::button) != nullptr && percent > 0)
+        edje_object_text_class_set(elm_layout_edje_get(button), "vell/button", nullptr, -percent);
+}

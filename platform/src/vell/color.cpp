@@ -1,0 +1,56 @@
+#include "color.h"
+
+#include <platform/log.h>
+
+#include <array>
+#include <charconv>
+#include <optional>
+#include <string_view>
+
+namespace vell {
+namespace {
+
+/** Red, green, blue and opacity, 0 to 255 each. */
+using Color = std::array<int, 4>;
+
+std::optional<Color> parse_hexadecimal(std::string_view text) {
+    if ((text.size() != 7 && text.size() != 9) || text.front() != '#')
+        return std::nullopt;
+    Color color{0, 0, 0, 255};
+    for (std::size_t i = 0; 2 * i + 1 < text.size(); ++i) {
+        const std::string_view digits = text.substr(2 * i + 1, 2);
+        const char* const end = digits.data() + digits.size();
+        if (std::from_chars(digits.data(), end, color.at(i), 16).ptr != end)
+            return std::nullopt;
+    }
+    return color;
+}
+
+std::optional<Color> theme_color(Evas_Object* widget, const char* color_class) {
+    Color color{};
+    auto& [red, green, blue, opacity] = color;
+    if (edje_object_color_class_get(elm_layout_edje_get(widget), color_class, &red, &green, &blue, &opacity, nullptr,
+                                    nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr) == EINA_FALSE)
+        return std::nullopt;
+    return color;
+}
+
+} // namespace
+
+void set_color(Evas_Object* widget, const char* color_class, const char* color, int percent) {
+    if (color == nullptr)
+        return;
+    auto value = parse_hexadecimal(color);
+    if (!value)
+        value = theme_color(widget, color);
+    if (!value) {
+        __dlog_print(platform::LogBuffer::main, platform::LogPriority::error, "VELL", "no such colour: %s", color);
+        return;
+    }
+    const auto& [red, green, blue, own_opacity] = *value;
+    const int opacity = own_opacity * percent / 100;
+    edje_object_color_class_set(elm_layout_edje_get(widget), color_class, red, green, blue, opacity, 0, 0, 0, 0, 0,
+                                0, 0, 0);
+}
+
+} // namespace vell

@@ -1,0 +1,146 @@
+#include "manager.h"
+
+#include "window_manager.h"
+
+#include "../services/settings_file.h"
+
+#include <platform/vell.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <utility>
+
+namespace vell {
+namespace {
+
+constexpr double units_across_window = 240.0;
+/** The theme is drawn for a window 1920 pixels wide. */
+constexpr double theme_pixels_per_unit = 8.0;
+
+/** The theme lies beside the program: ../share/tv-platform/vell.edj from its folder. */
+std::filesystem::path theme_file() {
+    std::error_code error;
+    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+    return program.parent_path().parent_path() / "share" / "tv-platform" / "vell.edj";
+}
+
+} // namespace
+
+Manager& Manager::instance() {
+    static Manager manager;
+    return manager;
+}
+
+bool Manager::init(Evas_Object* window) {
+    if (window == nullptr)
+        return false;
+    fini();
+    window_ = window;
+    evas_object_event_callback_add(window, EVAS_CALLBACK_RESIZE, on_window_resized, this);
+    evas_object_event_callback_add(window, EVAS_CALLBACK_DEL, on_window_deleted, this);
+    elm_theme_overlay_add(nullptr, theme_file().c_str());
+    elm_config_finger_size_set(0);
+    set_window_size();
+    return std::filesystem::exists(theme_file());
+}
+
+void Manager::fini() {
+    if (window_ == nullptr)
+        return;
+    evas_object_event_callback_del_full(window_, EVAS_CALLBACK_RESIZE, on_window_resized, this);
+    evas_object_event_callback_del_full(window_, EVAS_CALLBACK_DEL, on_window_deleted, this);
+    window_ = nullptr;
+    while (!waiting_.empty())
+        forget_waiting(waiting_.back());
+    if (show_handler_ != nullptr)
+        ecore_event_handler_del(std::exchange(show_handler_, nullptr));
+    if (show_job_ != nullptr)
+        ecore_job_del(std::exchange(show_job_, nullptr));
+}
+
+void Manager::set_window_size() {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+    if (const auto size = platform::settings::size("screen/size")) {
+        width = size->width;
+        height = size->height;
+    } else {
+        elm_win_screen_size_get(window_, &x, &y, &width, &height);
+        evas_object_move(window_, x, y);
+        if (has_window_manager(window_))
+            elm_win_fullscreen_set(window_, EINA_TRUE);
+        else
+            show_handler_ = do_without_window_manager(window_);
+    }
+    if (width <= 0 || height <= 0)
+        return;
+    unit_ = width / units_across_window;
+    set_scale(width);
+    evas_object_resize(window_, width, height);
+}
+
+void Manager::set_scale(int window_width) {
+    const double unit_now = window_width / units_across_window;
+    ratio_ = unit_now / unit_;
+    elm_config_scale_set(unit_now / theme_pixels_per_unit);
+}
+
+int Manager::rescaled(int pixels) const { return static_cast<int>(std::lround(pixels * ratio_)); }
+
+ItemRequest Manager::rescaled(ItemRequest request) const {
+    for (Size* const size : {&request.given, &request.minimum})
+        *size = {rescaled(size->width), rescaled(size->height)};
+    return request;
+}
+
+void Manager::show_later(Evas_Object* object) {
+    waiting_.push_back(object);
+    evas_object_event_callback_add(object, EVAS_CALLBACK_DEL, on_waiting_deleted, this);
+    if (show_job_ == nullptr)
+        show_job_ = ecore_job_add(
+            [](void* data) {
+                auto* const manager = static_cast<Manager*>(data);
+                manager->show_job_ = nullptr;
+                manager->show_waiting();
+            },
+            this);
+}
+
+void Manager::show_waiting() {
+    while (!waiting_.empty()) {
+        Evas_Object* const object = waiting_.front();
+        forget_waiting(object);
+        evas_object_show(object);
+    }
+}
+
+void Manager::forget_waiting(Evas_Object* object) {
+    evas_object_event_callback_del_full(object, EVAS_CALLBACK_DEL, on_waiting_deleted, this);
+    std::erase(waiting_, object);
+}
+
+void Manager::on_window_resized(void* data, Evas*, Evas_Object* window, void*) {
+    int width = 0;
+    evas_object_geometry_get(window, nullptr, nullptr, &width, nullptr);
+    if (width > 0)
+        static_cast<Manager*>(data)->set_scale(width);
+}
+
+void Manager::on_window_deleted(void* data, Evas*, Evas_Object*, void*) { static_cast<Manager*>(data)->fini(); }
+
+void Manager::on_waiting_deleted(void* data, Evas*, Evas_Object* object, void*) {
+    static_cast<Manager*>(data)->forget_waiting(object);
+}
+
+} // namespace vell
+
+bool elm_vell_manager_init(Evas_Object* window) { return vell::Manager::instance().init(window); }
+
+void elm_vell_manager_fini() { vell::Manager::instance().fini(); }
+
+int elm_vell_unit_to_pixel(double units) {
+    return static_cast<int>(std::lround(units * vell::Manager::instance().unit()));
+}

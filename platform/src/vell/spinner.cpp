@@ -1,0 +1,80 @@
+#include "popup.h"
+#include "spinner_focus.h"
+#include "widget.h"
+
+#include <platform/vell.h>
+
+#include <cmath>
+#include <string_view>
+
+namespace {
+
+std::string decimal(double value) { return std::to_string(std::lround(value)); }
+
+/** Has the theme show the limits, where between them the value is, and which arrows lead on. */
+void show_limits(void*, Evas_Object* spinner, void*) {
+    double low = 0.0;
+    double high = 0.0;
+    elm_spinner_min_max_get(spinner, &low, &high);
+    const double value = elm_spinner_value_get(spinner);
+    elm_object_part_text_set(spinner, "vell.low", decimal(low).c_str());
+    elm_object_part_text_set(spinner, "vell.high", decimal(high).c_str());
+    edje_object_part_drag_size_set(elm_layout_edje_get(spinner), "vell.range",
+                                   high > low ? (value - low) / (high - low) : 0.0, 1.0);
+    elm_layout_signal_emit(spinner, value > low ? "vell,state,less" : "vell,state,lowest", "vell");
+    elm_layout_signal_emit(spinner, value < high ? "vell,state,more" : "vell,state,highest", "vell");
+}
+
+/** Steps that a key asks for: 1 up, -1 down, 0 none. */
+int steps(std::string_view key) {
+    const bool mirrored = elm_config_mirrored_get() != EINA_FALSE;
+    if (key == "Up" || key == "KP_Up")
+        return 1;
+    if (key == "Down" || key == "KP_Down")
+        return -1;
+    if (key == "Right" || key == "KP_Right")
+        return mirrored ? -1 : 1;
+    if (key == "Left" || key == "KP_Left")
+        return mirrored ? 1 : -1;
+    return 0;
+}
+
+/**
+ * The toolkit's own keys, before Elementary's: Elementary would open a text entry on Return. A held event is left
+ * alone by Elementary and still reaches the key callbacks set on the spinner.
+ */
+void on_key(void*, Evas*, Evas_Object* spinner, void* event_information) {
+    auto* const event = static_cast<Evas_Event_Key_Down*>(event_information);
+    event->event_flags = static_cast<Evas_Event_Flags>(event->event_flags | EVAS_EVENT_FLAG_ON_HOLD);
+    if (event->key == nullptr)
+        return;
+    if (const int count = steps(event->key); count != 0) {
+        elm_spinner_value_set(spinner, elm_spinner_value_get(spinner) + count * elm_spinner_step_get(spinner));
+        show_limits(nullptr, spinner, nullptr);
+    }
+}
+
+void on_show(void*, Evas*, Evas_Object* spinner, void*) { show_limits(nullptr, spinner, nullptr); }
+
+} // namespace
+
+Evas_Object* elm_vell_spinner_add(Evas_Object* parent) {
+    Evas_Object* const spinner = parent == nullptr ? nullptr : elm_spinner_add(parent);
+    if (spinner == nullptr)
+        return nullptr;
+    elm_spinner_editable_set(spinner, EINA_FALSE);
+    elm_spinner_wrap_set(spinner, EINA_FALSE);
+    elm_spinner_label_format_set(spinner, "%.0f");
+    vell::hold_focus_itself(spinner);
+    elm_object_focus_allow_set(spinner, EINA_TRUE);
+    evas_object_event_callback_priority_add(spinner, EVAS_CALLBACK_KEY_DOWN, EVAS_CALLBACK_PRIORITY_BEFORE, on_key,
+                                            nullptr);
+    evas_object_event_callback_add(spinner, EVAS_CALLBACK_SHOW, on_show, nullptr);
+    evas_object_smart_callback_add(spinner, "changed", show_limits, nullptr);
+    evas_object_smart_callback_add(spinner, "focused", vell::keep_focus_in_popup, nullptr);
+    return vell::adopt(spinner, vell::Family::spinner);
+}
+
+Evas_Object* elm_vell_spinner_native_get(Evas_Object* spinner) {
+    return vell::find(spinner, vell::Family::spinner) == nullptr ? nullptr : spinner;
+}

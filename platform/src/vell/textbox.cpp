@@ -1,0 +1,62 @@
+#include "accessible.h"
+#include "color.h"
+#include "widget.h"
+
+#include <platform/log.h>
+#include <platform/vell.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+struct Textbox {
+    static constexpr const char* key = "vell/textbox";
+    std::string color = "#FFFFFFFF";
+    int opacity = 100;
+};
+
+void apply_color(Evas_Object* textbox, const Textbox& state) {
+    vell::set_color(textbox, "vell/textbox/text", state.color.c_str(), state.opacity);
+}
+
+} // namespace
+
+Evas_Object* elm_vell_textbox_add(Evas_Object* parent) {
+    Evas_Object* const textbox = parent == nullptr ? nullptr : elm_layout_add(parent);
+    if (textbox == nullptr)
+        return nullptr;
+    elm_layout_theme_set(textbox, "vell", "textbox", "default");
+    vell::set_accessible_role(textbox, vell::Role::label);
+    apply_color(textbox, vell::attach<Textbox>(textbox));
+    return vell::adopt(textbox, vell::Family::textbox);
+}
+
+void elm_vell_textbox_text_set(Evas_Object* textbox, const char* text) {
+    if (vell::find(textbox, vell::Family::textbox) == nullptr)
+        return;
+    elm_object_text_set(textbox, vell::markup(text).c_str());
+    vell::set_accessible_name(textbox, text);
+    elm_layout_sizing_eval(textbox);
+}
+
+void elm_vell_textbox_text_opacity_set(Evas_Object* textbox, int percent) {
+    auto* const state = vell::attached<Textbox>(textbox);
+    if (state == nullptr)
+        return;
+    state->opacity = std::clamp(percent, 0, 100);
+    apply_color(textbox, *state);
+}
+
+void elm_vell_textbox_style_property_set(Evas_Object* textbox, const char* property, const char* value) {
+    auto* const state = vell::attached<Textbox>(textbox);
+    if (state == nullptr || property == nullptr || value == nullptr)
+        return;
+    if (std::strcmp(property, "color") != 0) {
+        __dlog_print(platform::LogBuffer::main, platform::LogPriority::error, "VELL",
+                     "no such style property of a textbox: %s", property);
+        return;
+    }
+    state->color = value;
+    apply_color(textbox, *state);
+}

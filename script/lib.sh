@@ -1,0 +1,33 @@
+# What the scripts share. Sourced, not run.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+# help TEXT "$@": prints the script's line of help when it is asked for.
+help() {
+    local text=$1
+    shift
+    case "${1-}" in -h | --help)
+        echo "usage: script/$(basename "$0")$text"
+        exit 0
+        ;;
+    esac
+}
+
+# step TEXT COMMAND...: says what is done, and shows the command's output only when it fails.
+step() {
+    local text=$1 log
+    shift
+    log=$(mktemp)
+    printf '%s ... ' "$text"
+    local start=$SECONDS
+    if "$@" >"$log" 2>&1 </dev/null; then
+        printf 'done (%d s)\n' $((SECONDS - start))
+        rm -f "$log"
+    else
+        local status=$?
+        printf 'FAILED\n'
+        cat "$log"
+        rm -f "$log"
+        exit "$status"
+    fi
+}

@@ -1,0 +1,104 @@
+#include "ContentView.h"
+
+#include "model/ncp_requester.h"
+#include "model/process_lifecycle.h"
+#include "model/util.h"
+
+#include <platform/vell.h>
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+bool ContentView::Create(Evas_Object* parent, Evas_Object* content) {
+    parentLayout = parent;
+    contentLayout = content;
+    return true;
+}
+
+void ContentView::dismissPopup() {
+    if (shownPopup != nullptr)
+        elm_popup_dismiss(shownPopup);
+    shownPopup = nullptr;
+}
+
+void ContentView::setFocusAfterShowCb(void*, Evas*, Evas_Object* widget, void*) {
+    focusShownWidget(LOG_ORIGIN(__func__), widget);
+}
+
+void ContentView::focusWhenShown(Evas_Object* widget) {
+    evas_object_event_callback_add(widget, EVAS_CALLBACK_SHOW, setFocusAfterShowCb, nullptr);
+}
+
+void ContentView::clearForStartPage() {
+    elm_vell_layout_clear(contentLayout);
+    elm_vell_layout_align_set(contentLayout, 5);
+}
+
+void ContentView::clearForTestPage() {
+    elm_vell_layout_clear(contentLayout);
+    elm_vell_layout_type_set(contentLayout, 1);
+    elm_vell_layout_align_set(contentLayout, 1);
+}
+
+Evas_Object* ContentView::addButton(const char* text, Evas_Smart_Cb pressed, void* view) {
+    Evas_Object* const button = createButton(contentLayout, text, 100, 10);
+    evas_object_smart_callback_add(button, "pressed", pressed, view);
+    return button;
+}
+
+void ContentView::showPopup(Evas_Object* popup) {
+    shownPopup = popup;
+    evas_object_show(popup);
+}
+
+bool ContentView::bringUpRadio(const LogOrigin& origin, Evas_Object* startButton) {
+    elm_vell_button_text_set(startButton, "Please Wait...");
+    elm_object_focus_set(startButton, EINA_FALSE);
+    try {
+        kill_background_app();
+        if (prepare_background_app() != 0)
+            return true;
+    } catch (const std::runtime_error&) {
+        // The serial device did not appear: the report is written, the stack stopped and the main loop asked to
+        // end, and no exception may reach the toolkit that called.
+        return false;
+    }
+    LOG_ERROR_AT(origin, "Failed to start child process");
+    elm_vell_button_text_set(startButton, "Failed to start child process");
+    return false;
+}
+
+bool ContentView::createPicker(const LogOrigin& origin, const Picker& picker, WidgetHandle& popup,
+                               WidgetHandle& spinner, void* view) {
+    return runPageStep(origin, [&] {
+        popup = createPopup(parentLayout, picker.title);
+        Evas_Object* const content = createPopupContent(parentLayout, popup);
+        Evas_Object* const pickerSpinner = createSpinner(content);
+        focusWhenShown(pickerSpinner);
+        spinner = setupSpinner(pickerSpinner, picker.minimum, picker.maximum);
+        evas_object_event_callback_add(pickerSpinner, EVAS_CALLBACK_KEY_DOWN, picker.keyCallback, view);
+    });
+}
+
+bool ContentView::isChoice(const Evas_Event_Key_Down& event) {
+    return event.key != nullptr && std::string_view(event.key) == "Return";
+}
+
+int ContentView::valueOf(Evas_Object* spinner) { return static_cast<int>(elm_spinner_value_get(spinner)); }
+
+void ContentView::choose(const LogOrigin& origin, int value, const PickerChoice& choice, Evas_Object* button) {
+    if (!(ncp_requester::getInstance().*choice.operation)(value)) {
+        LOG_ERROR_AT(origin, "%s", choice.failure);
+        return;
+    }
+    elm_vell_button_text_set(button, std::to_string(value).c_str());
+    dismissPopup();
+}
+
+void ContentView::stopTest(const LogOrigin& origin) {
+    if (ncp_requester::getInstance().ember_stop())
+        ShowStartPage();
+    else
+        LOG_ERROR_AT(origin, "stop test failed");
+}

@@ -1,0 +1,94 @@
+/** A test page in the main page's content area, and what the test pages share. */
+#pragma once
+
+#include "WidgetHandle.h"
+#include "WidgetHelpers.h"
+
+class ncp_requester;
+
+/** The values that tell one picker popup from another. */
+struct Picker {
+    const char* title;
+    int minimum;
+    int maximum;
+    Evas_Object_Event_Cb keyCallback; /**< gets every key press in the picker's spinner */
+};
+
+/** What Return in a picker does. */
+struct PickerChoice {
+    bool (ncp_requester::*operation)(int); /**< given the value chosen */
+    const char* failure;                   /**< logged when the operation fails */
+};
+
+/**
+ * One test: a start page with one button, and a test page.
+ *
+ * Widgets belong to the toolkit's object tree; a view keeps handles. Popups are children of `parentLayout`, so
+ * that clearing `contentLayout` leaves them.
+ */
+class ContentView {
+public:
+    ContentView(const ContentView&) = delete;
+    ContentView& operator=(const ContentView&) = delete;
+
+    /** Gives the view the parent of its popups and the content area that it fills; returns true. */
+    virtual bool Create(Evas_Object* parent, Evas_Object* content);
+    /** Deletes every widget that the view holds. */
+    virtual void Destroy() = 0;
+    /** Clears the content area and shows the test's start button. */
+    virtual void ShowStartPage() = 0;
+
+    /** Dismisses the popup that is showing, if there is one; it is kept and can be shown again. */
+    void dismissPopup();
+
+    WidgetHandle contentLayout;
+    WidgetHandle parentLayout;
+    WidgetHandle shownPopup; /**< the popup showing now, else null */
+
+protected:
+    ContentView() = default;
+    ~ContentView() = default;
+
+    /** "Shown" callback of the widget that takes the focus. */
+    static void setFocusAfterShowCb(void* data, Evas* canvas, Evas_Object* widget, void* event);
+
+    /** Has the widget take the focus whenever it is shown. */
+    static void focusWhenShown(Evas_Object* widget);
+
+    /** Clears the content area for a start page. */
+    void clearForStartPage();
+    /** Clears the content area for a test page. */
+    void clearForTestPage();
+
+    /** A button of the content area; `view` is given to its "pressed" callback. */
+    Evas_Object* addButton(const char* text, Evas_Smart_Cb pressed, void* view);
+
+    /** Shows a popup and remembers it as the one showing. */
+    void showPopup(Evas_Object* popup);
+
+    /**
+     * Brings the radio host stack up behind the start button, which tells how it goes; blocks until it is done.
+     *
+     * @return true when the service's "ready" is to be waited for.
+     */
+    static bool bringUpRadio(const LogOrigin& origin, Evas_Object* startButton);
+
+    /**
+     * Makes a picker popup.
+     *
+     * @return false when a widget could not be made (logged for `origin`).
+     */
+    bool createPicker(const LogOrigin& origin, const Picker& picker, WidgetHandle& popup, WidgetHandle& spinner,
+                      void* view);
+
+    /** Whether a key press in a picker chooses its value: Return does. */
+    static bool isChoice(const Evas_Event_Key_Down& event);
+    /** The value that a picker shows. */
+    static int valueOf(Evas_Object* spinner);
+
+    /** Sends a picker's value to the radio: on success the button shows it and the picker closes. */
+    void choose(const LogOrigin& origin, int value, const PickerChoice& choice, Evas_Object* button);
+
+    /** Ends the test: the start page when the radio stopped. */
+    void stopTest(const LogOrigin& origin);
+};

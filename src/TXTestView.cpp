@@ -1,0 +1,162 @@
+#include "TXTestView.h"
+
+#include "model/ncp_requester.h"
+
+#include <platform/vell.h>
+
+#include <string_view>
+
+bool TXTestView::Create(Evas_Object* parent, Evas_Object* content) {
+    LOG_ERROR("TX Test ContentView Create");
+    return ContentView::Create(parent, content);
+}
+
+void TXTestView::Destroy() {
+    for (WidgetHandle* const widget : {&powerLabel, &startButton, &setPowerButton, &channelLabel, &setChannelButton,
+                                       &streamButton, &powerSpinner, &channelSpinner, &powerPopup, &channelPopup})
+        widget->deleteWidget();
+}
+
+void TXTestView::ShowStartPage() {
+    clearForStartPage();
+    createTxTestStartButton();
+}
+
+void TXTestView::ShowTestPage() {
+    clearForTestPage();
+    createPowerLabel();
+    createSetPowerButton();
+    createChannelLabel();
+    createSetChannelButton();
+    createStartStreamButton();
+    createStopTestButton();
+}
+
+void TXTestView::createTxTestStartButton() {
+    runPageStep(LOG_ORIGIN(__func__), [this] {
+        startButton = addButton("Start TX Test", txTestStartButtonClickedCb, this);
+        focusWhenShown(startButton);
+    });
+}
+
+void TXTestView::createPowerLabel() {
+    runPageStep(LOG_ORIGIN(__func__), [this] { powerLabel = createTextbox(contentLayout, "Power: "); });
+}
+
+void TXTestView::createSetPowerButton() {
+    runPageStep(LOG_ORIGIN(__func__), [this] {
+        setPowerButton = addButton("Set Power", setPowerButtonPressedCb, this);
+        focusWhenShown(setPowerButton);
+    });
+}
+
+void TXTestView::createChannelLabel() {
+    runPageStep(LOG_ORIGIN(__func__), [this] { channelLabel = createTextbox(contentLayout, "Channel: "); });
+}
+
+void TXTestView::createSetChannelButton() {
+    runPageStep(LOG_ORIGIN(__func__),
+                [this] { setChannelButton = addButton("Set Channel", setChannelButtonPressedCb, this); });
+}
+
+void TXTestView::createStartStreamButton() {
+    runPageStep(LOG_ORIGIN(__func__),
+                [this] { streamButton = addButton("Start Stream", streamButtonPressedCb, this); });
+}
+
+void TXTestView::createStopTestButton() {
+    runPageStep(LOG_ORIGIN(__func__), [this] { addButton("Stop Test", stopTestButtonPressedCb, this); });
+}
+
+bool TXTestView::createPowerPickerPopup() {
+    return createPicker(LOG_ORIGIN(__func__), {"Zigbee TX Power", 0, 20, powerSpinnerPressedCb}, powerPopup,
+                        powerSpinner, this);
+}
+
+bool TXTestView::createChannelPickerPopup() {
+    return createPicker(LOG_ORIGIN(__func__), {"Zigbee TX Channel", 11, 26, channelSpinnerPressedCb}, channelPopup,
+                        channelSpinner, this);
+}
+
+void TXTestView::allowSettings(bool allowed) {
+    elm_object_focus_allow_set(setChannelButton, allowed);
+    elm_object_focus_allow_set(setPowerButton, allowed);
+}
+
+void TXTestView::txTestStartButtonClickedCb(void* data, Evas_Object*, void*) {
+    if (!inputIsThere(LOG_ORIGIN(__func__), data))
+        return;
+    auto* const view = static_cast<TXTestView*>(data);
+    if (!bringUpRadio(LOG_ORIGIN(__func__), view->startButton))
+        return;
+    view->powerPopup.deleteWidget();
+    view->channelPopup.deleteWidget();
+    LOG_ERROR("Please Wait...");
+}
+
+void TXTestView::setPowerButtonPressedCb(void* data, Evas_Object*, void*) {
+    if (!inputIsThere(LOG_ORIGIN(__func__), data))
+        return;
+    auto* const view = static_cast<TXTestView*>(data);
+    if (view->powerPopup == nullptr && view->createPowerPickerPopup())
+        LOG_INFO("power picker popoup created!");
+    view->showPopup(view->powerPopup);
+}
+
+void TXTestView::setChannelButtonPressedCb(void* data, Evas_Object*, void*) {
+    if (!inputIsThere(LOG_ORIGIN(__func__), data))
+        return;
+    auto* const view = static_cast<TXTestView*>(data);
+    if (view->channelPopup == nullptr) {
+        view->createChannelPickerPopup();
+        LOG_INFO("channel picker popoup created!");
+    }
+    view->showPopup(view->channelPopup);
+}
+
+void TXTestView::powerSpinnerPressedCb(void* data, Evas*, Evas_Object*, void* event) {
+    if (!inputIsThere(LOG_ORIGIN(__func__), data, event) || !isChoice(*static_cast<Evas_Event_Key_Down*>(event)))
+        return;
+    auto* const view = static_cast<TXTestView*>(data);
+    const int power = valueOf(view->powerSpinner);
+    LOG_INFO("power value [%d]", power);
+    view->choose(LOG_ORIGIN(__func__), power, {&ncp_requester::ember_set_power, "failed to set power"},
+                 view->setPowerButton);
+}
+
+void TXTestView::channelSpinnerPressedCb(void* data, Evas*, Evas_Object*, void* event) {
+    if (!inputIsThere(LOG_ORIGIN(__func__), data, event) || !isChoice(*static_cast<Evas_Event_Key_Down*>(event)))
+        return;
+    auto* const view = static_cast<TXTestView*>(data);
+    const int channel = valueOf(view->channelSpinner);
+    LOG_INFO("channel value [%d]", channel);
+    view->choose(LOG_ORIGIN(__func__), channel, {&ncp_requester::ember_set_channel, "failed to set channel"},
+                 view->setChannelButton);
+}
+
+void TXTestView::streamButtonPressedCb(void* data, Evas_Object*, void*) {
+    if (!inputIsThere(LOG_ORIGIN(__func__), data))
+        return;
+    auto* const view = static_cast<TXTestView*>(data);
+    const std::string_view text = elm_vell_button_text_get(view->streamButton);
+    if (text == "Start Stream") {
+        if (!ncp_requester::getInstance().ember_start_stream()) {
+            LOG_ERROR("start Stream failed");
+            return;
+        }
+        elm_vell_button_text_set(view->streamButton, "Stop Stream");
+        view->allowSettings(false);
+    } else if (text == "Stop Stream") {
+        if (!ncp_requester::getInstance().ember_stop_stream()) {
+            LOG_ERROR("stop Stream failed");
+            return;
+        }
+        elm_vell_button_text_set(view->streamButton, "Start Stream");
+        view->allowSettings(true);
+    }
+}
+
+void TXTestView::stopTestButtonPressedCb(void* data, Evas_Object*, void*) {
+    if (inputIsThere(LOG_ORIGIN(__func__), data))
+        static_cast<TXTestView*>(data)->stopTest(LOG_ORIGIN(__func__));
+}

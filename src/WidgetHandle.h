@@ -1,0 +1,39 @@
+/** A handle to a widget that the toolkit owns. */
+#pragma once
+
+#include <Elementary.h>
+
+/** Becomes null when its widget goes, whoever deleted it, so that no stale widget is used or deleted. */
+class WidgetHandle {
+public:
+    WidgetHandle() = default;
+    explicit WidgetHandle(Evas_Object* widget) { *this = widget; }
+    ~WidgetHandle() { *this = nullptr; }
+    WidgetHandle(const WidgetHandle&) = delete;
+    WidgetHandle& operator=(const WidgetHandle& other) { return *this = other.object; }
+
+    WidgetHandle& operator=(Evas_Object* widget) {
+        if (object != nullptr)
+            evas_object_event_callback_del_full(object, EVAS_CALLBACK_DEL, onDeleted, this);
+        object = widget;
+        if (object != nullptr)
+            evas_object_event_callback_add(object, EVAS_CALLBACK_DEL, onDeleted, this);
+        return *this;
+    }
+
+    operator Evas_Object*() const { return object; } // NOLINT(google-explicit-constructor): a handle is its widget
+
+    /** Deletes the widget, if it is still there. */
+    void deleteWidget() {
+        if (object != nullptr)
+            evas_object_del(object);
+        *this = nullptr;
+    }
+
+private:
+    static void onDeleted(void* data, Evas*, Evas_Object*, void*) {
+        static_cast<WidgetHandle*>(data)->object = nullptr;
+    }
+
+    Evas_Object* object = nullptr;
+};

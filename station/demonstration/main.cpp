@@ -1,0 +1,26 @@
+#include "session.h"
+
+#include <iostream>
+
+int main(int count, char** arguments) {
+    if (count != 3) {
+        std::cerr
+            << "Usage: demonstration PROGRAM FOLDER\n\n"
+               "Does a TX test and an RX test with PROGRAM on the simulated television, by keys alone, and\n"
+               "leaves a picture of every page in FOLDER. Ends with 0 only when every step was seen on the\n"
+               "screen and by the NCP host.\n";
+        return 2;
+    }
+    try {
+        station::Session session(arguments[1], arguments[2]);
+        session.see_first_page();
+        session.page("start");
+        station::do_tx_test(session);
+        station::do_rx_test(session);
+        session.leave();
+        return 0;
+    } catch (const std::exception& error) {
+        std::cerr << "demonstration: " << error.what() << '\n';
+        return 1;
+    }
+}

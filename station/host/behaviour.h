@@ -1,0 +1,25 @@
+/** How a method of the NCP host answers when it is told to go wrong. */
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace station {
+
+struct Behaviour {
+    enum class Kind {
+        normal,          /**< what the radio module says */
+        code,            /**< that result code, without asking the module */
+        error,           /**< a D-Bus error */
+        late,            /**< what the module says, so many milliseconds later */
+        never,           /**< no reply at all */
+        wrong_signature, /**< a reply of another type */
+    };
+    Kind kind = Kind::normal;
+    int number = 0; /**< the code, or the milliseconds */
+};
+
+/** Reads "normal", "code N", "error", "late MS", "never" or "wrong signature"; nothing for another text. */
+std::optional<Behaviour> parse_behaviour(const std::string& text);
+
+} // namespace station

@@ -1,0 +1,67 @@
+/** A person with a remote control: presses keys, reads the screen, waits, takes pictures. */
+#pragma once
+
+#include "display.h"
+#include "screen.h"
+
+#include <chrono>
+#include <functional>
+#include <stdexcept>
+
+namespace station {
+
+/** The screen did not become what was waited for; says what it showed instead. */
+class NotSeen : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/**
+ * Operates one application. Make the operator before the application starts: making it announces the screen
+ * reader without which the application says nothing of its screen.
+ *
+ * Waiting looks at the screen again and again until it is as wanted, at most as long as the operator's
+ * patience, and throws `NotSeen` then.
+ */
+class Operator {
+public:
+    /**
+     * @param application the application's name on the accessibility bus, that of its program.
+     * @throws std::runtime_error without an X display, a session bus or an accessibility bus.
+     */
+    explicit Operator(std::string application, std::chrono::milliseconds patience = std::chrono::seconds(10));
+
+    /** Presses a key `times` times; see `press_key`. */
+    void press(const std::string& key, int times = 1);
+
+    /** Presses a widget by its accessible action; throws NotSeen when it is not on the screen. */
+    void activate(const std::string& name);
+
+    [[nodiscard]] Screen screen() const { return read_screen(application_); }
+    [[nodiscard]] std::vector<std::string> texts() const { return screen().texts(); }
+    [[nodiscard]] std::optional<Widget> focused() const;
+    /** Throws NotSeen when the widget is not on the screen. */
+    bool is_focusable(const std::string& name);
+
+    /** Waits until the screen is as wanted. @param wanted says it in words, for the error. @return that
+     * screen. */
+    Screen wait_until(const std::string& wanted, const std::function<bool(const Screen&)>& is_as_wanted);
+    Screen wait_until(const std::string& wanted, const std::function<bool(const Screen&)>& is_as_wanted,
+                      std::chrono::milliseconds patience);
+    Screen wait_for(const std::string& text);
+    Screen wait_for(const std::string& text, std::chrono::milliseconds patience);
+    Screen wait_until_gone(const std::string& text);
+    Screen wait_for_focus(const std::string& name);
+    /** Waits until the focused widget shows a number. */
+    Screen wait_for_value(int value);
+
+    /** See `take_picture`. */
+    void picture(const std::string& path) const { take_picture(display_, path); }
+
+private:
+    std::string application_;
+    std::chrono::milliseconds patience_;
+    Display display_;
+};
+
+} // namespace station

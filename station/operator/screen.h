@@ -1,0 +1,87 @@
+/** What a screen reader finds on the screen of one application. */
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+struct _AtspiAccessible;
+
+namespace station {
+
+/** A number that a widget shows, and its limits. */
+struct WidgetValue {
+    double current = 0;
+    double lowest = 0;
+    double highest = 0;
+    bool operator==(const WidgetValue&) const = default;
+};
+
+/** A widget that can be seen. */
+struct Widget {
+    std::string name; /**< what it says, without blanks around it */
+    std::string role; /**< as AT-SPI names it: "push button", "label", "spin button", "dialog" */
+    bool focusable = false;
+    bool focused = false;
+    bool enabled = false;
+    std::optional<WidgetValue> value;
+    int x = 0; /**< place on the screen, in pixels */
+    int y = 0;
+    int width = 0;
+    int height = 0;
+    std::shared_ptr<_AtspiAccessible> accessible;
+};
+
+/** Puts widgets in reading order: row by row from the top, each row from the left. */
+void sort_for_reading(std::vector<Widget>& widgets);
+
+/** One look at the screen. While a dialog is open it is all that can be used, and all that is listed. */
+class Screen {
+public:
+    explicit Screen(std::vector<Widget> widgets, bool in_front = true);
+
+    /** In reading order, those without a name left out. */
+    [[nodiscard]] const std::vector<Widget>& widgets() const { return widgets_; }
+    [[nodiscard]] std::vector<std::string> texts() const;
+    [[nodiscard]] bool shows(const std::string& text) const { return find(text) != nullptr; }
+
+    /** The widget of that name, one that can be pressed before one that cannot; null when there is none. */
+    [[nodiscard]] const Widget* find(const std::string& name) const;
+    /** The widget that has the focus; null when none has. */
+    [[nodiscard]] const Widget* focused() const;
+
+    /** Whether the application's window is the one that gets the keys. */
+    [[nodiscard]] bool in_front() const { return in_front_; }
+
+    /** One line that says everything, the focused widget in brackets. */
+    [[nodiscard]] std::string description() const;
+
+private:
+    std::vector<Widget> widgets_;
+    bool in_front_;
+};
+
+/** Readies libatspi; throws std::runtime_error without an accessibility bus. */
+void connect_to_accessibility_bus();
+
+/**
+ * Looks at the screen. Nothing is remembered from one look to the next.
+ *
+ * @param application the name the application has on the accessibility bus, that of its program.
+ * @return an empty screen when the application is not there or too busy to answer.
+ */
+Screen read_screen(const std::string& application);
+
+/**
+ * Presses a widget through its accessible action, as a screen reader's user does. An application that works
+ * longer on it than the bus waits is not an error.
+ *
+ * @throws std::runtime_error when the widget has no action.
+ */
+void activate(const Widget& widget);
+
+/** Says on the session bus that a screen reader is there; an application asks when it starts. */
+void announce_screen_reader();
+
+} // namespace station

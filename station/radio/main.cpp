@@ -1,0 +1,102 @@
+#include "common/program.h"
+#include "radio_module.h"
+
+#include <array>
+#include <charconv>
+#include <cstdlib>
+#include <exception>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+namespace {
+
+struct Options {
+    Options() = default;
+    Options(const Options&) = delete;
+    Options& operator=(const Options&) = delete;
+    ~Options() {
+        g_free(firmware);
+        g_strfreev(traffic);
+    }
+
+    gchar* firmware = nullptr;
+    int module_speed = 0;
+    gboolean no_serial = FALSE;
+    double serial_after = 0;
+    gchar** traffic = nullptr;
+};
+
+void read_into(Options& options, int argc, char** argv) {
+    const auto entries = std::to_array<GOptionEntry>(
+        {{"firmware", 0, 0, G_OPTION_ARG_STRING, &options.firmware, "firmware version (7.4.8)", "A.B.C"},
+         {"module-speed", 0, 0, G_OPTION_ARG_INT, &options.module_speed, "speak at 115200 or 921600", "N"},
+         {"no-serial", 0, 0, G_OPTION_ARG_NONE, &options.no_serial, "the serial device does not appear",
+          nullptr},
+         {"serial-after", 0, 0, G_OPTION_ARG_DOUBLE, &options.serial_after, "it appears late", "SECONDS"},
+         {"traffic", 0, 0, G_OPTION_ARG_STRING_ARRAY, &options.traffic, "packets a second on a channel",
+          "CHANNEL=N"},
+         {}});
+    station::read_options(argc, argv, entries.data(), "The radio module of the simulated television.");
+}
+
+std::optional<int> number(const std::string& text) {
+    int value = 0;
+    const auto* end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, value);
+    if (result.ec != std::errc{} || result.ptr != end)
+        return std::nullopt;
+    return value;
+}
+
+int speed_of(const Options& options) {
+    if (options.module_speed == 115200 || options.module_speed == 921600)
+        return options.module_speed;
+    if (options.module_speed != 0)
+        throw std::runtime_error("--module-speed: neither 115200 nor 921600");
+    const std::string firmware = options.firmware != nullptr ? options.firmware : "7.4.8";
+    const auto last_number = number(firmware.substr(firmware.rfind('.') + 1));
+    if (!last_number)
+        throw std::runtime_error("--firmware " + firmware + ": not A.B.C");
+    return station::speed_of_firmware(*last_number);
+}
+
+void add_traffic(station::RadioModule& module, const std::string& text) {
+    const auto middle = text.find('=');
+    const auto channel = number(text.substr(0, middle));
+    const auto rate = middle == std::string::npos ? std::nullopt : number(text.substr(middle + 1));
+    if (!channel || !rate || !module.set_traffic(*channel, *rate)) {
+        throw std::runtime_error("--traffic " + text + ": not CHANNEL=PACKETS_PER_SECOND");
+    }
+}
+
+void run(int argc, char** argv, const station::StationLog& log) {
+    Options options;
+    read_into(options, argc, argv);
+    const auto connection = station::connect_to_system_bus();
+    station::RadioModule module(connection.get(), speed_of(options), log);
+    for (auto* entry = options.traffic; entry != nullptr && *entry != nullptr; ++entry) {
+        add_traffic(module, *entry);
+    }
+    if (options.serial_after > 0) {
+        station::call_after(static_cast<guint>(options.serial_after * 1000),
+                            [&] { module.set_serial(true); });
+    } else {
+        module.set_serial(options.no_serial == FALSE);
+    }
+    station::own_name(connection.get(), station::RadioModule::bus_name);
+    station::run_until_terminated();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const station::StationLog log("radio_module");
+    try {
+        run(argc, argv, log);
+    } catch (const std::exception& error) {
+        log.error(error.what());
+        return EXIT_FAILURE;
+    }
+    return EXIT_SUCCESS;
+}

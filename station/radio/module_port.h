@@ -1,0 +1,40 @@
+/** The radio module's end of its serial line. */
+#pragma once
+
+#include "common/file_descriptor.h"
+
+#include <optional>
+#include <string>
+
+namespace station {
+
+/** A pseudo-terminal whose other end is shown to the television as a serial device. */
+class ModulePort {
+public:
+    /** @throws std::system_error when no pseudo-terminal can be had. */
+    explicit ModulePort(std::string device_path);
+    ModulePort(const ModulePort&) = delete;
+    ModulePort& operator=(const ModulePort&) = delete;
+    ~ModulePort() { hide(); }
+
+    /** Makes the device appear, as a symbolic link. @throws std::system_error. */
+    void show();
+    /** Makes the device disappear; a program that has it open keeps it. */
+    void hide();
+    [[nodiscard]] bool is_shown() const { return shown_; }
+
+    /** The module's end, to read and write. */
+    [[nodiscard]] int descriptor() const { return module_end_.get(); }
+    /** The speed the television has set on its end, when it is one a module can have. */
+    [[nodiscard]] std::optional<int> speed() const;
+
+private:
+    std::string device_path_;
+    std::string terminal_path_;
+    bool shown_ = false;
+    FileDescriptor module_end_;
+    FileDescriptor
+        television_end_; // held open, so that the module's end does not hang up while nobody uses it
+};
+
+} // namespace station

@@ -1,0 +1,69 @@
+/** The radio of the module: what it is set to, what it refuses, and what it hears. */
+#pragma once
+
+#include "common/radio_protocol.h"
+
+#include <array>
+#include <chrono>
+
+namespace station {
+
+class Radio {
+public:
+    using Time = std::chrono::steady_clock::time_point;
+    enum class Mode { off, transmit, receive };
+
+    static constexpr int lowest_channel = 11;
+    static constexpr int highest_channel = 26;
+    static constexpr int highest_power = 20;
+
+    /**
+     * Does what a request asks.
+     *
+     * Commands: reset, start MODE (0 TX, 1 RX), stop, set_channel N, set_power N, start_stream, stop_stream,
+     * get_rx_statistics, reset_rx_statistics. Everything but reset and start is refused while the radio is
+     * off.
+     *
+     * @return the answer to that request: a `RadioCode`, and for get_rx_statistics the text
+     *         "COUNT packets on channel N".
+     */
+    RadioAnswer handle(const RadioRequest& request, Time now);
+
+    /** From now on so many packets a second arrive on a channel. @return false for no such channel or rate.
+     */
+    bool set_traffic(int channel, int packets_per_second, Time now);
+
+    [[nodiscard]] Mode mode() const { return mode_; }
+    [[nodiscard]] int channel() const { return channel_; }
+    [[nodiscard]] int power() const { return power_; }
+    [[nodiscard]] bool streams() const { return streams_; }
+    /** Packets received since the RX test's start or the last reset of the count. */
+    [[nodiscard]] long long received(Time now) const;
+
+private:
+    RadioCode reset();
+    RadioCode start(int mode);
+    RadioCode stop();
+    RadioCode set_channel(int channel);
+    RadioCode set_power(int power);
+    RadioCode start_stream();
+    RadioCode stop_stream();
+    RadioCode get_rx_statistics();
+    RadioCode reset_rx_statistics();
+    RadioCode perform(const RadioRequest& request);
+    [[nodiscard]] int traffic_here() const;
+    void listen_until(Time now);
+
+    Mode mode_ = Mode::off;
+    int channel_ = lowest_channel;
+    int power_ = 0;
+    bool streams_ = false;
+    double received_ = 0;
+    Time listened_until_;
+    std::array<int, highest_channel - lowest_channel + 1> traffic_{};
+};
+
+/** "off", "tx" or "rx". */
+const char* name_of(Radio::Mode mode);
+
+} // namespace station

@@ -1,0 +1,45 @@
+/** The radio module: a radio behind a serial line, with a service to look at it and to disturb it. */
+#pragma once
+
+#include "common/bus_object.h"
+#include "common/event_source.h"
+#include "common/station_log.h"
+#include "module_port.h"
+#include "radio.h"
+
+namespace station {
+
+class RadioModule {
+public:
+    static constexpr auto bus_name = "org.velmora.Station.RadioModule";
+
+    /**
+     * @param connection the system bus, for the service.
+     * @param speed      the serial speed the module's firmware speaks; it is deaf and dumb at any other.
+     * @param log        outlives the module.
+     */
+    RadioModule(GDBusConnection* connection, int speed, const StationLog& log);
+
+    void set_serial(bool present);
+    /** @return false for no such channel or rate. */
+    bool set_traffic(int channel, int packets_per_second);
+
+private:
+    void read_line();
+    void answer(const std::string& line);
+    void handle_call(const std::string& method, GVariant* arguments, GDBusMethodInvocation* invocation);
+    [[nodiscard]] GVariant* state() const;
+
+    const StationLog& log_;
+    int speed_;
+    Radio radio_;
+    ModulePort port_;
+    LineBuffer lines_;
+    EventSource reader_;
+    BusObject service_;
+};
+
+/** The serial speed a firmware speaks: 115200 when its last number is 8 or less, else 921600. */
+int speed_of_firmware(int last_number);
+
+} // namespace station

@@ -1,0 +1,227 @@
+#include "support/probe_process.h"
+
+#include <array>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gio/gio.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace std::chrono_literals;
+using test::ProbeProcess;
+using testing::ElementsAre;
+
+/** A settings folder of the test's own, which does not exist at first. */
+class Framework : public testing::Test {
+protected:
+    Framework() {
+        std::filesystem::remove_all(home_);
+        g_setenv("XDG_CONFIG_HOME", home_.c_str(), TRUE);
+    }
+    ~Framework() override { std::filesystem::remove_all(home_); }
+
+    /** Saves the settings as a careful editor does: a new file renamed over the old one. */
+    void save_settings(const std::string& text) const {
+        const auto file = home_ / "tv-platform" / "settings.ini";
+        std::filesystem::create_directories(file.parent_path());
+        std::ofstream(file.string() + ".new") << "[db/menu_widget]\n" << text;
+        std::filesystem::rename(file.string() + ".new", file);
+    }
+
+    /** Truncates the settings, waits, and writes them. */
+    void overwrite_settings(const std::string& text) const {
+        std::ofstream file(home_ / "tv-platform" / "settings.ini");
+        file << "[db/menu_widget]\n" << std::flush;
+        g_usleep(20'000);
+        file << text;
+    }
+
+private:
+    std::filesystem::path home_ = std::filesystem::temp_directory_path() / "framework_test";
+};
+
+class Ending : public Framework {
+protected:
+    /** The probe has left its loop: what it still prints, and its status. */
+    static void expect_orderly_end(ProbeProcess& probe) {
+        EXPECT_THAT(probe.lines_for(10s), ElementsAre("title Probe", "terminate"));
+        EXPECT_EQ(probe.wait(), 0);
+    }
+};
+
+TEST_F(Ending, EveryWayOutCallsTerminateOnceWhileElementaryIsUp) {
+    for (const std::string command : {"quit", "exit"}) {
+        ProbeProcess probe({"window"});
+        ASSERT_NE(probe.await("app_control"), "");
+        probe.send(command);
+        expect_orderly_end(probe);
+    }
+    for (const int signal : {SIGTERM, SIGINT}) {
+        ProbeProcess probe({"window"});
+        ASSERT_NE(probe.await("app_control"), "");
+        kill(probe.id(), signal);
+        expect_orderly_end(probe);
+    }
+}
+
+TEST_F(Ending, SignalDuringALongCallbackTakesEffectAfterIt) {
+    ProbeProcess probe({"window"});
+    ASSERT_NE(probe.await("app_control"), "");
+    probe.send("block 500");
+    ASSERT_NE(probe.await("blocking"), "");
+    kill(probe.id(), SIGTERM);
+    kill(probe.id(), SIGTERM);
+    EXPECT_THAT(probe.lines_for(10s), ElementsAre("blocked", "title Probe", "terminate"));
+    EXPECT_EQ(probe.wait(), 0);
+}
+
+TEST_F(Ending, QuitInCreateIsRemembered) {
+    ProbeProcess probe({"quit"});
+    EXPECT_THAT(probe.lines_for(10s), ElementsAre("create", "app_control", "terminate"));
+    EXPECT_EQ(probe.wait(), 0);
+}
+
+TEST_F(Ending, CreateThatFailsOrThrowsEndsWithItsCode) {
+    for (const std::string fault : {"refuse", "throw"}) {
+        ProbeProcess probe({fault});
+        EXPECT_THAT(probe.lines_for(10s), ElementsAre("create"));
+        EXPECT_EQ(probe.wait(), 3);
+    }
+}
+
+TEST_F(Ending, WithoutADisplayTheApplicationRunsWithoutAWindow) {
+    const std::string display = g_getenv("DISPLAY");
+    g_setenv("DISPLAY", ":4095", TRUE);
+    ProbeProcess probe({"window", "quit"});
+    g_setenv("DISPLAY", display.c_str(), TRUE);
+    EXPECT_THAT(probe.lines_for(10s), ElementsAre("create", "no window", "app_control", "terminate"));
+    EXPECT_EQ(probe.wait(), 0);
+}
+
+TEST_F(Framework, GlibWaitsAndSignalsRunInTheMainLoop) {
+    ProbeProcess probe;
+    ASSERT_NE(probe.await("app_control"), "");
+    probe.send("timeout 300");
+    const std::string begin = "timeout after ";
+    const auto line = probe.await(begin);
+    ASSERT_NE(line, "");
+    EXPECT_NEAR(std::stoi(line.substr(begin.size())), 350, 50);
+
+    g_autoptr(GDBusConnection) bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
+    ASSERT_NE(bus, nullptr);
+    g_dbus_connection_emit_signal(bus, nullptr, "/test", "test.Probe", "Ping", nullptr, nullptr);
+    EXPECT_EQ(probe.await("signal"), "signal Ping");
+}
+
+TEST_F(Framework, IdleProcessSleeps) {
+    ProbeProcess probe({"window"});
+    ASSERT_NE(probe.await("app_control"), "");
+    probe.lines_for(3s); // the toolkit's start-up work
+    const long before = probe.context_switches();
+    probe.lines_for(5s);
+    EXPECT_LE(probe.context_switches() - before, 2);
+}
+
+TEST_F(Framework, SecondLaunchReachesTheFirst) {
+    ProbeProcess first;
+    ASSERT_NE(first.await("app_control"), "");
+    ProbeProcess second({"window"});
+    EXPECT_EQ(second.wait(), 0);
+    EXPECT_TRUE(second.lines_for(1s).empty());
+    EXPECT_THAT(first.lines_for(1s), ElementsAre("app_control"));
+}
+
+TEST_F(Framework, LaunchDoesNotWaitForABusyFirstProcess) {
+    ProbeProcess first;
+    ASSERT_NE(first.await("app_control"), "");
+    first.send("block 3000");
+    ASSERT_NE(first.await("blocking"), "");
+    ProbeProcess second;
+    EXPECT_EQ(second.wait(), 0);
+    EXPECT_TRUE(first.lines_for(500ms).empty()) << "the second launch waited for the first process";
+    EXPECT_THAT(first.lines_for(5s), ElementsAre("blocked", "app_control"));
+}
+
+TEST_F(Framework, CoveredOrHiddenWindowPausesOnceAndResumesOnce) {
+    ProbeProcess probe({"window"});
+    ASSERT_NE(probe.await("app_control"), "");
+    EXPECT_TRUE(probe.lines_for(1s).empty()) << "no resume before a pause";
+    for (const auto& [away, back] : {std::pair{"cover", "uncover"}, {"hide", "show"}}) {
+        probe.send(away);
+        EXPECT_THAT(probe.lines_for(500ms), ElementsAre("pause")) << away;
+        probe.send(back);
+        EXPECT_THAT(probe.lines_for(500ms), ElementsAre("resume")) << back;
+    }
+}
+
+TEST_F(Framework, ChangedLanguageOrMirroringIsToldOnce) {
+    ProbeProcess probe;
+    ASSERT_NE(probe.await("app_control"), "");
+    save_settings("language=ar_AE.utf8\n");
+    EXPECT_THAT(probe.lines_for(1s), ElementsAre("language changed"));
+    overwrite_settings("language=ar_AE.utf8\nanother=1\n");
+    EXPECT_TRUE(probe.lines_for(1s).empty()) << "neither value changed";
+    overwrite_settings("language=ar_AE.utf8\nmirrored=false\n");
+    EXPECT_THAT(probe.lines_for(1s), ElementsAre("language changed"));
+}
+
+/** Says on the session bus that a screen reader is there, or that it is not. */
+void set_screen_reader(bool enabled) {
+    g_autoptr(GDBusConnection) bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
+    ASSERT_NE(bus, nullptr);
+    g_autoptr(GError) error = nullptr;
+    g_autoptr(GVariant) reply = g_dbus_connection_call_sync(
+        bus, "org.a11y.Bus", "/org/a11y/bus", "org.freedesktop.DBus.Properties", "Set",
+        g_variant_new("(ssv)", "org.a11y.Status", "ScreenReaderEnabled", g_variant_new_boolean(enabled)),
+        nullptr, G_DBUS_CALL_FLAGS_NONE, 10'000, nullptr, &error);
+    ASSERT_NE(reply, nullptr) << error->message;
+}
+
+class ScreenReader : public Framework {
+protected:
+    ~ScreenReader() override { set_screen_reader(false); }
+};
+
+/** The parameter: whether a screen reader is there when the keys are pressed. */
+class Keys : public ScreenReader, public testing::WithParamInterface<bool> {};
+
+TEST_P(Keys, KeyboardGivesRemoteControlKeysToEveryHandler) {
+    set_screen_reader(GetParam());
+    ProbeProcess probe({"window"});
+    ASSERT_NE(probe.await("app_control"), "");
+    probe.lines_for(1s);
+    probe.send("bridge");
+    ASSERT_EQ(probe.await("bridge"), GetParam() ? "bridge on" : "bridge off");
+    const std::vector<std::array<std::string, 3>> keys{
+        {"key Escape", "evas key XF86Back", "key XF86Back XF86Back"},
+        {"key F12", "evas key XF86Exit", "key XF86Exit XF86Exit"},
+        {"key F1", "evas key XF86Red", "key XF86Red XF86Red"},
+        {"key Return", "evas key Return", "key Return Return"},
+    };
+    for (const auto& [pressed, in_evas, in_ecore] : keys) {
+        probe.send(pressed);
+        EXPECT_THAT(probe.lines_for(500ms), ElementsAre(in_evas, in_ecore));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(WithAndWithoutAScreenReader, Keys, testing::Bool());
+
+TEST_F(ScreenReader, BridgeFollowsAReaderThatComesLaterAndGoes) {
+    set_screen_reader(false);
+    ProbeProcess probe({"window"});
+    ASSERT_NE(probe.await("app_control"), "");
+    for (const bool enabled : {true, false, true}) {
+        set_screen_reader(enabled);
+        probe.lines_for(500ms);
+        probe.send("bridge");
+        EXPECT_EQ(probe.await("bridge"), enabled ? "bridge on" : "bridge off");
+    }
+    probe.send("key Return");
+    EXPECT_EQ(probe.await("key"), "key Return Return");
+}
+
+} // namespace

@@ -1,0 +1,197 @@
+#include "model/util.h"
+#include "support/log_capture.h"
+#include "support/sleep_recorder.h"
+#include "support/surroundings.h"
+
+#include <csignal>
+#include <gmock/gmock.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+
+using testing::Each;
+using testing::ElementsAre;
+using testing::SizeIs;
+
+namespace {
+
+class UtilTest : public testing::Test {
+protected:
+    ~UtilTest() override { std::filesystem::remove_all(folder); }
+
+    // Makes a program of the given name come first on the search path.
+    void put_program(const std::string& name, const std::string& commands) {
+        put_script(folder / name, commands);
+        path.emplace("PATH", folder.string() + ":" + getenv("PATH"));
+    }
+
+    // Waits up to two seconds for a file that a background command makes.
+    static bool appears(const std::filesystem::path& file) {
+        for (int attempt = 0; attempt < 400 && !std::filesystem::exists(file); ++attempt)
+            usleep(5'000);
+        return std::filesystem::exists(file);
+    }
+
+    const std::filesystem::path folder = "/tmp/velmora-util-test";
+    LogCapture log;
+    std::optional<ScopedEnvironment> path;
+};
+
+TEST_F(UtilTest, BackgroundCommandIsStartedWhateverBecomesOfIt) {
+    put_file(folder / "here", "");
+    const std::string mark = (folder / "two words").string();
+    EXPECT_EQ(exec_app(("echo done > '" + mark + "'").c_str()), 1);
+    EXPECT_EQ(exec_app("no-such-program-of-velmora"), 1);
+    EXPECT_TRUE(appears(mark));
+    EXPECT_THAT(log.messages_of("util.cpp: exec_app"),
+                ElementsAre("app name : echo done > '" + mark + "'", "Success vfork",
+                            "app name : no-such-program-of-velmora", "Success vfork"));
+}
+
+TEST_F(UtilTest, ForegroundCommandGivesItsRawStatus) {
+    EXPECT_EQ(exec_shell("true"), 0);
+    EXPECT_EQ(exec_shell("exit 1"), 256);
+    EXPECT_EQ(exec_shell("killall no-such-process"), 256);
+    EXPECT_EQ(exec_shell("kill -9 $$"), SIGKILL);
+    auto* const before = std::signal(SIGCHLD, SIG_IGN); // the system then collects children itself
+    EXPECT_EQ(exec_shell("true"), -1);
+    std::signal(SIGCHLD, before);
+    EXPECT_EQ(log.messages_of("util.cpp: exec_shell").back(), "Error waitpid");
+}
+
+// Runs an action in a child process whose system calls of the given numbers fail; gives whether it answered
+// true.
+template <typename Action>
+bool succeeds_without(unsigned call, unsigned other_call, Action action) {
+    const pid_t child = fork();
+    if (child == 0) {
+        constexpr auto refuse = static_cast<std::uint32_t>(SECCOMP_RET_ERRNO | EAGAIN);
+        std::array<sock_filter, 5> filter = {{
+            BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+            BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, call, 2, 0),
+            BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, other_call, 1, 0),
+            BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+            BPF_STMT(BPF_RET | BPF_K, refuse),
+        }};
+        const sock_fprog program{static_cast<unsigned short>(filter.size()), filter.data()};
+        prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+        prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program);
+        _exit(action() ? 0 : 1);
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    return status == 0;
+}
+
+TEST_F(UtilTest, NoProcessCanBeMade) {
+    EXPECT_TRUE(succeeds_without(SYS_clone, SYS_clone3, [] {
+        const bool refused = exec_app("true") == -1 && exec_shell("true") == -1;
+        get_command_result("any");
+        return refused;
+    }));
+    EXPECT_THAT(log.messages_of("util.cpp: exec_app"), ElementsAre("app name : true", "Error vfork"));
+    EXPECT_THAT(log.messages_of("util.cpp: exec_shell"), ElementsAre("Command : true", "Error vfork"));
+    EXPECT_THAT(log.messages_of("util.cpp: get_command_result"),
+                testing::AllOf(SizeIs(5), Each("Command [pgrep -c any] result : ")));
+}
+
+TEST_F(UtilTest, ShellThatCannotBeExecutedEndsWithStatusZero) {
+    EXPECT_TRUE(succeeds_without(SYS_execve, SYS_execveat, [] { return exec_shell("exit 1") == 0; }));
+}
+
+TEST_F(UtilTest, CountingEndsAtExactlyZero) {
+    struct Case {
+        std::string answer; // for printf
+        std::string logged;
+        std::size_t attempts;
+    };
+    const std::string long_answer(300, '7');
+    for (const auto& [answer, logged, attempts] :
+         {Case{"0\\n", "0", 1}, Case{R"(0 \r\t\n)", "0", 1}, Case{"2\\n", "2", 5}, Case{" 0\\n", " 0", 5},
+          Case{"00", "00", 5}, Case{"", "", 5}, Case{" \\n", "", 5},
+          Case{long_answer + "\\n", long_answer, 5}}) {
+        put_program("pgrep", "printf '" + answer + "'");
+        const SleepRecorder sleep;
+        log.clear();
+        get_command_result("cpcd");
+        EXPECT_THAT(log.messages_of("util.cpp: get_command_result"),
+                    testing::AllOf(SizeIs(attempts), Each("Command [pgrep -c cpcd] result : " + logged)));
+        EXPECT_THAT(sleep.sleeps(), testing::AllOf(SizeIs(logged == "0" ? 0 : 5), Each(300'000)));
+    }
+}
+
+TEST_F(UtilTest, OwnKilledChildIsNotCounted) {
+    std::filesystem::create_directories(folder);
+    std::filesystem::copy_file("/bin/sleep", folder / "velmora_idle");
+    exec_app(
+        ("exec " + (folder / "velmora_idle 100").string()).c_str()); // as shells do of themselves, or do not
+    for (int attempt = 0; attempt < 400 && exec_shell("pgrep velmora_idle >/dev/null") != 0; ++attempt)
+        usleep(5'000);
+    exec_shell("killall velmora_idle");
+    const SleepRecorder sleep;
+    get_command_result("velmora_idle");
+    EXPECT_THAT(sleep.sleeps().size(), testing::Le(2));
+    EXPECT_EQ(log.messages_of("util.cpp: get_command_result").back(),
+              "Command [pgrep -c velmora_idle] result : 0");
+}
+
+TEST_F(UtilTest, FilesAreReplacedWholeOrLeftOutSilently) {
+    const std::string file = (folder / "file").string();
+    put_file(file, "much longer than what follows");
+    const std::string bytes("a\0b\n", 4);
+    write_file(file, bytes);
+    EXPECT_EQ(content_of(file), bytes);
+    write_file(file, "");
+    EXPECT_EQ(content_of(file), "");
+    log.clear();
+    write_file((folder / "missing/file").string(), "text");
+    write_file(folder.string(), "text");
+    EXPECT_THAT(log.messages_of("util.cpp: write_file"),
+                ElementsAre("path[" + (folder / "missing/file").string() + "], data[text]",
+                            "path[" + folder.string() + "], data[text]"));
+    EXPECT_FALSE(content_of(folder / "missing/file"));
+}
+
+TEST_F(UtilTest, WaitingTestsThePathThirtyTimes) {
+    const std::string file = (folder / "late").string();
+    const SleepRecorder never;
+    EXPECT_EQ(wait_condition(file, false), 0);
+    std::vector<std::string> expected(30, "waiting " + file);
+    expected.push_back("Wait Timeout. Fail to connect " + file);
+    EXPECT_EQ(log.messages_of("util.cpp: wait_condition"), expected);
+    EXPECT_THAT(never.sleeps(), testing::AllOf(SizeIs(30), Each(100'000)));
+
+    log.clear();
+    const SleepRecorder late([&](std::size_t sleeps) {
+        if (sleeps == 2)
+            put_file(file, "");
+    });
+    EXPECT_EQ(wait_condition(file, true), 1);
+    EXPECT_EQ(wait_condition(file, true), 1);
+    EXPECT_THAT(log.messages_of("util.cpp: wait_condition"),
+                ElementsAre("waiting " + file, "waiting " + file, file + " is ok", file + " is ok"));
+}
+
+TEST_F(UtilTest, FailureReportStepsDoNotDependOnEachOther) {
+    const std::filesystem::path result_folder = "/opt/data/BM/EW/result";
+    std::filesystem::create_directories(result_folder);
+    put_program("chsmack", "echo $* > " + (folder / "label").string());
+    const auto report = [&](const std::string& message) {
+        for (const char* const file : {"/tmp/iot_test_result", "/tmp/iot_factory_data"})
+            std::filesystem::remove(file);
+        log.clear();
+        make_failure_report(message);
+        EXPECT_EQ(content_of("/tmp/iot_test_result"), "FAIL");
+        EXPECT_EQ(content_of(folder / "label"), "-a User::App::Shared /tmp/iot_factory_data\n");
+    };
+    report("Fail to connect /dev/ttyIOT");
+    EXPECT_EQ(content_of(result_folder / "iot_test_bin_result"), "Fail to connect /dev/ttyIOT");
+    EXPECT_EQ(content_of("/tmp/iot_factory_data"), "FAIL");
+    std::filesystem::remove_all(result_folder);
+    report("again");
+    EXPECT_FALSE(content_of(result_folder / "iot_test_bin_result"));
+}
+
+} // namespace
