@@ -54,7 +54,8 @@ void _app_resume(void*) { LOG_ERROR("_app_resume"); }
 void _app_service(platform::LaunchRequest*, void*) { LOG_ERROR("_app_service"); }
 
 void _app_lang_changed(platform::EventInformation*, void*) {
-    const std::unique_ptr<char, decltype(&std::free)> language(vconf_get_str("db/menu_widget/language"), &std::free);
+    const std::unique_ptr<char, decltype(&std::free)> language(vconf_get_str("db/menu_widget/language"),
+                                                               &std::free);
     if (language != nullptr)
         elm_language_set(language.get());
     MainPageView::setMirroring();

@@ -60,8 +60,8 @@ bool ContentView::bringUpRadio(const LogOrigin& origin, Evas_Object* startButton
         if (prepare_background_app() != 0)
             return true;
     } catch (const std::runtime_error&) {
-        // The serial device did not appear: the report is written, the stack stopped and the main loop asked to
-        // end, and no exception may reach the toolkit that called.
+        // The serial device did not appear: the report is written, the stack stopped and the main loop asked
+        // to end, and no exception may reach the toolkit that called.
         return false;
     }
     LOG_ERROR_AT(origin, "Failed to start child process");
@@ -87,7 +87,8 @@ bool ContentView::isChoice(const Evas_Event_Key_Down& event) {
 
 int ContentView::valueOf(Evas_Object* spinner) { return static_cast<int>(elm_spinner_value_get(spinner)); }
 
-void ContentView::choose(const LogOrigin& origin, int value, const PickerChoice& choice, Evas_Object* button) {
+void ContentView::choose(const LogOrigin& origin, int value, const PickerChoice& choice,
+                         Evas_Object* button) {
     if (!(ncp_requester::getInstance().*choice.operation)(value)) {
         LOG_ERROR_AT(origin, "%s", choice.failure);
         return;

@@ -23,8 +23,8 @@ struct PickerChoice {
 /**
  * One test: a start page with one button, and a test page.
  *
- * Widgets belong to the toolkit's object tree; a view keeps handles. Popups are children of `parentLayout`, so
- * that clearing `contentLayout` leaves them.
+ * Widgets belong to the toolkit's object tree; a view keeps handles. Popups are children of `parentLayout`,
+ * so that clearing `contentLayout` leaves them.
  */
 class ContentView {
 public:
@@ -67,7 +67,8 @@ protected:
     void showPopup(Evas_Object* popup);
 
     /**
-     * Brings the radio host stack up behind the start button, which tells how it goes; blocks until it is done.
+     * Brings the radio host stack up behind the start button, which tells how it goes; blocks until it is
+     * done.
      *
      * @return true when the service's "ready" is to be waited for.
      */
@@ -78,8 +79,8 @@ protected:
      *
      * @return false when a widget could not be made (logged for `origin`).
      */
-    bool createPicker(const LogOrigin& origin, const Picker& picker, WidgetHandle& popup, WidgetHandle& spinner,
-                      void* view);
+    bool createPicker(const LogOrigin& origin, const Picker& picker, WidgetHandle& popup,
+                      WidgetHandle& spinner, void* view);
 
     /** Whether a key press in a picker chooses its value: Return does. */
     static bool isChoice(const Evas_Event_Key_Down& event);

@@ -88,7 +88,8 @@ void MainPageView::createMainPageHeader() {
     elm_vell_layout_align_set(row, 6);
     elm_vell_layout_item_gap_set(row, pixels(3.0));
     runPageStep(origin, [this, row] {
-        evas_object_smart_callback_add(createButton(row, "Exit", 16, 10), "pressed", exitAppBtnPressedCb, this);
+        evas_object_smart_callback_add(createButton(row, "Exit", 16, 10), "pressed", exitAppBtnPressedCb,
+                                       this);
     });
     evas_object_geometry_set(row, 0, 0, pixels(44.0), pixels(13.0));
     elm_vell_header_content_set(header, row);
@@ -181,8 +182,8 @@ void MainPageView::setFocusAfterShowCb(void*, Evas*, Evas_Object* widget, void*)
 void MainPageView::destroyWidgets() {
     elm_win_keygrab_unset(window, redKey, 0, 0);
     // What goes with the window takes its handle along, so that nothing is deleted twice.
-    for (WidgetHandle* const widget : {&window, &background, &rootLayout, &mainPageLayout, &header, &subPageLayout,
-                                       &shownPopup, &exitPopup})
+    for (WidgetHandle* const widget : {&window, &background, &rootLayout, &mainPageLayout, &header,
+                                       &subPageLayout, &shownPopup, &exitPopup})
         widget->deleteWidget();
 }
 

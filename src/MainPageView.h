@@ -6,14 +6,16 @@
 
 #include <string>
 
-/** A test of the main page's tabs; none until the first tab press, so that an early "ready" starts nothing. */
+/** A test of the main page's tabs; none until the first tab press, so that an early "ready" starts nothing.
+ */
 enum class Test : int { none = -1, tx = 0, rx = 1 };
 
 class MainPageView : public CSingleton<MainPageView> {
 public:
     ~MainPageView() override = default;
 
-    // The steps of the create callback, in the order in which it runs them. A widget that cannot be made is logged
+    // The steps of the create callback, in the order in which it runs them. A widget that cannot be made is
+    // logged
     // ("Input data is Null!"), the rest of its step is skipped, and the later steps run without it.
     void createWindow();
     void createBackground();

@@ -20,8 +20,8 @@ std::string firstWord(const std::string& text) {
 } // namespace
 
 void RXTestView::Destroy() {
-    for (WidgetHandle* const widget : {&startButton, &setChannelButton, &channelSpinner, &receivedPacketsLabel,
-                                       &countReceivedPacketsButton, &channelPopup})
+    for (WidgetHandle* const widget : {&startButton, &setChannelButton, &channelSpinner,
+                                       &receivedPacketsLabel, &countReceivedPacketsButton, &channelPopup})
         widget->deleteWidget();
 }
 
@@ -122,7 +122,8 @@ void RXTestView::setChannelButtonPressedCb(void* data, Evas_Object*, void*) {
 }
 
 void RXTestView::channelSpinnerPressedCb(void* data, Evas*, Evas_Object*, void* event) {
-    if (!inputIsThere(LOG_ORIGIN(__func__), data, event) || !isChoice(*static_cast<Evas_Event_Key_Down*>(event)))
+    if (!inputIsThere(LOG_ORIGIN(__func__), data, event) ||
+        !isChoice(*static_cast<Evas_Event_Key_Down*>(event)))
         return;
     auto* const view = static_cast<RXTestView*>(data);
     view->choose(LOG_ORIGIN(__func__), valueOf(view->channelSpinner),

@@ -12,8 +12,9 @@ bool TXTestView::Create(Evas_Object* parent, Evas_Object* content) {
 }
 
 void TXTestView::Destroy() {
-    for (WidgetHandle* const widget : {&powerLabel, &startButton, &setPowerButton, &channelLabel, &setChannelButton,
-                                       &streamButton, &powerSpinner, &channelSpinner, &powerPopup, &channelPopup})
+    for (WidgetHandle* const widget :
+         {&powerLabel, &startButton, &setPowerButton, &channelLabel, &setChannelButton, &streamButton,
+          &powerSpinner, &channelSpinner, &powerPopup, &channelPopup})
         widget->deleteWidget();
 }
 
@@ -74,8 +75,8 @@ bool TXTestView::createPowerPickerPopup() {
 }
 
 bool TXTestView::createChannelPickerPopup() {
-    return createPicker(LOG_ORIGIN(__func__), {"Zigbee TX Channel", 11, 26, channelSpinnerPressedCb}, channelPopup,
-                        channelSpinner, this);
+    return createPicker(LOG_ORIGIN(__func__), {"Zigbee TX Channel", 11, 26, channelSpinnerPressedCb},
+                        channelPopup, channelSpinner, this);
 }
 
 void TXTestView::allowSettings(bool allowed) {
@@ -115,7 +116,8 @@ void TXTestView::setChannelButtonPressedCb(void* data, Evas_Object*, void*) {
 }
 
 void TXTestView::powerSpinnerPressedCb(void* data, Evas*, Evas_Object*, void* event) {
-    if (!inputIsThere(LOG_ORIGIN(__func__), data, event) || !isChoice(*static_cast<Evas_Event_Key_Down*>(event)))
+    if (!inputIsThere(LOG_ORIGIN(__func__), data, event) ||
+        !isChoice(*static_cast<Evas_Event_Key_Down*>(event)))
         return;
     auto* const view = static_cast<TXTestView*>(data);
     const int power = valueOf(view->powerSpinner);
@@ -125,7 +127,8 @@ void TXTestView::powerSpinnerPressedCb(void* data, Evas*, Evas_Object*, void* ev
 }
 
 void TXTestView::channelSpinnerPressedCb(void* data, Evas*, Evas_Object*, void* event) {
-    if (!inputIsThere(LOG_ORIGIN(__func__), data, event) || !isChoice(*static_cast<Evas_Event_Key_Down*>(event)))
+    if (!inputIsThere(LOG_ORIGIN(__func__), data, event) ||
+        !isChoice(*static_cast<Evas_Event_Key_Down*>(event)))
         return;
     auto* const view = static_cast<TXTestView*>(data);
     const int channel = valueOf(view->channelSpinner);

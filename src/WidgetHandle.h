@@ -21,7 +21,9 @@ public:
         return *this;
     }
 
-    operator Evas_Object*() const { return object; } // NOLINT(google-explicit-constructor): a handle is its widget
+    operator Evas_Object*() const {
+        return object;
+    } // NOLINT(google-explicit-constructor): a handle is its widget
 
     /** Deletes the widget, if it is still there. */
     void deleteWidget() {

@@ -1,8 +1,8 @@
 /**
  * The widgets of the pages in the application's fixed sizes, styles and colours.
  *
- * Each helper returns the new widget, and throws `inputDataIsNull` when the toolkit cannot make it; nothing is
- * appended or styled then. Sizes are layout units.
+ * Each helper returns the new widget, and throws `inputDataIsNull` when the toolkit cannot make it; nothing
+ * is appended or styled then. Sizes are layout units.
  */
 #pragma once
 
@@ -35,7 +35,8 @@ Evas_Object* createPopupButton(Evas_Object* popup, const char* text);
 Evas_Object* createButton(Evas_Object* layout, const char* text, int width, int height);
 
 /** Runs one step of building a page; a text that a helper throws is logged for the step, which ends there. */
-template <class Step> bool runPageStep(const LogOrigin& origin, Step step) {
+template <class Step>
+bool runPageStep(const LogOrigin& origin, Step step) {
     try {
         step();
         return true;
@@ -46,7 +47,8 @@ template <class Step> bool runPageStep(const LogOrigin& origin, Step step) {
 }
 
 /** Whether everything a callback needs is there; else logs "Input data is Null!" for it. */
-template <class... Pointers> bool inputIsThere(const LogOrigin& origin, const Pointers*... pointers) {
+template <class... Pointers>
+bool inputIsThere(const LogOrigin& origin, const Pointers*... pointers) {
     const bool all = ((pointers != nullptr) && ...);
     if (!all)
         LOG_ERROR_AT(origin, "Input data is Null!");

@@ -2,6 +2,22 @@
 
 #include <iostream>
 
+namespace {
+
+void demonstrate(station::Session& session) {
+    try {
+        session.see_first_page();
+        session.page("start");
+        station::do_tx_test(session);
+        station::do_rx_test(session);
+        session.leave();
+    } catch (const station::NotSeen& error) {
+        throw station::NotSeen(error.what() + ("; " + session.application_state()));
+    }
+}
+
+} // namespace
+
 int main(int count, char** arguments) {
     if (count != 3) {
         std::cerr
@@ -13,11 +29,7 @@ int main(int count, char** arguments) {
     }
     try {
         station::Session session(arguments[1], arguments[2]);
-        session.see_first_page();
-        session.page("start");
-        station::do_tx_test(session);
-        station::do_rx_test(session);
-        session.leave();
+        demonstrate(session);
         return 0;
     } catch (const std::exception& error) {
         std::cerr << "demonstration: " << error.what() << '\n';

@@ -71,12 +71,13 @@ void Session::step(const std::string& key, int times, int value) {
     say(key + " x" + std::to_string(times), operator_.wait_for_value(value).description());
 }
 
-Screen Session::move(const std::string& key) {
+const Screen& Session::move(const std::string& key) {
     const std::string before = operator_.screen().description();
     operator_.press(key);
-    Screen screen = operator_.wait_until("the focus to move with " + key, [&before](const Screen& now) {
-        return now.focused() != nullptr && now.description() != before;
-    });
+    const Screen& screen =
+        operator_.wait_until("the focus to move with " + key, [&before](const Screen& now) {
+            return now.focused() != nullptr && now.description() != before;
+        });
     say(key, screen.description());
     return screen;
 }
@@ -149,6 +150,12 @@ void Session::leave() {
     if (!left.empty())
         throw NotSeen(left.front() + " still runs");
     say("", "no program of the radio stack is left");
+}
+
+std::string Session::application_state() {
+    const std::optional<int> status = application_.wait_for_end(0ms);
+    return status ? "the application has ended with status " + std::to_string(*status)
+                  : "the application runs";
 }
 
 } // namespace station

@@ -51,9 +51,12 @@ public:
     /** Ends the application through its exit popup; nothing of the radio stack may be left. */
     void leave();
 
+    /** What has become of the application, in words. */
+    std::string application_state();
+
 private:
     /** Presses a key and waits until the focus has moved. */
-    Screen move(const std::string& key);
+    const Screen& move(const std::string& key);
 
     std::filesystem::path pictures_;
     Operator operator_;

@@ -44,8 +44,10 @@ Application::Application(const std::vector<std::string>& command, const std::str
     g_autoptr(GError) error = nullptr;
     g_autoptr(GSubprocessLauncher) launcher =
         g_subprocess_launcher_new(log.empty() ? G_SUBPROCESS_FLAGS_NONE : G_SUBPROCESS_FLAGS_STDERR_MERGE);
-    if (!log.empty())
+    if (!log.empty()) {
+        std::filesystem::remove(log); // an older one is not shortened when it is opened
         g_subprocess_launcher_set_stdout_file_path(launcher, log.c_str());
+    }
     process_.reset(g_subprocess_launcher_spawnv(launcher, arguments.data(), &error));
     if (!process_)
         throw std::runtime_error(error->message);

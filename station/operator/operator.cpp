@@ -25,7 +25,7 @@ void Operator::press(const std::string& key, int times) {
 }
 
 void Operator::activate(const std::string& name) {
-    const Screen screen = wait_for(name);
+    const Screen& screen = wait_for(name);
     station::activate(*screen.find(name));
 }
 
@@ -37,46 +37,47 @@ std::optional<Widget> Operator::focused() const {
 
 bool Operator::is_focusable(const std::string& name) { return wait_for(name).find(name)->focusable; }
 
-Screen Operator::wait_until(const std::string& wanted,
-                            const std::function<bool(const Screen&)>& is_as_wanted) {
+const Screen& Operator::wait_until(const std::string& wanted,
+                                   const std::function<bool(const Screen&)>& is_as_wanted) {
     return wait_until(wanted, is_as_wanted, patience_);
 }
 
-Screen Operator::wait_until(const std::string& wanted, const std::function<bool(const Screen&)>& is_as_wanted,
-                            std::chrono::milliseconds patience) {
+const Screen& Operator::wait_until(const std::string& wanted,
+                                   const std::function<bool(const Screen&)>& is_as_wanted,
+                                   std::chrono::milliseconds patience) {
     const auto deadline = std::chrono::steady_clock::now() + patience;
     for (;;) {
-        Screen now = screen();
-        if (is_as_wanted(now))
-            return now;
+        seen_ = screen();
+        if (is_as_wanted(seen_))
+            return seen_;
         if (std::chrono::steady_clock::now() >= deadline)
             throw NotSeen("waited " + std::to_string(patience.count()) + " ms for " + wanted +
-                          "; the screen shows: " + now.description());
+                          "; the screen shows: " + seen_.description());
         std::this_thread::sleep_for(look_interval);
     }
 }
 
-Screen Operator::wait_for(const std::string& text) { return wait_for(text, patience_); }
+const Screen& Operator::wait_for(const std::string& text) { return wait_for(text, patience_); }
 
-Screen Operator::wait_for(const std::string& text, std::chrono::milliseconds patience) {
+const Screen& Operator::wait_for(const std::string& text, std::chrono::milliseconds patience) {
     return wait_until(
         quoted(text), [&text](const Screen& screen) { return screen.shows(text); }, patience);
 }
 
-Screen Operator::wait_until_gone(const std::string& text) {
+const Screen& Operator::wait_until_gone(const std::string& text) {
     return wait_until(quoted(text) + " to go", [&text](const Screen& screen) {
         return !screen.widgets().empty() && !screen.shows(text);
     });
 }
 
-Screen Operator::wait_for_focus(const std::string& name) {
+const Screen& Operator::wait_for_focus(const std::string& name) {
     return wait_until("the focus on " + quoted(name), [&name](const Screen& screen) {
         const Widget* const focused = screen.focused();
         return focused != nullptr && focused->name == name;
     });
 }
 
-Screen Operator::wait_for_value(int value) {
+const Screen& Operator::wait_for_value(int value) {
     return wait_until("the focused value " + std::to_string(value), [value](const Screen& screen) {
         const Widget* const focused = screen.focused();
         return focused != nullptr && focused->value && static_cast<int>(focused->value->current) == value;

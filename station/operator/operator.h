@@ -43,17 +43,23 @@ public:
     /** Throws NotSeen when the widget is not on the screen. */
     bool is_focusable(const std::string& name);
 
-    /** Waits until the screen is as wanted. @param wanted says it in words, for the error. @return that
-     * screen. */
-    Screen wait_until(const std::string& wanted, const std::function<bool(const Screen&)>& is_as_wanted);
-    Screen wait_until(const std::string& wanted, const std::function<bool(const Screen&)>& is_as_wanted,
-                      std::chrono::milliseconds patience);
-    Screen wait_for(const std::string& text);
-    Screen wait_for(const std::string& text, std::chrono::milliseconds patience);
-    Screen wait_until_gone(const std::string& text);
-    Screen wait_for_focus(const std::string& name);
+    /**
+     * Waits until the screen is as wanted.
+     *
+     * @param wanted says it in words, for the error.
+     * @return that screen, until the next wait.
+     */
+    const Screen& wait_until(const std::string& wanted,
+                             const std::function<bool(const Screen&)>& is_as_wanted);
+    const Screen& wait_until(const std::string& wanted,
+                             const std::function<bool(const Screen&)>& is_as_wanted,
+                             std::chrono::milliseconds patience);
+    const Screen& wait_for(const std::string& text);
+    const Screen& wait_for(const std::string& text, std::chrono::milliseconds patience);
+    const Screen& wait_until_gone(const std::string& text);
+    const Screen& wait_for_focus(const std::string& name);
     /** Waits until the focused widget shows a number. */
-    Screen wait_for_value(int value);
+    const Screen& wait_for_value(int value);
 
     /** See `take_picture`. */
     void picture(const std::string& path) const { take_picture(display_, path); }
@@ -62,6 +68,7 @@ private:
     std::string application_;
     std::chrono::milliseconds patience_;
     Display display_;
+    Screen seen_{{}, false}; // the newest look of a wait
 };
 
 } // namespace station

@@ -33,7 +33,7 @@ protected:
     FirmwareVersionTest() {
         for (const auto& file : {store_file, mirror_file, factory_image, hub_image, metadata_file}) {
             std::filesystem::create_directories(file.parent_path());
-            std::filesystem::remove(file);
+            std::filesystem::remove_all(file);
         }
     }
     LogCapture log;

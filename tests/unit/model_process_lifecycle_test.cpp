@@ -7,6 +7,7 @@
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 
 using testing::ElementsAre;
 
@@ -26,6 +27,7 @@ protected:
             std::filesystem::rename(serial_device, kept_device);
         for (const auto& folder : {relay_link.parent_path(), report_file.parent_path(), notes})
             std::filesystem::create_directories(folder);
+        std::filesystem::remove_all("/opt/share/securestorage/data/aaba977f");
         std::filesystem::create_directories("/opt/share/securestorage/data");
         std::filesystem::remove(relay_link);
         std::filesystem::remove(report_file);
@@ -39,6 +41,8 @@ protected:
 
     ~RadioStackTest() override {
         kill_background_app();
+        while (wait(nullptr) > 0) { // no child is left to the next test
+        }
         std::filesystem::remove(serial_device);
         if (std::filesystem::exists(std::filesystem::symlink_status(kept_device)))
             std::filesystem::rename(kept_device, serial_device);

@@ -19,7 +19,11 @@ namespace {
 
 class UtilTest : public testing::Test {
 protected:
-    ~UtilTest() override { std::filesystem::remove_all(folder); }
+    ~UtilTest() override {
+        while (wait(nullptr) > 0) { // no child is left to the next test
+        }
+        std::filesystem::remove_all(folder);
+    }
 
     // Makes a program of the given name come first on the search path.
     void put_program(const std::string& name, const std::string& commands) {

@@ -3,8 +3,8 @@
  *
  * On an ordinary Linux machine the records are kept encrypted and authenticated in
  * "/opt/share/securestorage/data/aaba977f" (mode 0600, replaced atomically), under a key derived from the
- * credential and the machine's identity (/etc/machine-id, else /var/lib/dbus/machine-id). A machine without an
- * identity has no secure storage: reading and writing answer `storage_failed`.
+ * credential and the machine's identity (/etc/machine-id, else /var/lib/dbus/machine-id). A machine without
+ * an identity has no secure storage: reading and writing answer `storage_failed`.
  */
 #pragma once
 
@@ -24,10 +24,11 @@ struct SecureStorageCredential {
 /** Results of the secure storage; everything but `ok` is a failure and leaves outputs unwritten. */
 enum SecureStorageResult : int {
     ok = 0,
-    invalid_argument = -1, /**< a null pointer, a key, length, kind, flag or option that is not as described */
-    no_such_record = -2,   /**< there is no store or no record of that key */
-    not_authentic = -3,    /**< wrong credential, other machine, cut or altered data */
-    storage_failed = -4,   /**< the store could not be read or written */
+    invalid_argument =
+        -1,              /**< a null pointer, a key, length, kind, flag or option that is not as described */
+    no_such_record = -2, /**< there is no store or no record of that key */
+    not_authentic = -3,  /**< wrong credential, other machine, cut or altered data */
+    storage_failed = -4, /**< the store could not be read or written */
 };
 
 } // namespace platform
@@ -41,8 +42,9 @@ enum SecureStorageResult : int {
  * @param flags 0.
  * @return `ok` or `invalid_argument`.
  */
-int ss_init_credential(platform::SecureStorageCredential* credential, std::uint32_t word0, std::uint32_t word1,
-                       std::uint32_t word2, std::uint32_t word3, std::uint32_t word4, int kind, int flags);
+int ss_init_credential(platform::SecureStorageCredential* credential, std::uint32_t word0,
+                       std::uint32_t word1, std::uint32_t word2, std::uint32_t word3, std::uint32_t word4,
+                       int kind, int flags);
 
 /**
  * Reads a record.
@@ -59,11 +61,11 @@ int ss_read(char** data, std::size_t* length, int reserved1, int reserved2, cons
             const platform::SecureStorageCredential* credential, int option);
 
 /**
- * Writes a record, replacing an older one of the same key and credential. After a crash at any moment the store
- * holds the old or the new record; of two processes writing at once both records are kept.
+ * Writes a record, replacing an older one of the same key and credential. After a crash at any moment the
+ * store holds the old or the new record; of two processes writing at once both records are kept.
  *
- * A store that cannot be read as a whole (cut or altered) is set aside as "aaba977f.damaged" in the same folder and a
- * new one begun, so that a device heals by itself; a record that cannot be read is replaced.
+ * A store that cannot be read as a whole (cut or altered) is set aside as "aaba977f.damaged" in the same
+ * folder and a new one begun, so that a device heals by itself; a record that cannot be read is replaced.
  *
  * @param data,length the record's bytes, at most 1 MiB; not null.
  * @param reserved1,reserved2 0.

@@ -1,18 +1,20 @@
 /**
  * The television's widget toolkit.
  *
- * Every handle is an Elementary object in the toolkit's theme, so plain Elementary calls work on it. Sizes are
- * pixels, made from layout units with `elm_vell_unit_to_pixel`; a unit is 1/240 of the window's width. A call on a
- * null handle, or on a handle that another family made, does nothing.
+ * Every handle is an Elementary object in the toolkit's theme, so plain Elementary calls work on it. Sizes
+ * are pixels, made from layout units with `elm_vell_unit_to_pixel`; a unit is 1/240 of the window's width. A
+ * call on a null handle, or on a handle that another family made, does nothing.
  *
- * An item appended to a layout is shown when the layout is next rendered: at `elm_vell_root_layout_render`, later
- * at the end of the current turn of the main loop. A show callback connected after the append therefore is called.
+ * An item appended to a layout is shown when the layout is next rendered: at `elm_vell_root_layout_render`,
+ * later at the end of the current turn of the main loop. A show callback connected after the append therefore
+ * is called.
  */
 #pragma once
 
 #include <Elementary.h>
 
-/* Manager ------------------------------------------------------------------------------------------------------ */
+/* Manager
+ * ------------------------------------------------------------------------------------------------------ */
 
 /**
  * Readies the toolkit for a window: its theme, its unit and the window's size.
@@ -30,7 +32,8 @@ void elm_vell_manager_fini();
 /** Pixels of a length in layout units, rounded to the nearest. */
 int elm_vell_unit_to_pixel(double units);
 
-/* Any widget ---------------------------------------------------------------------------------------------------- */
+/* Any widget
+ * ---------------------------------------------------------------------------------------------------- */
 
 /** Sets the least size in pixels that a layout gives the widget. */
 void elm_vell_object_size_min_set(Evas_Object* object, int width, int height);
@@ -42,10 +45,12 @@ void elm_vell_object_size_min_set(Evas_Object* object, int width, int height);
  */
 void elm_vell_object_resize_policy_set(Evas_Object* object, int horizontal, int vertical);
 
-/** Sets the widget's share of the space that items filling the parent divide among themselves; 1.0 at first. */
+/** Sets the widget's share of the space that items filling the parent divide among themselves; 1.0 at first.
+ */
 void elm_vell_object_weight_set(Evas_Object* object, double weight);
 
-/* Background ---------------------------------------------------------------------------------------------------- */
+/* Background
+ * ---------------------------------------------------------------------------------------------------- */
 
 /** Makes the background of a window; null when it cannot be made. */
 Evas_Object* elm_vell_bg_add(Evas_Object* window);
@@ -53,7 +58,8 @@ Evas_Object* elm_vell_bg_add(Evas_Object* window);
 /** Shows (non-zero) or hides (0) the background's grid of layout units, a designer's aid. */
 void elm_vell_bg_grid_show(Evas_Object* background, int shown);
 
-/* Layout -------------------------------------------------------------------------------------------------------- */
+/* Layout
+ * -------------------------------------------------------------------------------------------------------- */
 
 /** Makes a layout; null when it cannot be made. */
 Evas_Object* elm_vell_layout_add(Evas_Object* parent);
@@ -88,7 +94,8 @@ void elm_vell_layout_item_append(Evas_Object* layout, Evas_Object* item, int wid
 /** Deletes every item of a layout. */
 void elm_vell_layout_clear(Evas_Object* layout);
 
-/* Header -------------------------------------------------------------------------------------------------------- */
+/* Header
+ * -------------------------------------------------------------------------------------------------------- */
 
 /** Makes a page header; null when it cannot be made. */
 Evas_Object* elm_vell_header_add(Evas_Object* parent);
@@ -108,7 +115,8 @@ void elm_vell_header_content_set(Evas_Object* header, Evas_Object* content);
 /** Puts a layout of tab buttons in the header's middle; the tab pressed last is marked as chosen. */
 void elm_vell_subheader_content_set(Evas_Object* header, Evas_Object* content);
 
-/* Textbox ------------------------------------------------------------------------------------------------------- */
+/* Textbox
+ * ------------------------------------------------------------------------------------------------------- */
 
 /** Makes a textbox of one line; null when it cannot be made. */
 Evas_Object* elm_vell_textbox_add(Evas_Object* parent);
@@ -122,12 +130,14 @@ void elm_vell_textbox_text_opacity_set(Evas_Object* textbox, int percent);
 /** Sets a style property of the text; "color" takes "#RRGGBBAA". Others are logged and left out. */
 void elm_vell_textbox_style_property_set(Evas_Object* textbox, const char* property, const char* value);
 
-/* Button -------------------------------------------------------------------------------------------------------- */
+/* Button
+ * -------------------------------------------------------------------------------------------------------- */
 
 /**
  * Makes a button; null when it cannot be made.
  *
- * Emits "pressed" exactly once for each activation, by Return, KP_Enter, the mouse or an accessibility action.
+ * Emits "pressed" exactly once for each activation, by Return, KP_Enter, the mouse or an accessibility
+ * action.
  */
 Evas_Object* elm_vell_button_add(Evas_Object* parent);
 
@@ -143,27 +153,30 @@ const char* elm_vell_button_text_get(const Evas_Object* button);
 /** Sets the size of the button's text in percent of the theme's small text; 100 at first. */
 void elm_vell_button_zoom_set(Evas_Object* button, int percent);
 
-/* Spinner ------------------------------------------------------------------------------------------------------- */
+/* Spinner
+ * ------------------------------------------------------------------------------------------------------- */
 
 /**
  * Makes a number picker; null when it cannot be made.
  *
- * It holds the focus itself. Up and Right step the value up, Down and Left down (Left and Right change places when
- * mirrored), and it stops at the limits. Every other key changes nothing. Key-down callbacks set on it see every
- * key press, with the value that the screen shows.
+ * It holds the focus itself. Up and Right step the value up, Down and Left down (Left and Right change places
+ * when mirrored), and it stops at the limits. Every other key changes nothing. Key-down callbacks set on it
+ * see every key press, with the value that the screen shows.
  */
 Evas_Object* elm_vell_spinner_add(Evas_Object* parent);
 
 /** The Elementary spinner inside, for its limits, step and value; null when there is none. */
 Evas_Object* elm_vell_spinner_native_get(Evas_Object* spinner);
 
-/* Popup --------------------------------------------------------------------------------------------------------- */
+/* Popup
+ * ---------------------------------------------------------------------------------------------------------
+ */
 
 /**
  * Makes a popup over the whole window; null when it cannot be made.
  *
- * Showing it shows its content anew, so show callbacks of its content decide its focus every time; hiding it gives
- * the focus back to the widget that held it.
+ * Showing it shows its content anew, so show callbacks of its content decide its focus every time; hiding it
+ * gives the focus back to the widget that held it.
  */
 Evas_Object* elm_vell_popup_add(Evas_Object* parent);
 

@@ -28,6 +28,8 @@ void set_accessible_role(Evas_Object* widget, Role role) {
     efl_access_object_role_set(widget, elementary_role(role));
 }
 
-void set_accessible_name(Evas_Object* widget, const char* name) { efl_access_object_i18n_name_set(widget, name); }
+void set_accessible_name(Evas_Object* widget, const char* name) {
+    efl_access_object_i18n_name_set(widget, name);
+}
 
 } // namespace vell

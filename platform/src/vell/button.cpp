@@ -20,8 +20,8 @@ struct Button {
 };
 
 /**
- * Elementary tells nobody when a widget is barred from the focus, so each button looks before the main loop rests
- * and changes its looks when it has to.
+ * Elementary tells nobody when a widget is barred from the focus, so each button looks before the main loop
+ * rests and changes its looks when it has to.
  */
 Eina_Bool show_whether_usable(void* data) {
     auto* const object = static_cast<Evas_Object*>(data);
@@ -35,7 +35,9 @@ Eina_Bool show_whether_usable(void* data) {
 }
 
 /** Elementary says "clicked" once for Return, KP_Enter, the mouse and an accessibility action alike. */
-void on_clicked(void*, Evas_Object* object, void*) { evas_object_smart_callback_call(object, "pressed", nullptr); }
+void on_clicked(void*, Evas_Object* object, void*) {
+    evas_object_smart_callback_call(object, "pressed", nullptr);
+}
 
 } // namespace
 

@@ -29,8 +29,9 @@ std::optional<Color> parse_hexadecimal(std::string_view text) {
 std::optional<Color> theme_color(Evas_Object* widget, const char* color_class) {
     Color color{};
     auto& [red, green, blue, opacity] = color;
-    if (edje_object_color_class_get(elm_layout_edje_get(widget), color_class, &red, &green, &blue, &opacity, nullptr,
-                                    nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr) == EINA_FALSE)
+    if (edje_object_color_class_get(elm_layout_edje_get(widget), color_class, &red, &green, &blue, &opacity,
+                                    nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                    nullptr) == EINA_FALSE)
         return std::nullopt;
     return color;
 }
@@ -44,13 +45,14 @@ void set_color(Evas_Object* widget, const char* color_class, const char* color, 
     if (!value)
         value = theme_color(widget, color);
     if (!value) {
-        __dlog_print(platform::LogBuffer::main, platform::LogPriority::error, "VELL", "no such colour: %s", color);
+        __dlog_print(platform::LogBuffer::main, platform::LogPriority::error, "VELL", "no such colour: %s",
+                     color);
         return;
     }
     const auto& [red, green, blue, own_opacity] = *value;
     const int opacity = own_opacity * percent / 100;
-    edje_object_color_class_set(elm_layout_edje_get(widget), color_class, red, green, blue, opacity, 0, 0, 0, 0, 0,
-                                0, 0, 0);
+    edje_object_color_class_set(elm_layout_edje_get(widget), color_class, red, green, blue, opacity, 0, 0, 0,
+                                0, 0, 0, 0, 0);
 }
 
 } // namespace vell

@@ -8,8 +8,8 @@ namespace vell {
 /**
  * Sets a colour class of one widget.
  *
- * @param color "#RRGGBBAA", "#RRGGBB", or the name of a colour class of the theme; anything else is logged and
- *              changes nothing.
+ * @param color "#RRGGBBAA", "#RRGGBB", or the name of a colour class of the theme; anything else is logged
+ * and changes nothing.
  * @param percent its opacity, on top of the colour's own.
  */
 void set_color(Evas_Object* widget, const char* color_class, const char* color, int percent = 100);

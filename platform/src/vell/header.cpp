@@ -22,8 +22,8 @@ struct Header {
 constexpr double side_margin_units = 15.0;
 
 Area centred_row(const Area& header, const Size& size) {
-    return {header.x + (header.width - size.width) / 2, header.y + (header.height - size.height) / 2, size.width,
-            size.height};
+    return {header.x + (header.width - size.width) / 2, header.y + (header.height - size.height) / 2,
+            size.width, size.height};
 }
 
 Area place_row(const Area& area, const Header& header, Evas_Object* row) {
@@ -61,12 +61,13 @@ Evas_Object* elm_vell_header_add(Evas_Object* parent) {
         return nullptr;
     elm_layout_theme_set(object, "vell", "header", "default");
     Header& header = vell::attach<Header>(object);
-    header.rows = vell::items_box_add(object, [&header](const Area& area, std::span<Evas_Object* const> rows) {
-        std::vector<Area> areas;
-        for (Evas_Object* const row : rows)
-            areas.push_back(place_row(area, header, row));
-        return areas;
-    });
+    header.rows =
+        vell::items_box_add(object, [&header](const Area& area, std::span<Evas_Object* const> rows) {
+            std::vector<Area> areas;
+            for (Evas_Object* const row : rows)
+                areas.push_back(place_row(area, header, row));
+            return areas;
+        });
     elm_object_part_content_set(object, "vell.rows", header.rows);
     return vell::adopt(object, vell::Family::header);
 }

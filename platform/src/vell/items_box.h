@@ -18,8 +18,8 @@ using PlaceItems = std::function<std::vector<Area>(const Area& box, std::span<Ev
 using LeastSize = std::function<Size(std::span<Evas_Object* const> items)>;
 
 /**
- * Makes an Elementary box inside `parent` that places its items with `place_items`; null when it cannot be made.
- * What holds the box is told `least_size`; without it the box asks for no space.
+ * Makes an Elementary box inside `parent` that places its items with `place_items`; null when it cannot be
+ * made. What holds the box is told `least_size`; without it the box asks for no space.
  */
 Evas_Object* items_box_add(Evas_Object* parent, PlaceItems place_items, LeastSize least_size = nullptr);
 

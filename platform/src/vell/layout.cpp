@@ -35,7 +35,8 @@ std::vector<ItemRequest> requests(std::span<Evas_Object* const> items) {
 }
 
 /** Applies `change` to the layout's arrangement and has it laid out anew. */
-template <class Change> void change_arrangement(Evas_Object* object, Change change) {
+template <class Change>
+void change_arrangement(Evas_Object* object, Change change) {
     Layout* const layout = attached<Layout>(object);
     if (layout == nullptr)
         return;
@@ -59,7 +60,8 @@ std::vector<Evas_Object*> layout_items(const Evas_Object* object) {
 
 Size layout_content_size(const Evas_Object* object) {
     const Layout* const layout = attached<Layout>(object);
-    return layout == nullptr ? Size{} : content_size(current_arrangement(*layout), requests(layout_items(object)));
+    return layout == nullptr ? Size{}
+                             : content_size(current_arrangement(*layout), requests(layout_items(object)));
 }
 
 } // namespace vell

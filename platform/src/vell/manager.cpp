@@ -129,7 +129,9 @@ void Manager::on_window_resized(void* data, Evas*, Evas_Object* window, void*) {
         static_cast<Manager*>(data)->set_scale(width);
 }
 
-void Manager::on_window_deleted(void* data, Evas*, Evas_Object*, void*) { static_cast<Manager*>(data)->fini(); }
+void Manager::on_window_deleted(void* data, Evas*, Evas_Object*, void*) {
+    static_cast<Manager*>(data)->fini();
+}
 
 void Manager::on_waiting_deleted(void* data, Evas*, Evas_Object* object, void*) {
     static_cast<Manager*>(data)->forget_waiting(object);

@@ -83,7 +83,8 @@ void mirror(const Area& area, std::vector<Area>& places) {
 
 } // namespace
 
-std::vector<Area> place(const Area& area, const Arrangement& arrangement, std::span<const ItemRequest> items) {
+std::vector<Area> place(const Area& area, const Arrangement& arrangement,
+                        std::span<const ItemRequest> items) {
     const Area inner = without_padding(area, arrangement.padding);
     std::vector<Area> places;
     if (arrangement.type == LayoutType::filled) {

@@ -73,7 +73,8 @@ void on_show(void* data, Evas*, Evas_Object* object, void*) {
     vell::Manager::instance().show_waiting();
     Eina_List* const contents = elm_box_children_get(popup->box);
     for (const Eina_List* node = contents; node != nullptr; node = eina_list_next(node))
-        for (Evas_Object* const item : vell::layout_items(static_cast<Evas_Object*>(eina_list_data_get(node))))
+        for (Evas_Object* const item :
+             vell::layout_items(static_cast<Evas_Object*>(eina_list_data_get(node))))
             show_anew(item);
     eina_list_free(contents);
     for (Evas_Object* const button : popup->buttons)
@@ -83,8 +84,7 @@ void on_show(void* data, Evas*, Evas_Object* object, void*) {
 void on_hide(void* data, Evas*, Evas_Object*, void*) {
     auto* const popup = static_cast<Popup*>(data);
     const bool was_open = std::erase(open_popups(), popup) != 0;
-    const bool window_stays = vell::Manager::instance().window() != nullptr;
-    if (was_open && window_stays && popup->focused_before != nullptr)
+    if (was_open && popup->focused_before != nullptr)
         elm_object_focus_set(popup->focused_before, EINA_TRUE);
 }
 

@@ -5,7 +5,8 @@
 namespace {
 
 /** Applies `change` to what a widget asks of its holder, which then places its items anew. */
-template <class Change> void change_request(Evas_Object* object, Change change) {
+template <class Change>
+void change_request(Evas_Object* object, Change change) {
     vell::Widget* const widget = vell::find(object);
     if (widget == nullptr)
         return;

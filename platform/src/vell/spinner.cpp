@@ -40,8 +40,8 @@ int steps(std::string_view key) {
 }
 
 /**
- * The toolkit's own keys, before Elementary's: Elementary would open a text entry on Return. A held event is left
- * alone by Elementary and still reaches the key callbacks set on the spinner.
+ * The toolkit's own keys, before Elementary's: Elementary would open a text entry on Return. A held event is
+ * left alone by Elementary and still reaches the key callbacks set on the spinner.
  */
 void on_key(void*, Evas*, Evas_Object* spinner, void* event_information) {
     auto* const event = static_cast<Evas_Event_Key_Down*>(event_information);
@@ -49,7 +49,8 @@ void on_key(void*, Evas*, Evas_Object* spinner, void* event_information) {
     if (event->key == nullptr)
         return;
     if (const int count = steps(event->key); count != 0) {
-        elm_spinner_value_set(spinner, elm_spinner_value_get(spinner) + count * elm_spinner_step_get(spinner));
+        elm_spinner_value_set(spinner,
+                              elm_spinner_value_get(spinner) + count * elm_spinner_step_get(spinner));
         show_limits(nullptr, spinner, nullptr);
     }
 }
@@ -67,8 +68,8 @@ Evas_Object* elm_vell_spinner_add(Evas_Object* parent) {
     elm_spinner_label_format_set(spinner, "%.0f");
     vell::hold_focus_itself(spinner);
     elm_object_focus_allow_set(spinner, EINA_TRUE);
-    evas_object_event_callback_priority_add(spinner, EVAS_CALLBACK_KEY_DOWN, EVAS_CALLBACK_PRIORITY_BEFORE, on_key,
-                                            nullptr);
+    evas_object_event_callback_priority_add(spinner, EVAS_CALLBACK_KEY_DOWN, EVAS_CALLBACK_PRIORITY_BEFORE,
+                                            on_key, nullptr);
     evas_object_event_callback_add(spinner, EVAS_CALLBACK_SHOW, on_show, nullptr);
     evas_object_smart_callback_add(spinner, "changed", show_limits, nullptr);
     evas_object_smart_callback_add(spinner, "focused", vell::keep_focus_in_popup, nullptr);

@@ -13,16 +13,15 @@ namespace {
 Eina_Bool register_as_widget(Eo* spinner, void*, Efl_Ui_Widget_Focus_State current,
                              Efl_Ui_Widget_Focus_State* configured, Efl_Ui_Widget* redirect) {
     configured->logical = EINA_FALSE;
-    return efl_ui_widget_focus_state_apply(efl_super(spinner, EFL_UI_FOCUS_COMPOSITION_MIXIN), current, configured,
-                                           redirect);
+    return efl_ui_widget_focus_state_apply(efl_super(spinner, EFL_UI_FOCUS_COMPOSITION_MIXIN), current,
+                                           configured, redirect);
 }
 
 } // namespace
 
 void hold_focus_itself(Evas_Object* spinner) {
-    EFL_OPS_DEFINE(operations,
-                   EFL_OBJECT_OP_FUNC(efl_ui_widget_focus_state_apply,
-                                      reinterpret_cast<void*>(register_as_widget)));
+    EFL_OPS_DEFINE(operations, EFL_OBJECT_OP_FUNC(efl_ui_widget_focus_state_apply,
+                                                  reinterpret_cast<void*>(register_as_widget)));
     efl_object_override(spinner, &operations);
 }
 

@@ -6,8 +6,8 @@
 namespace vell {
 
 /**
- * Elementary 1.26 registers a spinner with the focus manager as a mere parent of its inner buttons, and without
- * them nothing takes the focus (measured). This registers the spinner as a widget that can hold it.
+ * Elementary 1.26 registers a spinner with the focus manager as a mere parent of its inner buttons, and
+ * without them nothing takes the focus (measured). This registers the spinner as a widget that can hold it.
  */
 void hold_focus_itself(Evas_Object* spinner);
 

@@ -27,8 +27,8 @@ Widget* find(const Evas_Object* object, Family family) {
 }
 
 std::string markup(const char* text) {
-    const std::unique_ptr<char, decltype(&std::free)> escaped(elm_entry_utf8_to_markup(text == nullptr ? "" : text),
-                                                              &std::free);
+    const std::unique_ptr<char, decltype(&std::free)> escaped(
+        elm_entry_utf8_to_markup(text == nullptr ? "" : text), &std::free);
     return escaped == nullptr ? std::string() : std::string(escaped.get());
 }
 

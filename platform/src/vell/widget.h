@@ -33,17 +33,20 @@ Widget* find(const Evas_Object* object, Family family);
 std::string markup(const char* text);
 
 /** State of type `T` kept with `object` under `T::key` and deleted with it. */
-template <class T> T& attach(Evas_Object* object) {
+template <class T>
+T& attach(Evas_Object* object) {
     T* const state = std::make_unique<T>().release();
     evas_object_data_set(object, T::key, state);
     evas_object_event_callback_add(
         object, EVAS_CALLBACK_FREE,
-        [](void* data, Evas*, Evas_Object*, void*) { std::default_delete<T>()(static_cast<T*>(data)); }, state);
+        [](void* data, Evas*, Evas_Object*, void*) { std::default_delete<T>()(static_cast<T*>(data)); },
+        state);
     return *state;
 }
 
 /** The state of type `T` kept with `object`, or null. */
-template <class T> T* attached(const Evas_Object* object) {
+template <class T>
+T* attached(const Evas_Object* object) {
     return object == nullptr ? nullptr : static_cast<T*>(evas_object_data_get(object, T::key));
 }
 

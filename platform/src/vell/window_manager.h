@@ -9,8 +9,8 @@ namespace vell {
 bool has_window_manager(Evas_Object* window);
 
 /**
- * Lets the window do without a window manager: Elementary draws no window that nobody manages (measured), so it
- * is taken out of management and takes the keyboard when it appears.
+ * Lets the window do without a window manager: Elementary draws no window that nobody manages (measured), so
+ * it is taken out of management and takes the keyboard when it appears.
  *
  * @return the handler to delete with the window.
  */

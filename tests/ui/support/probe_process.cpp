@@ -1,15 +1,17 @@
 #include "support/probe_process.h"
 
+#include <algorithm>
 #include <array>
 #include <csignal>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <gio/gio.h>
 #include <poll.h>
 #include <stdexcept>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
-#include <utility>
 
 namespace test {
 namespace {
@@ -56,7 +58,7 @@ std::string ProbeProcess::next_line(Clock::time_point end) {
         }
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
         pollfd output{.fd = output_, .events = POLLIN, .revents = 0};
-        if (left <= 0 || poll(&output, 1, static_cast<int>(left)) <= 0)
+        if (poll(&output, 1, static_cast<int>(std::max<std::int64_t>(left, 0))) <= 0)
             return {};
         std::array<char, 512> buffer{};
         const ssize_t count = read(output_, buffer.data(), buffer.size());
@@ -84,8 +86,13 @@ std::vector<std::string> ProbeProcess::lines_for(std::chrono::milliseconds time)
 
 int ProbeProcess::wait() {
     int status = 0;
-    if (waitpid(std::exchange(id_, -1), &status, 0) < 0)
-        throw std::runtime_error("the probe has been waited for already");
+    const auto end = Clock::now() + std::chrono::seconds(10);
+    while (waitpid(id_, &status, WNOHANG) == 0) {
+        if (Clock::now() > end)
+            throw std::runtime_error("the probe does not end");
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    id_ = -1;
     return as_exit_status(status);
 }
 

@@ -27,7 +27,11 @@ public:
     /** All lines printed from now on until `time` is over or the process ends. */
     std::vector<std::string> lines_for(std::chrono::milliseconds time);
 
-    /** Waits for the end: the exit status, or 128 + the signal's number. */
+    /**
+     * Waits for the end: the exit status, or 128 + the signal's number. What was printed can still be read;
+     * the end of the output is no sign of the end, for a cache daemon that EFL starts holds it open for two
+     * seconds more.
+     */
     int wait();
 
     /** How often the process's threads gave up the processor so far. */

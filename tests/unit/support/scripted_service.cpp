@@ -1,5 +1,8 @@
 #include "support/scripted_service.h"
 
+#include <array>
+#include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
 
@@ -15,15 +18,32 @@ void round_trip(GDBusConnection* connection) {
         nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr);
 }
 
-// The television's own NCP host service has the name on its system bus, so the scripted one gets a bus of its
-// own, which ends with the process.
+// A bus daemon of the tests' own. It leaves its parent, so that a test may wait for every child it has.
+class PrivateBus {
+public:
+    PrivateBus() {
+        FILE* const output = popen(
+            "dbus-daemon --session --fork --address=unix:dir=/tmp --print-address=1 --print-pid=1", "r");
+        std::array<char, 256> bus_address{};
+        if (output == nullptr || fscanf(output, "%255s %d", bus_address.data(), &process) != 2)
+            throw std::runtime_error("no bus daemon");
+        pclose(output);
+        address = bus_address.data();
+    }
+    PrivateBus(const PrivateBus&) = delete;
+    PrivateBus& operator=(const PrivateBus&) = delete;
+    ~PrivateBus() { kill(process, SIGTERM); }
+
+    std::string address;
+
+private:
+    pid_t process = 0;
+};
+
+// The television's own NCP host service has the name on its system bus, so the scripted one gets another bus.
 void use_private_system_bus() {
-    static const GObjectHandle<GTestDBus> bus = [] {
-        GObjectHandle<GTestDBus> started(g_test_dbus_new(G_TEST_DBUS_NONE));
-        g_test_dbus_up(started.get());
-        setenv("DBUS_SYSTEM_BUS_ADDRESS", g_test_dbus_get_bus_address(started.get()), 1);
-        return started;
-    }();
+    static const PrivateBus bus;
+    setenv("DBUS_SYSTEM_BUS_ADDRESS", bus.address.c_str(), 1);
 }
 
 GVariant* parse(const std::string& text) {
