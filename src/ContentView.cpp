@@ -30,18 +30,18 @@ void ContentView::focusWhenShown(Evas_Object* widget) {
     evas_object_event_callback_add(widget, EVAS_CALLBACK_SHOW, setFocusAfterShowCb, nullptr);
 }
 
-void ContentView::clearForStartPage() {
+void ContentView::clearForStartPage() const {
     elm_vell_layout_clear(contentLayout);
     elm_vell_layout_align_set(contentLayout, 5);
 }
 
-void ContentView::clearForTestPage() {
+void ContentView::clearForTestPage() const {
     elm_vell_layout_clear(contentLayout);
     elm_vell_layout_type_set(contentLayout, 1);
     elm_vell_layout_align_set(contentLayout, 1);
 }
 
-Evas_Object* ContentView::addButton(const char* text, Evas_Smart_Cb pressed, void* view) {
+Evas_Object* ContentView::addButton(const char* text, Evas_Smart_Cb pressed, void* view) const {
     Evas_Object* const button = createButton(contentLayout, text, 100, 10);
     evas_object_smart_callback_add(button, "pressed", pressed, view);
     return button;
@@ -70,7 +70,7 @@ bool ContentView::bringUpRadio(const LogOrigin& origin, Evas_Object* startButton
 }
 
 bool ContentView::createPicker(const LogOrigin& origin, const Picker& picker, WidgetHandle& popup,
-                               WidgetHandle& spinner, void* view) {
+                               WidgetHandle& spinner, void* view) const {
     return runPageStep(origin, [&] {
         popup = createPopup(parentLayout, picker.title);
         Evas_Object* const content = createPopupContent(parentLayout, popup);

@@ -56,12 +56,12 @@ protected:
     static void focusWhenShown(Evas_Object* widget);
 
     /** Clears the content area for a start page. */
-    void clearForStartPage();
+    void clearForStartPage() const;
     /** Clears the content area for a test page. */
-    void clearForTestPage();
+    void clearForTestPage() const;
 
     /** A button of the content area; `view` is given to its "pressed" callback. */
-    Evas_Object* addButton(const char* text, Evas_Smart_Cb pressed, void* view);
+    Evas_Object* addButton(const char* text, Evas_Smart_Cb pressed, void* view) const;
 
     /** Shows a popup and remembers it as the one showing. */
     void showPopup(Evas_Object* popup);
@@ -80,7 +80,7 @@ protected:
      * @return false when a widget could not be made (logged for `origin`).
      */
     bool createPicker(const LogOrigin& origin, const Picker& picker, WidgetHandle& popup,
-                      WidgetHandle& spinner, void* view);
+                      WidgetHandle& spinner, void* view) const;
 
     /** Whether a key press in a picker chooses its value: Return does. */
     static bool isChoice(const Evas_Event_Key_Down& event);

@@ -10,7 +10,11 @@ public:
     explicit WidgetHandle(Evas_Object* widget) { *this = widget; }
     ~WidgetHandle() { *this = nullptr; }
     WidgetHandle(const WidgetHandle&) = delete;
-    WidgetHandle& operator=(const WidgetHandle& other) { return *this = other.object; }
+    WidgetHandle& operator=(const WidgetHandle& other) {
+        if (this != &other)
+            *this = other.object;
+        return *this;
+    }
 
     WidgetHandle& operator=(Evas_Object* widget) {
         if (object != nullptr)

@@ -8,7 +8,7 @@ int pixels(double units) { return elm_vell_unit_to_pixel(units); }
 
 Evas_Object* required(Evas_Object* widget) {
     if (widget == nullptr)
-        throw inputDataIsNull;
+        throw inputDataIsNull; // NOLINT(misc-throw-by-value-catch-by-reference): the text is a constant
     return widget;
 }
 

@@ -60,7 +60,7 @@ Evas_Object* elm_vell_header_add(Evas_Object* parent) {
     if (object == nullptr)
         return nullptr;
     elm_layout_theme_set(object, "vell", "header", "default");
-    Header& header = vell::attach<Header>(object);
+    auto& header = vell::attach<Header>(object);
     header.rows =
         vell::items_box_add(object, [&header](const Area& area, std::span<Evas_Object* const> rows) {
             std::vector<Area> areas;

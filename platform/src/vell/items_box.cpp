@@ -42,7 +42,7 @@ Evas_Object* items_box_add(Evas_Object* parent, PlaceItems place_items, LeastSiz
     Evas_Object* const box = elm_box_add(parent);
     if (box == nullptr)
         return nullptr;
-    Items& items = attach<Items>(box);
+    auto& items = attach<Items>(box);
     items.place_items = std::move(place_items);
     items.least_size = std::move(least_size);
     elm_box_layout_set(box, place_children, &items, nullptr);

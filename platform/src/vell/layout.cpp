@@ -37,7 +37,7 @@ std::vector<ItemRequest> requests(std::span<Evas_Object* const> items) {
 /** Applies `change` to the layout's arrangement and has it laid out anew. */
 template <class Change>
 void change_arrangement(Evas_Object* object, Change change) {
-    Layout* const layout = attached<Layout>(object);
+    auto* const layout = attached<Layout>(object);
     if (layout == nullptr)
         return;
     change(layout->arrangement);
@@ -46,22 +46,22 @@ void change_arrangement(Evas_Object* object, Change change) {
 
 } // namespace
 
-std::vector<Evas_Object*> layout_items(const Evas_Object* object) {
+std::vector<Evas_Object*> layout_items(const Evas_Object* layout) {
     std::vector<Evas_Object*> items;
-    const Layout* const layout = attached<Layout>(object);
-    if (layout == nullptr)
+    const auto* const state = attached<Layout>(layout);
+    if (state == nullptr)
         return items;
-    Eina_List* const children = elm_box_children_get(layout->box);
+    Eina_List* const children = elm_box_children_get(state->box);
     for (const Eina_List* node = children; node != nullptr; node = eina_list_next(node))
         items.push_back(static_cast<Evas_Object*>(eina_list_data_get(node)));
     eina_list_free(children);
     return items;
 }
 
-Size layout_content_size(const Evas_Object* object) {
-    const Layout* const layout = attached<Layout>(object);
-    return layout == nullptr ? Size{}
-                             : content_size(current_arrangement(*layout), requests(layout_items(object)));
+Size layout_content_size(const Evas_Object* layout) {
+    const auto* const state = attached<Layout>(layout);
+    return state == nullptr ? Size{}
+                            : content_size(current_arrangement(*state), requests(layout_items(layout)));
 }
 
 } // namespace vell
@@ -75,7 +75,7 @@ Evas_Object* elm_vell_layout_add(Evas_Object* parent) {
     if (object == nullptr)
         return nullptr;
     elm_layout_theme_set(object, "vell", "layout", "default");
-    Layout& layout = vell::attach<Layout>(object);
+    auto& layout = vell::attach<Layout>(object);
     layout.box =
         vell::items_box_add(object, [&layout](const vell::Area& area, std::span<Evas_Object* const> items) {
             return vell::place(area, vell::current_arrangement(layout), vell::requests(items));
@@ -123,7 +123,7 @@ void elm_vell_layout_bg_color_set(Evas_Object* layout, const char* color) {
 }
 
 void elm_vell_layout_item_append(Evas_Object* layout, Evas_Object* item, int width, int height) {
-    Layout* const holder = attached<Layout>(layout);
+    auto* const holder = attached<Layout>(layout);
     vell::Widget* const widget = vell::find(item);
     if (holder == nullptr || widget == nullptr)
         return;
@@ -133,6 +133,6 @@ void elm_vell_layout_item_append(Evas_Object* layout, Evas_Object* item, int wid
 }
 
 void elm_vell_layout_clear(Evas_Object* layout) {
-    if (Layout* const holder = attached<Layout>(layout))
+    if (auto* const holder = attached<Layout>(layout))
         elm_box_clear(holder->box);
 }

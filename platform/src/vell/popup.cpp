@@ -9,25 +9,26 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
+#include <string_view>
 
 namespace {
 
 using vell::Area;
 using vell::Size;
 
+constexpr std::array<const char*, 3> button_places = {"button1", "button2", "button3"};
+
 struct Popup {
     static constexpr const char* key = "vell/popup";
     ~Popup();
 
     Evas_Object* object = nullptr;
-    Evas_Object* box = nullptr;            /**< gives the content or the message its size */
-    std::vector<Evas_Object*> buttons;     /**< in their places, first to last */
-    Evas_Object* focused = nullptr;        /**< what in it had the focus last; weak */
-    Evas_Object* focused_before = nullptr; /**< what had the focus when it was shown; weak */
+    Evas_Object* box = nullptr; /**< gives the content or the message its size */
+    // Null once the widget is gone:
+    std::array<Evas_Object*, button_places.size()> buttons{};
+    Evas_Object* focused = nullptr;        /**< what in it had the focus last */
+    Evas_Object* focused_before = nullptr; /**< what had the focus when it was shown */
 };
-
-constexpr std::array<const char*, 3> button_places = {"button1", "button2", "button3"};
 
 /** A popup's buttons have text as large as a page's. */
 constexpr int popup_button_zoom = 130;
@@ -49,6 +50,8 @@ void point_weakly(Evas_Object*& place, Evas_Object* widget) {
 
 Popup::~Popup() {
     std::erase(open_popups(), this);
+    for (Evas_Object*& button : buttons)
+        point_weakly(button, nullptr);
     point_weakly(focused, nullptr);
     point_weakly(focused_before, nullptr);
 }
@@ -65,11 +68,28 @@ void show_anew(Evas_Object* object) {
     evas_object_show(object);
 }
 
+/** The part of an Elementary popup that covers the window and, when it appears, takes the focus. */
+Evas_Object* notification_of(Evas_Object* popup) {
+    Eina_List* const members = evas_object_smart_members_get(popup);
+    Evas_Object* notification = nullptr;
+    for (const Eina_List* node = members; node != nullptr; node = eina_list_next(node)) {
+        auto* const member = static_cast<Evas_Object*>(eina_list_data_get(node));
+        if (std::string_view(evas_object_type_get(member)) == "elm_notify")
+            notification = member;
+    }
+    eina_list_free(members);
+    return notification;
+}
+
 void on_show(void* data, Evas*, Evas_Object* object, void*) {
     auto* const popup = static_cast<Popup*>(data);
     std::erase(open_popups(), popup);
     open_popups().push_back(popup);
     point_weakly(popup->focused_before, elm_object_focused_object_get(object));
+    point_weakly(popup->focused, nullptr);
+    // Elementary gives a popup that appears again the focus it had when it went (measured). That is done
+    // first, so that the show callbacks have the last word.
+    evas_object_show(notification_of(object));
     vell::Manager::instance().show_waiting();
     Eina_List* const contents = elm_box_children_get(popup->box);
     for (const Eina_List* node = contents; node != nullptr; node = eina_list_next(node))
@@ -78,7 +98,8 @@ void on_show(void* data, Evas*, Evas_Object* object, void*) {
             show_anew(item);
     eina_list_free(contents);
     for (Evas_Object* const button : popup->buttons)
-        show_anew(button);
+        if (button != nullptr)
+            show_anew(button);
 }
 
 void on_hide(void* data, Evas*, Evas_Object*, void*) {
@@ -96,7 +117,8 @@ int content_margin() {
 
 std::vector<Area> fill_between_margins(const Area& area, std::span<Evas_Object* const> items) {
     const Area inside{area.x, area.y + content_margin(), area.width, area.height - 2 * content_margin()};
-    return std::vector<Area>(items.size(), inside);
+    std::vector<Area> areas(items.size(), inside);
+    return areas;
 }
 
 Size size_with_margins(std::span<Evas_Object* const> items) {
@@ -139,7 +161,7 @@ Evas_Object* elm_vell_popup_add(Evas_Object* parent) {
     Evas_Object* const object = parent == nullptr ? nullptr : elm_popup_add(parent);
     if (object == nullptr)
         return nullptr;
-    Popup& popup = vell::attach<Popup>(object);
+    auto& popup = vell::attach<Popup>(object);
     popup.object = object;
     popup.box = vell::items_box_add(object, fill_between_margins, size_with_margins);
     elm_object_content_set(object, popup.box);
@@ -161,36 +183,38 @@ void elm_vell_popup_title_set(Evas_Object* popup, const char* text) {
     vell::set_accessible_name(popup, text);
 }
 
-void elm_vell_popup_message_set(Evas_Object* object, const char* text, int width) {
-    auto* const popup = vell::attached<Popup>(object);
-    if (popup == nullptr)
+void elm_vell_popup_message_set(Evas_Object* popup, const char* text, int width) {
+    auto* const state = vell::attached<Popup>(popup);
+    if (state == nullptr)
         return;
-    Evas_Object* const message = vell::adopt(elm_label_add(object), vell::Family::message);
+    Evas_Object* const message = vell::adopt(elm_label_add(popup), vell::Family::message);
     elm_label_line_wrap_set(message, ELM_WRAP_WORD);
     elm_label_wrap_width_set(message, width);
     elm_object_text_set(message, vell::markup(text).c_str());
-    evas_object_smart_calculate(message); // its height is known from here on
     vell::find(message)->request.given = {width, 0};
-    set_content(*popup, *vell::find(message));
+    set_content(*state, *vell::find(message));
 }
 
-void elm_vell_popup_content_set(Evas_Object* object, Evas_Object* content, int width, int height) {
-    auto* const popup = vell::attached<Popup>(object);
+void elm_vell_popup_content_set(Evas_Object* popup, Evas_Object* content, int width, int height) {
+    auto* const state = vell::attached<Popup>(popup);
     vell::Widget* const widget = vell::find(content, vell::Family::layout);
-    if (popup == nullptr || widget == nullptr)
+    if (state == nullptr || widget == nullptr)
         return;
     widget->request.given = {width, height};
-    set_content(*popup, *widget);
+    set_content(*state, *widget);
 }
 
-void elm_vell_popup_button_set(Evas_Object* object, Evas_Object* button, int slot) {
-    auto* const popup = vell::attached<Popup>(object);
-    if (popup == nullptr || vell::find(button, vell::Family::button) == nullptr)
+void elm_vell_popup_button_set(Evas_Object* popup, Evas_Object* button, int slot) {
+    auto* const state = vell::attached<Popup>(popup);
+    if (state == nullptr || vell::find(button, vell::Family::button) == nullptr)
         return;
-    const std::size_t place = slot > 0 ? static_cast<std::size_t>(slot) - 1 : popup->buttons.size();
-    if (place >= button_places.size())
+    auto& buttons = state->buttons;
+    const auto free_place =
+        std::distance(buttons.begin(), std::find(buttons.begin(), buttons.end(), nullptr));
+    const auto place = static_cast<std::size_t>(slot > 0 ? slot - 1 : free_place);
+    if (place >= buttons.size())
         return;
     elm_vell_button_zoom_set(button, popup_button_zoom);
-    elm_object_part_content_set(object, button_places.at(place), button);
-    popup->buttons.push_back(button);
+    elm_object_part_content_set(popup, button_places.at(place), button);
+    point_weakly(buttons.at(place), button);
 }
