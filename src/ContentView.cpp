@@ -81,16 +81,15 @@ bool ContentView::createPicker(const LogOrigin& origin, const Picker& picker, Wi
     });
 }
 
-bool ContentView::isChoice(const Evas_Event_Key_Down& event) {
-    return event.key != nullptr && std::string_view(event.key) == "Return";
-}
-
-int ContentView::valueOf(Evas_Object* spinner) { return static_cast<int>(elm_spinner_value_get(spinner)); }
-
-void ContentView::choose(const LogOrigin& origin, int value, const PickerChoice& choice,
-                         Evas_Object* button) {
+void ContentView::handlePickerKey(const LogOrigin& origin, const Evas_Event_Key_Down& event,
+                                  const PickerChoice& choice, Evas_Object* spinner, Evas_Object* button) {
+    if (event.key == nullptr || std::string_view(event.key) != "Return")
+        return;
+    const int value = static_cast<int>(elm_spinner_value_get(spinner));
+    if (choice.logsValue)
+        LOG_INFO_AT(origin, "%s value [%d]", choice.name, value);
     if (!(ncp_requester::getInstance().*choice.operation)(value)) {
-        LOG_ERROR_AT(origin, "%s", choice.failure);
+        LOG_ERROR_AT(origin, "failed to set %s", choice.name);
         return;
     }
     elm_vell_button_text_set(button, std::to_string(value).c_str());

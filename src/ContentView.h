@@ -14,10 +14,11 @@ struct Picker {
     Evas_Object_Event_Cb keyCallback; /**< gets every key press in the picker's spinner */
 };
 
-/** What Return in a picker does. */
+/** What Return in a picker does with the value that it shows. */
 struct PickerChoice {
-    bool (ncp_requester::*operation)(int); /**< given the value chosen */
-    const char* failure;                   /**< logged when the operation fails */
+    const char* name;                      /**< what is chosen, for the messages: "power" or "channel" */
+    bool (ncp_requester::*operation)(int); /**< sends the value to the radio */
+    bool logsValue;                        /**< whether the value is logged before it is sent */
 };
 
 /**
@@ -82,13 +83,12 @@ protected:
     bool createPicker(const LogOrigin& origin, const Picker& picker, WidgetHandle& popup,
                       WidgetHandle& spinner, void* view) const;
 
-    /** Whether a key press in a picker chooses its value: Return does. */
-    static bool isChoice(const Evas_Event_Key_Down& event);
-    /** The value that a picker shows. */
-    static int valueOf(Evas_Object* spinner);
-
-    /** Sends a picker's value to the radio: on success the button shows it and the picker closes. */
-    void choose(const LogOrigin& origin, int value, const PickerChoice& choice, Evas_Object* button);
+    /**
+     * Handles a key press in a picker: Return sends its value to the radio, and on success the button shows
+     * it and the picker closes; other keys are left to the spinner.
+     */
+    void handlePickerKey(const LogOrigin& origin, const Evas_Event_Key_Down& event,
+                         const PickerChoice& choice, Evas_Object* spinner, Evas_Object* button);
 
     /** Ends the test: the start page when the radio stopped. */
     void stopTest(const LogOrigin& origin);

@@ -122,12 +122,12 @@ void RXTestView::setChannelButtonPressedCb(void* data, Evas_Object*, void*) {
 }
 
 void RXTestView::channelSpinnerPressedCb(void* data, Evas*, Evas_Object*, void* event) {
-    if (!inputIsThere(LOG_ORIGIN(__func__), data, event) ||
-        !isChoice(*static_cast<Evas_Event_Key_Down*>(event)))
+    if (!inputIsThere(LOG_ORIGIN(__func__), data, event))
         return;
     auto* const view = static_cast<RXTestView*>(data);
-    view->choose(LOG_ORIGIN(__func__), valueOf(view->channelSpinner),
-                 {&ncp_requester::ember_set_channel, "failed to set channel"}, view->setChannelButton);
+    view->handlePickerKey(LOG_ORIGIN(__func__), *static_cast<Evas_Event_Key_Down*>(event),
+                          {"channel", &ncp_requester::ember_set_channel, false}, view->channelSpinner,
+                          view->setChannelButton);
 }
 
 void RXTestView::stopButtonPressedCb(void* data, Evas_Object*, void*) {

@@ -116,25 +116,21 @@ void TXTestView::setChannelButtonPressedCb(void* data, Evas_Object*, void*) {
 }
 
 void TXTestView::powerSpinnerPressedCb(void* data, Evas*, Evas_Object*, void* event) {
-    if (!inputIsThere(LOG_ORIGIN(__func__), data, event) ||
-        !isChoice(*static_cast<Evas_Event_Key_Down*>(event)))
+    if (!inputIsThere(LOG_ORIGIN(__func__), data, event))
         return;
     auto* const view = static_cast<TXTestView*>(data);
-    const int power = valueOf(view->powerSpinner);
-    LOG_INFO("power value [%d]", power);
-    view->choose(LOG_ORIGIN(__func__), power, {&ncp_requester::ember_set_power, "failed to set power"},
-                 view->setPowerButton);
+    view->handlePickerKey(LOG_ORIGIN(__func__), *static_cast<Evas_Event_Key_Down*>(event),
+                          {"power", &ncp_requester::ember_set_power, true}, view->powerSpinner,
+                          view->setPowerButton);
 }
 
 void TXTestView::channelSpinnerPressedCb(void* data, Evas*, Evas_Object*, void* event) {
-    if (!inputIsThere(LOG_ORIGIN(__func__), data, event) ||
-        !isChoice(*static_cast<Evas_Event_Key_Down*>(event)))
+    if (!inputIsThere(LOG_ORIGIN(__func__), data, event))
         return;
     auto* const view = static_cast<TXTestView*>(data);
-    const int channel = valueOf(view->channelSpinner);
-    LOG_INFO("channel value [%d]", channel);
-    view->choose(LOG_ORIGIN(__func__), channel, {&ncp_requester::ember_set_channel, "failed to set channel"},
-                 view->setChannelButton);
+    view->handlePickerKey(LOG_ORIGIN(__func__), *static_cast<Evas_Event_Key_Down*>(event),
+                          {"channel", &ncp_requester::ember_set_channel, true}, view->channelSpinner,
+                          view->setChannelButton);
 }
 
 void TXTestView::streamButtonPressedCb(void* data, Evas_Object*, void*) {
