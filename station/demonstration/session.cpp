@@ -32,7 +32,9 @@ std::filesystem::path made(const std::filesystem::path& folder) {
 
 Session::Session(const std::string& program, const std::filesystem::path& pictures)
     : pictures_(made(pictures)), operator_(std::filesystem::path(program).filename(), patience),
-      application_({program}, pictures_ / "application.log") {}
+      application_({program}, pictures_ / "application.log") {
+    operator_.follow(application_);
+}
 
 void Session::see_first_page() { say("start", operator_.wait_for_focus("TX Test").description()); }
 

@@ -50,6 +50,8 @@ const Screen& Operator::wait_until(const std::string& wanted,
         seen_ = screen();
         if (is_as_wanted(seen_))
             return seen_;
+        if (followed_ != nullptr && !followed_->process())
+            throw NotSeen("the application has ended; the screen did not show " + wanted);
         if (std::chrono::steady_clock::now() >= deadline)
             throw NotSeen("waited " + std::to_string(patience.count()) + " ms for " + wanted +
                           "; the screen shows: " + seen_.description());

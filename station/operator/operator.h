@@ -1,6 +1,7 @@
 /** A person with a remote control: presses keys, reads the screen, waits, takes pictures. */
 #pragma once
 
+#include "application.h"
 #include "display.h"
 #include "screen.h"
 
@@ -30,6 +31,10 @@ public:
      * @throws std::runtime_error without an X display, a session bus or an accessibility bus.
      */
     explicit Operator(std::string application, std::chrono::milliseconds patience = std::chrono::seconds(10));
+
+    /** From now on waiting ends at once, with NotSeen, when this process has ended. The application outlives
+     * the operator's waits. */
+    void follow(const Application& application) { followed_ = &application; }
 
     /** Presses a key `times` times; see `press_key`. */
     void press(const std::string& key, int times = 1);
@@ -68,6 +73,7 @@ private:
     std::string application_;
     std::chrono::milliseconds patience_;
     Display display_;
+    const Application* followed_ = nullptr;
     Screen seen_{{}, false}; // the newest look of a wait
 };
 

@@ -39,6 +39,12 @@ Screen::Screen(std::vector<Widget> widgets, bool in_front)
     std::ranges::move(in_order, page);
 }
 
+Screen Screen::unreadable(const std::string& reason) {
+    Screen screen({}, false);
+    screen.reason_ = reason;
+    return screen;
+}
+
 std::vector<std::string> Screen::texts() const {
     std::vector<std::string> texts;
     std::ranges::transform(widgets_, std::back_inserter(texts), text_of);
@@ -69,7 +75,9 @@ std::string Screen::description() const {
         line += line.empty() ? "" : " | ";
         line += widget.focused ? "[" + text_of(widget) + "]" : text_of(widget);
     }
-    return line.empty() ? "nothing that can be read" : line;
+    if (!line.empty())
+        return line;
+    return "nothing that can be read" + (reason_.empty() ? "" : " (" + reason_ + ")");
 }
 
 } // namespace station

@@ -40,6 +40,8 @@ void sort_for_reading(std::vector<Widget>& widgets);
 class Screen {
 public:
     explicit Screen(std::vector<Widget> widgets, bool in_front = true);
+    /** A screen on which nothing could be read, and why. */
+    static Screen unreadable(const std::string& reason);
 
     /** In reading order, those without a name left out. */
     [[nodiscard]] const std::vector<Widget>& widgets() const { return widgets_; }
@@ -60,6 +62,7 @@ public:
 private:
     std::vector<Widget> widgets_;
     bool in_front_;
+    std::string reason_;
 };
 
 /** Readies libatspi; throws std::runtime_error without an accessibility bus. */

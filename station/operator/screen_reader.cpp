@@ -157,7 +157,7 @@ Screen read_screen(const std::string& application) {
     try {
         const auto root = find_application(application);
         if (!root)
-            return Screen({}, false);
+            return Screen::unreadable("the application is not on the accessibility bus");
         Look look;
         for (const auto& window : children_of(root.get())) {
             const States states(window.get());
@@ -169,8 +169,8 @@ Screen read_screen(const std::string& application) {
             if (dialog == look.dialogs)
                 widgets.push_back(std::move(widget));
         return Screen(std::move(widgets), look.in_front);
-    } catch (const LostSight&) {
-        return Screen({}, false);
+    } catch (const LostSight& error) {
+        return Screen::unreadable(error.what());
     }
 }
 

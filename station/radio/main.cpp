@@ -18,6 +18,7 @@ struct Options {
     ~Options() {
         g_free(firmware);
         g_strfreev(traffic);
+        g_free(air);
     }
 
     gchar* firmware = nullptr;
@@ -25,6 +26,7 @@ struct Options {
     gboolean no_serial = FALSE;
     double serial_after = 0;
     gchar** traffic = nullptr;
+    gchar* air = nullptr;
 };
 
 void read_into(Options& options, int argc, char** argv) {
@@ -36,6 +38,7 @@ void read_into(Options& options, int argc, char** argv) {
          {"serial-after", 0, 0, G_OPTION_ARG_DOUBLE, &options.serial_after, "it appears late", "SECONDS"},
          {"traffic", 0, 0, G_OPTION_ARG_STRING_ARRAY, &options.traffic, "packets a second on a channel",
           "CHANNEL=N"},
+         {"air", 0, 0, G_OPTION_ARG_FILENAME, &options.air, "the folder of the shared air", "DIR"},
          {}});
     station::read_options(argc, argv, entries.data(), "The radio module of the simulated television.");
 }
@@ -78,6 +81,8 @@ void run(int argc, char** argv, const station::StationLog& log) {
     for (auto* entry = options.traffic; entry != nullptr && *entry != nullptr; ++entry) {
         add_traffic(module, *entry);
     }
+    if (options.air != nullptr)
+        module.join_air(options.air);
     if (options.serial_after > 0) {
         station::call_after(static_cast<guint>(options.serial_after * 1000),
                             [&] { module.set_serial(true); });

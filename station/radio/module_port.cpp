@@ -47,6 +47,14 @@ void ModulePort::hide() {
     shown_ = false;
 }
 
+void ModulePort::hold(bool held) {
+    if (held == static_cast<bool>(television_end_))
+        return;
+    television_end_.reset(held ? open(terminal_path_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC) : -1);
+    if (held && !television_end_)
+        fail(terminal_path_);
+}
+
 std::optional<int> ModulePort::speed() const { return speed_of(descriptor()); }
 
 } // namespace station

@@ -23,6 +23,13 @@ public:
     void hide();
     [[nodiscard]] bool is_shown() const { return shown_; }
 
+    /**
+     * Holds the television's end open, so that the module's does not hang up while nobody uses it, or lets go
+     * of it, so that it does when the television is the last to close it. Held from the start.
+     * @throws std::system_error.
+     */
+    void hold(bool held);
+
     /** The module's end, to read and write. */
     [[nodiscard]] int descriptor() const { return module_end_.get(); }
     /** The speed the television has set on its end, when it is one a module can have. */
@@ -33,8 +40,7 @@ private:
     std::string terminal_path_;
     bool shown_ = false;
     FileDescriptor module_end_;
-    FileDescriptor
-        television_end_; // held open, so that the module's end does not hang up while nobody uses it
+    FileDescriptor television_end_;
 };
 
 } // namespace station

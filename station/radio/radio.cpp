@@ -1,13 +1,26 @@
 #include "radio.h"
 
 #include <algorithm>
+#include <array>
+#include <utility>
 
 namespace station {
 namespace {
 
 bool is_channel(int channel) { return channel >= Radio::lowest_channel && channel <= Radio::highest_channel; }
 
+bool is_power(int power) { return power >= 0 && power <= Radio::highest_power; }
+
+std::string name_of_traffic(int channel) { return "traffic on channel " + std::to_string(channel); }
+
 } // namespace
+
+Radio::Radio() {
+    for (int channel = lowest_channel; channel <= highest_channel; ++channel) {
+        set_traffic(channel, channel == busy_channel ? busy_packets_per_second : quiet_packets_per_second,
+                    {});
+    }
+}
 
 const char* name_of(Radio::Mode mode) {
     switch (mode) {
@@ -68,9 +81,9 @@ RadioCode Radio::perform(const RadioRequest& request) {
 
 RadioCode Radio::reset() {
     Radio fresh;
-    fresh.traffic_ = traffic_;
+    fresh.traffic_ = std::move(traffic_);
     fresh.listened_until_ = listened_until_;
-    *this = fresh;
+    *this = std::move(fresh);
     return RadioCode::ok;
 }
 
@@ -102,7 +115,7 @@ RadioCode Radio::set_channel(int channel) {
 RadioCode Radio::set_power(int power) {
     if (streams_)
         return RadioCode::streaming;
-    if (power < 0 || power > highest_power)
+    if (!is_power(power))
         return RadioCode::bad_power;
     power_ = power;
     return RadioCode::ok;
@@ -137,26 +150,43 @@ RadioCode Radio::reset_rx_statistics() {
     return RadioCode::ok;
 }
 
-bool Radio::set_traffic(int channel, int packets_per_second, Time now) {
+bool Radio::set_traffic(int channel, double packets_per_second, Time now) {
     if (!is_channel(channel) || packets_per_second < 0)
         return false;
     listen_until(now);
-    traffic_.at(static_cast<std::size_t>(channel - lowest_channel)) = packets_per_second;
+    traffic_.add(name_of_traffic(channel), {channel, packets_per_second, now});
     return true;
 }
 
-int Radio::traffic_here() const {
-    return mode_ == Mode::receive ? traffic_.at(static_cast<std::size_t>(channel_ - lowest_channel)) : 0;
+bool Radio::add_stream(const std::string& name, int channel, int power, Time now) {
+    if (!is_channel(channel) || !is_power(power))
+        return false;
+    listen_until(now);
+    const auto rate = stream_packets_per_second - lost_packets_per_power * (highest_power - power);
+    traffic_.add(name, {channel, rate, now});
+    return true;
+}
+
+void Radio::remove_stream(const std::string& name, Time now) {
+    listen_until(now);
+    traffic_.remove(name);
+}
+
+void Radio::lose_line(Time now) {
+    listen_until(now);
+    stop();
 }
 
 long long Radio::received(Time now) const {
-    const std::chrono::duration<double> listened = now - listened_until_;
-    return static_cast<long long>(received_ + listened.count() * traffic_here());
+    return received_ + (mode_ == Mode::receive ? traffic_.packets(channel_, listened_until_, now) : 0);
+}
+
+double Radio::packets_per_second() const {
+    return mode_ == Mode::receive ? traffic_.packets_per_second(channel_) : 0;
 }
 
 void Radio::listen_until(Time now) {
-    const std::chrono::duration<double> listened = now - listened_until_;
-    received_ += listened.count() * traffic_here();
+    received_ = received(now);
     listened_until_ = now;
 }
 

@@ -2,20 +2,32 @@
 #pragma once
 
 #include "common/radio_protocol.h"
+#include "traffic.h"
 
-#include <array>
-#include <chrono>
+#include <string>
 
 namespace station {
 
 class Radio {
 public:
-    using Time = std::chrono::steady_clock::time_point;
+    using Time = Sender::Time;
     enum class Mode { off, transmit, receive };
 
     static constexpr int lowest_channel = 11;
     static constexpr int highest_channel = 26;
     static constexpr int highest_power = 20;
+
+    /** Traffic on every channel until told otherwise, and on the busy one. */
+    static constexpr double quiet_packets_per_second = 0.25;
+    static constexpr int busy_channel = 20;
+    static constexpr double busy_packets_per_second = 20;
+
+    /** What is received a second of another television's stream: 100 packets at the highest power, two less
+     * for each step below it. */
+    static constexpr double stream_packets_per_second = 100;
+    static constexpr double lost_packets_per_power = 2;
+
+    Radio();
 
     /**
      * Does what a request asks.
@@ -31,7 +43,13 @@ public:
 
     /** From now on so many packets a second arrive on a channel. @return false for no such channel or rate.
      */
-    bool set_traffic(int channel, int packets_per_second, Time now);
+    bool set_traffic(int channel, double packets_per_second, Time now);
+    /** From now on another television streams. @return false for no such channel or power. */
+    bool add_stream(const std::string& name, int channel, int power, Time now);
+    /** That stream has ended, or was never there. */
+    void remove_stream(const std::string& name, Time now);
+    /** The television has let go of the serial line: the radio falls silent. */
+    void lose_line(Time now);
 
     [[nodiscard]] Mode mode() const { return mode_; }
     [[nodiscard]] int channel() const { return channel_; }
@@ -39,6 +57,8 @@ public:
     [[nodiscard]] bool streams() const { return streams_; }
     /** Packets received since the RX test's start or the last reset of the count. */
     [[nodiscard]] long long received(Time now) const;
+    /** Packets a second that are received at present. */
+    [[nodiscard]] double packets_per_second() const;
 
 private:
     RadioCode reset();
@@ -51,16 +71,15 @@ private:
     RadioCode get_rx_statistics();
     RadioCode reset_rx_statistics();
     RadioCode perform(const RadioRequest& request);
-    [[nodiscard]] int traffic_here() const;
     void listen_until(Time now);
 
     Mode mode_ = Mode::off;
     int channel_ = lowest_channel;
     int power_ = 0;
     bool streams_ = false;
-    double received_ = 0;
+    long long received_ = 0;
     Time listened_until_;
-    std::array<int, highest_channel - lowest_channel + 1> traffic_{};
+    Traffic traffic_;
 };
 
 /** "off", "tx" or "rx". */

@@ -1,7 +1,9 @@
 #include "radio_module.h"
 
 #include <array>
+#include <cerrno>
 #include <chrono>
+#include <system_error>
 
 namespace station {
 namespace {
@@ -48,11 +50,51 @@ bool RadioModule::set_traffic(int channel, int packets_per_second) {
     return radio_.set_traffic(channel, packets_per_second, now());
 }
 
+void RadioModule::join_air(const std::filesystem::path& air) {
+    air_ = air;
+    air_watch_ = std::make_unique<AirWatch>(
+        air,
+        [this](const auto& stream, int channel, int power) {
+            const bool is_heard = radio_.add_stream(stream, channel, power, now());
+            log_.note("stream ", stream, is_heard ? " begins" : " is none");
+        },
+        [this](const auto& stream) {
+            radio_.remove_stream(stream, now());
+            log_.note("stream ", stream, " ends");
+        });
+}
+
+/** Lets others hear the stream that the radio sends, as long as it does. */
+void RadioModule::follow_stream() {
+    if (!radio_.streams() || air_.empty()) {
+        air_stream_.reset();
+    } else if (!air_stream_) {
+        try {
+            air_stream_ = std::make_unique<AirStream>(air_, radio_.channel(), radio_.power());
+        } catch (const std::system_error& error) {
+            log_.error("nobody hears the stream: ", error.what());
+        }
+    }
+}
+
+void RadioModule::lose_line() {
+    port_.hold(true);
+    lines_.clear();
+    radio_.lose_line(now());
+    follow_stream();
+    log_.note("the television has closed the serial line");
+}
+
+/** Who sends bytes has the line open, so its end can be waited for. */
 void RadioModule::read_line() {
     std::array<char, 512> bytes{};
     const auto count = read(port_.descriptor(), bytes.data(), bytes.size());
-    if (count <= 0)
+    if (count <= 0) {
+        if (count == 0 || errno == EIO)
+            lose_line();
         return;
+    }
+    port_.hold(false);
     if (port_.speed() != speed_) {
         log_.note("noise: ", count, " bytes at ", port_.speed().value_or(0), ", the module speaks at ",
                   speed_);
@@ -71,6 +113,7 @@ void RadioModule::answer(const std::string& line) {
         return;
     }
     const auto reply = radio_.handle(*request, now());
+    follow_stream();
     const auto text = to_line(reply);
     log_.note(request->command, "(", request->argument ? std::to_string(*request->argument) : "",
               ") = ", reply.code, reply.text.empty() ? "" : " ", reply.text);
@@ -87,6 +130,8 @@ GVariant* RadioModule::state() const {
     g_variant_builder_add(&state, "{sv}", "power", g_variant_new_int32(radio_.power()));
     g_variant_builder_add(&state, "{sv}", "stream", g_variant_new_boolean(radio_.streams()));
     g_variant_builder_add(&state, "{sv}", "received", g_variant_new_int64(radio_.received(now())));
+    g_variant_builder_add(&state, "{sv}", "packets_per_second",
+                          g_variant_new_double(radio_.packets_per_second()));
     g_variant_builder_add(&state, "{sv}", "serial", g_variant_new_boolean(port_.is_shown()));
     g_variant_builder_add(&state, "{sv}", "speed", g_variant_new_int32(speed_));
     return g_variant_new("(a{sv})", &state);

@@ -1,11 +1,15 @@
 /** The radio module: a radio behind a serial line, with a service to look at it and to disturb it. */
 #pragma once
 
+#include "air.h"
 #include "common/bus_object.h"
 #include "common/event_source.h"
 #include "common/station_log.h"
 #include "module_port.h"
 #include "radio.h"
+
+#include <filesystem>
+#include <memory>
 
 namespace station {
 
@@ -23,9 +27,13 @@ public:
     void set_serial(bool present);
     /** @return false for no such channel or rate. */
     bool set_traffic(int channel, int packets_per_second);
+    /** Shares the air of this folder with other modules. @throws std::system_error. */
+    void join_air(const std::filesystem::path& air);
 
 private:
     void read_line();
+    void lose_line();
+    void follow_stream();
     void answer(const std::string& line);
     void handle_call(const std::string& method, GVariant* arguments, GDBusMethodInvocation* invocation);
     [[nodiscard]] GVariant* state() const;
@@ -37,6 +45,9 @@ private:
     LineBuffer lines_;
     EventSource reader_;
     BusObject service_;
+    std::filesystem::path air_;
+    std::unique_ptr<AirWatch> air_watch_;
+    std::unique_ptr<AirStream> air_stream_;
 };
 
 /** The serial speed a firmware speaks: 115200 when its last number is 8 or less, else 921600. */

@@ -1,4 +1,5 @@
 /** The co-processor daemon: hands one client the radio module's serial line. */
+#include "common/local_socket.h"
 #include "common/station_log.h"
 #include "common/terminal.h"
 #include "cpcd_configuration.h"
@@ -66,7 +67,7 @@ void run(int argc, char** argv, const StationLog& log) {
         throw std::runtime_error(configuration.serial_device + ": " + std::strerror(errno));
     const auto path = socket_path("cpcd_0");
     mkdir("/run/cpcd", 0755);
-    const auto listener = listen_at(path);
+    const auto listener = listen_at(path, 1);
     if (!listener)
         throw std::runtime_error(path + ": " + std::strerror(errno));
     log.note(configuration.serial_device, " at ", configuration.serial_speed);

@@ -1,8 +1,6 @@
 /** Passing bytes between two ends, as both daemons of the radio stack do. */
 #pragma once
 
-#include "common/file_descriptor.h"
-
 #include <string>
 
 namespace station {
@@ -22,11 +20,5 @@ Passed pass_on(int from, int to);
 
 /** The socket where cpcd serves the instance of that name, "cpcd_0" for example. */
 std::string socket_path(const std::string& instance);
-
-/** Listens there, taking the place of a socket left over. Empty with errno set when it cannot. */
-FileDescriptor listen_at(const std::string& path);
-
-/** Connects to it. Empty with errno set when nobody listens. */
-FileDescriptor connect_to(const std::string& path);
 
 } // namespace station

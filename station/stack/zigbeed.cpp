@@ -1,4 +1,5 @@
 /** The Zigbee host daemon: joins the host's terminal to the radio module behind cpcd. */
+#include "common/local_socket.h"
 #include "common/station_log.h"
 #include "common/terminal.h"
 #include "relay.h"

@@ -1,6 +1,9 @@
 # shellcheck shell=bash
 # The radio stack by hand, inside a television: the command lines the application uses, and looks at the station.
 
+# shellcheck source-path=SCRIPTDIR source=common.sh
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
 readonly hub=/opt/usr/apps/com.kelsor.tv.brimhub/bin
 readonly link=/opt/usr/home/owner/share/com.kelsor.tv.brimhub/ttyZigbeeNCP
 readonly host_log=/var/log/station/ncp_host.log
@@ -9,10 +12,6 @@ fail() {
     echo "FAILED: $*" >&2
     tail -n 30 /var/log/station/*.log >&2
     exit 1
-}
-
-equal() { # WHAT EXPECTED ACTUAL
-    [[ $2 == "$3" ]] || fail "$1: expected <$2>, got <$3>"
 }
 
 start_stack() { # SPEED
@@ -33,15 +32,6 @@ stop_stack() {
         until_true 5 is_gone "$name" || fail "$name survives"
     done
     wait
-}
-
-until_true() { # SECONDS COMMAND...
-    local end=$((SECONDS + $1))
-    shift
-    until "$@"; do
-        ((SECONDS < end)) || return 1
-        sleep 0.02
-    done
 }
 
 count_of() { # TEXT
@@ -75,4 +65,8 @@ radio_is() { # TEXT...: each stands in the module's state
     local state text
     state=$(radio State)
     for text in "$@"; do [[ $state == *"$text"* ]] || fail "the radio is not $text: $state"; done
+}
+
+received() { # the first word of the statistics
+    host ember_get_rx_statistics | grep -oE '[0-9]+' | head -n 1
 }

@@ -3,11 +3,9 @@
 #include "model/process_lifecycle.h"
 #include "model/secure_data.h"
 #include "support/log_capture.h"
-#include "support/surroundings.h"
+#include "support/secure_store.h"
 
-#include <bit>
 #include <gmock/gmock.h>
-#include <platform/secure_storage.h>
 #include <sys/stat.h>
 
 using testing::ElementsAre;
@@ -15,7 +13,7 @@ using testing::ElementsAre;
 namespace {
 
 constexpr const char* record_key = "IOT_MODULE_FW_VER";
-const std::filesystem::path store_file = "/opt/share/securestorage/data/aaba977f";
+const std::filesystem::path& store_file = secure_store::file;
 const std::filesystem::path mirror_file = "/opt/usr/home/owner/share/com.kelsor.tv.brimhub/fw_version";
 const std::filesystem::path factory_image = "/opt/usr/apps/com.kelsor.tv.brimhub/bin/xqZigbeeRcp-mfg";
 const std::filesystem::path hub_image =
@@ -73,18 +71,9 @@ TEST_F(FirmwareVersionTest, SecureTextsComeBackWholeAndTheCredentialStays) {
                 testing::StartsWith("[SecureData::LoadStringData], nRet[-"));
 
     // Records of devices in the field must stay readable, and one without a NUL at its end is whole too.
-    const std::string identity = "velmora.radio-module";
-    std::array<char, 20> bytes{};
-    std::ranges::copy(identity, bytes.begin());
-    const auto words = std::bit_cast<std::array<std::uint32_t, 5>>(bytes);
-    platform::SecureStorageCredential credential;
-    ss_init_credential(&credential, words[0], words[1], words[2], words[3], words[4], 1, 0);
-    char* data = nullptr;
-    std::size_t length = 0;
-    ASSERT_EQ(ss_read(&data, &length, 0, 0, record_key, &credential, 0x4001), 0);
-    EXPECT_EQ(std::string(data, length), std::string("x\0", 2));
-    ss_free_buffer(data);
-    ASSERT_EQ(ss_write("1.2.3", 5, 0, 0, record_key, &credential, 0x4001), 0);
+    const auto application = secure_store::credential("velmora.radio-module");
+    EXPECT_EQ(secure_store::read(record_key, application).data, std::string("x\0", 2));
+    ASSERT_EQ(secure_store::write(record_key, "1.2.3", application), platform::ok);
     EXPECT_EQ(SecureData::LoadStringData(record_key), "1.2.3");
 }
 

@@ -29,7 +29,8 @@ Store read_store();
 /**
  * Changes the store: one process at a time (waits at most five seconds for another one), from the newest
  * records to a new file on the disk that then takes the old one's place. A damaged store is kept beside the
- * new one, its name ending in ".damaged". Makes the folders when they are missing.
+ * new one, its name ending in ".damaged". Makes the folders when they are missing, closed to other users
+ * whatever the process's file mode mask. What a killed writer left is cleaned up by the next one.
  *
  * @return `ok` or `storage_failed`.
  */

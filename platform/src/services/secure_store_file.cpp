@@ -22,19 +22,25 @@ constexpr const char* new_name = "aaba977f.new";
 constexpr const char* damaged_name = "aaba977f.damaged";
 constexpr off_t largest_store = 1L << 24;
 constexpr auto lock_patience = 5s;
-constexpr auto lock_pause = 20ms;
+constexpr auto lock_pause = 1ms; // short, to meet the moment between two writes of a busy writer
+
+struct Folder {
+    const char* path;
+    mode_t mode;
+};
+
+/** Leaves a folder that is there as it is; a new one gets its mode whatever the process's file mode mask. */
+bool make_folder(const Folder& folder) {
+    if (mkdir(folder.path, folder.mode) < 0)
+        return errno == EEXIST;
+    return chmod(folder.path, folder.mode) == 0;
+}
 
 /** The folders that others may not enter; those above them are shared. */
 bool make_folders() {
-    struct Folder {
-        const char* path;
-        mode_t mode;
-    };
     constexpr std::array<Folder, 4> folders{
         {{"/opt", 0755}, {"/opt/share", 0755}, {"/opt/share/securestorage", 0700}, {folder_path, 0700}}};
-    return std::ranges::all_of(folders, [](const Folder& folder) {
-        return mkdir(folder.path, folder.mode) == 0 || errno == EEXIST;
-    });
+    return std::ranges::all_of(folders, make_folder);
 }
 
 Descriptor open_folder() { return Descriptor(::open(folder_path, O_RDONLY | O_DIRECTORY | O_CLOEXEC)); }
@@ -50,10 +56,13 @@ bool lock(const Descriptor& folder) {
     return true;
 }
 
+/** The bytes of a regular file; none of one too large to be a store. */
 std::optional<Bytes> read_all(const Descriptor& file) {
     struct stat status {};
-    if (fstat(file.get(), &status) < 0 || !S_ISREG(status.st_mode) || status.st_size > largest_store)
+    if (fstat(file.get(), &status) < 0 || !S_ISREG(status.st_mode))
         return std::nullopt;
+    if (status.st_size > largest_store)
+        return Bytes();
     Bytes bytes(static_cast<std::size_t>(status.st_size));
     std::size_t filled = 0;
     while (filled < bytes.size()) {
@@ -87,8 +96,16 @@ bool write_new(const Descriptor& folder, const Bytes& bytes) {
            fsync(file.get()) == 0;
 }
 
+/** Gives the damaged store its second name, so that there is a store at every moment; where a file has one
+ * name only, it moves. */
+bool keep_aside(const Descriptor& folder) {
+    (void)unlinkat(folder.get(), damaged_name, 0);
+    return linkat(folder.get(), store_name, folder.get(), damaged_name, 0) == 0 ||
+           renameat(folder.get(), store_name, folder.get(), damaged_name) == 0;
+}
+
 bool put_in_place(const Descriptor& folder, bool keep_damaged) {
-    if (keep_damaged && renameat(folder.get(), store_name, folder.get(), damaged_name) < 0)
+    if (keep_damaged && !keep_aside(folder))
         return false;
     return renameat(folder.get(), new_name, folder.get(), store_name) == 0 && fsync(folder.get()) == 0;
 }

@@ -20,8 +20,10 @@ std::optional<Color> parse_hexadecimal(std::string_view text) {
     for (std::size_t i = 0; 2 * i + 1 < text.size(); ++i) {
         const std::string_view digits = text.substr(2 * i + 1, 2);
         const char* const end = digits.data() + digits.size();
-        if (std::from_chars(digits.data(), end, color.at(i), 16).ptr != end)
+        unsigned value = 0; // unsigned: a sign is no digit
+        if (std::from_chars(digits.data(), end, value, 16).ptr != end)
             return std::nullopt;
+        color.at(i) = static_cast<int>(value);
     }
     return color;
 }

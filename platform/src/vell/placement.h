@@ -25,9 +25,9 @@ enum class ResizePolicy { keep = 1, fit_content = 3, fill_parent = 4 };
 
 /** What an item asks of its layout. */
 struct ItemRequest {
-    Size given;   /**< the size it was appended with */
-    Size minimum; /**< it gets no less */
-    Size content; /**< what its content needs */
+    Size given{};   /**< the size it was appended with */
+    Size minimum{}; /**< it gets no less */
+    Size content{}; /**< what its content needs */
     ResizePolicy horizontal = ResizePolicy::keep;
     ResizePolicy vertical = ResizePolicy::keep;
     double weight = 1.0; /**< share of the space left to items that fill the parent */
@@ -49,7 +49,7 @@ struct Arrangement {
     LayoutType type = LayoutType::stack;
     int align = 5; /**< 1 top-left to 9 bottom-right, in reading order */
     int gap = 0;
-    Padding padding;
+    Padding padding{};
     bool mirrored = false; /**< right to left: rows and the left and right codes change places */
 };
 

@@ -102,6 +102,12 @@ void on_show(void* data, Evas*, Evas_Object* object, void*) {
             show_anew(button);
 }
 
+/** Gives the focus to what had it last in the popup on top, if there is one. */
+void focus_top_popup(void* = nullptr) {
+    if (!open_popups().empty() && open_popups().back()->focused != nullptr)
+        elm_object_focus_set(open_popups().back()->focused, EINA_TRUE);
+}
+
 void on_hide(void* data, Evas*, Evas_Object*, void*) {
     auto* const popup = static_cast<Popup*>(data);
     const bool was_open = std::erase(open_popups(), popup) != 0;
@@ -151,7 +157,8 @@ void keep_focus_in_popup(void*, Evas_Object* widget, void*) {
         point_weakly(top->focused, widget);
     else if (top->focused != nullptr) {
         point_weakly(top->focused_before, widget);
-        elm_object_focus_set(top->focused, EINA_TRUE);
+        // Not before the focus has arrived: taken back on its way, it stays in both places (measured).
+        ecore_job_add(focus_top_popup, nullptr);
     }
 }
 

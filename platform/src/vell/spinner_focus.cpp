@@ -17,12 +17,20 @@ Eina_Bool register_as_widget(Eo* spinner, void*, Efl_Ui_Widget_Focus_State curre
                                            configured, redirect);
 }
 
+/** Says "focused" as Elementary's other widgets do; a spinner says nothing (measured). */
+void say_focused(void*, const Efl_Event* event) {
+    auto* const spinner = static_cast<Evas_Object*>(event->object);
+    if (efl_ui_focus_object_focus_get(spinner) != EINA_FALSE)
+        evas_object_smart_callback_call(spinner, "focused", nullptr);
+}
+
 } // namespace
 
 void hold_focus_itself(Evas_Object* spinner) {
     EFL_OPS_DEFINE(operations, EFL_OBJECT_OP_FUNC(efl_ui_widget_focus_state_apply,
                                                   reinterpret_cast<void*>(register_as_widget)));
     efl_object_override(spinner, &operations);
+    efl_event_callback_add(spinner, EFL_UI_FOCUS_OBJECT_EVENT_FOCUS_CHANGED, say_focused, nullptr);
 }
 
 } // namespace vell

@@ -14,17 +14,20 @@ LogCapture::~LogCapture() {
     close(standard_error);
 }
 
-std::vector<std::string> LogCapture::messages() const {
+std::string LogCapture::text() const {
     std::string text;
     std::array<char, 4096> piece{};
     ssize_t size = 0;
     while ((size = pread(fileno(file.get()), piece.data(), piece.size(), static_cast<off_t>(text.size()))) >
            0)
         text.append(piece.data(), static_cast<std::size_t>(size));
+    return text;
+}
 
+std::vector<std::string> LogCapture::messages() const {
     static const std::regex message_line(R"(([A-Z])/VELMORA\(\d+\): (\S+: \w+)\(\d+\) > (.*))");
     std::vector<std::string> result;
-    std::istringstream lines(text);
+    std::istringstream lines(text());
     std::smatch match;
     for (std::string line; std::getline(lines, line);)
         if (std::regex_match(line, match, message_line))

@@ -13,7 +13,11 @@ public:
     LogCapture& operator=(const LogCapture&) = delete;
     ~LogCapture();
 
-    /** The messages so far without process and line numbers: "E dbus_client.cpp: Init > [b]". */
+    /** All that was written so far. */
+    [[nodiscard]] std::string text() const;
+
+    /** The application's messages so far without process and line numbers: "E dbus_client.cpp: Init > [b]".
+     */
     [[nodiscard]] std::vector<std::string> messages() const;
 
     /** The text of the messages so far of one operation, all of them from one file. */

@@ -1,0 +1,98 @@
+#include "support/other_window.h"
+#include "support/road.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+using testing::ElementsAre;
+
+class KeyRoad : public Road {
+protected:
+    void expect_in_front(const OtherWindow& other, bool in_front) {
+        operator_.wait_until(in_front ? "the application in front" : "the other window in front",
+                             [&](const station::Screen& screen) {
+                                 return screen.in_front() == in_front && other.has_keys() != in_front;
+                             });
+    }
+
+    void send_behind(const OtherWindow& other, const std::string& key) {
+        operator_.press(key);
+        expect_in_front(other, false);
+    }
+
+    void fetch_back(const OtherWindow& other) {
+        operator_.press("XF86Red");
+        expect_in_front(other, true);
+    }
+
+    int place(const std::string& name) { return operator_.wait_for(name).find(name)->x; }
+};
+
+TEST_F(KeyRoad, BackClosesThePopupThenGivesWayAndRedComesBack) {
+    const OtherWindow other;
+    open_application();
+    go_to_header("Exit");
+    for (const char* const key : {"XF86Back", "XF86Exit", "Escape"}) {
+        enter("Cancel");
+        operator_.press(key);
+        operator_.wait_until_gone("Exit App");
+        operator_.wait_for_focus("Exit");
+        EXPECT_FALSE(other.has_keys()); // one press does one thing
+        send_behind(other, key);
+        fetch_back(other);
+    }
+    EXPECT_EQ(log_.count("> _app_pause"), 3);
+    EXPECT_EQ(log_.count("> _app_resume"), 3);
+    operator_.press("XF86Red"); // in front already
+    enter("Cancel");
+}
+
+TEST_F(KeyRoad, ThePopupIsTheSameEachTime) {
+    open_application();
+    go_to_header("Exit");
+    for (int times = 0; times < 3; ++times) {
+        enter("Cancel");
+        EXPECT_THAT(operator_.texts(), ElementsAre("Exit App", "Do you want to exit ?", "Yes", "Cancel"));
+        enter("Exit");
+    }
+}
+
+TEST_F(KeyRoad, ATestPageWaitsBehindAsItWasLeft) {
+    const OtherWindow other;
+    open_tx_test();
+    open_picker(power_picker, 0, 4);
+    choose(power_picker, 4);
+    go("Down", "Set Channel");
+    open_picker(channel_picker, 11, 12);
+    operator_.press("XF86Exit"); // the picker alone
+    operator_.wait_for_focus("Set Channel");
+    const auto page = operator_.texts();
+    send_behind(other, "XF86Back");
+    operator_.press("Down"); // the other window's key
+    fetch_back(other);
+    operator_.wait_for_focus("Set Channel");
+    EXPECT_EQ(operator_.texts(), page);
+    expect_asked({"ember_set_power(4)"});
+    EXPECT_EQ(log_.count("KeyName [Down]"), 1);
+}
+
+TEST_F(KeyRoad, AMirroredPageIsReadAndWalkedFromTheRight) {
+    const char* const settings = std::getenv("XDG_CONFIG_HOME");
+    ASSERT_NE(settings, nullptr);
+    const auto folder = std::filesystem::path(settings) / "tv-platform";
+    std::filesystem::create_directories(folder);
+    std::ofstream(folder / "settings.ini") << "[db/menu_widget]\nlanguage=ar_AE.utf8\n";
+    open_application();
+    EXPECT_LT(place("RX Test"), place("TX Test"));
+    EXPECT_LT(place("Exit"), place("RX Test"));
+    go("Left", "RX Test");
+    enter("Start RX Test");
+    go_to_header("Exit");
+    enter("Cancel");
+    EXPECT_LT(place("Cancel"), place("Yes"));
+    go("Right", "Yes");
+    operator_.press("Return");
+    expect_orderly_end();
+    std::filesystem::remove(folder / "settings.ini");
+}

@@ -1,0 +1,42 @@
+#include "support/road.h"
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::SizeIs;
+
+class LifeRoad : public Road {};
+
+TEST_F(LifeRoad, EndsInOrderOnSigtermDuringATest) {
+    open_tx_test();
+    go("Down", "Start Stream");
+    enter("Stop Stream");
+    application().terminate();
+    expect_orderly_end();
+    EXPECT_THAT(log_.messages().back(), EndsWith("Command [pgrep -c cpcd] result : 0"));
+}
+
+TEST_F(LifeRoad, ASecondLaunchReachesTheFirstAndEnds) {
+    open_tx_test();
+    const auto page = operator_.texts();
+    station::Application second({VELMORA_PROGRAM}, "/tmp/second.log");
+    EXPECT_EQ(second.wait_for_end(3s), 0);
+    expect_soon("the second launch", [this] { return log_.count("> _app_service") == 2; });
+    EXPECT_EQ(operator_.texts(), page);
+    EXPECT_THAT(station::running_processes({"cpcd", "socat", "zigbeed"}), SizeIs(3));
+    EXPECT_THAT(station::command_lines("velmora"), SizeIs(1));
+}
+
+/** cpcd is started with the configuration of the module's firmware. */
+class Firmware : public Road {
+protected:
+    void expect_configuration(const std::string& name) {
+        open_tx_test();
+        const std::string folder = "/opt/usr/apps/com.kelsor.tv.brimhub/bin/";
+        EXPECT_THAT(station::command_lines("cpcd"), ElementsAre(folder + "cpcd --conf=" + folder + name));
+    }
+};
+
+TEST_F(Firmware, UpToEightSpeaksSlowly) { expect_configuration("cpcd_115200.conf"); }
+
+TEST_F(Firmware, FromNineOnSpeaksFast) { expect_configuration("cpcd_921600.conf"); }

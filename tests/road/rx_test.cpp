@@ -1,0 +1,64 @@
+#include "support/road.h"
+
+using testing::ElementsAre;
+
+/** Packets arrive on channel 15, on no other. */
+class RxRoad : public Road {
+protected:
+    /** Presses "Count Received Packets", which has the focus, until a number is shown that is as wanted. */
+    long count_until(const std::function<bool(long)>& is_as_wanted) {
+        long shown = 0;
+        operator_.wait_until("another number of packets", [&](const station::Screen&) {
+            operator_.press("Return");
+            const std::string label = "Received Packets: ";
+            for (const std::string& text : operator_.texts())
+                if (text.starts_with(label) && text.size() > label.size() && text[label.size()] != '?')
+                    shown = std::stol(text.substr(label.size()));
+            return is_as_wanted(shown);
+        });
+        return shown;
+    }
+};
+
+TEST_F(RxRoad, CountsOnTheChosenChannelResetsAndStops) {
+    open_rx_test();
+    EXPECT_THAT(operator_.texts(),
+                ElementsAre("Velmora", "TX Test", "RX Test", "Exit", "Received Packets: ?",
+                            "Count Received Packets", "Reset Count", "Channel:", "11", "Stop"));
+    open_picker(channel_picker, 11, 15);
+    choose(channel_picker, 15);
+    expect_asked({"ember_set_channel(15)"});
+    EXPECT_EQ(station::radio_state().mode, "rx");
+
+    go("Up", "Count Received Packets");
+    const long first = count_until([](long packets) { return packets > 0; });
+    const long second = count_until([first](long packets) { return packets > first + 100; });
+    EXPECT_LE(second, station::radio_state().received);
+
+    // On a silent channel the count stands, and goes to 0 by a reset alone.
+    go("Down", "15");
+    open_picker(channel_picker, 15, 16);
+    choose(channel_picker, 16);
+    const auto received = station::radio_state().received;
+    EXPECT_GE(received, second);
+    go("Up", "Count Received Packets");
+    EXPECT_EQ(count_until([received](long packets) { return packets == received; }), received);
+    go("Down", "Reset Count");
+    operator_.press("Return");
+    operator_.wait_for("Received Packets: 0");
+    EXPECT_EQ(station::radio_state().received, 0);
+
+    go("Down", "Stop");
+    enter("Start RX Test");
+    EXPECT_EQ(station::radio_state().mode, "off");
+}
+
+TEST_F(RxRoad, TheOtherTabReplacesThePageAndTheNextStartIsItsOwn) {
+    open_rx_test();
+    go_to_header("TX Test");
+    enter("Start TX Test");
+    EXPECT_FALSE(operator_.screen().shows("Count Received Packets"));
+    enter("Set Power");
+    expect_asked({"ember_start(0)"});
+    EXPECT_EQ(station::radio_state().mode, "tx");
+}

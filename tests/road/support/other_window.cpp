@@ -1,0 +1,20 @@
+#include "support/other_window.h"
+
+#include <X11/Xlib.h>
+
+OtherWindow::OtherWindow()
+    : display_(station::open_display()),
+      window_(
+          XCreateSimpleWindow(display_.get(), DefaultRootWindow(display_.get()), 0, 0, 320, 180, 0, 0, 0)) {
+    XMapRaised(display_.get(), window_);
+    XFlush(display_.get());
+}
+
+OtherWindow::~OtherWindow() { XDestroyWindow(display_.get(), window_); }
+
+bool OtherWindow::has_keys() const {
+    Window focused = None;
+    int revert_to = 0;
+    XGetInputFocus(display_.get(), &focused, &revert_to);
+    return focused == window_;
+}

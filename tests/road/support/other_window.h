@@ -1,0 +1,22 @@
+/** A window of another application. */
+#pragma once
+
+#include "operator/display.h"
+
+/** Covers the screen and takes the keys, until it is covered or closed at the end of its life. */
+class OtherWindow {
+public:
+    OtherWindow();
+    ~OtherWindow();
+    OtherWindow(const OtherWindow&) = delete;
+    OtherWindow& operator=(const OtherWindow&) = delete;
+    OtherWindow(OtherWindow&&) = delete;
+    OtherWindow& operator=(OtherWindow&&) = delete;
+
+    /** Whether it is the window that gets the keys. */
+    [[nodiscard]] bool has_keys() const;
+
+private:
+    station::Display display_;
+    unsigned long window_;
+};

@@ -1,0 +1,109 @@
+/** What the radio counts, at times of the test's own choice. */
+#include "radio/radio.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace std::chrono_literals;
+using station::Radio;
+
+class RadioCount : public testing::Test {
+protected:
+    RadioCount() {
+        radio_.set_traffic(11, 0, now_);
+        radio_.set_traffic(15, 10, now_);
+    }
+
+    void ask(const std::string& command, std::optional<int> argument = std::nullopt) {
+        EXPECT_EQ(radio_.handle({1, command, argument}, now_).code, 0) << command;
+    }
+    std::string statistics() { return radio_.handle({1, "get_rx_statistics", std::nullopt}, now_).text; }
+
+    Radio radio_;
+    Radio::Time now_ = Radio::Time{} + 1h;
+};
+
+TEST_F(RadioCount, GrowsOnItsChannelInTheRxTestOnly) {
+    now_ += 10s; // before the test
+    ask("start", 1);
+    ask("set_channel", 15);
+    EXPECT_EQ(statistics(), "0 packets on channel 15");
+    now_ += 2s;
+    EXPECT_EQ(statistics(), "20 packets on channel 15");
+    ask("set_channel", 11);
+    now_ += 5s; // what comes on channel 15 meanwhile is lost
+    EXPECT_EQ(statistics(), "20 packets on channel 11");
+    ask("set_channel", 15);
+    now_ += 1s;
+    EXPECT_EQ(statistics(), "30 packets on channel 15");
+    ask("reset_rx_statistics");
+    now_ += 1s;
+    EXPECT_EQ(statistics(), "10 packets on channel 15");
+    ask("stop");
+    now_ += 1s;
+    ask("start", 0);
+    now_ += 1s;
+    ask("stop");
+    ask("start", 1);
+    EXPECT_EQ(statistics(), "0 packets on channel 15");
+}
+
+TEST_F(RadioCount, HoldsWholePacketsOnly) {
+    radio_.set_traffic(11, 10, now_);
+    ask("start", 1);
+    for (int turn = 0; turn < 20; ++turn) { // between the packets of both channels
+        now_ += turn % 2 == 0 ? 90ms : 10ms;
+        ask("set_channel", turn % 2 == 0 ? 15 : 11);
+    }
+    EXPECT_EQ(radio_.received(now_), 10) << "the packets of channel 15 alone";
+    for (int question = 0; question < 1000; ++question) {
+        now_ += 1ms;
+        static_cast<void>(statistics());
+    }
+    EXPECT_EQ(radio_.received(now_), 20);
+}
+
+TEST_F(RadioCount, HearsAQuietFloorAndABusyChannelUntilToldOtherwise) {
+    ask("start", 1);
+    ask("set_channel", 26);
+    now_ += 20s;
+    EXPECT_EQ(radio_.received(now_), 5);
+    ask("reset_rx_statistics");
+    ask("set_channel", 20);
+    now_ += 20s;
+    EXPECT_EQ(radio_.received(now_), 400);
+    radio_.set_traffic(20, 0, now_);
+    now_ += 20s;
+    EXPECT_EQ(radio_.received(now_), 400);
+}
+
+TEST_F(RadioCount, GrowsWithTheStreamsOfOthersWhileTheyRun) {
+    ask("start", 1);
+    EXPECT_TRUE(radio_.add_stream("strong", 11, 20, now_));
+    now_ += 1s;
+    EXPECT_EQ(radio_.received(now_), 100);
+    EXPECT_TRUE(radio_.add_stream("weak", 11, 0, now_));
+    EXPECT_TRUE(radio_.add_stream("elsewhere", 12, 20, now_));
+    now_ += 1s;
+    EXPECT_EQ(radio_.received(now_), 260);
+    radio_.remove_stream("strong", now_);
+    now_ += 1s;
+    EXPECT_EQ(radio_.received(now_), 320);
+    EXPECT_FALSE(radio_.add_stream("nowhere", 27, 20, now_));
+    EXPECT_FALSE(radio_.add_stream("too strong", 11, 21, now_));
+    ask("reset"); // of the module, not of the air
+    ask("start", 1);
+    now_ += 1s;
+    EXPECT_EQ(radio_.received(now_), 60);
+}
+
+TEST_F(RadioCount, FallsSilentWithoutItsSerialLine) {
+    ask("start", 0);
+    ask("start_stream");
+    radio_.lose_line(now_);
+    EXPECT_FALSE(radio_.streams());
+    EXPECT_EQ(radio_.mode(), Radio::Mode::off);
+}
+
+} // namespace

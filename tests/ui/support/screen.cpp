@@ -1,0 +1,201 @@
+// Only the new interface of EFL tells a group of objects from a single one.
+#define EFL_BETA_API_SUPPORT
+
+#include "support/screen.h"
+
+#include "framework/glib_loop.h"
+#include "framework/keys.h"
+
+#include <platform/vell.h>
+
+#include <Ecore_Input.h>
+#include <Efreet.h>
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <gio/gio.h>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string_view>
+
+namespace test {
+namespace {
+
+void fail_on_efl_error(const Eina_Log_Domain* domain, Eina_Log_Level level, const char* file,
+                       const char* function, int line, const char* format, void* /*data*/,
+                       va_list arguments) {
+    // A popup that goes asks after the widget that had the focus before it, whether that is still there or
+    // not (measured, and harmless).
+    if (level > EINA_LOG_LEVEL_ERR || std::string_view(function) == "efl_ui_focus_object_focus_manager_get")
+        return;
+    std::array<char, 512> text{};
+    vsnprintf(text.data(), text.size(), format, arguments);
+    ADD_FAILURE() << domain->name << " at " << file << ":" << line << " " << function << ": " << text.data();
+}
+
+void fail_on_glib_error(const char* domain, GLogLevelFlags level, const char* text, gpointer /*data*/) {
+    if ((level & (G_LOG_LEVEL_ERROR | G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING)) != 0)
+        ADD_FAILURE() << (domain == nullptr ? "glib" : domain) << ": " << text;
+}
+
+/** Frames that do not wait for an eye. */
+constexpr double quick_frame_seconds = 0.001;
+
+class Session {
+public:
+    Session() {
+        efreet_cache_disable();
+        eina_init();
+        eina_log_print_cb_set(fail_on_efl_error, nullptr);
+        g_log_set_default_handler(fail_on_glib_error, nullptr);
+        g_setenv("ECORE_EVAS_FORCE_SYNC_RENDER", "1", TRUE); // a frame is drawn when its turn is over
+        elm_init(0, nullptr);
+        ecore_animator_frametime_set(quick_frame_seconds);
+        loop_ = std::make_unique<platform::GlibLoop>();
+        keys_ = std::make_unique<platform::RemoteControlKeys>();
+    }
+    ~Session() {
+        keys_.reset();
+        loop_.reset();
+        elm_shutdown();
+        eina_shutdown();
+    }
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+private:
+    std::unique_ptr<platform::GlibLoop> loop_;
+    std::unique_ptr<platform::RemoteControlKeys> keys_;
+};
+
+std::string text_of(const char* text) { return text == nullptr ? "" : text; }
+
+/** What a widget is on the screen; "" for one that shows nothing of its own. */
+std::string description(Evas_Object* object) {
+    if (elm_object_widget_check(object) == EINA_FALSE)
+        return "";
+    const std::string_view type = evas_object_type_get(object);
+    if (type == "elm_button")
+        return elm_vell_button_text_get(object);
+    if (type == "elm_spinner")
+        return "[" + std::to_string(std::lround(elm_spinner_value_get(object))) + "]";
+    if (type == "elm_popup")
+        return "popup " + text_of(elm_object_part_text_get(object, "title,text"));
+    return type == "elm_layout" || type == "elm_label" ? text_of(elm_object_text_get(object)) : "";
+}
+
+using Visitor = std::function<void(Evas_Object*, const std::string&)>;
+
+void visit_below(Evas_Object* object, const Visitor& visitor) {
+    if (evas_object_visible_get(object) == EINA_FALSE)
+        return;
+    if (const std::string seen = description(object); !seen.empty())
+        visitor(object, seen);
+    if (efl_isa(object, EFL_CANVAS_GROUP_CLASS) == EINA_FALSE)
+        return;
+    Eina_List* const members = evas_object_smart_members_get(object);
+    for (const Eina_List* node = members; node != nullptr; node = eina_list_next(node))
+        visit_below(static_cast<Evas_Object*>(eina_list_data_get(node)), visitor);
+    eina_list_free(members);
+}
+
+void post(Evas_Object* window, int type, const char* key) {
+    // Ecore frees it.
+    auto* const event = static_cast<Ecore_Event_Key*>(calloc(1, sizeof(Ecore_Event_Key)));
+    event->keyname = event->key = key;
+    event->window = event->event_window = event->root_window = elm_win_window_id_get(window);
+    event->timestamp = static_cast<unsigned>(ecore_loop_time_get() * 1000.0);
+    ecore_event_add(type, event, nullptr, nullptr);
+}
+
+} // namespace
+
+void start_elementary() { static const Session session; }
+
+void settle() {
+    // A popup opened for the first time takes up to eight frames until its content is there.
+    constexpr int frames = 12;
+    int seen = 0;
+    Ecore_Animator* const counter = ecore_animator_add(
+        [](void* count) -> Eina_Bool {
+            ++*static_cast<int*>(count);
+            return ECORE_CALLBACK_RENEW;
+        },
+        &seen);
+    while (seen < frames)
+        ecore_main_loop_iterate_may_block(1);
+    ecore_animator_del(counter);
+}
+
+bool await(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
+    const auto end = std::chrono::steady_clock::now() + limit;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end)
+            return false;
+        ecore_main_loop_iterate();
+        g_usleep(1000);
+    }
+    settle();
+    return true;
+}
+
+void Screen::type(const char* key) const {
+    post(window_, ECORE_EVENT_KEY_DOWN, key);
+    post(window_, ECORE_EVENT_KEY_UP, key);
+}
+
+void Screen::press(const char* key, int times) const {
+    for (int time = 0; time < times; ++time) {
+        type(key);
+        settle();
+    }
+}
+
+void Screen::click(const Evas_Object* widget) const {
+    Evas* const canvas = evas_object_evas_get(window_);
+    const Eina_Rectangle area = geometry(widget);
+    evas_event_feed_mouse_in(canvas, 0, nullptr);
+    evas_event_feed_mouse_move(canvas, area.x + area.w / 2, area.y + area.h / 2, 0, nullptr);
+    evas_event_feed_mouse_down(canvas, 1, EVAS_BUTTON_NONE, 0, nullptr);
+    evas_event_feed_mouse_up(canvas, 1, EVAS_BUTTON_NONE, 0, nullptr);
+    settle();
+}
+
+void Screen::visit(const Visitor& visitor) const {
+    for (Evas_Object* object = evas_object_bottom_get(evas_object_evas_get(window_)); object != nullptr;
+         object = evas_object_above_get(object))
+        visit_below(object, visitor);
+}
+
+std::vector<std::string> Screen::seen() const {
+    std::vector<std::string> all;
+    visit([&all](Evas_Object*, const std::string& seen) { all.push_back(seen); });
+    return all;
+}
+
+Evas_Object* Screen::find(const std::string& wanted) const {
+    Evas_Object* found = nullptr;
+    visit([&](Evas_Object* widget, const std::string& seen) {
+        if (seen == wanted)
+            found = widget;
+    });
+    return found;
+}
+
+std::string Screen::focused() const {
+    std::string focused;
+    visit([&](Evas_Object* widget, const std::string& seen) {
+        const std::string_view type = evas_object_type_get(widget);
+        if ((type == "elm_button" || type == "elm_spinner") && elm_object_focus_get(widget) != EINA_FALSE)
+            focused += seen;
+    });
+    return focused;
+}
+
+Eina_Rectangle geometry(const Evas_Object* widget) {
+    Eina_Rectangle area{};
+    evas_object_geometry_get(widget, &area.x, &area.y, &area.w, &area.h);
+    return area;
+}
+
+} // namespace test

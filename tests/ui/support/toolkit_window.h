@@ -1,0 +1,81 @@
+/** A window with the widget toolkit on it and nothing of the application. */
+#pragma once
+
+#include "support/log_capture.h"
+#include "support/screen.h"
+
+#include <gtest/gtest.h>
+#include <memory>
+#include <platform/vell.h>
+
+namespace test {
+
+class ToolkitWindow : public testing::Test {
+protected:
+    ToolkitWindow() {
+        start_elementary();
+        open_window();
+    }
+    ~ToolkitWindow() override {
+        elm_config_mirrored_set(EINA_FALSE);
+        close_window();
+    }
+
+    /** Opens the window with an empty page that stacks its items. */
+    void open_window() {
+        Evas_Object* const window = elm_win_util_standard_add("toolkit", "Toolkit");
+        EXPECT_TRUE(elm_vell_manager_init(window));
+        root = elm_vell_layout_add(window);
+        elm_vell_root_layout_set(root, 1);
+        elm_vell_layout_type_set(root, 3);
+        page = elm_vell_layout_add(root);
+        elm_vell_layout_item_append(root, page, 1, 1);
+        elm_win_resize_object_add(window, root);
+        elm_vell_root_layout_render(root);
+        evas_object_show(root);
+        evas_object_show(window);
+        screen = std::make_unique<Screen>(window);
+        EXPECT_TRUE(await([&] { return elm_win_focus_get(window) != EINA_FALSE; }));
+    }
+    void close_window() {
+        evas_object_del(screen->window());
+        settle();
+    }
+
+    /** A button at the end of the page, 60 x 10 units large. */
+    Evas_Object* add_button(const char* text) const {
+        Evas_Object* const button = elm_vell_button_add(page);
+        elm_vell_button_text_set(button, text);
+        elm_vell_layout_item_append(page, button, elm_vell_unit_to_pixel(60), elm_vell_unit_to_pixel(10));
+        return button;
+    }
+
+    LogCapture log; // what EFL and the X library say stays out of the test's output
+    Evas_Object* root = nullptr;
+    Evas_Object* page = nullptr;
+    std::unique_ptr<Screen> screen;
+};
+
+/** Counts the calls of a smart or event callback. */
+struct Counter {
+    int count = 0;
+    void listen(Evas_Object* widget, const char* event) {
+        evas_object_smart_callback_add(
+            widget, event, [](void* data, Evas_Object*, void*) { ++static_cast<Counter*>(data)->count; },
+            this);
+    }
+    void listen(Evas_Object* widget, Evas_Callback_Type event) {
+        evas_object_event_callback_add(
+            widget, event,
+            [](void* data, Evas*, Evas_Object*, void*) { ++static_cast<Counter*>(data)->count; }, this);
+    }
+};
+
+/** Has the widget take the focus whenever it is shown, as the application's pages do. */
+inline void focus_when_shown(Evas_Object* widget) {
+    evas_object_event_callback_add(
+        widget, EVAS_CALLBACK_SHOW,
+        [](void*, Evas*, Evas_Object* shown, void*) { elm_object_focus_set(shown, EINA_TRUE); }, nullptr);
+}
+
+} // namespace test

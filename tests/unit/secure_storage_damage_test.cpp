@@ -1,0 +1,110 @@
+#include "model/fw_version.h"
+#include "model/secure_data.h"
+#include "support/log_capture.h"
+#include "support/secure_store.h"
+
+#include <gmock/gmock.h>
+
+using namespace secure_store;
+
+namespace {
+
+const std::string elsewhere(32, 'b');
+
+class SecureStorageDamage : public WithoutStore {};
+
+TEST_F(SecureStorageDamage, IsFoundInEveryBitAndAtEveryLength) {
+    ASSERT_EQ(write("version", "7.4.10"), platform::ok);
+    const std::string good = content_of(file).value();
+    for (std::size_t bit = 0; bit < good.size() * 8; ++bit) {
+        put_file(file, with_flipped_bit(good, bit));
+        ASSERT_EQ(read("version").result, platform::not_authentic) << "bit " << bit;
+    }
+    for (std::size_t length = 0; length < good.size(); ++length) {
+        put_file(file, good.substr(0, length));
+        ASSERT_EQ(read("version").result, platform::not_authentic) << "length " << length;
+    }
+    for (const std::string& more : {std::string(1, '\0'), good, std::string(17'000'000, 'x')}) {
+        put_file(file, good + more);
+        EXPECT_EQ(read("version").result, platform::not_authentic) << more.size() << " bytes more";
+    }
+}
+
+// Anyone can make the hash over the file fit; the record's own authentication does not depend on it.
+TEST_F(SecureStorageDamage, IsFoundWhenTheHashWasMadeToFitIt) {
+    ASSERT_EQ(write("version", "7.4.10"), platform::ok);
+    const std::string good = content_of(file).value();
+    ASSERT_EQ(with_fitting_hash(good), good);
+    const auto refused = testing::AnyOf(platform::not_authentic, platform::no_such_record);
+    const std::size_t hash_size = 32;
+    for (std::size_t bit = 0; bit < (good.size() - hash_size) * 8; ++bit) {
+        put_file(file, with_fitting_hash(with_flipped_bit(good, bit)));
+        ASSERT_THAT(read("version").result, refused) << "bit " << bit;
+    }
+    for (std::size_t length = hash_size; length < good.size(); ++length) {
+        put_file(file, with_fitting_hash(good.substr(0, length)));
+        ASSERT_THAT(read("version").result, refused) << "length " << length;
+    }
+}
+
+TEST_F(SecureStorageDamage, OfOneKindIsARecordMovedFromElsewhere) {
+    const std::string here = platform::secure::machine_identity().value();
+    put_file(file, store_of("version", "7.4.10", credential(), here));
+    EXPECT_EQ(read("version").data, "7.4.10");
+    put_file(file, store_of("version", "7.4.10", credential(), elsewhere));
+    EXPECT_EQ(read("version").result, platform::not_authentic);
+
+    auto record = platform::secure::seal("version", {}, credential(), here);
+    record.name = "other";
+    EXPECT_EQ(platform::secure::open(record, credential(), here), std::nullopt) << "another record's place";
+}
+
+TEST_F(SecureStorageDamage, IsHealedByTheNextWriteAndKeptAside) {
+    for (const std::string& damaged : {std::string("damaged"), std::string(), std::string(17'000'000, 'x')}) {
+        put_file(file, damaged);
+        ASSERT_EQ(write("version", "1.2.9"), platform::ok) << damaged.size() << " bytes";
+        EXPECT_EQ(read("version").data, "1.2.9");
+        EXPECT_TRUE(content_of(folder / "aaba977f.damaged") == damaged) << damaged.size() << " bytes";
+        EXPECT_EQ(file_count(), 2);
+    }
+}
+
+TEST_F(SecureStorageDamage, MakesTheFactoryImageDecideTheVersion) {
+    constexpr const char* record_key = "IOT_MODULE_FW_VER";
+    const std::string version("1.2.9\0", 6);
+    const auto application = credential("velmora.radio-module");
+    put_file("/opt/usr/apps/com.kelsor.tv.brimhub/bin/xqZigbeeRcp-mfg", "image\7\4\10\1\2\3\4\5");
+    std::filesystem::remove_all("/opt/usr/home/owner/apps_rw/com.kelsor.orvane.plovett-hub");
+
+    ASSERT_EQ(write(record_key, version, application), platform::ok);
+    const std::string good = content_of(file).value();
+    ASSERT_EQ(GetVersion(), "1.2.9") << "an undamaged record decides";
+
+    struct Case {
+        const char* what;
+        std::string store;
+        int result;
+    };
+    const std::vector<Case> cases = {
+        {"cut", good.substr(0, good.size() / 2), platform::not_authentic},
+        {"altered", with_flipped_bit(good, 200), platform::not_authentic},
+        {"empty", "", platform::not_authentic},
+        {"another credential", store_of(record_key, version, credential(), elsewhere),
+         platform::not_authentic},
+        {"another machine", store_of(record_key, version, application, elsewhere), platform::not_authentic},
+        {"another record", store_of("other", version, application, elsewhere), platform::no_such_record},
+    };
+    LogCapture log;
+    for (const auto& [what, store, result] : cases) {
+        put_file(file, store);
+        log.clear();
+        EXPECT_EQ(GetVersion(), "7.4.8") << what;
+        EXPECT_THAT(
+            log.messages_of("secure_data.cpp: LoadStringData"),
+            testing::ElementsAre("[SecureData::LoadStringData], nRet[" + std::to_string(result) + "]"))
+            << what;
+        EXPECT_EQ(SecureData::LoadStringData(record_key), "7.4.8") << what;
+    }
+}
+
+} // namespace
