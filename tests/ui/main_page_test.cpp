@@ -10,7 +10,6 @@
 
 namespace {
 
-using test::settle;
 using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
@@ -173,6 +172,7 @@ TEST_F(MainPage, UseOverAndOverTakesNoMemoryAndNoDescriptors) {
         for (int i = 0; i < pickers; ++i) {
             activate(i % 2 == 0 ? "Set Power" : "Set Channel");
             screen->press("XF86Back");
+            ASSERT_TRUE(test::await([&] { return screen->focused().starts_with("Set "); }));
         }
         log.clear();
     };

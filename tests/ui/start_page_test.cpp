@@ -8,13 +8,12 @@
 
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 
 /** The start page of each test, on the television's own radio programs. */
 class StartPage : public test::Pages, public testing::WithParamInterface<std::string> {
 protected:
-    [[nodiscard]] std::string start() const { return "Start " + GetParam(); }
+    static std::string start() { return "Start " + GetParam(); }
     static bool runs(const std::string& program) {
         return std::system(("pgrep -x " + program + " >/dev/null").c_str()) == 0; // NOLINT(cert-env33-c)
     }

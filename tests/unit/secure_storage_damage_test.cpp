@@ -11,6 +11,12 @@ namespace {
 
 const std::string elsewhere(32, 'b');
 
+std::string too_large_for_a_store() {
+    std::string bytes;
+    bytes.resize(17'000'000, 'x');
+    return bytes;
+}
+
 class SecureStorageDamage : public WithoutStore {};
 
 TEST_F(SecureStorageDamage, IsFoundInEveryBitAndAtEveryLength) {
@@ -24,7 +30,7 @@ TEST_F(SecureStorageDamage, IsFoundInEveryBitAndAtEveryLength) {
         put_file(file, good.substr(0, length));
         ASSERT_EQ(read("version").result, platform::not_authentic) << "length " << length;
     }
-    for (const std::string& more : {std::string(1, '\0'), good, std::string(17'000'000, 'x')}) {
+    for (const std::string& more : {std::string(1, '\0'), good, too_large_for_a_store()}) {
         put_file(file, good + more);
         EXPECT_EQ(read("version").result, platform::not_authentic) << more.size() << " bytes more";
     }
@@ -60,7 +66,7 @@ TEST_F(SecureStorageDamage, OfOneKindIsARecordMovedFromElsewhere) {
 }
 
 TEST_F(SecureStorageDamage, IsHealedByTheNextWriteAndKeptAside) {
-    for (const std::string& damaged : {std::string("damaged"), std::string(), std::string(17'000'000, 'x')}) {
+    for (const std::string& damaged : {std::string("damaged"), std::string(), too_large_for_a_store()}) {
         put_file(file, damaged);
         ASSERT_EQ(write("version", "1.2.9"), platform::ok) << damaged.size() << " bytes";
         EXPECT_EQ(read("version").data, "1.2.9");

@@ -41,7 +41,7 @@ TEST_F(SecureStorageFolder, KeepsOthersOutWhateverTheFileModeMask) {
     const fs::path share = top.parent_path();
     const fs::path aside = "/opt/share.aside";
     fs::rename(share, aside);
-    for (const mode_t mask : {0000, 0022, 0077, 0777}) {
+    for (const mode_t mask : {0000U, 0022U, 0077U, 0777U}) {
         SCOPED_TRACE(testing::Message() << "umask " << std::oct << mask);
         const mode_t before = umask(mask);
         EXPECT_EQ(write("version", "7.4.10"), platform::ok);

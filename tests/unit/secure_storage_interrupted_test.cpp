@@ -6,6 +6,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <iostream>
+#include <memory>
 #include <random>
 #include <sys/file.h>
 #include <sys/mman.h>
@@ -26,6 +27,7 @@ class Progress {
 public:
     std::atomic<int> begun = 0;
     std::atomic<int> finished = 0;
+    std::atomic<bool> failed = false;
 };
 
 std::string value_of(int number) {
@@ -53,8 +55,10 @@ pid_t start_writer(Progress& progress) {
         for (int number = last + 1;; ++number) {
             const std::string value = value_of(number);
             progress.begun = number;
-            if (write("version", value) != platform::ok)
+            if (write("version", value) != platform::ok) {
+                progress.failed = true;
                 return false;
+            }
             progress.finished = number;
         }
     });
@@ -68,7 +72,7 @@ public:
               mmap(nullptr, sizeof(Progress), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0)) {
         if (memory_ == MAP_FAILED)
             throw std::bad_alloc();
-        progress_ = new (memory_) Progress;
+        progress_ = std::construct_at(static_cast<Progress*>(memory_));
     }
     SharedProgress(const SharedProgress&) = delete;
     SharedProgress& operator=(const SharedProgress&) = delete;
@@ -82,7 +86,7 @@ private:
 };
 
 void wait_for_begin(const Progress& progress, int finished) {
-    while (progress.begun == finished) {
+    while (progress.begun == finished && !progress.failed) {
     }
 }
 
@@ -95,7 +99,7 @@ nanoseconds time_of_first_write(Progress& progress) {
         const pid_t writer = start_writer(progress);
         wait_for_begin(progress, before);
         const auto start = Clock::now();
-        while (progress.finished == before) {
+        while (progress.finished == before && !progress.failed) {
         }
         sum += Clock::now() - start;
         kill_and_wait(writer);
@@ -122,6 +126,7 @@ TEST_F(SecureStorageInterrupted, AtRandomMomentsHoldsTheOldOrTheNewRecord) {
         wait_for_begin(progress, last);
         spin(nanoseconds(moment(random)));
         kill_and_wait(writer);
+        ASSERT_FALSE(progress.failed) << "kill " << count;
         const int begun = progress.begun;
         const int finished = progress.finished;
         const ReadRecord record = read("version");

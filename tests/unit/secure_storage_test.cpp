@@ -33,6 +33,7 @@ TEST_F(SecureStorage, LosesNothingWhenProcessesWriteAtOnce) {
     constexpr int writers = 4;
     constexpr int records_each = 10;
     std::vector<pid_t> processes;
+    processes.reserve(writers);
     for (int writer = 0; writer < writers; ++writer) {
         processes.push_back(start_process([writer] {
             bool written = true;

@@ -4,12 +4,12 @@
 #include "items_box.h"
 #include "layout.h"
 #include "manager.h"
+#include "popup_dismissal.h"
 
 #include <platform/vell.h>
 
 #include <algorithm>
 #include <array>
-#include <string_view>
 
 namespace {
 
@@ -68,19 +68,6 @@ void show_anew(Evas_Object* object) {
     evas_object_show(object);
 }
 
-/** The part of an Elementary popup that covers the window and, when it appears, takes the focus. */
-Evas_Object* notification_of(Evas_Object* popup) {
-    Eina_List* const members = evas_object_smart_members_get(popup);
-    Evas_Object* notification = nullptr;
-    for (const Eina_List* node = members; node != nullptr; node = eina_list_next(node)) {
-        auto* const member = static_cast<Evas_Object*>(eina_list_data_get(node));
-        if (std::string_view(evas_object_type_get(member)) == "elm_notify")
-            notification = member;
-    }
-    eina_list_free(members);
-    return notification;
-}
-
 void on_show(void* data, Evas*, Evas_Object* object, void*) {
     auto* const popup = static_cast<Popup*>(data);
     std::erase(open_popups(), popup);
@@ -89,7 +76,7 @@ void on_show(void* data, Evas*, Evas_Object* object, void*) {
     point_weakly(popup->focused, nullptr);
     // Elementary gives a popup that appears again the focus it had when it went (measured). That is done
     // first, so that the show callbacks have the last word.
-    evas_object_show(notification_of(object));
+    evas_object_show(vell::notification_of(object));
     vell::Manager::instance().show_waiting();
     Eina_List* const contents = elm_box_children_get(popup->box);
     for (const Eina_List* node = contents; node != nullptr; node = eina_list_next(node))
@@ -172,6 +159,7 @@ Evas_Object* elm_vell_popup_add(Evas_Object* parent) {
     popup.object = object;
     popup.box = vell::items_box_add(object, fill_between_margins, size_with_margins);
     elm_object_content_set(object, popup.box);
+    vell::dismiss_at_once(object);
     evas_object_event_callback_add(object, EVAS_CALLBACK_SHOW, on_show, &popup);
     evas_object_event_callback_add(object, EVAS_CALLBACK_HIDE, on_hide, &popup);
     return vell::adopt(object, vell::Family::popup);

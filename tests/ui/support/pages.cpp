@@ -70,7 +70,7 @@ std::vector<std::string> Pages::content() const {
 
 std::vector<std::string> Pages::asked() {
     auto calls = radio.calls();
-    const std::vector<std::string> since(calls.begin() + static_cast<std::ptrdiff_t>(asked_), calls.end());
+    std::vector<std::string> since(calls.begin() + static_cast<std::ptrdiff_t>(asked_), calls.end());
     asked_ = calls.size();
     return since;
 }

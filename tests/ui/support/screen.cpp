@@ -101,6 +101,7 @@ void visit_below(Evas_Object* object, const Visitor& visitor) {
 
 void post(Evas_Object* window, int type, const char* key) {
     // Ecore frees it.
+    // NOLINTNEXTLINE(cppcoreguidelines-owning-memory)
     auto* const event = static_cast<Ecore_Event_Key*>(calloc(1, sizeof(Ecore_Event_Key)));
     event->keyname = event->key = key;
     event->window = event->event_window = event->root_window = elm_win_window_id_get(window);
@@ -113,8 +114,7 @@ void post(Evas_Object* window, int type, const char* key) {
 void start_elementary() { static const Session session; }
 
 void settle() {
-    // A popup opened for the first time takes up to eight frames until its content is there.
-    constexpr int frames = 12;
+    constexpr int frames = 6;
     int seen = 0;
     Ecore_Animator* const counter = ecore_animator_add(
         [](void* count) -> Eina_Bool {
@@ -129,14 +129,13 @@ void settle() {
 
 bool await(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
     const auto end = std::chrono::steady_clock::now() + limit;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end)
-            return false;
-        ecore_main_loop_iterate();
-        g_usleep(1000);
+    bool holds = condition();
+    while (!holds && std::chrono::steady_clock::now() < end) {
+        settle();
+        holds = condition();
     }
     settle();
-    return true;
+    return holds;
 }
 
 void Screen::type(const char* key) const {
@@ -148,6 +147,8 @@ void Screen::press(const char* key, int times) const {
     for (int time = 0; time < times; ++time) {
         type(key);
         settle();
+        // A popup opened for the first time takes some frames more until its content is there to be focused.
+        await([this] { return !focused().empty(); }, std::chrono::milliseconds(300));
     }
 }
 
@@ -173,10 +174,10 @@ std::vector<std::string> Screen::seen() const {
     return all;
 }
 
-Evas_Object* Screen::find(const std::string& wanted) const {
+Evas_Object* Screen::find(const std::string& seen) const {
     Evas_Object* found = nullptr;
-    visit([&](Evas_Object* widget, const std::string& seen) {
-        if (seen == wanted)
+    visit([&](Evas_Object* widget, const std::string& text) {
+        if (text == seen)
             found = widget;
     });
     return found;
