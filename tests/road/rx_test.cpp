@@ -3,22 +3,7 @@
 using testing::ElementsAre;
 
 /** Packets arrive on channel 15, on no other. */
-class RxRoad : public Road {
-protected:
-    /** Presses "Count Received Packets", which has the focus, until a number is shown that is as wanted. */
-    long count_until(const std::function<bool(long)>& is_as_wanted) {
-        long shown = 0;
-        operator_.wait_until("another number of packets", [&](const station::Screen&) {
-            operator_.press("Return");
-            const std::string label = "Received Packets: ";
-            for (const std::string& text : operator_.texts())
-                if (text.starts_with(label) && text.size() > label.size() && text[label.size()] != '?')
-                    shown = std::stol(text.substr(label.size()));
-            return is_as_wanted(shown);
-        });
-        return shown;
-    }
-};
+class RxRoad : public Road {};
 
 TEST_F(RxRoad, CountsOnTheChosenChannelResetsAndStops) {
     open_rx_test();

@@ -143,3 +143,16 @@ void Road::expect_asked(const std::vector<std::string>& calls) {
     EXPECT_EQ(now, calls);
     calls_seen_ += now.size();
 }
+
+long Road::count_until(const std::function<bool(long)>& is_as_wanted) {
+    long shown = 0;
+    operator_.wait_until("another number of packets", [&](const station::Screen&) {
+        operator_.press("Return");
+        const std::string label = "Received Packets: ";
+        for (const std::string& text : operator_.texts())
+            if (text.starts_with(label) && text.size() > label.size() && text[label.size()] != '?')
+                shown = std::stol(text.substr(label.size()));
+        return is_as_wanted(shown);
+    });
+    return shown;
+}

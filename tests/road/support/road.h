@@ -60,6 +60,9 @@ protected:
     /** Closes the picker with Return; the button shows the value and has the focus. */
     void choose(const std::string& title, int value);
 
+    /** Presses "Count Received Packets", which has the focus, until a number is shown that is as wanted. */
+    long count_until(const std::function<bool(long)>& is_as_wanted);
+
     /** The NCP host was asked this, and nothing else, since the last time. */
     void expect_asked(const std::vector<std::string>& calls);
 
