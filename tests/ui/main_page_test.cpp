@@ -4,7 +4,6 @@
 #include "TXTestView.h"
 
 #include <array>
-#include <cstdio>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <malloc.h>
@@ -167,15 +166,8 @@ TEST_F(MainPage, TabActivatedBehindAnOpenPickerLeavesNothingStale) {
     EXPECT_THAT(content(), Contains("Count Received Packets"));
 }
 
-/** Resident pages of this process, in KiB. */
-long resident() {
-    malloc_trim(0);
-    const std::unique_ptr<FILE, int (*)(FILE*)> file(fopen("/proc/self/statm", "r"), &fclose);
-    long size = 0;
-    long pages = 0;
-    EXPECT_EQ(fscanf(file.get(), "%ld %ld", &size, &pages), 2);
-    return pages * 4;
-}
+/** What this process has allocated and not freed, in KiB; unlike resident pages it does not come and go. */
+long allocated() { return static_cast<long>(mallinfo2().uordblks / 1024); }
 
 auto descriptors() {
     namespace fs = std::filesystem;
@@ -195,13 +187,13 @@ TEST_F(MainPage, UseOverAndOverTakesNoMemoryAndNoDescriptors) {
         }
         log.clear();
     };
-    use(100, 10);
-    const long memory = resident();
+    use(10, 10);
+    const long memory = allocated();
     const auto open_files = descriptors();
     use(1000, 100);
-    const long grown = resident() - memory;
+    const long grown = allocated() - memory;
     RecordProperty("grown_kib", static_cast<int>(grown));
-    EXPECT_LT(grown, 4096); // caches of text and pictures come and go by some MiB
+    EXPECT_LT(grown, 128); // some 50 measured
     EXPECT_EQ(descriptors(), open_files);
 }
 
