@@ -10,8 +10,8 @@ namespace {
 /** The operators call to each other through a folder that both televisions see. */
 class AirRoad : public Road {
 protected:
-    void call(const std::string& word) const { std::ofstream(meeting_place() / word); }
-    void wait_for_call(const std::string& word) const {
+    static void call(const std::string& word) { std::ofstream(meeting_place() / word); }
+    static void wait_for_call(const std::string& word) {
         expect_soon("the other operator's '" + word + "'",
                     [path = meeting_place() / word] { return std::filesystem::exists(path); });
     }
