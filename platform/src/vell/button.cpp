@@ -34,8 +34,12 @@ Eina_Bool show_whether_usable(void* data) {
     return ECORE_CALLBACK_RENEW;
 }
 
-/** Elementary says "clicked" once for Return, KP_Enter, the mouse and an accessibility action alike. */
+/**
+ * Elementary says "clicked" once for Return, KP_Enter, the mouse and an accessibility action alike; only the
+ * last leaves the focus where it was.
+ */
 void on_clicked(void*, Evas_Object* object, void*) {
+    elm_object_focus_set(object, EINA_TRUE);
     evas_object_smart_callback_call(object, "pressed", nullptr);
 }
 

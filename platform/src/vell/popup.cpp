@@ -1,3 +1,8 @@
+// The focus manager of a window is declared as beta in Elementary 1.26.
+#define EFL_BETA_API_SUPPORT
+
+#include <Efl_Ui.h>
+
 #include "popup.h"
 
 #include "accessible.h"
@@ -68,6 +73,17 @@ void show_anew(Evas_Object* object) {
     evas_object_show(object);
 }
 
+/** Shows the notification behind a popup that was hidden. */
+void show_notification(Evas_Object* popup) {
+    Evas_Object* const notification = vell::notification_of(popup);
+    if (evas_object_visible_get(notification) != EINA_FALSE)
+        return;
+    // It would remember what has the focus now and turn to it when it goes, though that may be deleted by
+    // then (measured). The popup remembers that itself.
+    efl_ui_focus_manager_reset_history(efl_ui_focus_util_active_manager(elm_object_top_widget_get(popup)));
+    evas_object_show(notification);
+}
+
 void on_show(void* data, Evas*, Evas_Object* object, void*) {
     auto* const popup = static_cast<Popup*>(data);
     std::erase(open_popups(), popup);
@@ -76,7 +92,7 @@ void on_show(void* data, Evas*, Evas_Object* object, void*) {
     point_weakly(popup->focused, nullptr);
     // Elementary gives a popup that appears again the focus it had when it went (measured). That is done
     // first, so that the show callbacks have the last word.
-    evas_object_show(vell::notification_of(object));
+    show_notification(object);
     vell::Manager::instance().show_waiting();
     Eina_List* const contents = elm_box_children_get(popup->box);
     for (const Eina_List* node = contents; node != nullptr; node = eina_list_next(node))
@@ -95,9 +111,10 @@ void focus_top_popup(void* = nullptr) {
         elm_object_focus_set(open_popups().back()->focused, EINA_TRUE);
 }
 
-void on_hide(void* data, Evas*, Evas_Object*, void*) {
+void on_hide(void* data, Evas*, Evas_Object* object, void*) {
     auto* const popup = static_cast<Popup*>(data);
     const bool was_open = std::erase(open_popups(), popup) != 0;
+    evas_object_hide(vell::notification_of(object)); // first, or it keeps the focus
     if (was_open && popup->focused_before != nullptr)
         elm_object_focus_set(popup->focused_before, EINA_TRUE);
 }

@@ -24,7 +24,6 @@ Evas_Object* notification_of(Evas_Object* popup) {
 namespace {
 
 void hide(Eo* popup, void*) {
-    evas_object_hide(notification_of(popup)); // first, or it keeps the focus
     evas_object_hide(popup);
     evas_object_smart_callback_call(popup, "dismissed", nullptr);
 }

@@ -34,6 +34,16 @@ std::vector<std::string> ApplicationLog::messages() const {
     return messages;
 }
 
+std::vector<std::string> ApplicationLog::complaints_of_libraries() const {
+    static const std::regex complaint(R"((CRI|ERR|WRN)<\d+>|-(ERROR|CRITICAL|WARNING) \*\*)");
+    std::vector<std::string> complaints;
+    std::ifstream file(path_);
+    for (std::string line; std::getline(file, line);)
+        if (std::regex_search(line, complaint))
+            complaints.push_back(line);
+    return complaints;
+}
+
 long ApplicationLog::count(const std::string& text) const {
     return std::ranges::count_if(
         all(), [&text](const std::string& message) { return message.find(text) != std::string::npos; });

@@ -21,6 +21,9 @@ public:
     /** How many messages contain a text. */
     [[nodiscard]] long count(const std::string& text) const;
 
+    /** Lines in which EFL or GLib warns or reports an error. */
+    [[nodiscard]] std::vector<std::string> complaints_of_libraries() const;
+
     /** The messages' last lines, for the report of a failure. */
     [[nodiscard]] std::string end() const;
 

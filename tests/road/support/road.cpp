@@ -28,6 +28,7 @@ void Sitting::TearDown() {
         application_->terminate();
         expect_orderly_end();
     }
+    EXPECT_THAT(log_.complaints_of_libraries(), IsEmpty());
     if (HasFailure())
         std::cerr << "The end of the application's log:\n" << log_.end();
 }

@@ -24,9 +24,7 @@ namespace {
 void fail_on_efl_error(const Eina_Log_Domain* domain, Eina_Log_Level level, const char* file,
                        const char* function, int line, const char* format, void* /*data*/,
                        va_list arguments) {
-    // A popup that goes asks after the widget that had the focus before it, whether that is still there or
-    // not (measured, and harmless).
-    if (level > EINA_LOG_LEVEL_ERR || std::string_view(function) == "efl_ui_focus_object_focus_manager_get")
+    if (level > EINA_LOG_LEVEL_ERR)
         return;
     std::array<char, 512> text{};
     vsnprintf(text.data(), text.size(), format, arguments);
