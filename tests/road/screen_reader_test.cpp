@@ -1,7 +1,5 @@
 #include "support/road.h"
 
-using testing::ElementsAre;
-
 /** A person who reads the screen through a screen reader, and uses it through its actions. */
 class ScreenReaderRoad : public Road {
 protected:
