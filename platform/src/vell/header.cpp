@@ -1,5 +1,6 @@
 #include "accessible.h"
 #include "button.h"
+#include "header_focus.h"
 #include "items_box.h"
 #include "layout.h"
 #include "manager.h"
@@ -49,8 +50,10 @@ void hold_row(Evas_Object* header, Evas_Object* Header::*place, Evas_Object* row
 }
 
 void on_tab_pressed(void* data, Evas_Object* pressed, void*) {
-    for (Evas_Object* const tab : vell::layout_items(static_cast<Evas_Object*>(data)))
+    auto* const header = static_cast<Evas_Object*>(data);
+    for (Evas_Object* const tab : vell::layout_items(vell::attached<Header>(header)->subheader))
         vell::mark_chosen(tab, tab == pressed);
+    vell::enter_header_at(header, pressed);
 }
 
 } // namespace
@@ -98,5 +101,5 @@ void elm_vell_header_content_set(Evas_Object* header, Evas_Object* content) {
 void elm_vell_subheader_content_set(Evas_Object* header, Evas_Object* content) {
     hold_row(header, &Header::subheader, content);
     for (Evas_Object* const tab : vell::layout_items(content))
-        evas_object_smart_callback_add(tab, "pressed", on_tab_pressed, content);
+        evas_object_smart_callback_add(tab, "pressed", on_tab_pressed, header);
 }

@@ -44,27 +44,12 @@ std::vector<Popup*>& open_popups() {
     return popups;
 }
 
-/** Points `place` to `widget`, and to nothing once the widget is gone. */
-void point_weakly(Evas_Object*& place, Evas_Object* widget) {
-    if (place != nullptr)
-        efl_wref_del(place, &place);
-    place = widget;
-    if (place != nullptr)
-        efl_wref_add(place, &place);
-}
-
 Popup::~Popup() {
     std::erase(open_popups(), this);
     for (Evas_Object*& button : buttons)
-        point_weakly(button, nullptr);
-    point_weakly(focused, nullptr);
-    point_weakly(focused_before, nullptr);
-}
-
-bool is_inside(const Evas_Object* widget, const Evas_Object* popup) {
-    while (widget != nullptr && widget != popup)
-        widget = elm_object_parent_widget_get(widget);
-    return widget != nullptr;
+        vell::point_weakly(button, nullptr);
+    vell::point_weakly(focused, nullptr);
+    vell::point_weakly(focused_before, nullptr);
 }
 
 /** Shows an object anew, so that its show callbacks are called though it may be shown already. */
@@ -88,8 +73,8 @@ void on_show(void* data, Evas*, Evas_Object* object, void*) {
     auto* const popup = static_cast<Popup*>(data);
     std::erase(open_popups(), popup);
     open_popups().push_back(popup);
-    point_weakly(popup->focused_before, elm_object_focused_object_get(object));
-    point_weakly(popup->focused, nullptr);
+    vell::point_weakly(popup->focused_before, elm_object_focused_object_get(object));
+    vell::point_weakly(popup->focused, nullptr);
     // Elementary gives a popup that appears again the focus it had when it went (measured). That is done
     // first, so that the show callbacks have the last word.
     show_notification(object);
@@ -228,5 +213,5 @@ void elm_vell_popup_button_set(Evas_Object* popup, Evas_Object* button, int slot
         return;
     elm_vell_button_zoom_set(button, popup_button_zoom);
     elm_object_part_content_set(popup, button_places.at(place), button);
-    point_weakly(buttons.at(place), button);
+    vell::point_weakly(buttons.at(place), button);
 }

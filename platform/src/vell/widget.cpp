@@ -32,4 +32,18 @@ std::string markup(const char* text) {
     return escaped == nullptr ? std::string() : std::string(escaped.get());
 }
 
+void point_weakly(Evas_Object*& place, Evas_Object* widget) {
+    if (place != nullptr)
+        efl_wref_del(place, &place);
+    place = widget;
+    if (place != nullptr)
+        efl_wref_add(place, &place);
+}
+
+bool is_inside(const Evas_Object* widget, const Evas_Object* ancestor) {
+    while (widget != nullptr && widget != ancestor)
+        widget = elm_object_parent_widget_get(widget);
+    return widget != nullptr;
+}
+
 } // namespace vell

@@ -32,6 +32,12 @@ Widget* find(const Evas_Object* object, Family family);
 /** Text as Elementary's markup, in which it is shown as it stands; null counts as empty. */
 std::string markup(const char* text);
 
+/** Points `place`, which stays where it is, to `widget`, and to nothing once the widget is gone. */
+void point_weakly(Evas_Object*& place, Evas_Object* widget);
+
+/** Whether a widget is `ancestor` or in it. */
+bool is_inside(const Evas_Object* widget, const Evas_Object* ancestor);
+
 /** State of type `T` kept with `object` under `T::key` and deleted with it. */
 template <class T>
 T& attach(Evas_Object* object) {

@@ -68,20 +68,6 @@ private:
 
 std::string text_of(const char* text) { return text == nullptr ? "" : text; }
 
-/** What a widget is on the screen; "" for one that shows nothing of its own. */
-std::string description(Evas_Object* object) {
-    if (elm_object_widget_check(object) == EINA_FALSE)
-        return "";
-    const std::string_view type = evas_object_type_get(object);
-    if (type == "elm_button")
-        return elm_vell_button_text_get(object);
-    if (type == "elm_spinner")
-        return "[" + std::to_string(std::lround(elm_spinner_value_get(object))) + "]";
-    if (type == "elm_popup")
-        return "popup " + text_of(elm_object_part_text_get(object, "title,text"));
-    return type == "elm_layout" || type == "elm_label" ? text_of(elm_object_text_get(object)) : "";
-}
-
 using Visitor = std::function<void(Evas_Object*, const std::string&)>;
 
 void visit_below(Evas_Object* object, const Visitor& visitor) {
@@ -107,7 +93,25 @@ void post(Evas_Object* window, int type, const char* key) {
     ecore_event_add(type, event, nullptr, nullptr);
 }
 
+bool is_control(const Evas_Object* widget) {
+    const std::string_view type = evas_object_type_get(widget);
+    return type == "elm_button" || type == "elm_spinner";
+}
+
 } // namespace
+
+std::string description(Evas_Object* widget) {
+    if (elm_object_widget_check(widget) == EINA_FALSE)
+        return "";
+    const std::string_view type = evas_object_type_get(widget);
+    if (type == "elm_button")
+        return elm_vell_button_text_get(widget);
+    if (type == "elm_spinner")
+        return "[" + std::to_string(std::lround(elm_spinner_value_get(widget))) + "]";
+    if (type == "elm_popup")
+        return "popup " + text_of(elm_object_part_text_get(widget, "title,text"));
+    return type == "elm_layout" || type == "elm_label" ? text_of(elm_object_text_get(widget)) : "";
+}
 
 void start_elementary() { static const Session session; }
 
@@ -184,11 +188,21 @@ Evas_Object* Screen::find(const std::string& seen) const {
 std::string Screen::focused() const {
     std::string focused;
     visit([&](Evas_Object* widget, const std::string& seen) {
-        const std::string_view type = evas_object_type_get(widget);
-        if ((type == "elm_button" || type == "elm_spinner") && elm_object_focus_get(widget) != EINA_FALSE)
+        if (is_control(widget) && elm_object_focus_get(widget) != EINA_FALSE)
             focused += seen;
     });
     return focused;
+}
+
+std::vector<Evas_Object*> Screen::usable() const {
+    std::vector<Evas_Object*> usable;
+    visit([&usable](Evas_Object* widget, const std::string&) {
+        if (evas_object_type_get(widget) == std::string_view("elm_popup"))
+            usable.clear();
+        else if (is_control(widget) && elm_object_focus_allow_get(widget) != EINA_FALSE)
+            usable.push_back(widget);
+    });
+    return usable;
 }
 
 Eina_Rectangle geometry(const Evas_Object* widget) {

@@ -46,6 +46,9 @@ public:
     /** What has the focus, as it is seen; "" when nothing has. */
     [[nodiscard]] std::string focused() const;
 
+    /** The buttons and spinners that can take the focus; those of the popup in front when one is open. */
+    [[nodiscard]] std::vector<Evas_Object*> usable() const;
+
     [[nodiscard]] Evas_Object* window() const { return window_; }
 
 private:
@@ -53,6 +56,9 @@ private:
 
     Evas_Object* window_;
 };
+
+/** What a widget says, as `Screen::seen` lists it. */
+std::string description(Evas_Object* widget);
 
 /** A widget's place on the screen. */
 Eina_Rectangle geometry(const Evas_Object* widget);
