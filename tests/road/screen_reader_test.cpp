@@ -1,4 +1,8 @@
+#include "support/announcements.h"
 #include "support/road.h"
+
+using testing::ElementsAre;
+using testing::UnorderedElementsAre;
 
 /** A person who reads the screen through a screen reader, and uses it through its actions. */
 class ScreenReaderRoad : public Road {
@@ -8,9 +12,18 @@ protected:
         operator_.activate(name);
         operator_.wait_for(then);
     }
+
+    /** Role and name of everything on the screen. */
+    [[nodiscard]] std::vector<std::string> roles() const {
+        std::vector<std::string> roles;
+        const station::Screen screen = operator_.screen();
+        for (const station::Widget& widget : screen.widgets())
+            roles.push_back(widget.role + " " + widget.name);
+        return roles;
+    }
 };
 
-TEST_F(ScreenReaderRoad, AnActionPressesAButtonOnce) {
+TEST_F(ScreenReaderRoad, AnActionPressesAButtonOnceAndFocusesIt) {
     open_application();
     act("TX Test", "Start TX Test");
     act("Start TX Test", "Stop Test");
@@ -25,4 +38,39 @@ TEST_F(ScreenReaderRoad, AnActionPressesAButtonOnce) {
     act("Exit", "Yes");
     operator_.activate("Yes");
     expect_orderly_end();
+}
+
+TEST_F(ScreenReaderRoad, EveryTextHasItsNameAndRole) {
+    open_rx_test();
+    EXPECT_THAT(roles(), ElementsAre("heading Velmora", "push button TX Test", "push button RX Test",
+                                     "push button Exit", "label Received Packets: ?",
+                                     "push button Count Received Packets", "push button Reset Count",
+                                     "label Channel:", "push button 11", "push button Stop"));
+    open_picker(channel_picker, 11, 12);
+    EXPECT_THAT(roles(), ElementsAre("dialog Zigbee TX Channel", "spin button 12"));
+    EXPECT_EQ(operator_.focused()->value, (station::WidgetValue{12, 11, 26}));
+    choose(channel_picker, 12);
+    go_to_header("Exit");
+    enter("Cancel");
+    EXPECT_THAT(roles(), ElementsAre("dialog Exit App", "label Do you want to exit ?", "push button Yes",
+                                     "push button Cancel"));
+}
+
+TEST_F(ScreenReaderRoad, SaysWhatIsFocusedAndWhatAppears) {
+    open_tx_test();
+    Announcements announcements;
+    open_picker(power_picker, 0, 1);
+    EXPECT_THAT(announcements.take(),
+                ElementsAre("dialog Zigbee TX Power", "spin button 0", "spin button 1"));
+    choose(power_picker, 1);
+    EXPECT_THAT(announcements.take(), ElementsAre("push button 1"));
+    go("Down", "Set Channel");
+    EXPECT_THAT(announcements.take(), ElementsAre("push button Set Channel"));
+    go_to_header("Exit");
+    announcements.take();
+    enter("Cancel");
+    EXPECT_THAT(announcements.take(), UnorderedElementsAre("dialog Exit App", "push button Cancel"));
+    operator_.press("XF86Back");
+    operator_.wait_for_focus("Exit");
+    EXPECT_THAT(announcements.take(), ElementsAre("push button Exit"));
 }

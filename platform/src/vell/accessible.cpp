@@ -32,4 +32,8 @@ void set_accessible_name(Evas_Object* widget, const char* name) {
     efl_access_object_i18n_name_set(widget, name);
 }
 
+void set_accessible_description(Evas_Object* widget, const char* description) {
+    efl_access_object_description_set(widget, description);
+}
+
 } // namespace vell

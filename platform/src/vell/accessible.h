@@ -13,4 +13,7 @@ void set_accessible_role(Evas_Object* widget, Role role);
 /** Gives the widget a name; null removes it. */
 void set_accessible_name(Evas_Object* widget, const char* name);
 
+/** Gives the widget a text that is read after its name; null removes it. */
+void set_accessible_description(Evas_Object* widget, const char* description);
+
 } // namespace vell

@@ -1,15 +1,10 @@
-// The focus manager of a window is declared as beta in Elementary 1.26.
-#define EFL_BETA_API_SUPPORT
-
-#include <Efl_Ui.h>
-
 #include "popup.h"
 
 #include "accessible.h"
 #include "items_box.h"
 #include "layout.h"
 #include "manager.h"
-#include "popup_dismissal.h"
+#include "popup_notification.h"
 
 #include <platform/vell.h>
 
@@ -58,17 +53,6 @@ void show_anew(Evas_Object* object) {
     evas_object_show(object);
 }
 
-/** Shows the notification behind a popup that was hidden. */
-void show_notification(Evas_Object* popup) {
-    Evas_Object* const notification = vell::notification_of(popup);
-    if (evas_object_visible_get(notification) != EINA_FALSE)
-        return;
-    // It would remember what has the focus now and turn to it when it goes, though that may be deleted by
-    // then (measured). The popup remembers that itself.
-    efl_ui_focus_manager_reset_history(efl_ui_focus_util_active_manager(elm_object_top_widget_get(popup)));
-    evas_object_show(notification);
-}
-
 void on_show(void* data, Evas*, Evas_Object* object, void*) {
     auto* const popup = static_cast<Popup*>(data);
     std::erase(open_popups(), popup);
@@ -77,7 +61,7 @@ void on_show(void* data, Evas*, Evas_Object* object, void*) {
     vell::point_weakly(popup->focused, nullptr);
     // Elementary gives a popup that appears again the focus it had when it went (measured). That is done
     // first, so that the show callbacks have the last word.
-    show_notification(object);
+    evas_object_show(vell::notification_of(object));
     vell::Manager::instance().show_waiting();
     Eina_List* const contents = elm_box_children_get(popup->box);
     for (const Eina_List* node = contents; node != nullptr; node = eina_list_next(node))
@@ -162,6 +146,7 @@ Evas_Object* elm_vell_popup_add(Evas_Object* parent) {
     popup.box = vell::items_box_add(object, fill_between_margins, size_with_margins);
     elm_object_content_set(object, popup.box);
     vell::dismiss_at_once(object);
+    vell::leave_focus_to_window(object);
     evas_object_event_callback_add(object, EVAS_CALLBACK_SHOW, on_show, &popup);
     evas_object_event_callback_add(object, EVAS_CALLBACK_HIDE, on_hide, &popup);
     return vell::adopt(object, vell::Family::popup);
@@ -190,6 +175,7 @@ void elm_vell_popup_message_set(Evas_Object* popup, const char* text, int width)
     elm_object_text_set(message, vell::markup(text).c_str());
     vell::find(message)->request.given = {width, 0};
     set_content(*state, *vell::find(message));
+    vell::set_accessible_description(popup, text);
 }
 
 void elm_vell_popup_content_set(Evas_Object* popup, Evas_Object* content, int width, int height) {

@@ -15,4 +15,10 @@ Evas_Object* notification_of(Evas_Object* popup);
  */
 void dismiss_at_once(Evas_Object* popup);
 
+/**
+ * Leaves it to the window what has the focus once the popup has gone. Elementary would turn to what had it
+ * when the popup was shown, though that may be deleted by then (measured).
+ */
+void leave_focus_to_window(Evas_Object* popup);
+
 } // namespace vell

@@ -1,0 +1,63 @@
+// A popup's notification turns the window's focus to itself through what Elementary 1.26 declares as beta and
+// protected.
+#define EFL_BETA_API_SUPPORT
+#define EFL_UI_FOCUS_LAYER_PROTECTED
+
+#include <Efl_Ui.h>
+
+#include "popup_notification.h"
+
+#include <string_view>
+
+// The method behind `elm_popup_dismiss`; Elementary exports it without a declaration.
+extern "C" void elm_obj_popup_dismiss(Eo* popup);
+
+namespace vell {
+
+Evas_Object* notification_of(Evas_Object* popup) {
+    Eina_List* const members = evas_object_smart_members_get(popup);
+    Evas_Object* notification = nullptr;
+    for (const Eina_List* node = members; node != nullptr; node = eina_list_next(node)) {
+        auto* const member = static_cast<Evas_Object*>(eina_list_data_get(node));
+        if (std::string_view(evas_object_type_get(member)) == "elm_notify")
+            notification = member;
+    }
+    eina_list_free(members);
+    return notification;
+}
+
+namespace {
+
+void hide(Eo* popup, void*) {
+    evas_object_hide(popup);
+    evas_object_smart_callback_call(popup, "dismissed", nullptr);
+}
+
+/** Turns the window's focus to the notification, or back to what the window's own history says. */
+void turn_focus(Eo* notification, void*, Eina_Bool to_notification) {
+    if (to_notification != EINA_FALSE) {
+        efl_ui_focus_layer_enable_set(efl_super(notification, EFL_OBJECT_OVERRIDE_CLASS), EINA_TRUE);
+        return;
+    }
+    Eo* const window = efl_ui_focus_object_focus_manager_get(notification);
+    if (window == nullptr)
+        return;
+    if (efl_ui_focus_manager_redirect_get(window) == notification)
+        efl_ui_focus_manager_redirect_set(window, nullptr);
+    efl_ui_focus_manager_calc_unregister(window, notification);
+}
+
+} // namespace
+
+void dismiss_at_once(Evas_Object* popup) {
+    EFL_OPS_DEFINE(operations, EFL_OBJECT_OP_FUNC(elm_obj_popup_dismiss, reinterpret_cast<void*>(hide)));
+    efl_object_override(popup, &operations);
+}
+
+void leave_focus_to_window(Evas_Object* popup) {
+    EFL_OPS_DEFINE(operations,
+                   EFL_OBJECT_OP_FUNC(efl_ui_focus_layer_enable_set, reinterpret_cast<void*>(turn_focus)));
+    efl_object_override(notification_of(popup), &operations);
+}
+
+} // namespace vell

@@ -1,0 +1,30 @@
+/** What an application tells a screen reader without being asked. */
+#pragma once
+
+#include <atspi/atspi.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+/**
+ * From its making on, what a screen reader would say of itself: what gets the focus ("push button Exit"),
+ * popups that appear ("dialog Exit App"), and new names of what has the focus ("spin button 7"). The
+ * operator's looks at the screen let it hear.
+ */
+class Announcements {
+public:
+    Announcements();
+    ~Announcements();
+    Announcements(const Announcements&) = delete;
+    Announcements& operator=(const Announcements&) = delete;
+
+    /** What was said since the last call. */
+    std::vector<std::string> take();
+
+private:
+    void hear(const AtspiEvent& event);
+
+    std::unique_ptr<AtspiEventListener, decltype(&g_object_unref)> listener_;
+    std::string focused_role_;
+    std::vector<std::string> said_;
+};
