@@ -25,8 +25,28 @@ protected:
         operator_.press("XF86Red");
         expect_in_front(other, true);
     }
+};
 
-    int place(const std::string& name) { return operator_.wait_for(name).find(name)->x; }
+/** The television's language, changed in its settings. */
+class LanguageRoad : public KeyRoad {
+protected:
+    void set_language(const std::string& language) const {
+        std::filesystem::create_directories(settings_.parent_path());
+        std::ofstream(settings_) << "[db/menu_widget]\nlanguage=" << language << "\n";
+    }
+    void expect_order(const std::string& left, const std::string& right) {
+        operator_.wait_until(left + " left of " + right, [&](const station::Screen& screen) {
+            return screen.shows(left) && screen.shows(right) && screen.find(left)->x < screen.find(right)->x;
+        });
+    }
+    void TearDown() override {
+        KeyRoad::TearDown();
+        std::filesystem::remove(settings_);
+    }
+
+private:
+    const std::filesystem::path settings_ =
+        std::filesystem::path(std::getenv("XDG_CONFIG_HOME")) / "tv-platform" / "settings.ini";
 };
 
 TEST_F(KeyRoad, BackClosesThePopupThenGivesWayAndRedComesBack) {
@@ -77,22 +97,41 @@ TEST_F(KeyRoad, ATestPageWaitsBehindAsItWasLeft) {
     EXPECT_EQ(log_.count("KeyName [Down]"), 1);
 }
 
-TEST_F(KeyRoad, AMirroredPageIsReadAndWalkedFromTheRight) {
-    const char* const settings = std::getenv("XDG_CONFIG_HOME");
-    ASSERT_NE(settings, nullptr);
-    const auto folder = std::filesystem::path(settings) / "tv-platform";
-    std::filesystem::create_directories(folder);
-    std::ofstream(folder / "settings.ini") << "[db/menu_widget]\nlanguage=ar_AE.utf8\n";
+TEST_F(LanguageRoad, AMirroredPageIsReadAndWalkedFromTheRight) {
+    set_language("ar_AE.utf8");
     open_application();
-    EXPECT_LT(place("RX Test"), place("TX Test"));
-    EXPECT_LT(place("Exit"), place("RX Test"));
+    expect_order("RX Test", "TX Test");
+    expect_order("Exit", "RX Test");
     go("Left", "RX Test");
     enter("Start RX Test");
     go_to_header("Exit");
     enter("Cancel");
-    EXPECT_LT(place("Cancel"), place("Yes"));
+    expect_order("Cancel", "Yes");
     go("Right", "Yes");
     operator_.press("Return");
     expect_orderly_end();
-    std::filesystem::remove(folder / "settings.ini");
+}
+
+TEST_F(LanguageRoad, ChangedWhileRunningThePageFollowsAndKeepsItsState) {
+    open_tx_test();
+    open_picker(power_picker, 0, 3);
+    choose(power_picker, 3);
+    const auto page = operator_.texts();
+    for (int times = 0; times < 2; ++times) {
+        set_language("he_IL.utf8");
+        expect_order("RX Test", "TX Test");
+        expect_order("Exit", "3");
+        operator_.wait_for_focus("3");
+        set_language("en_GB.utf8");
+        expect_order("TX Test", "RX Test");
+        expect_order("3", "Exit");
+        EXPECT_EQ(operator_.texts(), page);
+    }
+    go_to_header("Exit");
+    enter("Cancel");
+    set_language("ar_AE.utf8");
+    expect_order("Cancel", "Yes"); // a popup that is open follows, too
+    operator_.wait_for_focus("Cancel");
+    operator_.press("XF86Back");
+    operator_.wait_for_focus("Exit");
 }

@@ -4,7 +4,7 @@
 #include "items_box.h"
 #include "layout.h"
 #include "manager.h"
-#include "popup_notification.h"
+#include "popup_corrections.h"
 
 #include <platform/vell.h>
 
@@ -145,8 +145,7 @@ Evas_Object* elm_vell_popup_add(Evas_Object* parent) {
     popup.object = object;
     popup.box = vell::items_box_add(object, fill_between_margins, size_with_margins);
     elm_object_content_set(object, popup.box);
-    vell::dismiss_at_once(object);
-    vell::leave_focus_to_window(object);
+    vell::correct_popup(object);
     evas_object_event_callback_add(object, EVAS_CALLBACK_SHOW, on_show, &popup);
     evas_object_event_callback_add(object, EVAS_CALLBACK_HIDE, on_hide, &popup);
     return vell::adopt(object, vell::Family::popup);

@@ -1,11 +1,12 @@
-// A popup's notification turns the window's focus to itself through what Elementary 1.26 declares as beta and
-// protected.
+// What is corrected is declared as beta and protected in Elementary 1.26.
 #define EFL_BETA_API_SUPPORT
 #define EFL_UI_FOCUS_LAYER_PROTECTED
+#define EFL_UI_WIDGET_PROTECTED
 
 #include <Efl_Ui.h>
+#include <Elementary.h>
 
-#include "popup_notification.h"
+#include "popup_corrections.h"
 
 #include <string_view>
 
@@ -47,17 +48,20 @@ void turn_focus(Eo* notification, void*, Eina_Bool to_notification) {
     efl_ui_focus_manager_calc_unregister(window, notification);
 }
 
-} // namespace
-
-void dismiss_at_once(Evas_Object* popup) {
-    EFL_OPS_DEFINE(operations, EFL_OBJECT_OP_FUNC(elm_obj_popup_dismiss, reinterpret_cast<void*>(hide)));
-    efl_object_override(popup, &operations);
+Eina_Error apply_theme(Eo* popup, void*) {
+    elm_object_mirrored_set(popup, elm_config_mirrored_get());
+    return efl_ui_widget_theme_apply(efl_super(popup, EFL_OBJECT_OVERRIDE_CLASS));
 }
 
-void leave_focus_to_window(Evas_Object* popup) {
-    EFL_OPS_DEFINE(operations,
+} // namespace
+
+void correct_popup(Evas_Object* popup) {
+    EFL_OPS_DEFINE(popup_operations, EFL_OBJECT_OP_FUNC(elm_obj_popup_dismiss, reinterpret_cast<void*>(hide)),
+                   EFL_OBJECT_OP_FUNC(efl_ui_widget_theme_apply, reinterpret_cast<void*>(apply_theme)));
+    efl_object_override(popup, &popup_operations);
+    EFL_OPS_DEFINE(notification_operations,
                    EFL_OBJECT_OP_FUNC(efl_ui_focus_layer_enable_set, reinterpret_cast<void*>(turn_focus)));
-    efl_object_override(notification_of(popup), &operations);
+    efl_object_override(notification_of(popup), &notification_operations);
 }
 
 } // namespace vell
