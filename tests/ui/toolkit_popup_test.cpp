@@ -61,7 +61,9 @@ protected:
 TEST_F(ToolkitPopup, ShownAgainAndAgainItTakesTheFocusAndGivesItBack) {
     for (int time = 0; time < 3; ++time) {
         for (const auto& [popup, focused] : {std::pair(picker, "[0]"), std::pair(question, "Cancel")}) {
-            show(popup);
+            evas_object_show(popup);
+            EXPECT_EQ(screen->focused(), focused) << "at once, time " << time;
+            settle();
             EXPECT_EQ(screen->focused(), focused) << time;
             dismiss(popup);
             EXPECT_EQ(screen->focused(), "behind") << time;

@@ -63,6 +63,8 @@ void on_show(void* data, Evas*, Evas_Object* object, void*) {
     // first, so that the show callbacks have the last word.
     evas_object_show(vell::notification_of(object));
     vell::Manager::instance().show_waiting();
+    // What has not been laid out yet cannot take the focus before some frames have passed.
+    evas_smart_objects_calculate(evas_object_evas_get(object));
     Eina_List* const contents = elm_box_children_get(popup->box);
     for (const Eina_List* node = contents; node != nullptr; node = eina_list_next(node))
         for (Evas_Object* const item :

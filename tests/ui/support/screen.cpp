@@ -149,8 +149,6 @@ void Screen::press(const char* key, int times) const {
     for (int time = 0; time < times; ++time) {
         type(key);
         settle();
-        // A popup opened for the first time takes some frames more until its content is there to be focused.
-        await([this] { return !focused().empty(); }, std::chrono::milliseconds(300));
     }
 }
 
