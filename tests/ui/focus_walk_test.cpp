@@ -114,6 +114,7 @@ private:
 
 TEST_P(FocusWalk, LeadsFromEveryWidgetToEveryOther) {
     activate("TX Test");
+    ASSERT_TRUE(test::await([this] { return screen->focused() == "Start TX Test"; }));
     walk("TX start page");
     emit("ready");
     walk("TX test");

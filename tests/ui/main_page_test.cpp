@@ -6,6 +6,7 @@
 #include <array>
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <limits>
 #include <malloc.h>
 
 namespace {
@@ -188,12 +189,15 @@ TEST_F(MainPage, UseOverAndOverTakesNoMemoryAndNoDescriptors) {
         log.clear();
     };
     use(10, 10);
-    const long memory = allocated();
     const auto open_files = descriptors();
-    use(1000, 100);
-    const long grown = allocated() - memory;
-    RecordProperty("grown_kib", static_cast<int>(grown));
-    EXPECT_LT(grown, 128); // some 50 measured
+    long least_grown = std::numeric_limits<long>::max();
+    for (int round = 0; round < 3; ++round) { // what leaks does so each time, a table that doubles does not
+        const long before = allocated();
+        use(400, 40);
+        least_grown = std::min(least_grown, allocated() - before);
+    }
+    RecordProperty("least_grown_kib", static_cast<int>(least_grown));
+    EXPECT_LT(least_grown, 48); // some 20 measured
     EXPECT_EQ(descriptors(), open_files);
 }
 

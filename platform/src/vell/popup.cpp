@@ -47,10 +47,17 @@ Popup::~Popup() {
     vell::point_weakly(focused_before, nullptr);
 }
 
-/** Shows an object anew, so that its show callbacks are called though it may be shown already. */
-void show_anew(Evas_Object* object) {
-    evas_object_hide(object);
-    evas_object_show(object);
+std::vector<Evas_Object*> items_of(const Popup& popup) {
+    std::vector<Evas_Object*> items;
+    Eina_List* const contents = elm_box_children_get(popup.box);
+    for (const Eina_List* node = contents; node != nullptr; node = eina_list_next(node))
+        for (Evas_Object* const item :
+             vell::layout_items(static_cast<Evas_Object*>(eina_list_data_get(node))))
+            items.push_back(item);
+    eina_list_free(contents);
+    std::ranges::copy_if(popup.buttons, std::back_inserter(items),
+                         [](const Evas_Object* button) { return button != nullptr; });
+    return items;
 }
 
 void on_show(void* data, Evas*, Evas_Object* object, void*) {
@@ -62,18 +69,13 @@ void on_show(void* data, Evas*, Evas_Object* object, void*) {
     // Elementary gives a popup that appears again the focus it had when it went (measured). That is done
     // first, so that the show callbacks have the last word.
     evas_object_show(vell::notification_of(object));
+    for (Evas_Object* const item : items_of(*popup)) {
+        evas_object_hide(item); // so that its show callbacks are called though it may be shown already
+        evas_object_show(item);
+    }
     vell::Manager::instance().show_waiting();
-    // What has not been laid out yet cannot take the focus before some frames have passed.
+    // What has not been laid out yet would take the focus only some frames later.
     evas_smart_objects_calculate(evas_object_evas_get(object));
-    Eina_List* const contents = elm_box_children_get(popup->box);
-    for (const Eina_List* node = contents; node != nullptr; node = eina_list_next(node))
-        for (Evas_Object* const item :
-             vell::layout_items(static_cast<Evas_Object*>(eina_list_data_get(node))))
-            show_anew(item);
-    eina_list_free(contents);
-    for (Evas_Object* const button : popup->buttons)
-        if (button != nullptr)
-            show_anew(button);
 }
 
 /** Gives the focus to what had it last in the popup on top, if there is one. */
@@ -88,6 +90,9 @@ void on_hide(void* data, Evas*, Evas_Object* object, void*) {
     evas_object_hide(vell::notification_of(object)); // first, or it keeps the focus
     if (was_open && popup->focused_before != nullptr)
         elm_object_focus_set(popup->focused_before, EINA_TRUE);
+    // Shown again with the popup, so that their show callbacks are called.
+    for (Evas_Object* const item : items_of(*popup))
+        evas_object_hide(item);
 }
 
 /** Space above and below the content, between the title and the buttons. */
