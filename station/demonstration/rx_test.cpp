@@ -5,7 +5,7 @@ namespace {
 
 void set_channel(Session& session) {
     session.open_picker("Zigbee TX Channel", 11);
-    session.step("Right", 9, 20);
+    session.step(session.onward(), 9, 20);
     session.page("rx-channel-picker");
     session.choose("Zigbee TX Channel", 20);
     session.expect_asked("ember_set_channel(20)");

@@ -36,7 +36,12 @@ Session::Session(const std::string& program, const std::filesystem::path& pictur
     operator_.follow(application_);
 }
 
-void Session::see_first_page() { say("start", operator_.wait_for_focus("TX Test").description()); }
+void Session::see_first_page() {
+    const Screen& screen = operator_.wait_for_focus("TX Test");
+    const Widget* const second_tab = screen.find("RX Test");
+    mirrored_ = second_tab != nullptr && second_tab->x < screen.focused()->x;
+    say("start", screen.description());
+}
 
 void Session::press(const std::string& key, const std::string& name) {
     operator_.press(key);
@@ -101,7 +106,7 @@ void Session::go_to_header(const std::string& name) {
     while (!is_in_header(operator_.screen()))
         move("Up");
     if (!has_focus(operator_.screen(), name))
-        go("Right", name);
+        go(onward(), name);
 }
 
 void Session::see(const std::string& text) { say("", operator_.wait_for(text).description()); }
@@ -140,7 +145,7 @@ void Session::leave() {
     for (const char* const text : {"Exit App", "Do you want to exit ?", "Yes"})
         operator_.wait_for(text);
     page("exit");
-    press("Left", "Yes");
+    press(backward(), "Yes");
     operator_.press("Return");
     const std::optional<int> status = application_.wait_for_end(end_patience);
     if (!status)

@@ -21,7 +21,7 @@ public:
      */
     Session(const std::string& program, const std::filesystem::path& pictures);
 
-    /** Waits for the first page. */
+    /** Waits for the first page, and sees from its tabs in which direction it is read. */
     void see_first_page();
 
     /** Presses a key and waits until the focus is on `name`. */
@@ -31,6 +31,10 @@ public:
     /** Presses Return in that picker and waits until it has gone and the focus is on the button that shows
      * `value`. */
     void choose(const std::string& title, int value);
+    /** The arrow that leads on in reading order, or back. */
+    [[nodiscard]] const char* onward() const { return mirrored_ ? "Left" : "Right"; }
+    [[nodiscard]] const char* backward() const { return mirrored_ ? "Right" : "Left"; }
+
     /** Presses a key several times, until the focused number is `value`. */
     void step(const std::string& key, int times, int value);
     /** Presses a key again and again until the focus is on `name`. */
@@ -63,6 +67,7 @@ private:
     Application application_;
     std::vector<std::string> expected_;
     int pages_ = 0;
+    bool mirrored_ = false;
 };
 
 /** The TX test: power 7, channel 15, a stream on and off. */

@@ -5,7 +5,7 @@ namespace {
 
 void set_power(Session& session) {
     session.open_picker("Zigbee TX Power", 0);
-    session.step("Right", 7, 7);
+    session.step(session.onward(), 7, 7);
     session.page("tx-power-picker");
     session.choose("Zigbee TX Power", 7);
     session.expect_asked("ember_set_power(7)");
@@ -14,11 +14,12 @@ void set_power(Session& session) {
 void set_channel(Session& session) {
     session.go("Down", "Set Channel");
     session.open_picker("Zigbee TX Channel", 11);
-    session.step("Right", 5, 16);
-    session.step("Left", 1, 15);
+    session.step(session.onward(), 5, 16);
+    session.step(session.backward(), 1, 15);
     session.page("tx-channel-picker");
     session.choose("Zigbee TX Channel", 15);
     session.expect_asked("ember_set_channel(15)");
+    session.page("tx-values");
 }
 
 void stream(Session& session) {
