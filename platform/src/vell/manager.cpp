@@ -41,6 +41,8 @@ bool Manager::init(Evas_Object* window) {
     evas_object_event_callback_add(window, EVAS_CALLBACK_DEL, on_window_deleted, this);
     elm_theme_overlay_add(nullptr, theme_file().c_str());
     elm_config_finger_size_set(0);
+    elm_win_focus_highlight_enabled_set(window, EINA_TRUE);
+    elm_win_focus_highlight_animate_set(window, EINA_TRUE);
     set_window_size();
     return std::filesystem::exists(theme_file());
 }

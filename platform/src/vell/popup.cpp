@@ -97,7 +97,7 @@ void on_hide(void* data, Evas*, Evas_Object* object, void*) {
 
 /** Space above and below the content, between the title and the buttons. */
 int content_margin() {
-    constexpr double units = 4.0;
+    constexpr double units = 5.0;
     return vell::Manager::instance().rescaled(elm_vell_unit_to_pixel(units));
 }
 

@@ -9,6 +9,9 @@
 
 namespace {
 
+constexpr const char* left_arrow = "\u2039";
+constexpr const char* right_arrow = "\u203A";
+
 std::string decimal(double value) { return std::to_string(std::lround(value)); }
 
 /** Has the theme show the limits, where between them the value is, and which arrows lead on. */
@@ -19,8 +22,12 @@ void show_limits(void*, Evas_Object* spinner, void*) {
     const double value = elm_spinner_value_get(spinner);
     elm_object_part_text_set(spinner, "vell.low", decimal(low).c_str());
     elm_object_part_text_set(spinner, "vell.high", decimal(high).c_str());
-    edje_object_part_drag_size_set(elm_layout_edje_get(spinner), "vell.range",
-                                   high > low ? (value - low) / (high - low) : 0.0, 1.0);
+    Edje_Message_Float_Set way{1, {high > low ? (value - low) / (high - low) : 0.0}};
+    edje_object_message_send(elm_layout_edje_get(spinner), EDJE_MESSAGE_FLOAT_SET, 1, &way);
+    // Edje mirrors where an arrow is, not which way it points.
+    const bool mirrored = elm_config_mirrored_get() != EINA_FALSE;
+    elm_object_part_text_set(spinner, "vell.less", mirrored ? right_arrow : left_arrow);
+    elm_object_part_text_set(spinner, "vell.more", mirrored ? left_arrow : right_arrow);
     elm_layout_signal_emit(spinner, value > low ? "vell,state,less" : "vell,state,lowest", "vell");
     elm_layout_signal_emit(spinner, value < high ? "vell,state,more" : "vell,state,highest", "vell");
 }
