@@ -105,17 +105,18 @@ protected:
         }
     }
 
-    /** A label begins where its widget begins, on the side from which the page is read. */
-    void expect_labels_at_their_start() const {
+    /** The title and the labels begin where their page does, on the side from which it is read. */
+    void expect_texts_at_their_start() const {
         const double unit = canvas().w / 240.0;
         auto texts = test::drawn_texts(screen->window());
-        std::erase_if(texts, [](const auto& text) { return !text.text.ends_with(": "); });
-        EXPECT_EQ(texts.size(), 2U);
-        for (const auto& text : texts)
-            EXPECT_LT(mirrored() ? text.widget.x + text.widget.w - text.place.x - text.place.w
-                                 : text.place.x - text.widget.x,
-                      unit)
+        std::erase_if(texts,
+                      [](const auto& text) { return !text.text.ends_with(": ") && text.text != " Velmora"; });
+        EXPECT_EQ(texts.size(), 3U);
+        for (const auto& text : texts) {
+            const double start = (text.text == " Velmora" ? 15 : 19) * unit;
+            EXPECT_NEAR(mirrored() ? canvas().w - text.place.x - text.place.w : text.place.x, start, 2 * unit)
                 << text.text;
+        }
     }
 
     /** The picker's arrows: how clear the one that leads on, to less or to more, is on its ground. */
@@ -174,7 +175,7 @@ TEST_P(Look, ShowsEveryTxPageInItsWhole) {
     open("TX Test");
     check("page");
     expect_at(tx_form);
-    expect_labels_at_their_start();
+    expect_texts_at_their_start();
     choose("Set Power", onward(), 20, "power picker");
     choose("Set Channel", onward(), 15, "channel picker");
     activate("Start Stream");

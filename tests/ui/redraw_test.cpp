@@ -1,0 +1,103 @@
+#include "support/canvas.h"
+#include "support/pages.h"
+
+#include <platform/vell.h>
+
+#include <algorithm>
+#include <gmock/gmock.h>
+
+namespace {
+
+using testing::Each;
+using testing::IsEmpty;
+using testing::Not;
+using testing::ResultOf;
+using testing::SizeIs;
+
+using Frame = std::vector<Eina_Rectangle>; /**< the areas that one frame drew anew */
+
+/** Notes what each frame of a window draws. */
+class FrameWatch {
+public:
+    explicit FrameWatch(Evas_Object* window) : canvas_(evas_object_evas_get(window)) {
+        evas_event_callback_add(canvas_, EVAS_CALLBACK_RENDER_POST, on_frame, this);
+    }
+    FrameWatch(const FrameWatch&) = delete;
+    FrameWatch& operator=(const FrameWatch&) = delete;
+    ~FrameWatch() { evas_event_callback_del_full(canvas_, EVAS_CALLBACK_RENDER_POST, on_frame, this); }
+
+    std::vector<Frame> frames;
+
+private:
+    static void on_frame(void* data, Evas*, void* event) {
+        Frame frame;
+        for (const Eina_List* node = static_cast<Evas_Event_Render_Post*>(event)->updated_area;
+             node != nullptr; node = eina_list_next(node))
+            frame.push_back(*static_cast<Eina_Rectangle*>(eina_list_data_get(node)));
+        static_cast<FrameWatch*>(data)->frames.push_back(frame);
+    }
+    Evas* canvas_;
+};
+
+class Redraw : public test::Pages {
+protected:
+    /** Two widgets' areas and what is between them, with the ring around them in whole tiles of the canvas.
+     */
+    [[nodiscard]] Eina_Rectangle path(const std::string& from, const std::string& to) const {
+        const int ring = elm_vell_unit_to_pixel(3.0);
+        const Eina_Rectangle one = test::geometry(screen->find(from));
+        const Eina_Rectangle other = test::geometry(screen->find(to));
+        const int x = std::min(one.x, other.x);
+        const int y = std::min(one.y, other.y);
+        return {x - ring, y - ring, std::max(one.x + one.w, other.x + other.w) - x + 2 * ring,
+                std::max(one.y + one.h, other.y + other.h) - y + 2 * ring};
+    }
+
+    /** The main loop for longer than any movement takes. */
+    static void rest() {
+        test::await([] { return false; }, std::chrono::milliseconds(400));
+    }
+
+    /** What a key has drawn until the screen is at rest again. */
+    std::vector<Frame> frames_of(const char* key) const {
+        rest();
+        FrameWatch watch(screen->window());
+        screen->type(key);
+        rest();
+        const std::size_t drawn = watch.frames.size();
+        rest();
+        EXPECT_EQ(watch.frames.size(), drawn) << "frames go on after " << key;
+        return watch.frames;
+    }
+};
+
+auto all_inside(const Eina_Rectangle& area) {
+    return Each(ResultOf([area](const Eina_Rectangle& drawn) { return test::is_inside(drawn, area); }, true));
+}
+
+TEST_F(Redraw, FocusDrawsItsPathAloneAndComesToRest) {
+    open("TX Test");
+    const std::vector<Frame> frames = frames_of("Down");
+    ASSERT_EQ(screen->focused(), "Set Channel");
+    ASSERT_THAT(frames, Not(IsEmpty()));
+    EXPECT_THAT(frames, Each(all_inside(path("Set Power", "Set Channel"))));
+    // The very next frame shows the key's effect: both widgets in their new colours.
+    for (const char* const widget : {"Set Power", "Set Channel"})
+        EXPECT_TRUE(std::ranges::any_of(frames.front(), [&](const Eina_Rectangle& drawn) {
+            return test::is_inside(test::geometry(screen->find(widget)), drawn);
+        })) << widget;
+    // The ring glides: it is seen in several places.
+    EXPECT_GT(frames.size(), 5U);
+}
+
+TEST_F(Redraw, NumberIsDrawnInOneFrame) {
+    open("TX Test");
+    activate("Set Channel");
+    const auto picker = path("[11]", "[11]");
+    const std::vector<Frame> frames = frames_of("Right");
+    EXPECT_THAT(frames, SizeIs(1));
+    EXPECT_THAT(frames, Each(all_inside(picker)));
+    EXPECT_THAT(frames_of("F5"), IsEmpty());
+}
+
+} // namespace
