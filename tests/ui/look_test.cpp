@@ -199,6 +199,36 @@ TEST_P(Look, ShowsEveryRxPageInItsWhole) {
     check("values");
 }
 
+TEST_P(Look, KeepsItsStatesWhenTheLanguageChanges) {
+    const auto contrasts = [this] {
+        std::map<std::string, double> found; // what is dim, chosen, focused or spent shows in its colours
+        for (const auto& text : test::drawn_texts(screen->window()))
+            found[text.text] = text.contrast;
+        return found;
+    };
+    const auto change_language = [] {
+        elm_config_mirrored_set(mirrored() ? EINA_FALSE : EINA_TRUE);
+        test::settle();
+    };
+    open("TX Test");
+    activate("Start Stream");
+    const auto streaming = contrasts();
+    change_language();
+    EXPECT_EQ(contrasts(), streaming);
+    check("stream");
+    change_language();
+    activate("Stop Stream");
+    activate("Set Channel");
+    change_language();
+    check("picker");
+    EXPECT_LT(arrow_contrast(false), 2.0);
+    EXPECT_GT(arrow_contrast(true), 4.5);
+    screen->press(onward(), 1);
+    check("picker, stepped");
+    EXPECT_EQ(screen->focused(), "[12]");
+    EXPECT_GT(arrow_contrast(false), 4.5);
+}
+
 INSTANTIATE_TEST_SUITE_P(Views, Look,
                          testing::Values(View{"FromTheLeft", "en_GB"}, View{"FromTheRight", "ar_AE"},
                                          View{"FromTheRightInAWindow", "he_IL", 2.0 / 3}),

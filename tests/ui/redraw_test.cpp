@@ -55,7 +55,7 @@ protected:
 
     /** The main loop for longer than any movement takes. */
     static void rest() {
-        test::await([] { return false; }, std::chrono::milliseconds(400));
+        test::await([] { return false; }, std::chrono::milliseconds(250));
     }
 
     /** What a key has drawn until the screen is at rest again. */

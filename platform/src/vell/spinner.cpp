@@ -79,6 +79,7 @@ Evas_Object* elm_vell_spinner_add(Evas_Object* parent) {
                                             on_key, nullptr);
     evas_object_event_callback_add(spinner, EVAS_CALLBACK_SHOW, on_show, nullptr);
     evas_object_smart_callback_add(spinner, "changed", show_limits, nullptr);
+    evas_object_smart_callback_add(spinner, "theme,changed", show_limits, nullptr); // so does mirroring
     evas_object_smart_callback_add(spinner, "focused", vell::keep_focus_in_popup, nullptr);
     return vell::adopt(spinner, vell::Family::spinner);
 }

@@ -116,7 +116,7 @@ std::string description(Evas_Object* widget) {
 void start_elementary() { static const Session session; }
 
 void settle() {
-    constexpr int frames = 16;
+    constexpr int frames = 12;
     int seen = 0;
     Ecore_Animator* const counter = ecore_animator_add(
         [](void* count) -> Eina_Bool {
