@@ -75,6 +75,8 @@ private:
         if (Evas_Object* const nearest = nearest_in_line(from, way, widgets)) {
             const bool enters_header = way.down < 0 && is_in_header(nearest) && !is_in_header(from);
             EXPECT_EQ(description(*focused), enters_header ? tab_ : description(nearest)) << where;
+        } else if (way.right != 0) {
+            EXPECT_EQ(description(*focused), description(from)) << where;
         }
         return *focused;
     }

@@ -18,6 +18,8 @@ public:
     Announcements(const Announcements&) = delete;
     Announcements& operator=(const Announcements&) = delete;
 
+    [[nodiscard]] std::size_t count() const { return said_.size(); }
+
     /** What was said since the last call. */
     std::vector<std::string> take();
 
