@@ -26,8 +26,8 @@ protected:
     void let_host_answer(const std::string& method, const std::string& behaviour);
     /** Waits for something that the screen does not show; a failure when it does not come. */
     static void expect_soon(const std::string& what, const std::function<bool()>& has_come);
-    /** Waits for the application's end: status 0, and nothing of the radio stack left. */
-    void expect_orderly_end();
+    /** Waits for the application's end: status 0, and nothing of the radio stack left but the survivors. */
+    void expect_orderly_end(const std::vector<std::string>& survivors = {});
 
     void SetUp() override;
     void TearDown() override;

@@ -1,0 +1,54 @@
+/** What can fail while the radio is brought up, and what then is to be seen from outside. */
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+/** What the operator gets after the start button. */
+enum class Outcome {
+    test_page,
+    start_failed, /**< the button reads "Failed to start child process" and can be pressed again */
+    waiting,      /**< the button reads "Please Wait...", and nothing comes */
+    end,          /**< the application ends by itself */
+};
+
+/** Stands for the content of a file that has bytes of its own each time. */
+constexpr auto any_content = "any content";
+
+/** A file when all is over. */
+struct FileState {
+    std::optional<std::string> content = {}; /**< nothing: there is no such file */
+    bool is_given_away = false;              /**< it belongs to user 5001 and group 100 */
+    std::optional<std::string> label = {};   /**< nothing: whatever it is */
+    std::optional<mode_t> mode = {};         /**< nothing: whatever the file mode mask leaves of 0666 */
+};
+
+/** One failure: a television in which it happens, and all that is to be compared. */
+struct Failure {
+    std::string name;
+    std::vector<std::string> television = {}; /**< options of station/tv */
+    Outcome outcome = Outcome::test_page;
+    std::vector<std::string> running = {};       /**< the radio stack's processes then, by name */
+    std::vector<std::string> messages = {};      /**< on the log, in this order, among others */
+    std::map<std::string, long> counts = {};     /**< how many log messages have a text */
+    std::map<std::string, FileState> files = {}; /**< the report's files are as before unless named here */
+    std::optional<Outcome> again = {};           /**< the outcome of a second start */
+    std::vector<std::string> survivors = {};     /**< what outlives the application */
+    int device_after_waits = 0; /**< when the serial device appears; 0: not during the test */
+    bool is_rx_test = false;    /**< the RX test is started, else the TX test */
+
+    /** Whether only root can make it happen: giving files away, and labels. */
+    [[nodiscard]] bool needs_root() const;
+};
+
+/** What stands in the report's files before. */
+constexpr auto older_report = "PASS, and longer than what may replace it";
+
+/** The three files of the failure report. */
+const std::vector<std::string>& report_files();
+
+/** All of them. */
+std::vector<Failure> failures();

@@ -1,0 +1,194 @@
+/** Each failure on a television of its own, made to happen and compared from outside. */
+#include "failure.h"
+#include "operator/station_bus.h"
+#include "support/road.h"
+
+#include <filesystem>
+#include <fstream>
+#include <gio/gio.h>
+#include <iterator>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <thread>
+#include <unistd.h>
+
+using namespace std::chrono_literals;
+using testing::IsEmpty;
+using testing::UnorderedElementsAreArray;
+
+namespace {
+
+constexpr auto button_text = "Failed to start child process";
+
+std::optional<std::string> content_of(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file)
+        return std::nullopt;
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+std::string label_of(const std::string& path) {
+    std::array<char, 100> label{};
+    const ssize_t size = getxattr(path.c_str(), "security.SMACK64", label.data(), label.size());
+    return {label.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0))};
+}
+
+mode_t usual_mode() {
+    const mode_t mask = umask(0);
+    umask(mask);
+    return 0666 & ~mask;
+}
+
+void expect_file(const std::string& path, const FileState& expected) {
+    SCOPED_TRACE(path);
+    const std::optional<std::string> content = content_of(path);
+    ASSERT_EQ(content.has_value(), expected.content.has_value());
+    if (!content)
+        return;
+    if (expected.content != any_content) {
+        EXPECT_EQ(content, expected.content);
+    }
+    struct stat status {};
+    ASSERT_EQ(stat(path.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, expected.mode.value_or(usual_mode()));
+    if (expected.label) {
+        EXPECT_EQ(label_of(path), *expected.label);
+    }
+    if (expected.is_given_away) {
+        EXPECT_EQ(status.st_uid, 5001);
+        EXPECT_EQ(status.st_gid, 100);
+    }
+}
+
+std::vector<std::string> running_stack() { return station::running_processes({"cpcd", "socat", "zigbeed"}); }
+
+} // namespace
+
+/** The sitting inside the television in which the failure happens. */
+class InTelevision : public Road, public testing::WithParamInterface<Failure> {
+protected:
+    /** From the chosen test's start page, which has the focus on its button, to the outcome. */
+    void start(Outcome outcome) {
+        const long failed_before = log_.count(button_text);
+        operator_.press("Return");
+        if (GetParam().device_after_waits > 0)
+            let_device_appear();
+        switch (outcome) {
+        case Outcome::test_page:
+            operator_.wait_for_focus(GetParam().is_rx_test ? "11" : "Set Power");
+            break;
+        case Outcome::start_failed:
+            expect_soon("the failed start", [&] { return log_.count(button_text) > failed_before; });
+            operator_.wait_for(button_text);
+            break;
+        case Outcome::waiting:
+            expect_soon("the radio stack",
+                        [this] { return log_.count("> child process started") > starts_; });
+            expect_running();
+            std::this_thread::sleep_for(2s); // time enough for a module that could answer
+            EXPECT_TRUE(operator_.screen().shows("Please Wait..."));
+            break;
+        case Outcome::end:
+            expect_orderly_end();
+            return;
+        }
+        ++starts_;
+        if (outcome != Outcome::waiting)
+            expect_running();
+        expect_soon("the ended children to be collected", [] { return station::zombies().empty(); });
+    }
+
+    /** Back to the button: it is still there after a failed start, else on a fresh start page. */
+    void return_to_start() {
+        if (operator_.screen().shows(button_text)) {
+            const auto focused = operator_.focused();
+            if (!focused || focused->name != button_text)
+                go("Down", button_text);
+            return;
+        }
+        go_to_header(test_name());
+        enter("Start " + test_name());
+    }
+
+    void open_start_page() {
+        open_application();
+        if (GetParam().is_rx_test)
+            go("Right", test_name());
+        enter("Start " + test_name());
+    }
+
+    void expect_messages() {
+        const std::vector<std::string> said = log_.messages();
+        auto place = said.begin();
+        for (const std::string& wanted : GetParam().messages) {
+            place = std::find_if(place, said.end(), [&](const auto& text) { return text.ends_with(wanted); });
+            ASSERT_NE(place, said.end()) << "not on the log, or not in this order: " << wanted;
+            ++place;
+        }
+        for (const auto& [text, count] : GetParam().counts)
+            EXPECT_EQ(log_.count(text), count) << text;
+        EXPECT_EQ(log_.count("stop ncp requester"), 1) << "terminate callbacks";
+    }
+
+private:
+    [[nodiscard]] static std::string test_name() { return GetParam().is_rx_test ? "RX Test" : "TX Test"; }
+
+    void expect_running() {
+        expect_soon("the stack to be " + testing::PrintToString(GetParam().running), [] {
+            return testing::Matches(UnorderedElementsAreArray(GetParam().running))(running_stack());
+        });
+    }
+
+    void let_device_appear() {
+        expect_soon("the application to wait",
+                    [this] { return log_.count("> waiting /dev/ttyIOT") >= GetParam().device_after_waits; });
+        station::call(station::radio_module, "SetSerial", g_variant_new("(b)", TRUE));
+    }
+
+    long starts_ = 0;
+};
+
+TEST_P(InTelevision, When) {
+    const Failure& failure = GetParam();
+    std::map<std::string, FileState> files = failure.files;
+    for (const std::string& path : report_files()) {
+        std::ofstream(path) << older_report;
+        files.insert({path, {.content = older_report}});
+    }
+    open_start_page();
+    start(failure.outcome);
+    if (failure.again) {
+        return_to_start();
+        start(*failure.again);
+    }
+    if (application().process()) {
+        application().terminate();
+        expect_orderly_end(failure.survivors);
+    }
+    expect_messages();
+    for (const auto& [path, state] : files)
+        expect_file(path, state);
+}
+
+/** The same from the machine: prepares the television and looks on. */
+class Failures : public testing::TestWithParam<Failure> {};
+
+TEST_P(Failures, When) {
+    const Failure& failure = GetParam();
+    if (failure.needs_root() && geteuid() != 0)
+        GTEST_SKIP() << failure.name << " needs root: only root gives files away and labels them";
+    std::vector<std::string> command = {VELMORA_TELEVISION, "--screen", "1280x720"};
+    command.insert(command.end(), failure.television.begin(), failure.television.end());
+    command.insert(command.end(), {"--", std::filesystem::read_symlink("/proc/self/exe").string(),
+                                   "--gtest_filter=InTelevision.When/" + failure.name});
+    station::Application television(command);
+    EXPECT_EQ(television.wait_for_end(50s), 0);
+}
+
+std::string name_of(const testing::TestParamInfo<Failure>& row) { return row.param.name; }
+
+// What a failed test prints of its row.
+void PrintTo(const Failure& failure, std::ostream* stream) { *stream << failure.name; }
+
+INSTANTIATE_TEST_SUITE_P(, InTelevision, testing::ValuesIn(failures()), name_of);
+INSTANTIATE_TEST_SUITE_P(, Failures, testing::ValuesIn(failures()), name_of);
