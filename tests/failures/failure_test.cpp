@@ -3,6 +3,7 @@
 #include "operator/station_bus.h"
 #include "support/road.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <gio/gio.h>
@@ -128,9 +129,17 @@ protected:
         for (const auto& [text, count] : GetParam().counts)
             EXPECT_EQ(log_.count(text), count) << text;
         EXPECT_EQ(log_.count("stop ncp requester"), 1) << "terminate callbacks";
+        for (const std::string name : {"cpcd", "socat", "zigbeed"})
+            if (std::ranges::count(GetParam().survivors, name) == 0)
+                expect_stops_within_the_tries(name);
     }
 
 private:
+    void expect_stops_within_the_tries(const std::string& program) {
+        EXPECT_EQ(log_.count("Command [pgrep -c " + program + "] result : 0"),
+                  log_.count("Command : killall " + program));
+    }
+
     [[nodiscard]] static std::string test_name() { return GetParam().is_rx_test ? "RX Test" : "TX Test"; }
 
     void expect_running() {

@@ -16,6 +16,16 @@ TEST_F(LifeRoad, EndsInOrderOnSigtermDuringATest) {
     EXPECT_THAT(log_.messages().back(), EndsWith("Command [pgrep -c cpcd] result : 0"));
 }
 
+TEST_F(LifeRoad, EndsInOrderOnSigtermWhileTheStackComesUp) {
+    open_application();
+    enter("Start TX Test");
+    operator_.press("Return");
+    expect_soon("the relay's start", [this] { return log_.count("app name") == 2; });
+    application().terminate();
+    expect_orderly_end();
+    EXPECT_EQ(log_.count("> stop ncp requester"), 1);
+}
+
 TEST_F(LifeRoad, ASecondLaunchReachesTheFirstAndEnds) {
     open_tx_test();
     const auto page = operator_.texts();
