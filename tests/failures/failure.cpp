@@ -127,8 +127,18 @@ std::vector<Failure> of_the_stack() {
             other_speed};
 }
 
-// Each costs its five tries at the start and five at the end, and nothing else.
-std::vector<Failure> of_what_does_not_end() {
+Failure restart(const std::string& name, const Messages& options) {
+    const Messages start = {"before child process start", "child process started"};
+    return {.name = name,
+            .television = options,
+            .running = whole_stack,
+            .messages =
+                join(join(join(kill_commands(), start), join(kill_commands(), start)), kill_commands()),
+            .again = Outcome::test_page};
+}
+
+// What does not end costs its five tries at the start and five at the end, and nothing else does.
+std::vector<Failure> of_the_stops() {
     Failure old{.name = "OldProgramsIgnoreTermination", .messages = {"child process started"}};
     for (const std::string& name : whole_stack) {
         old.television.insert(old.television.end(), {"--program", name + "=old"});
@@ -136,7 +146,9 @@ std::vector<Failure> of_what_does_not_end() {
         old.survivors.push_back(name);
         old.counts["Command [pgrep -c " + name + "]"] = 10;
     }
-    return {old,
+    return {restart("RestartOverARunningStack", {}),
+            restart("RestartOverOwnChildren", {"--shell", "/bin/bash"}),
+            old,
             {.name = "StartedProgramIgnoresTermination",
              .television = {"--program", "cpcd=ignores-sigterm"},
              .running = whole_stack,
@@ -234,7 +246,7 @@ const std::vector<std::string>& report_files() {
 std::vector<Failure> failures() {
     std::vector<Failure> all;
     for (const auto& group :
-         {of_the_device(), of_the_stack(), of_what_does_not_end(), of_the_images(), of_the_store()})
+         {of_the_device(), of_the_stack(), of_the_stops(), of_the_images(), of_the_store()})
         all.insert(all.end(), group.begin(), group.end());
     return all;
 }
