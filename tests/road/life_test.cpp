@@ -1,5 +1,7 @@
 #include "support/road.h"
 
+#include <fstream>
+
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::EndsWith;
@@ -37,16 +39,18 @@ TEST_F(LifeRoad, ASecondLaunchReachesTheFirstAndEnds) {
     EXPECT_THAT(station::command_lines("velmora"), SizeIs(1));
 }
 
-/** cpcd is started with the configuration of the module's firmware. */
-class Firmware : public Road {
-protected:
-    void expect_configuration(const std::string& name) {
-        open_tx_test();
-        const std::string folder = "/opt/usr/apps/com.kelsor.tv.brimhub/bin/";
-        EXPECT_THAT(station::command_lines("cpcd"), ElementsAre(folder + "cpcd --conf=" + folder + name));
-    }
-};
+/** With a module of firmware 7.4.9, whose serial speed is the fast one. */
+class StoredVersionRoad : public Road {};
 
-TEST_F(Firmware, UpToEightSpeaksSlowly) { expect_configuration("cpcd_115200.conf"); }
-
-TEST_F(Firmware, FromNineOnSpeaksFast) { expect_configuration("cpcd_921600.conf"); }
+TEST_F(StoredVersionRoad, DecidesInTheNextRunWhateverTheImageSaysThen) {
+    open_tx_test();
+    application().terminate();
+    expect_orderly_end();
+    const std::string folder = "/opt/usr/apps/com.kelsor.tv.brimhub/bin/";
+    std::ofstream(folder + "xqZigbeeRcp-mfg") << "firmware\1\2\3\4\5\6\7\10";
+    open_tx_test();
+    EXPECT_THAT(station::command_lines("cpcd"),
+                ElementsAre(folder + "cpcd --conf=" + folder + "cpcd_921600.conf"));
+    EXPECT_EQ(log_.count("> stored ver[7.4.9]"), 1);
+    EXPECT_EQ(log_.count("> fw_ver : "), 0); // no image is read
+}

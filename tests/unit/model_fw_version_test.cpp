@@ -77,77 +77,93 @@ TEST_F(FirmwareVersionTest, SecureTextsComeBackWholeAndTheCredentialStays) {
     EXPECT_EQ(SecureData::LoadStringData(record_key), "1.2.3");
 }
 
-TEST_F(FirmwareVersionTest, StoredVersionThenHubThenFactoryDecides) {
-    struct Case {
-        const char* stored;
-        bool metadata;
-        std::string hub;
-        std::string factory;
-        const char* version;
-        const char* mirror; // "old" as long as nothing is stored
-    };
-    const std::string factory = image(7, 4, 8);
-    const std::string hub = image(7, 4, 10);
-    const std::vector<Case> cases = {
-        {"", false, hub, factory, "7.4.8", "7.4.8"},
-        {"", true, hub, factory, "7.4.8", "7.4.8"},
-        {"1.2.9", false, hub, factory, "1.2.9", "old"},
-        {"1.2.9", true, hub, factory, "7.4.10", "7.4.10"},
-        {"7.4.10", true, hub, factory, "7.4.10", "old"},
-        {"1.2.9", true, "", factory, "", ""},
-        {"", false, hub, "", "", "old"},
-    };
-    for (const auto& [stored, metadata, hub_content, factory_content, version, mirror] : cases) {
-        SCOPED_TRACE(testing::Message() << "stored " << stored << ", metadata " << metadata);
-        std::filesystem::remove(store_file);
-        if (*stored != '\0')
-            SecureData::StoreStringData(record_key, stored);
-        put_file(hub_image, hub_content);
-        put_file(factory_image, factory_content);
-        put_file(mirror_file, "old");
-        std::filesystem::remove(metadata_file);
-        if (metadata)
+constexpr const char* stored_version = "1.2.9";
+
+enum class State { absent, broken, good };
+enum class Decider { store, hub, factory };
+
+struct Decision {
+    State stored;
+    bool has_metadata;
+    Decider decider;
+};
+
+constexpr std::array<Decision, 6> decisions = {{
+    {State::absent, false, Decider::factory},
+    {State::absent, true, Decider::factory},
+    {State::broken, false, Decider::factory},
+    {State::broken, true, Decider::factory},
+    {State::good, false, Decider::store},
+    {State::good, true, Decider::hub},
+}};
+
+struct Image {
+    std::optional<std::string> content;
+    std::string version;
+};
+
+class VersionDecision : public FirmwareVersionTest,
+                        public testing::WithParamInterface<std::tuple<Decision, Image, Image>> {
+protected:
+    void SetUp() override {
+        const auto& [decision, hub, factory] = GetParam();
+        put_store(decision.stored);
+        if (decision.has_metadata)
             put_file(metadata_file, "not read");
+        if (hub.content)
+            put_file(hub_image, *hub.content);
+        if (factory.content)
+            put_file(factory_image, *factory.content);
+        put_file(mirror_file, "old");
         log.clear();
-        EXPECT_EQ(GetVersion(), version);
-        EXPECT_EQ(content_of(mirror_file), mirror);
-        EXPECT_EQ(SecureData::LoadStringData(record_key), version);
-        EXPECT_EQ(log.messages_of("secure_data.cpp: StoreStringData").size(),
-                  mirror == std::string("old") ? 0 : 1);
-        EXPECT_THAT(
-            log.messages_of("fw_version.cpp: GetVersion"),
-            ElementsAre(std::string("stored ver[") + stored + "]", std::string("FW ver[") + version + "]"));
     }
+
+private:
+    static void put_store(State state) {
+        if (state != State::absent)
+            SecureData::StoreStringData(record_key, stored_version);
+        if (state == State::broken)
+            std::filesystem::resize_file(store_file, std::filesystem::file_size(store_file) - 1);
+    }
+};
+
+TEST_P(VersionDecision, IsMadeAndRememberedWhenItChanges) {
+    const auto& [decision, hub, factory] = GetParam();
+    const std::string stored = decision.stored == State::good ? stored_version : "";
+    const std::string version = decision.decider == Decider::store ? stored
+                                : decision.decider == Decider::hub ? hub.version
+                                                                   : factory.version;
+    EXPECT_EQ(GetVersion(), version);
+    const bool has_changed = version != stored;
+    EXPECT_EQ(content_of(mirror_file), has_changed ? version : "old");
+    EXPECT_EQ(log.messages_of("secure_data.cpp: StoreStringData").size(), has_changed ? 1 : 0);
+    EXPECT_EQ(log.messages_of("fw_version_reader.cpp: GetVersion").empty(),
+              decision.decider == Decider::store);
+    EXPECT_THAT(log.messages_of("fw_version.cpp: GetVersion"),
+                ElementsAre("stored ver[" + stored + "]", "FW ver[" + version + "]"));
+    EXPECT_EQ(SecureData::LoadStringData(record_key), version);
 }
 
-TEST_F(FirmwareVersionTest, FilesBelongToTheDeviceOwnerWhereThatIsAllowed) {
+const auto hub_images = testing::Values(Image{}, Image{"7 bytes", ""}, Image{image(7, 4, 10), "7.4.10"},
+                                        Image{image(1, 2, 9), stored_version});
+const auto factory_images = testing::Values(Image{}, Image{"7 bytes", ""}, Image{image(7, 4, 8), "7.4.8"});
+INSTANTIATE_TEST_SUITE_P(All, VersionDecision,
+                         testing::Combine(testing::ValuesIn(decisions), hub_images, factory_images));
+
+TEST_F(FirmwareVersionTest, BothStoresAreGivenAwayEachTimeWhereThatIsAllowed) {
     const std::filesystem::path other_store = "/mnt/drm/securestorage/data/aaba977f";
     put_file(other_store, "x");
     put_file("/tmp/probe", "");
     if (chown("/tmp/probe", 5001, 100) != 0)
         GTEST_SKIP() << "this sandbox has no other users";
-    store_version("1.2.3");
     SecureData::StoreStringData(record_key, "1.2.3");
     GetVersion(); // stores nothing, and still gives the store's files away
-    for (const auto& file : {mirror_file, store_file, other_store}) {
+    for (const auto& file : {store_file, other_store}) {
         struct stat status {};
         ASSERT_EQ(stat(file.c_str(), &status), 0) << file;
         EXPECT_EQ(status.st_uid, 5001U) << file;
         EXPECT_EQ(status.st_gid, 100U) << file;
     }
-}
-
-TEST_F(FirmwareVersionTest, UnwritableStoreAndMirrorFailNothingElse) {
-    std::filesystem::remove_all(mirror_file.parent_path());
-    std::filesystem::remove_all("/opt/share/securestorage");
-    put_file("/opt/share/securestorage", "in the way of the folder");
-    put_file(factory_image, image(3, 2, 1));
-    EXPECT_EQ(GetVersion(), "3.2.1");
-    EXPECT_THAT(log.messages_of("fw_version.cpp: store_version"), ElementsAre("ver[3.2.1] is stored"));
-    EXPECT_THAT(log.messages_of("secure_data.cpp: StoreStringData"),
-                ElementsAre(testing::StartsWith("[SecureData::StoreStringData], nRet[-")));
-    EXPECT_FALSE(content_of(mirror_file));
-    std::filesystem::remove("/opt/share/securestorage");
 }
 
 TEST_F(FirmwareVersionTest, LastNumberChoosesTheSerialSpeed) {

@@ -178,24 +178,4 @@ TEST_F(UtilTest, WaitingTestsThePathThirtyTimes) {
                 ElementsAre("waiting " + file, "waiting " + file, file + " is ok", file + " is ok"));
 }
 
-TEST_F(UtilTest, FailureReportStepsDoNotDependOnEachOther) {
-    const std::filesystem::path result_folder = "/opt/data/BM/EW/result";
-    std::filesystem::create_directories(result_folder);
-    put_program("chsmack", "echo $* > " + (folder / "label").string());
-    const auto report = [&](const std::string& message) {
-        for (const char* const file : {"/tmp/iot_test_result", "/tmp/iot_factory_data"})
-            std::filesystem::remove(file);
-        log.clear();
-        make_failure_report(message);
-        EXPECT_EQ(content_of("/tmp/iot_test_result"), "FAIL");
-        EXPECT_EQ(content_of(folder / "label"), "-a User::App::Shared /tmp/iot_factory_data\n");
-    };
-    report("Fail to connect /dev/ttyIOT");
-    EXPECT_EQ(content_of(result_folder / "iot_test_bin_result"), "Fail to connect /dev/ttyIOT");
-    EXPECT_EQ(content_of("/tmp/iot_factory_data"), "FAIL");
-    std::filesystem::remove_all(result_folder);
-    report("again");
-    EXPECT_FALSE(content_of(result_folder / "iot_test_bin_result"));
-}
-
 } // namespace
