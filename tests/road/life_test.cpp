@@ -1,3 +1,4 @@
+#include "support/front_window.h"
 #include "support/road.h"
 
 #include <fstream>
@@ -16,6 +17,13 @@ TEST_F(LifeRoad, EndsInOrderOnSigtermDuringATest) {
     application().terminate();
     expect_orderly_end();
     EXPECT_THAT(log_.messages().back(), EndsWith("Command [pgrep -c cpcd] result : 0"));
+}
+
+TEST_F(LifeRoad, EndsInOrderWhenTheWindowIsClosedDuringATest) {
+    open_rx_test();
+    close_front_window();
+    expect_orderly_end();
+    EXPECT_EQ(log_.count("> stop ncp requester"), 1);
 }
 
 TEST_F(LifeRoad, EndsInOrderOnSigtermWhileTheStackComesUp) {

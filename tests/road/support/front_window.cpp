@@ -1,0 +1,20 @@
+#include "support/front_window.h"
+
+#include "operator/display.h"
+
+#include <X11/Xlib.h>
+
+void close_front_window() {
+    const station::Display display = station::open_display();
+    Window front = None;
+    int revert_to = 0;
+    XGetInputFocus(display.get(), &front, &revert_to);
+    XEvent request{};
+    request.xclient.type = ClientMessage;
+    request.xclient.window = front;
+    request.xclient.message_type = XInternAtom(display.get(), "_NET_CLOSE_WINDOW", False);
+    request.xclient.format = 32;
+    XSendEvent(display.get(), DefaultRootWindow(display.get()), False,
+               SubstructureNotifyMask | SubstructureRedirectMask, &request);
+    XSync(display.get(), False);
+}
