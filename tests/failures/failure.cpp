@@ -64,22 +64,32 @@ std::vector<Failure> of_the_device() {
     Failure read_only = without_device("FactoryDataNotWritable", {"--read-only-file", factory_file},
                                        {{factory_file, {.content = "", .mode = 0600}}});
     read_only.counts["chown fail!!!"] = 1;
-    return {without_device("SerialDeviceMissing", {}, {}),
-            read_only,
-            without_device(
-                "ReportIsGivenAwayAndLabelled", {},
-                {{factory_file, {.content = "FAIL", .is_given_away = true, .label = "User::App::Shared"}}}),
-            without_device("LabelToolMissing", {"--program", "chsmack=missing"},
-                           {{factory_file, {.content = "FAIL", .is_given_away = true, .label = ""}}}),
-            without_device("ResultFolderMissing", {"--folder", result_folder + "=missing"},
-                           {{result_file, {.content = std::nullopt}}}),
-            Failure{.name = "SerialDeviceLate",
-                    .television = {"--no-serial"},
-                    .running = whole_stack,
-                    .messages = {"wait_condition > /dev/ttyIOT is ok",
-                                 "prepare_background_app > child process started"},
-                    .counts = {{"Wait Timeout", 0}},
-                    .device_after_waits = 15}};
+    Failure nothing = without_device("NoReportFileWritable",
+                                     {"--read-only-file", test_file, "--read-only-file", factory_file,
+                                      "--folder", result_folder + "=read-only"},
+                                     {{result_file, {}},
+                                      {test_file, {.content = "", .mode = 0600}},
+                                      {factory_file, {.content = "", .mode = 0600}}});
+    nothing.counts = read_only.counts;
+    return {
+        without_device("SerialDeviceMissing", {}, {}),
+        read_only,
+        nothing,
+        without_device(
+            "ReportIsGivenAwayAndLabelled", {},
+            {{factory_file, {.content = "FAIL", .is_given_away = true, .label = "User::App::Shared"}}}),
+        without_device("LabelToolMissing", {"--program", "chsmack=missing"},
+                       {{factory_file, {.content = "FAIL", .is_given_away = true, .label = ""}}}),
+        without_device("ResultFolderMissing", {"--folder", result_folder + "=missing"}, {{result_file, {}}}),
+        without_device("ResultFolderFull", {"--folder", result_folder + "=full"},
+                       {{result_file, {.content = ""}}}),
+        Failure{.name = "SerialDeviceLate",
+                .television = {"--no-serial"},
+                .running = whole_stack,
+                .messages = {"wait_condition > /dev/ttyIOT is ok",
+                             "prepare_background_app > child process started"},
+                .counts = {{"Wait Timeout", 0}},
+                .device_after_waits = 15}};
 }
 
 // No relay link: nothing is reported, and the start can be tried again.
@@ -110,7 +120,7 @@ std::vector<Failure> of_the_stack() {
     Failure read_only =
         without_link("RelayFolderReadOnly", {"--folder", share_folder + "=read-only"}, {"cpcd"});
     read_only.messages.insert(read_only.messages.begin(), "store_version > ver[7.4.8] is stored");
-    read_only.files = {{version_file, {.content = std::nullopt}}};
+    read_only.files = {{version_file, {}}};
     Failure other_speed =
         without_program("ModuleSpeaksAnotherSpeed", {"--module-speed", "921600"}, whole_stack);
     other_speed.is_rx_test = true;
