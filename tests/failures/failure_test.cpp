@@ -4,6 +4,7 @@
 #include "support/road.h"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <gio/gio.h>
@@ -14,7 +15,6 @@
 #include <unistd.h>
 
 using namespace std::chrono_literals;
-using testing::IsEmpty;
 using testing::UnorderedElementsAreArray;
 
 namespace {
@@ -142,7 +142,7 @@ private:
 
     [[nodiscard]] static std::string test_name() { return GetParam().is_rx_test ? "RX Test" : "TX Test"; }
 
-    void expect_running() {
+    static void expect_running() {
         expect_soon("the stack to be " + testing::PrintToString(GetParam().running), [] {
             return testing::Matches(UnorderedElementsAreArray(GetParam().running))(running_stack());
         });
