@@ -79,7 +79,7 @@ std::vector<Failure> of_the_device() {
             "ReportIsGivenAwayAndLabelled", {},
             {{factory_file, {.content = "FAIL", .is_given_away = true, .label = "User::App::Shared"}}}),
         without_device("LabelToolMissing", {"--program", "chsmack=missing"},
-                       {{factory_file, {.content = "FAIL", .is_given_away = true, .label = ""}}}),
+                       {{factory_file, {.content = "FAIL", .label = ""}}}),
         without_device("ResultFolderMissing", {"--folder", result_folder + "=missing"}, {{result_file, {}}}),
         without_device("ResultFolderFull", {"--folder", result_folder + "=full"},
                        {{result_file, {.content = ""}}}),

@@ -94,6 +94,7 @@ protected:
             return;
         }
         ++starts_;
+        expect_asked(outcome == Outcome::test_page ? std::vector{start_call()} : std::vector<std::string>{});
         if (outcome != Outcome::waiting)
             expect_running();
         expect_soon("the ended children to be collected", [] { return station::zombies().empty(); });
@@ -138,6 +139,10 @@ private:
     void expect_stops_within_the_tries(const std::string& program) {
         EXPECT_EQ(log_.count("Command [pgrep -c " + program + "] result : 0"),
                   log_.count("Command : killall " + program));
+    }
+
+    [[nodiscard]] static std::string start_call() {
+        return GetParam().is_rx_test ? "ember_start(1)" : "ember_start(0)";
     }
 
     [[nodiscard]] static std::string test_name() { return GetParam().is_rx_test ? "RX Test" : "TX Test"; }
