@@ -1,7 +1,9 @@
 #include "support/application_log.h"
 
 #include <algorithm>
+#include <deque>
 #include <fstream>
+#include <numeric>
 #include <regex>
 
 std::vector<std::string> ApplicationLog::all() const {
@@ -50,11 +52,16 @@ long ApplicationLog::count(const std::string& text) const {
 }
 
 std::string ApplicationLog::end() const {
-    constexpr std::size_t lines = 25;
-    const std::vector<std::string> messages = all();
-    std::string text;
-    for (std::size_t line = messages.size() > lines ? messages.size() - lines : 0; line < messages.size();
-         ++line)
-        text += messages[line] + "\n";
-    return text;
+    constexpr std::size_t most_lines = 25;
+    static const std::regex line_of_application(R"([EWI]/(VELMORA|PLATFORM)\(\d+\): .*)");
+    std::deque<std::string> lines;
+    std::ifstream file(path_);
+    for (std::string line; std::getline(file, line);) {
+        std::smatch found;
+        if (std::regex_search(line, found, line_of_application))
+            lines.push_back(found.str() + "\n");
+        if (lines.size() > most_lines)
+            lines.pop_front();
+    }
+    return std::accumulate(lines.begin(), lines.end(), std::string());
 }

@@ -24,7 +24,7 @@ public:
     /** Lines in which EFL or GLib warns or reports an error. */
     [[nodiscard]] std::vector<std::string> complaints_of_libraries() const;
 
-    /** The messages' last lines, for the report of a failure. */
+    /** The last lines of the application and of its platform layer, for the report of a failure. */
     [[nodiscard]] std::string end() const;
 
 private:
