@@ -180,7 +180,8 @@ void MainPageView::setFocusAfterShowCb(void*, Evas*, Evas_Object* widget, void*)
 }
 
 void MainPageView::destroyWidgets() {
-    elm_win_keygrab_unset(window, redKey, 0, 0);
+    if (window != nullptr) // a window that was closed has gone already
+        elm_win_keygrab_unset(window, redKey, 0, 0);
     // What goes with the window takes its handle along, so that nothing is deleted twice.
     for (WidgetHandle* const widget : {&window, &background, &rootLayout, &mainPageLayout, &header,
                                        &subPageLayout, &shownPopup, &exitPopup})
