@@ -2,28 +2,13 @@
 
 #include "bridge_key_filter.h"
 #include "platform/log.h"
-#include "session_bus.h"
-#include "time_limit.h"
 
 #include <Elementary.h>
 
+#include <utility>
+
 namespace platform {
 namespace {
-
-ObjectPointer<GDBusProxy> watch_status(GDBusConnection* session_bus) {
-    if (!session_bus)
-        return nullptr;
-    const TimeLimit limit(session_bus_limit);
-    g_autoptr(GError) error = nullptr;
-    // Not started for the purpose: where the accessibility service does not run, no reader does.
-    ObjectPointer<GDBusProxy> status(g_dbus_proxy_new_sync(session_bus, G_DBUS_PROXY_FLAGS_DO_NOT_AUTO_START,
-                                                           nullptr, "org.a11y.Bus", "/org/a11y/bus",
-                                                           "org.a11y.Status", limit.cancellable(), &error));
-    if (!status)
-        __dlog_print(LogBuffer::main, LogPriority::warning, "PLATFORM", "no accessibility: %s",
-                     error->message);
-    return status;
-}
 
 bool screen_reader_enabled(GDBusProxy* status) {
     g_autoptr(GVariant) value = g_dbus_proxy_get_cached_property(status, "ScreenReaderEnabled");
@@ -32,20 +17,37 @@ bool screen_reader_enabled(GDBusProxy* status) {
 
 } // namespace
 
-Accessibility::Accessibility(GDBusConnection* session_bus) : status_(watch_status(session_bus)) {
+Accessibility::Accessibility(GDBusConnection* session_bus) {
     keep_out_bridge_key_filter();
-    if (!status_)
+    if (!session_bus)
         return;
+    const auto created = +[](GObject* /*source*/, GAsyncResult* result, gpointer self) {
+        g_autoptr(GError) error = nullptr;
+        ObjectPointer<GDBusProxy> status(g_dbus_proxy_new_finish(result, &error));
+        if (status)
+            static_cast<Accessibility*>(self)->follow(std::move(status));
+        else if (!g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED)) // cancelled, `self` has gone
+            __dlog_print(LogBuffer::main, LogPriority::warning, "PLATFORM", "no accessibility: %s",
+                         error->message);
+    };
+    // Not started for the purpose: where the accessibility service does not run, no reader does.
+    g_dbus_proxy_new(session_bus, G_DBUS_PROXY_FLAGS_DO_NOT_AUTO_START, nullptr, "org.a11y.Bus",
+                     "/org/a11y/bus", "org.a11y.Status", cancellable_.get(), created, this);
+}
+
+Accessibility::~Accessibility() {
+    g_cancellable_cancel(cancellable_.get());
+    if (status_)
+        g_signal_handlers_disconnect_by_data(status_.get(), this);
+}
+
+void Accessibility::follow(ObjectPointer<GDBusProxy> status) {
+    status_ = std::move(status);
     const auto changed =
         +[](GDBusProxy* /*status*/, GVariant* /*changed*/, const char* const* /*invalidated*/,
             gpointer self) { static_cast<const Accessibility*>(self)->apply(); };
     g_signal_connect(status_.get(), "g-properties-changed", G_CALLBACK(changed), this);
     apply();
-}
-
-Accessibility::~Accessibility() {
-    if (status_)
-        g_signal_handlers_disconnect_by_data(status_.get(), this);
 }
 
 void Accessibility::apply() const {

@@ -16,15 +16,17 @@ namespace platform {
  */
 class Accessibility {
 public:
-    /** `session_bus` may be null. */
+    /** Returns at once; the session is asked while the main loop runs. `session_bus` may be null. */
     explicit Accessibility(GDBusConnection* session_bus);
     ~Accessibility();
     Accessibility(const Accessibility&) = delete;
     Accessibility& operator=(const Accessibility&) = delete;
 
 private:
+    void follow(ObjectPointer<GDBusProxy> status);
     void apply() const;
 
+    ObjectPointer<GCancellable> cancellable_{g_cancellable_new()};
     ObjectPointer<GDBusProxy> status_;
 };
 

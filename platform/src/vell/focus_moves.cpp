@@ -39,7 +39,7 @@ Efl_Ui_Focus_Object* destination(const Entrance& entrance, Efl_Ui_Focus_Directio
         direction == EFL_UI_FOCUS_DIRECTION_LEFT || direction == EFL_UI_FOCUS_DIRECTION_RIGHT;
     if (sideways && !is_beside(focused, next))
         return focused;
-    const bool enters_header = direction == EFL_UI_FOCUS_DIRECTION_UP && entrance.header != nullptr &&
+    const bool enters_header = direction == EFL_UI_FOCUS_DIRECTION_UP && entrance.tab != nullptr &&
                                is_inside(next, entrance.header) && !is_inside(focused, entrance.header);
     return enters_header ? entrance.tab : next;
 }

@@ -90,7 +90,7 @@ void on_hide(void* data, Evas*, Evas_Object* object, void*) {
     evas_object_hide(vell::notification_of(object)); // first, or it keeps the focus
     if (was_open && popup->focused_before != nullptr)
         elm_object_focus_set(popup->focused_before, EINA_TRUE);
-    // Shown again with the popup, so that their show callbacks are called.
+    // Hidden here rather than when the popup appears again, or they would get its focus twice then.
     for (Evas_Object* const item : items_of(*popup))
         evas_object_hide(item);
 }
