@@ -27,6 +27,8 @@ public:
             close(number_);
         number_ = number;
     }
+    /** Hands the descriptor over; it is the caller's to close. */
+    [[nodiscard]] int release() { return std::exchange(number_, -1); }
     [[nodiscard]] int get() const { return number_; }
     explicit operator bool() const { return number_ >= 0; }
 

@@ -2,6 +2,7 @@
  * printed. */
 #pragma once
 
+#include "common/processes.h"
 #include "operator/application.h"
 #include "operator/operator.h"
 

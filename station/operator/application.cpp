@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <gio/gio.h>
 #include <stdexcept>
 #include <thread>
@@ -14,32 +13,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto look_interval = 20ms;
-
-/** Name and state letter from /proc/ID/stat: "42 (name) S ..." */
-struct ProcessEntry {
-    std::filesystem::path folder;
-    std::string name;
-    char state = '\0';
-};
-
-ProcessEntry read_entry(const std::filesystem::path& folder) {
-    std::ifstream file(folder / "stat");
-    std::string line;
-    std::getline(file, line);
-    const std::size_t open = line.find('(');
-    const std::size_t close = line.rfind(") ");
-    if (open == std::string::npos || close == std::string::npos || close + 2 >= line.size())
-        return {};
-    return {folder, line.substr(open + 1, close - open - 1), line[close + 2]};
-}
-
-std::vector<ProcessEntry> all_processes() {
-    std::vector<ProcessEntry> entries;
-    for (const auto& folder : std::filesystem::directory_iterator("/proc"))
-        if (ProcessEntry entry = read_entry(folder.path()); !entry.name.empty())
-            entries.push_back(std::move(entry));
-    return entries;
-}
 
 } // namespace
 
@@ -84,36 +57,6 @@ std::optional<int> Application::wait_for_end(std::chrono::milliseconds patience)
     if (g_subprocess_get_if_signaled(process_.get()) != FALSE)
         return 128 + g_subprocess_get_term_sig(process_.get());
     return g_subprocess_get_exit_status(process_.get());
-}
-
-std::vector<std::string> running_processes(const std::vector<std::string>& names) {
-    std::vector<std::string> running;
-    for (const ProcessEntry& entry : all_processes())
-        if (entry.state != 'Z' && std::ranges::find(names, entry.name) != names.end())
-            running.push_back(entry.name);
-    return running;
-}
-
-std::vector<std::string> zombies() {
-    std::vector<std::string> names;
-    for (const ProcessEntry& entry : all_processes())
-        if (entry.state == 'Z')
-            names.push_back(entry.name);
-    return names;
-}
-
-std::vector<std::string> command_lines(const std::string& name) {
-    std::vector<std::string> lines;
-    for (const ProcessEntry& entry : all_processes()) {
-        if (entry.name != name || entry.state == 'Z')
-            continue;
-        std::ifstream file(entry.folder / "cmdline");
-        std::string line;
-        for (std::string argument; std::getline(file, argument, '\0');)
-            line += (line.empty() ? "" : " ") + argument;
-        lines.push_back(line);
-    }
-    return lines;
 }
 
 } // namespace station

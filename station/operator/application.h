@@ -47,14 +47,4 @@ private:
     std::unique_ptr<_GSubprocess, Unref> process_;
 };
 
-/** The names of this machine's running processes that are among `names`; ended children nobody has collected
- * are left out. */
-std::vector<std::string> running_processes(const std::vector<std::string>& names);
-
-/** The names of the machine's ended processes that nobody has collected. */
-std::vector<std::string> zombies();
-
-/** The command lines of the running processes of a name, their arguments parted by one blank. */
-std::vector<std::string> command_lines(const std::string& name);
-
 } // namespace station

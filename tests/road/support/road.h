@@ -1,6 +1,7 @@
 /** A person before the television who uses the application; each test is one sitting. */
 #pragma once
 
+#include "common/processes.h"
 #include "operator/application.h"
 #include "operator/ncp_host_record.h"
 #include "operator/operator.h"

@@ -1,0 +1,23 @@
+/** The processes of the television, or of the machine outside of one. */
+#pragma once
+
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace station {
+
+/** The names of the running processes that are among `names`; ended children nobody has collected
+ * are left out. */
+std::vector<std::string> running_processes(const std::vector<std::string>& names);
+
+/** The names of the ended processes that nobody has collected. */
+std::vector<std::string> zombies();
+
+/** The command lines of the running processes of a name, their arguments parted by one blank. */
+std::vector<std::string> command_lines(const std::string& name);
+
+/** The numbers of the running processes of a name. */
+std::vector<pid_t> process_numbers(const std::string& name);
+
+} // namespace station

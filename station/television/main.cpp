@@ -1,0 +1,81 @@
+#include "common/program.h"
+#include "contract.h"
+#include "television_service.h"
+
+#include <array>
+#include <csignal>
+#include <glib-unix.h>
+#include <iostream>
+#include <stdexcept>
+
+namespace {
+
+constexpr int cannot_start = 125;
+
+std::vector<std::string> taken(gchar** texts) {
+    std::vector<std::string> all;
+    for (gchar** text = texts; text != nullptr && *text != nullptr; ++text)
+        all.emplace_back(*text);
+    g_strfreev(texts);
+    return all;
+}
+
+std::string taken(gchar* text) {
+    const std::unique_ptr<gchar, decltype(&g_free)> owned(text, g_free);
+    return text != nullptr ? text : "";
+}
+
+station::Plan read_plan(int argc, char** argv) {
+    gchar* programs = nullptr;
+    gchar* bus = nullptr;
+    gchar* screen = nullptr;
+    gchar** radio = nullptr;
+    gchar** host = nullptr;
+    gchar** command = nullptr;
+    gboolean logs = FALSE;
+    const auto entries = std::to_array<GOptionEntry>(
+        {{"programs", 0, 0, G_OPTION_ARG_FILENAME, &programs, "the station's programs", "DIR"},
+         {"system-bus", 0, 0, G_OPTION_ARG_FILENAME, &bus, "configuration of the system bus", "FILE"},
+         {"screen", 0, 0, G_OPTION_ARG_STRING, &screen, "an own screen, user or none", "WxH"},
+         {"radio-option", 0, 0, G_OPTION_ARG_STRING_ARRAY, &radio, "an option of the radio module", "OPTION"},
+         {"host-option", 0, 0, G_OPTION_ARG_STRING_ARRAY, &host, "an option of the NCP host", "OPTION"},
+         {"log-application", 0, 0, G_OPTION_ARG_NONE, &logs, "keep what the command writes off the terminal",
+          nullptr},
+         {G_OPTION_REMAINING, 0, 0, G_OPTION_ARG_FILENAME_ARRAY, &command, nullptr, "-- COMMAND..."},
+         {}});
+    station::read_options(argc, argv, entries.data(), "The simulated television; started by station/tv.");
+    return {.programs = taken(programs),
+            .system_bus_configuration = taken(bus),
+            .screen = taken(screen),
+            .radio_options = taken(radio),
+            .host_options = taken(host),
+            .logs_application = logs != FALSE,
+            .command = taken(command)};
+}
+
+int run(int argc, char** argv) {
+    station::Television television(read_plan(argc, argv));
+    const auto end = +[](gpointer data) -> gboolean {
+        static_cast<station::Television*>(data)->end();
+        return G_SOURCE_CONTINUE;
+    };
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP})
+        g_unix_signal_add(signal, end, &television);
+    television.start();
+    const auto connection = station::connect_to_system_bus();
+    g_dbus_connection_set_exit_on_close(connection.get(), FALSE);
+    const station::TelevisionService service(connection.get(), television);
+    station::own_name(connection.get(), station::television_contract::bus_name);
+    return television.run();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return run(argc, argv);
+    } catch (const std::exception& error) {
+        std::cerr << "television: " << error.what() << '\n';
+        return cannot_start;
+    }
+}

@@ -1,0 +1,78 @@
+#include "part.h"
+
+#include "logs.h"
+
+#include <array>
+#include <csignal>
+#include <fcntl.h>
+#include <poll.h>
+#include <stdexcept>
+
+namespace station {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto start_patience = 20s;
+constexpr auto end_patience = 2s;
+
+FileDescriptor open_file(const char* path, int flags) {
+    constexpr mode_t readable = 0644;
+    FileDescriptor file(open(path, flags | O_CLOEXEC, readable)); // NOLINT(cppcoreguidelines-pro-type-vararg)
+    if (!file)
+        throw std::runtime_error(std::string("cannot open ") + path);
+    return file;
+}
+
+std::array<FileDescriptor, 2> make_pipe() {
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0)
+        throw std::runtime_error("no pipe can be made");
+    return {FileDescriptor(ends[0]), FileDescriptor(ends[1])};
+}
+
+} // namespace
+
+void Part::start() {
+    auto [output, input_end] = make_pipe();
+    output_ = std::move(output);
+    ready_ = false;
+    process_ = std::make_unique<Process>(
+        command_,
+        Descriptors{open_file("/dev/null", O_RDONLY), std::move(input_end),
+                    open_file(log_path(name_).c_str(), O_WRONLY | O_CREAT | O_APPEND)},
+        [this] {
+            if (ready_)
+                ended_(*this);
+        });
+}
+
+std::string Part::wait_until_ready() {
+    const auto deadline = std::chrono::steady_clock::now() + start_patience;
+    std::string line;
+    for (;;) {
+        const auto left =
+            std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+        pollfd wanted{.fd = output_.get(), .events = POLLIN, .revents = 0};
+        char letter = '\0';
+        if (left <= 0ms || poll(&wanted, 1, static_cast<int>(left.count())) <= 0 ||
+            read(output_.get(), &letter, 1) != 1)
+            throw std::runtime_error(name_ + " did not start: " + end_of_log(name_));
+        if (letter == '\n')
+            break;
+        line += letter;
+    }
+    ready_ = true;
+    return line;
+}
+
+void Part::end() {
+    if (!process_)
+        return;
+    ready_ = false;
+    process_->send_signal(SIGTERM);
+    if (!process_->wait_for_end(end_patience))
+        process_->send_signal(SIGKILL);
+}
+
+} // namespace station

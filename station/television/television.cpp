@@ -1,0 +1,96 @@
+#include "television.h"
+
+#include "logs.h"
+
+#include <csignal>
+#include <fcntl.h>
+#include <ranges>
+
+namespace station {
+namespace {
+
+constexpr guint end_limit_milliseconds = 10'000;
+constexpr auto terminated = 128 + SIGTERM;
+
+std::vector<std::string> join(std::vector<std::string> words, const std::vector<std::string>& more) {
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
+}
+
+bool is_own_screen(const std::string& screen) { return screen.find('x') != std::string::npos; }
+
+} // namespace
+
+Television::Television(Plan plan) : plan_(std::move(plan)) {}
+
+Part& Television::add_part(const std::string& name, std::vector<std::string> command) {
+    Part& part =
+        parts_.emplace_back(name, std::move(command), [this](const Part& ended) { tell_end(ended); });
+    part.start();
+    return part;
+}
+
+// What does not wait for another part is started before the first is waited for.
+void Television::start() {
+    const std::string session_bus = g_getenv("DBUS_SESSION_BUS_ADDRESS");
+    Part& system_bus = add_part("system_bus", {"dbus-daemon", "--nofork", "--print-address=1",
+                                               "--config-file=" + plan_.system_bus_configuration});
+    Part& user_bus = add_part("session_bus", {"dbus-daemon", "--nofork", "--print-address=1", "--session",
+                                              "--address=" + session_bus});
+    Part* screen = nullptr;
+    if (is_own_screen(plan_.screen))
+        screen = &add_part("screen", {"Xvfb", "-displayfd", "1", "-screen", "0", plan_.screen + "x24",
+                                      "-nolisten", "tcp", "-noreset", "-dpi", "96"});
+    system_bus.wait_until_ready();
+    Part& radio_module =
+        add_part("radio_module", join({plan_.programs + "/radio_module"}, plan_.radio_options));
+    Part& ncp_host = add_part("ncp_host", join({plan_.programs + "/ncp_host"}, plan_.host_options));
+    user_bus.wait_until_ready();
+    if (screen != nullptr) {
+        g_setenv("DISPLAY", (":" + screen->wait_until_ready()).c_str(), TRUE);
+        add_part("window_manager", {plan_.programs + "/window_manager"}).wait_until_ready();
+    }
+    if (plan_.screen != "none")
+        add_part("operator", {plan_.programs + "/operator"}).wait_until_ready();
+    radio_module.wait_until_ready();
+    ncp_host.wait_until_ready();
+}
+
+int Television::run() {
+    Descriptors descriptors;
+    if (plan_.logs_application) {
+        constexpr mode_t readable = 0644;
+        descriptors.output.reset(
+            open(log_path("application").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, readable));
+        descriptors.error.reset(dup(descriptors.output.get()));
+    }
+    command_ = std::make_unique<Process>(plan_.command, std::move(descriptors), nullptr);
+    while (command_->runs())
+        g_main_context_iteration(nullptr, TRUE);
+    kill_.reset();
+    for (Part& part : std::views::reverse(parts_))
+        part.end();
+    return *command_->status();
+}
+
+void Television::end() {
+    if (!command_)
+        std::exit(terminated); // before the parts are up there is nothing to end in order
+    command_->send_signal(SIGTERM);
+    if (!kill_)
+        kill_ = EventSource::every(end_limit_milliseconds, [this] { command_->send_signal(SIGKILL); });
+}
+
+Part* Television::find_part(const std::string& name) {
+    const auto part = std::ranges::find(parts_, name, &Part::name);
+    return part == parts_.end() ? nullptr : &*part;
+}
+
+void Television::tell_end(const Part& part) {
+    log_.error("the ", part.name(), " ", part.state(), "; 'tvctl start ", part.name(),
+               "' starts it again: ", end_of_log(part.name()));
+    if (on_part_ended)
+        on_part_ended(part);
+}
+
+} // namespace station

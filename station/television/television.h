@@ -1,0 +1,67 @@
+/** The whole television: its parts and the command that runs in it. */
+#pragma once
+
+#include "common/event_source.h"
+#include "common/station_log.h"
+#include "part.h"
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace station {
+
+/** What the television is made of. */
+struct Plan {
+    std::string programs;                 /**< the folder of the station's programs */
+    std::string system_bus_configuration; /**< of its dbus-daemon */
+    std::string screen;                   /**< "WIDTHxHEIGHT" of an own screen, "user" or "none" */
+    std::vector<std::string> radio_options;
+    std::vector<std::string> host_options;
+    bool logs_application = false; /**< the command's output goes to application.log, not to the terminal */
+    std::vector<std::string> command;
+};
+
+/**
+ * Starts the parts, then the command; when the command has ended, or the television is asked to end, the
+ * parts end in the reverse order.
+ *
+ * A part that ends by itself is told on standard error and in television.log, and can be started again.
+ */
+class Television {
+public:
+    explicit Television(Plan plan);
+
+    /** Starts the parts; each is ready then. @throws std::runtime_error. */
+    void start();
+    /** Runs the command to its end. @return its status as a shell says it. */
+    int run();
+    /** Asks the command to end in order; one that does not within ten seconds is killed. */
+    void end();
+
+    /** All parts, in the order in which they were started. */
+    [[nodiscard]] const std::deque<Part>& parts() const { return parts_; }
+    /** The part of that name, null when there is none. */
+    Part* find_part(const std::string& name);
+    /** The command; null before it was started. */
+    [[nodiscard]] const Process* command() const { return command_.get(); }
+
+    /** Called whenever a part has ended by itself. */
+    std::function<void(const Part&)> on_part_ended;
+
+private:
+    Part& add_part(const std::string& name, std::vector<std::string> command);
+    void start_screen_parts(Part& screen);
+    void tell_end(const Part& part);
+
+    Plan plan_;
+    StationLog log_{"television"};
+    std::deque<Part> parts_; // a deque: a part stays where it is
+    std::unique_ptr<Process> command_;
+    EventSource kill_;
+};
+
+} // namespace station
