@@ -4,9 +4,11 @@
 
 #include <array>
 #include <csignal>
+#include <cstdio>
 #include <glib-unix.h>
 #include <iostream>
 #include <stdexcept>
+#include <unistd.h>
 
 namespace {
 
@@ -25,6 +27,15 @@ std::string taken(gchar* text) {
     return text != nullptr ? text : "";
 }
 
+/** What came down from outside belongs to nobody in the television. */
+void keep_descriptors_from_children() { close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC); }
+
+/** Tells station/tv, which waits outside, that the television has ended in order. */
+void say_last_word(int descriptor, int status) {
+    if (descriptor >= 0)
+        dprintf(descriptor, "%d\n", status);
+}
+
 station::Plan read_plan(int argc, char** argv) {
     gchar* programs = nullptr;
     gchar* bus = nullptr;
@@ -33,6 +44,7 @@ station::Plan read_plan(int argc, char** argv) {
     gchar** host = nullptr;
     gchar** command = nullptr;
     gboolean logs = FALSE;
+    int status_descriptor = -1;
     const auto entries = std::to_array<GOptionEntry>(
         {{"programs", 0, 0, G_OPTION_ARG_FILENAME, &programs, "the station's programs", "DIR"},
          {"system-bus", 0, 0, G_OPTION_ARG_FILENAME, &bus, "configuration of the system bus", "FILE"},
@@ -41,6 +53,7 @@ station::Plan read_plan(int argc, char** argv) {
          {"host-option", 0, 0, G_OPTION_ARG_STRING_ARRAY, &host, "an option of the NCP host", "OPTION"},
          {"log-application", 0, 0, G_OPTION_ARG_NONE, &logs, "keep what the command writes off the terminal",
           nullptr},
+         {"status-descriptor", 0, 0, G_OPTION_ARG_INT, &status_descriptor, "gets the status at the end", "N"},
          {G_OPTION_REMAINING, 0, 0, G_OPTION_ARG_FILENAME_ARRAY, &command, nullptr, "-- COMMAND..."},
          {}});
     station::read_options(argc, argv, entries.data(), "The simulated television; started by station/tv.");
@@ -50,11 +63,14 @@ station::Plan read_plan(int argc, char** argv) {
             .radio_options = taken(radio),
             .host_options = taken(host),
             .logs_application = logs != FALSE,
+            .status_descriptor = status_descriptor,
             .command = taken(command)};
 }
 
 int run(int argc, char** argv) {
-    station::Television television(read_plan(argc, argv));
+    keep_descriptors_from_children();
+    const station::Plan plan = read_plan(argc, argv);
+    station::Television television(plan);
     const auto end = +[](gpointer data) -> gboolean {
         static_cast<station::Television*>(data)->end();
         return G_SOURCE_CONTINUE;
@@ -66,7 +82,9 @@ int run(int argc, char** argv) {
     g_dbus_connection_set_exit_on_close(connection.get(), FALSE);
     const station::TelevisionService service(connection.get(), television);
     station::own_name(connection.get(), station::television_contract::bus_name);
-    return television.run();
+    const int status = television.run();
+    say_last_word(plan.status_descriptor, status);
+    return status;
 }
 
 } // namespace

@@ -50,7 +50,7 @@ void Television::start() {
         g_setenv("DISPLAY", (":" + screen->wait_until_ready()).c_str(), TRUE);
         add_part("window_manager", {plan_.programs + "/window_manager"}).wait_until_ready();
     }
-    if (plan_.screen != "none")
+    if (plan_.screen != "none" && g_file_test((plan_.programs + "/operator").c_str(), G_FILE_TEST_EXISTS))
         add_part("operator", {plan_.programs + "/operator"}).wait_until_ready();
     radio_module.wait_until_ready();
     ncp_host.wait_until_ready();

@@ -22,6 +22,7 @@ struct Plan {
     std::vector<std::string> radio_options;
     std::vector<std::string> host_options;
     bool logs_application = false; /**< the command's output goes to application.log, not to the terminal */
+    int status_descriptor = -1;    /**< gets the status when the television has ended in order */
     std::vector<std::string> command;
 };
 
