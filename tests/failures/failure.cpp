@@ -76,7 +76,7 @@ std::vector<Failure> of_the_device() {
         read_only,
         nothing,
         without_device(
-            "ReportIsGivenAwayAndLabelled", {},
+            "ReportIsGivenAwayAndLabelled", {"--labels"},
             {{factory_file, {.content = "FAIL", .is_given_away = true, .label = "User::App::Shared"}}}),
         without_device("LabelToolMissing", {"--program", "chsmack=missing"},
                        {{factory_file, {.content = "FAIL", .label = ""}}}),
