@@ -1,8 +1,9 @@
 /**
  * Processes, files and waiting: small operations that block the calling thread.
  *
- * Command lines go to "/bin/sh -c" as they stand. Nothing remembers a started process: processes are found
- * again by their names.
+ * Command lines go to "/bin/sh -c" as they stand. Of this process a started one gets the environment, the
+ * working directory and the three standard descriptors; no signal is ignored or blocked in it. Nothing
+ * remembers a started process: processes are found again by their names.
  */
 #pragma once
 
