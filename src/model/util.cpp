@@ -10,7 +10,6 @@
 #include <cstdio>
 #include <fstream>
 #include <memory>
-#include <stdexcept>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -134,7 +133,7 @@ int wait_condition(const std::string& path, bool make_report) {
         return 0;
     make_failure_report(message);
     req_terminate_main_loop();
-    throw std::runtime_error("wait condition error");
+    throw MissingDeviceError();
 }
 
 void make_failure_report(const std::string& message) {
