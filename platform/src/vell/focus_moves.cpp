@@ -4,6 +4,7 @@
 #include <Efl_Ui.h>
 
 #include "focus_moves.h"
+#include "focus_ring.h"
 #include "widget.h"
 
 namespace vell {
@@ -44,7 +45,7 @@ Efl_Ui_Focus_Object* destination(const Entrance& entrance, Efl_Ui_Focus_Directio
     return enters_header ? entrance.tab : next;
 }
 
-Efl_Ui_Focus_Object* move(Eo* window, void*, Efl_Ui_Focus_Direction direction) {
+Efl_Ui_Focus_Object* move_focus(Eo* window, Efl_Ui_Focus_Direction direction) {
     Eo* const focused = efl_ui_focus_manager_focus_get(window);
     Eo* const next = efl_ui_focus_manager_request_move(window, direction, nullptr, EINA_FALSE);
     const bool in_popup = efl_ui_focus_manager_redirect_get(window) != nullptr;
@@ -55,18 +56,25 @@ Efl_Ui_Focus_Object* move(Eo* window, void*, Efl_Ui_Focus_Direction direction) {
     return moved_to;
 }
 
-Entrance& watch_moves(Eo* window) {
-    EFL_OPS_DEFINE(operations, EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_move, reinterpret_cast<void*>(move)));
-    efl_object_override(window, &operations);
-    return attach<Entrance>(window);
+Efl_Ui_Focus_Object* move(Eo* window, void*, Efl_Ui_Focus_Direction direction) {
+    Efl_Ui_Focus_Object* const moved_to = move_focus(window, direction);
+    glide_to_focus(window);
+    return moved_to;
 }
 
 } // namespace
 
+void watch_focus_moves(Evas_Object* window) {
+    if (attached<Entrance>(window) != nullptr)
+        return;
+    EFL_OPS_DEFINE(operations, EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_move, reinterpret_cast<void*>(move)));
+    efl_object_override(window, &operations);
+    attach<Entrance>(window);
+}
+
 void enter_header_at(Evas_Object* header, Evas_Object* tab) {
-    Eo* const window = elm_object_top_widget_get(header);
-    auto* const entrance = attached<Entrance>(window);
-    (entrance == nullptr ? watch_moves(window) : *entrance).set(header, tab);
+    if (auto* const entrance = attached<Entrance>(elm_object_top_widget_get(header)))
+        entrance->set(header, tab);
 }
 
 } // namespace vell
