@@ -125,11 +125,12 @@ TEST_F(ToolkitWidget, SpinnerStepsWithinItsLimitsAndItsCallbacksSeeTheShownValue
     EXPECT_EQ(screen->focused(), "[12]");
 }
 
-TEST_F(ToolkitWidget, UnitIsTheWindowsWidthBy240) {
+TEST_F(ToolkitWidget, UnitFits240TimesIntoTheWindowsWidthAnd135TimesIntoItsHeight) {
     EXPECT_EQ(elm_vell_unit_to_pixel(240.0), 1280);
     EXPECT_EQ(elm_vell_unit_to_pixel(10.0), 53); // 53.3
     EXPECT_EQ(elm_vell_unit_to_pixel(0.0), 0);
-    for (const auto& [setting, width] : {std::pair("960x540", 960), std::pair("wide", 1280)}) {
+    for (const auto& [setting, width] : {std::pair("960x540", 960), std::pair("1280x540", 960),
+                                         std::pair("480x720", 480), std::pair("wide", 1280)}) {
         const test::SettingsFolder settings(std::string("[screen]\nsize=") + setting + "\n");
         close_window();
         open_window();
@@ -147,8 +148,8 @@ TEST_F(ToolkitWidget, PageKeepsItsProportionsWhenTheWindowIsResized) {
     };
     const Eina_Rectangle expected = place_button();
     EXPECT_EQ(expected.x, 1280 - 80 - 320);
-    // A smaller window, which the window manager then gives the whole screen.
-    const test::SettingsFolder settings("[screen]\nsize=960x540\n");
+    // A smaller window of another shape, which the window manager then gives the whole screen.
+    const test::SettingsFolder settings("[screen]\nsize=1000x540\n");
     close_window();
     open_window();
     ASSERT_TRUE(test::await([this] { return geometry(root).w == 1280; }));
