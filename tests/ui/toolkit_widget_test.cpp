@@ -1,3 +1,4 @@
+#include "support/canvas.h"
 #include "support/settings_folder.h"
 #include "support/toolkit_window.h"
 
@@ -101,6 +102,7 @@ TEST_F(ToolkitWidget, SpinnerStepsWithinItsLimitsAndItsCallbacksSeeTheShownValue
     Evas_Object* const spinner = elm_vell_spinner_add(page);
     Evas_Object* const native = elm_vell_spinner_native_get(spinner);
     elm_vell_layout_item_append(page, spinner, 200, 80);
+    Evas_Object* const other = add_button("other");
     elm_spinner_min_max_set(native, 11, 13);
     elm_spinner_step_set(native, 1.0);
     settle();
@@ -123,6 +125,30 @@ TEST_F(ToolkitWidget, SpinnerStepsWithinItsLimitsAndItsCallbacksSeeTheShownValue
         screen->press(key);
     EXPECT_EQ(keys, "Left12 Up13 Right12 ");
     EXPECT_EQ(screen->focused(), "[12]");
+
+    // With the mouse, still mirrored; a press on the number is Return, whatever had the focus.
+    elm_object_focus_set(other, EINA_TRUE);
+    keys.clear();
+    const auto value_after = [&](const std::string& clicked, int times = 1) {
+        for (const auto& text : test::drawn_texts(screen->window()))
+            if (text.text == clicked)
+                for (int time = 0; time < times; ++time)
+                    screen->click(text.place);
+        return std::lround(elm_spinner_value_get(native));
+    };
+    EXPECT_EQ(value_after("\u2039"), 13); // the arrow to the left, where more is now
+    EXPECT_EQ(value_after("\u2039"), 13);
+    EXPECT_EQ(value_after("\u203A", 3), 11);
+    screen->wheel(-1);
+    EXPECT_EQ(value_after("12", 2), 12);
+    EXPECT_EQ(keys, "Return12 Return12 ");
+    EXPECT_EQ(screen->focused(), "[12]");
+    screen->wheel(10);
+    EXPECT_EQ(value_after("11"), 11);
+    EXPECT_EQ(keys, "Return12 Return12 Return11 ");
+    elm_object_disabled_set(spinner, EINA_TRUE);
+    screen->wheel(-1);
+    EXPECT_EQ(value_after("\u2039"), 11);
 }
 
 TEST_F(ToolkitWidget, UnitFits240TimesIntoTheWindowsWidthAnd135TimesIntoItsHeight) {

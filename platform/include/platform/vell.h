@@ -162,7 +162,8 @@ void elm_vell_button_zoom_set(Evas_Object* button, int percent);
  *
  * It holds the focus itself. Up and Right step the value up, Down and Left down (Left and Right change places
  * when mirrored), and it stops at the limits. Every other key changes nothing. Key-down callbacks set on it
- * see every key press, with the value that the screen shows.
+ * see every key press, with the value that the screen shows. With the mouse, its arrows and the wheel step,
+ * and a press on the number is Return.
  */
 Evas_Object* elm_vell_spinner_add(Evas_Object* parent);
 
