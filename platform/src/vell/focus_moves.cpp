@@ -4,6 +4,7 @@
 #include <Efl_Ui.h>
 
 #include "focus_moves.h"
+#include "focus_ring.h"
 #include "widget.h"
 
 namespace vell {
@@ -57,7 +58,7 @@ Efl_Ui_Focus_Object* take_up_again(Eo* window, Places& places) {
     return efl_ui_focus_manager_focus_get(window);
 }
 
-Efl_Ui_Focus_Object* move(Eo* window, void*, Efl_Ui_Focus_Direction direction) {
+Efl_Ui_Focus_Object* move_focus(Eo* window, Efl_Ui_Focus_Direction direction) {
     auto& places = *attached<Places>(window);
     Eo* const focused = efl_ui_focus_manager_focus_get(window);
     if (focused == nullptr)
@@ -69,6 +70,12 @@ Efl_Ui_Focus_Object* move(Eo* window, void*, Efl_Ui_Focus_Direction direction) {
         return efl_ui_focus_manager_move(efl_super(window, EFL_OBJECT_OVERRIDE_CLASS), direction);
     Eo* const moved_to = destination(places, direction, focused, next);
     efl_ui_focus_manager_focus_set(window, moved_to);
+    return moved_to;
+}
+
+Efl_Ui_Focus_Object* move(Eo* window, void*, Efl_Ui_Focus_Direction direction) {
+    Efl_Ui_Focus_Object* const moved_to = move_focus(window, direction);
+    glide_to_focus(window);
     return moved_to;
 }
 
