@@ -14,6 +14,7 @@ namespace {
 using namespace std::chrono_literals;
 using test::ProbeProcess;
 using testing::ElementsAre;
+using testing::ElementsAreArray;
 
 /** A settings folder of the test's own, which does not exist at first. */
 class Framework : public testing::Test {
@@ -209,6 +210,26 @@ TEST_P(Keys, KeyboardGivesRemoteControlKeysToEveryHandler) {
 }
 
 INSTANTIATE_TEST_SUITE_P(WithAndWithoutAScreenReader, Keys, testing::Bool());
+
+TEST_F(Framework, AKeyPressedWhileTheScreenStandsStillReachesNobody) {
+    ProbeProcess probe({"window"});
+    ASSERT_NE(probe.await("app_control"), "");
+    probe.lines_for(1s);
+    const std::vector<std::string> reached{"evas key Return", "key Return Return"};
+    const std::vector<std::pair<std::string, std::vector<std::string>>> rows{
+        {"block 150 Return", {"blocking", "blocked", "evas key Return", "key Return Return"}},
+        {"block 400 Return", {"blocking", "blocked"}},
+        {"idle 400 Return", {"blocking", "blocked"}},
+        {"key F9", {"evas key F9", "key F9 F9", "blocking", "blocked"}},
+        {"key F9 Return", {"evas key F9", "key F9 F9", "blocking", "blocked"}}, // both wait in one queue
+    };
+    for (const auto& [command, printed] : rows) {
+        probe.send(command);
+        EXPECT_THAT(probe.lines_for(800ms), ElementsAreArray(printed)) << command;
+        probe.send("key Return");
+        EXPECT_THAT(probe.lines_for(300ms), ElementsAreArray(reached)) << "after " << command;
+    }
+}
 
 TEST_F(ScreenReader, BridgeFollowsAReaderThatComesLaterAndGoes) {
     set_screen_reader(false);

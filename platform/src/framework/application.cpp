@@ -8,6 +8,7 @@
 #include "language.h"
 #include "session_bus.h"
 #include "single_instance.h"
+#include "still_picture.h"
 #include "visibility.h"
 
 #include <Efreet.h>
@@ -99,6 +100,7 @@ private:
 int run(const Application& application, GDBusConnection* session_bus) {
     const GlibLoop glib_loop;
     const RemoteControlKeys keys;
+    const StillPicture still_picture;
     const Accessibility accessibility(session_bus);
     MainLoop::instance().forget_request();
     {
