@@ -4,6 +4,7 @@
 #include "event_handlers.h"
 #include "glib_loop.h"
 #include "guarded_call.h"
+#include "held_keys.h"
 #include "keys.h"
 #include "language.h"
 #include "session_bus.h"
@@ -106,6 +107,7 @@ int run(const Application& application, GDBusConnection* session_bus) {
     {
         const LanguageWatch language([] { EventHandlers::instance().deliver(EventType::language_changed); });
         const Visibility visibility([&application](bool visible) { application.set_visible(visible); });
+        const HeldKeys held_keys; // Ecore X has event types only after Visibility
         if (!application.create())
             return application_create_failed;
         application.launch();

@@ -3,6 +3,8 @@
 #include <Ecore_X.h>
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
+#include <array>
+#include <cstddef>
 
 namespace platform {
 namespace {
@@ -25,6 +27,16 @@ std::optional<unsigned> x_server_time() {
     XDestroyWindow(display, window);
     XFlush(display);
     return static_cast<unsigned>(change.xproperty.time);
+}
+
+std::bitset<256> x_keys_down() {
+    std::bitset<256> down;
+    std::array<char, 32> bytes{};
+    if (Display* const display = x_display())
+        XQueryKeymap(display, bytes.data());
+    for (std::size_t code = 0; code < down.size(); ++code)
+        down[code] = (static_cast<unsigned char>(bytes[code / 8]) >> (code % 8) & 1U) != 0;
+    return down;
 }
 
 } // namespace platform

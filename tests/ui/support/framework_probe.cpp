@@ -3,6 +3,7 @@
  * input says:
  *
  *   key NAME NAME  presses and releases one or two keys of the keyboard
+ *   down NAME      presses a key and holds it                      up NAME        lets it go
  *   block MS NAME  keeps Ecore busy, with a key pressed meanwhile   idle MS NAME   keeps GLib busy likewise
  *   cover          covers the whole screen                         uncover      takes the cover away
  *   hide, show     the window                                      timeout MS   waits with a GLib time-out
@@ -102,6 +103,10 @@ void obey(Probe& probe, const std::string& line) {
     if (command == "key")
         for (const auto& pressed : {name, key})
             press(pressed);
+    else if (command == "down")
+        ecore_x_test_fake_key_down(name.c_str());
+    else if (command == "up")
+        ecore_x_test_fake_key_up(name.c_str());
     else if (command == "block")
         block(std::stoi(name), key);
     else if (command == "idle")
