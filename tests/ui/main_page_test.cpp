@@ -149,24 +149,6 @@ TEST_F(MainPage, PickerStaysOpenWhenThePageBehindItChanges) {
     EXPECT_EQ(screen->focused(), "13");
 }
 
-TEST_F(MainPage, TabActivatedBehindAnOpenPickerLeavesNothingStale) {
-    open("TX Test");
-    activate("Start Stream");
-    activate("Stop Stream");
-    activate("Set Channel");
-    // A screen reader's action reaches a tab that the popup covers.
-    evas_object_smart_callback_call(screen->find("RX Test"), "clicked", nullptr);
-    test::settle();
-    EXPECT_THAT(content(), ElementsAre("Start RX Test", "popup Zigbee TX Channel", "[11]"));
-    screen->press("XF86Back");
-    EXPECT_TRUE(TXTestView::getInstance().shownPopup == nullptr);
-    EXPECT_EQ(screen->focused(), "Start RX Test");
-    asked();
-    emit("ready");
-    EXPECT_THAT(asked(), ElementsAre("ember_start (1,)"));
-    EXPECT_THAT(content(), Contains("Count Received Packets"));
-}
-
 /** What this process has allocated and not freed, in KiB; unlike resident pages it does not come and go. */
 long allocated() { return static_cast<long>(mallinfo2().uordblks / 1024); }
 

@@ -1,6 +1,7 @@
 #include "support/toolkit_window.h"
 
 #include <algorithm>
+#include <array>
 #include <gmock/gmock.h>
 
 namespace {
@@ -16,13 +17,16 @@ protected:
         : behind_(add_button("behind")), picker(add_popup("Picker")), question(add_popup("Question")) {
         add_button("other");
         Evas_Object* const content = elm_vell_layout_add(root);
-        elm_vell_popup_content_set(picker, content, 500, 200);
+        for (int time = 0; time < 2; ++time) // the second time changes nothing
+            elm_vell_popup_content_set(picker, content, 500, 200);
         spinner = elm_vell_spinner_add(content);
         elm_vell_layout_item_append(content, spinner, 200, 60);
         focus_when_shown(spinner);
         elm_vell_popup_message_set(question, "Sure?", 300);
         add_popup_button("Yes", 0);
-        focus_when_shown(add_popup_button("Cancel", 0));
+        Evas_Object* const cancel = add_popup_button("Cancel", 0);
+        elm_vell_popup_button_set(question, cancel, 0); // nor here
+        focus_when_shown(cancel);
         settle();
         elm_object_focus_set(behind_, EINA_TRUE);
         settle();
@@ -112,6 +116,33 @@ TEST_F(ToolkitPopup, OneOverTheOtherTheyGiveTheFocusBackInTurn) {
     screen->press("Up");
     EXPECT_EQ(screen->focused(), "[1]");
     dismiss(picker);
+    EXPECT_EQ(screen->focused(), "behind");
+}
+
+TEST_F(ToolkitPopup, ClosedItTakesNoKeysInANewDirection) {
+    test::Counter pressed;
+    pressed.listen(screen->find("behind"), "pressed");
+    show(question);
+    dismiss(question);
+    elm_config_mirrored_set(EINA_TRUE);
+    settle();
+    screen->press("Return");
+    EXPECT_EQ(pressed.count, 1);
+}
+
+TEST_F(ToolkitPopup, NothingBehindItNorInItOnceClosedCanBeActivated) {
+    std::array<test::Counter, 2> pressed;
+    pressed[0].listen(screen->find("behind"), "pressed");
+    show(question);
+    Evas_Object* const cancel = screen->find("Cancel");
+    pressed[1].listen(cancel, "pressed");
+    // A screen reader's action reaches whatever the reader remembers.
+    evas_object_smart_callback_call(screen->find("behind"), "clicked", nullptr);
+    EXPECT_EQ(pressed[0].count, 0);
+    EXPECT_EQ(screen->focused(), "Cancel");
+    dismiss(question);
+    evas_object_smart_callback_call(cancel, "clicked", nullptr);
+    EXPECT_EQ(pressed[1].count, 0);
     EXPECT_EQ(screen->focused(), "behind");
 }
 

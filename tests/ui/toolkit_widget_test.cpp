@@ -68,7 +68,7 @@ TEST_F(ToolkitWidget, TextIsShownAsItStands) {
     EXPECT_STREQ(elm_vell_button_text_get(button), "");
 }
 
-TEST_F(ToolkitWidget, BarredButtonLetsTheFocusGoPastIt) {
+TEST_F(ToolkitWidget, BarredButtonLetsTheFocusGoPastItAndCannotBePressed) {
     Evas_Object* const first = add_button("first");
     Evas_Object* const barred = add_button("barred");
     add_button("last");
@@ -77,9 +77,15 @@ TEST_F(ToolkitWidget, BarredButtonLetsTheFocusGoPastIt) {
     elm_object_focus_allow_set(barred, EINA_FALSE);
     screen->press("Down");
     EXPECT_EQ(screen->focused(), "last");
+    test::Counter pressed;
+    pressed.listen(barred, "pressed");
+    screen->click(barred);
+    EXPECT_EQ(pressed.count, 0);
     elm_object_focus_allow_set(barred, EINA_TRUE);
     screen->press("Up");
     EXPECT_EQ(screen->focused(), "barred");
+    screen->click(barred);
+    EXPECT_EQ(pressed.count, 1);
 }
 
 TEST_F(ToolkitWidget, ColorsThatAreNoneAreLogged) {

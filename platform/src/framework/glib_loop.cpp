@@ -123,8 +123,11 @@ int select_with_glib(int count, fd_set* read, fd_set* write, fd_set* except, tim
         for (auto& descriptor : descriptors)
             descriptor.revents = 0;
     // A prepared context is always checked, also after a signal: a GLib time-out may be over all the same.
-    if (g_main_context_check(context, glib.priority, descriptors.data(), static_cast<int>(glib_count)))
+    if (g_main_context_check(context, glib.priority, descriptors.data(), static_cast<int>(glib_count))) {
+        // Ecore sets its clock only after the select: an animation begun in a callback would be over at once.
+        ecore_loop_time_set(ecore_time_get());
         g_main_context_dispatch(context);
+    }
     if (ready < 0) {
         sets.clear();
         errno = poll_error;

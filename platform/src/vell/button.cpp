@@ -34,11 +34,18 @@ Eina_Bool show_whether_usable(void* data) {
     return ECORE_CALLBACK_RENEW;
 }
 
+/** A mouse and an accessibility action reach a button that the focus cannot. */
+bool can_be_used(const Evas_Object* button) {
+    return elm_object_focus_allow_get(button) != EINA_FALSE && vell::is_in_front(button);
+}
+
 /**
  * Elementary says "clicked" once for Return, KP_Enter, the mouse and an accessibility action alike; only the
  * last leaves the focus where it was.
  */
 void on_clicked(void*, Evas_Object* object, void*) {
+    if (!can_be_used(object))
+        return;
     elm_object_focus_set(object, EINA_TRUE);
     evas_object_smart_callback_call(object, "pressed", nullptr);
 }

@@ -9,17 +9,20 @@
 namespace vell {
 namespace {
 
-/** Kept with the window; null once the widget is gone. */
-struct Entrance {
-    static constexpr const char* key = "vell/entrance";
-    ~Entrance() { set(nullptr, nullptr); }
-    void set(Evas_Object* new_header, Evas_Object* new_tab) {
-        point_weakly(header, new_header);
-        point_weakly(tab, new_tab);
+/** Kept with the window; each is null once the widget is gone. */
+struct Places {
+    static constexpr const char* key = "vell/focus_places";
+    Places() = default;
+    ~Places() {
+        for (Evas_Object** const place : {&header, &tab, &given_up})
+            point_weakly(*place, nullptr);
     }
+    Places(const Places&) = delete;
+    Places& operator=(const Places&) = delete;
 
     Evas_Object* header = nullptr;
-    Evas_Object* tab = nullptr;
+    Evas_Object* tab = nullptr;      /**< where the header is entered */
+    Evas_Object* given_up = nullptr; /**< what gave the focus up, when nothing has it since */
 };
 
 bool is_beside(const Evas_Object* one, const Evas_Object* other) {
@@ -33,40 +36,66 @@ bool is_beside(const Evas_Object* one, const Evas_Object* other) {
 }
 
 /** Where a key leads from the widget that has the focus, which is `next` if it is left to Elementary. */
-Efl_Ui_Focus_Object* destination(const Entrance& entrance, Efl_Ui_Focus_Direction direction,
+Efl_Ui_Focus_Object* destination(const Places& places, Efl_Ui_Focus_Direction direction,
                                  Efl_Ui_Focus_Object* focused, Efl_Ui_Focus_Object* next) {
     const bool sideways =
         direction == EFL_UI_FOCUS_DIRECTION_LEFT || direction == EFL_UI_FOCUS_DIRECTION_RIGHT;
     if (sideways && !is_beside(focused, next))
         return focused;
-    const bool enters_header = direction == EFL_UI_FOCUS_DIRECTION_UP && entrance.tab != nullptr &&
-                               is_inside(next, entrance.header) && !is_inside(focused, entrance.header);
-    return enters_header ? entrance.tab : next;
+    const bool enters_header = direction == EFL_UI_FOCUS_DIRECTION_UP && places.tab != nullptr &&
+                               is_inside(next, places.header) && !is_inside(focused, places.header);
+    return enters_header ? places.tab : next;
+}
+
+/** Gives the focus back to the widget that gave it up; null when it is gone or cannot have it now. */
+Efl_Ui_Focus_Object* take_up_again(Eo* window, Places& places) {
+    Evas_Object* const widget = places.given_up;
+    point_weakly(places.given_up, nullptr);
+    if (widget == nullptr)
+        return nullptr;
+    efl_ui_focus_manager_focus_set(window, widget);
+    return efl_ui_focus_manager_focus_get(window);
 }
 
 Efl_Ui_Focus_Object* move(Eo* window, void*, Efl_Ui_Focus_Direction direction) {
+    auto& places = *attached<Places>(window);
     Eo* const focused = efl_ui_focus_manager_focus_get(window);
+    if (focused == nullptr)
+        if (Eo* const widget = take_up_again(window, places))
+            return widget;
     Eo* const next = efl_ui_focus_manager_request_move(window, direction, nullptr, EINA_FALSE);
     const bool in_popup = efl_ui_focus_manager_redirect_get(window) != nullptr;
     if (in_popup || focused == nullptr || next == nullptr)
         return efl_ui_focus_manager_move(efl_super(window, EFL_OBJECT_OVERRIDE_CLASS), direction);
-    Eo* const moved_to = destination(*attached<Entrance>(window), direction, focused, next);
+    Eo* const moved_to = destination(places, direction, focused, next);
     efl_ui_focus_manager_focus_set(window, moved_to);
     return moved_to;
 }
 
-Entrance& watch_moves(Eo* window) {
-    EFL_OPS_DEFINE(operations, EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_move, reinterpret_cast<void*>(move)));
-    efl_object_override(window, &operations);
-    return attach<Entrance>(window);
+void give_up(Eo* window, void*) {
+    point_weakly(attached<Places>(window)->given_up, efl_ui_focus_manager_focus_get(window));
+    efl_ui_focus_manager_reset_history(window);
+    evas_object_focus_set(window, EINA_TRUE); // it gets the keys, or none would move the focus again
 }
 
 } // namespace
 
+void correct_focus(Evas_Object* window) {
+    if (attached<Places>(window) != nullptr)
+        return;
+    attach<Places>(window);
+    EFL_OPS_DEFINE(
+        operations, EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_move, reinterpret_cast<void*>(move)),
+        EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_pop_history_stack, reinterpret_cast<void*>(give_up)));
+    efl_object_override(window, &operations);
+}
+
 void enter_header_at(Evas_Object* header, Evas_Object* tab) {
-    Eo* const window = elm_object_top_widget_get(header);
-    auto* const entrance = attached<Entrance>(window);
-    (entrance == nullptr ? watch_moves(window) : *entrance).set(header, tab);
+    auto* const places = attached<Places>(elm_object_top_widget_get(header));
+    if (places == nullptr)
+        return;
+    point_weakly(places->header, header);
+    point_weakly(places->tab, tab);
 }
 
 } // namespace vell

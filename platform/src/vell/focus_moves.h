@@ -1,4 +1,4 @@
-/** Where the arrow keys lead on a page with a header. */
+/** Where the focus goes on a page, by the arrow keys and when a widget gives it up. */
 #pragma once
 
 #include <Elementary.h>
@@ -6,10 +6,17 @@
 namespace vell {
 
 /**
- * Has the focus go to `tab` whenever a key moves it up into the header, and stay where it is when a key to
- * the side has nothing beside it to go to. Elementary takes the nearest of all widgets that way, which for
- * one in the page's middle may well be another page's tab.
+ * Corrects where Elementary takes a window's focus, once for the window:
+ *
+ * - A key to the side with nothing beside the focus leaves it where it is. Elementary takes the nearest of
+ * all widgets that way, which for one in the page's middle may well be another page's tab.
+ * - When a widget gives the focus up (`elm_object_focus_set` with false), nothing has it, and the next key
+ * that moves the focus brings it back there. Elementary gives it to another widget, which OK would then
+ * press.
  */
+void correct_focus(Evas_Object* window);
+
+/** Has the focus go to `tab` whenever a key moves it up into the header. */
 void enter_header_at(Evas_Object* header, Evas_Object* tab);
 
 } // namespace vell

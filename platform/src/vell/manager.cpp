@@ -1,5 +1,6 @@
 #include "manager.h"
 
+#include "focus_moves.h"
 #include "window_manager.h"
 
 #include "../services/settings_file.h"
@@ -41,6 +42,7 @@ bool Manager::init(Evas_Object* window) {
     evas_object_event_callback_add(window, EVAS_CALLBACK_DEL, on_window_deleted, this);
     elm_theme_overlay_add(nullptr, theme_file().c_str());
     elm_config_finger_size_set(0);
+    correct_focus(window);
     elm_win_focus_highlight_enabled_set(window, EINA_TRUE);
     elm_win_focus_highlight_animate_set(window, EINA_TRUE);
     set_window_size();

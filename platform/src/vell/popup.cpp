@@ -64,6 +64,7 @@ void on_show(void* data, Evas*, Evas_Object* object, void*) {
     auto* const popup = static_cast<Popup*>(data);
     std::erase(open_popups(), popup);
     open_popups().push_back(popup);
+    elm_object_tree_focus_allow_set(object, EINA_TRUE);
     vell::point_weakly(popup->focused_before, elm_object_focused_object_get(object));
     vell::point_weakly(popup->focused, nullptr);
     // Elementary gives a popup that appears again the focus it had when it went (measured). That is done
@@ -90,6 +91,7 @@ void on_hide(void* data, Evas*, Evas_Object* object, void*) {
     evas_object_hide(vell::notification_of(object)); // first, or it keeps the focus
     if (was_open && popup->focused_before != nullptr)
         elm_object_focus_set(popup->focused_before, EINA_TRUE);
+    elm_object_tree_focus_allow_set(object, EINA_FALSE);
     // Hidden here rather than when the popup appears again, or they would get its focus twice then.
     for (Evas_Object* const item : items_of(*popup))
         evas_object_hide(item);
@@ -120,6 +122,8 @@ Size size_with_margins(std::span<Evas_Object* const> items) {
 
 /** Makes the popup's content a box that holds `item` in its whole, at the size that the item was given. */
 void set_content(Popup& popup, vell::Widget& item) {
+    if (item.holder == popup.box)
+        return;
     elm_box_clear(popup.box);
     vell::items_box_append(popup.box, item);
     vell::Manager::instance().show_later(item.object);
@@ -128,6 +132,12 @@ void set_content(Popup& popup, vell::Widget& item) {
 } // namespace
 
 namespace vell {
+
+bool is_in_front(const Evas_Object* widget) {
+    while (widget != nullptr && find(widget, Family::popup) == nullptr)
+        widget = elm_object_parent_widget_get(widget);
+    return widget == (open_popups().empty() ? nullptr : open_popups().back()->object);
+}
 
 void keep_focus_in_popup(void*, Evas_Object* widget, void*) {
     if (open_popups().empty())
@@ -155,6 +165,7 @@ Evas_Object* elm_vell_popup_add(Evas_Object* parent) {
     vell::correct_popup(object);
     evas_object_event_callback_add(object, EVAS_CALLBACK_SHOW, on_show, &popup);
     evas_object_event_callback_add(object, EVAS_CALLBACK_HIDE, on_hide, &popup);
+    elm_object_tree_focus_allow_set(object, EINA_FALSE); // also when its items are shown in a new theme
     return vell::adopt(object, vell::Family::popup);
 }
 
@@ -198,6 +209,8 @@ void elm_vell_popup_button_set(Evas_Object* popup, Evas_Object* button, int slot
     if (state == nullptr || vell::find(button, vell::Family::button) == nullptr)
         return;
     auto& buttons = state->buttons;
+    if (std::ranges::count(buttons, button) != 0)
+        return;
     const auto free_place =
         std::distance(buttons.begin(), std::find(buttons.begin(), buttons.end(), nullptr));
     const auto place = static_cast<std::size_t>(slot > 0 ? slot - 1 : free_place);

@@ -19,6 +19,7 @@
 #include <Elementary.h>
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <cstdlib>
 #include <gio/gio.h>
 #include <iostream>
@@ -75,7 +76,8 @@ void block_glib(int milliseconds, const std::string& pressed) {
 void start_timeout(int milliseconds) {
     const auto over = +[](gpointer data) -> gboolean {
         const auto waited = Clock::now() - *static_cast<Clock::time_point*>(data);
-        say("timeout after " + std::to_string(waited / std::chrono::milliseconds(1)));
+        say("timeout after " + std::to_string(waited / std::chrono::milliseconds(1)) + ", Ecore's clock " +
+            std::to_string(std::lround((ecore_time_get() - ecore_loop_time_get()) * 1000)) + " behind");
         return G_SOURCE_REMOVE;
     };
     const auto destroy = +[](gpointer data) {
