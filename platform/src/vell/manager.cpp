@@ -45,6 +45,7 @@ bool Manager::init(Evas_Object* window) {
     correct_focus(window);
     elm_win_focus_highlight_enabled_set(window, EINA_TRUE);
     elm_win_focus_highlight_animate_set(window, EINA_TRUE);
+    show_handler_ = show_under_any_manager(window);
     set_window_size();
     return std::filesystem::exists(theme_file());
 }
@@ -74,10 +75,7 @@ void Manager::set_window_size() {
     } else {
         elm_win_screen_size_get(window_, &x, &y, &width, &height);
         evas_object_move(window_, x, y);
-        if (has_window_manager(window_))
-            elm_win_fullscreen_set(window_, EINA_TRUE);
-        else
-            show_handler_ = do_without_window_manager(window_);
+        elm_win_fullscreen_set(window_, EINA_TRUE);
     }
     if (width <= 0 || height <= 0)
         return;
