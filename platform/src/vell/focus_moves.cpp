@@ -6,6 +6,7 @@
 #include "focus_moves.h"
 #include "focus_ring.h"
 #include "widget.h"
+#include "window_manager.h"
 
 namespace vell {
 namespace {
@@ -85,6 +86,11 @@ void give_up(Eo* window, void*) {
     evas_object_focus_set(window, EINA_TRUE); // it gets the keys, or none would move the focus again
 }
 
+void raise(Eo* window, void*) {
+    efl_gfx_stack_raise_to_top(efl_super(window, EFL_OBJECT_OVERRIDE_CLASS));
+    get_keyboard(window);
+}
+
 } // namespace
 
 void correct_focus(Evas_Object* window) {
@@ -93,7 +99,8 @@ void correct_focus(Evas_Object* window) {
     attach<Places>(window);
     EFL_OPS_DEFINE(
         operations, EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_move, reinterpret_cast<void*>(move)),
-        EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_pop_history_stack, reinterpret_cast<void*>(give_up)));
+        EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_pop_history_stack, reinterpret_cast<void*>(give_up)),
+        EFL_OBJECT_OP_FUNC(efl_gfx_stack_raise_to_top, reinterpret_cast<void*>(raise)));
     efl_object_override(window, &operations);
 }
 

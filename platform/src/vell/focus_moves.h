@@ -13,6 +13,8 @@ namespace vell {
  * - When a widget gives the focus up (`elm_object_focus_set` with false), nothing has it, and the next key
  *   that moves the focus brings it back there. Elementary gives it to another widget, which OK would then
  *   press.
+ * - A window that is raised gets the keyboard. Elementary leaves that to the window manager, and some raise
+ *   no window that does not ask for the keyboard too, and others give none.
  *
  * The focus ring glides along with every key that moves the focus.
  */

@@ -51,6 +51,7 @@ bool Manager::init(Evas_Object* window) {
     elm_config_finger_size_set(0);
     ring_the_focus(window);
     correct_focus(window);
+    show_handler_ = show_under_any_manager(window);
     set_window_size();
     return std::filesystem::exists(theme_file());
 }
@@ -80,10 +81,7 @@ void Manager::set_window_size() {
     } else {
         elm_win_screen_size_get(window_, &x, &y, &width, &height);
         evas_object_move(window_, x, y);
-        if (has_window_manager(window_))
-            elm_win_fullscreen_set(window_, EINA_TRUE);
-        else
-            show_handler_ = do_without_window_manager(window_);
+        elm_win_fullscreen_set(window_, EINA_TRUE);
     }
     if (width <= 0 || height <= 0)
         return;

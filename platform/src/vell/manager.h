@@ -50,7 +50,7 @@ private:
     double ratio_ = 1.0;
     std::vector<Evas_Object*> waiting_;
     Ecore_Job* show_job_ = nullptr;
-    Ecore_Event_Handler* show_handler_ = nullptr; /**< without a window manager */
+    Ecore_Event_Handler* show_handler_ = nullptr;
 };
 
 } // namespace vell
