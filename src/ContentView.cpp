@@ -1,12 +1,12 @@
 #include "ContentView.h"
 
+#include "GuardedCallback.h"
 #include "model/ncp_requester.h"
 #include "model/process_lifecycle.h"
 #include "model/util.h"
 
 #include <platform/vell.h>
 
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -27,7 +27,7 @@ void ContentView::setFocusAfterShowCb(void*, Evas*, Evas_Object* widget, void*) 
 }
 
 void ContentView::focusWhenShown(Evas_Object* widget) {
-    evas_object_event_callback_add(widget, EVAS_CALLBACK_SHOW, setFocusAfterShowCb, nullptr);
+    evas_object_event_callback_add(widget, EVAS_CALLBACK_SHOW, GUARDED(setFocusAfterShowCb), nullptr);
 }
 
 void ContentView::clearForStartPage() const {
@@ -59,10 +59,10 @@ bool ContentView::bringUpRadio(const LogOrigin& origin, Evas_Object* startButton
         kill_background_app();
         if (prepare_background_app() != 0)
             return true;
-    } catch (const std::runtime_error&) {
-        // The serial device did not appear: the report is written, the stack stopped and the main loop asked
-        // to end, and no exception may reach the toolkit that called.
-        return false;
+    } catch (const MissingDeviceError&) {
+        return false; // the report is written, the stack stopped and the main loop asked to end
+    } catch (...) {
+        logException(origin);
     }
     LOG_ERROR_AT(origin, "Failed to start child process");
     elm_vell_button_text_set(startButton, "Failed to start child process");

@@ -1,5 +1,6 @@
 #include "MainPageView.h"
 
+#include "GuardedCallback.h"
 #include "RXTestView.h"
 #include "TXTestView.h"
 #include "model/ncp_requester.h"
@@ -25,7 +26,7 @@ void MainPageView::createWindow() {
     elm_win_autodel_set(window, EINA_TRUE);
     elm_win_aux_hint_add(window, "wm.policy.win.zone.desk.layout.mode", "fullscreen");
     elm_win_alpha_set(window, EINA_TRUE);
-    evas_object_smart_callback_add(window, "delete,request", winDeleteRequestCb, nullptr);
+    evas_object_smart_callback_add(window, "delete,request", GUARDED(winDeleteRequestCb), nullptr);
     elm_vell_manager_init(window);
     elm_win_keygrab_set(window, redKey, 0, 0, 0, ELM_WIN_KEYGRAB_SHARED);
 }
@@ -88,8 +89,8 @@ void MainPageView::createMainPageHeader() {
     elm_vell_layout_align_set(row, 6);
     elm_vell_layout_item_gap_set(row, pixels(3.0));
     runPageStep(origin, [this, row] {
-        evas_object_smart_callback_add(createButton(row, "Exit", 16, 10), "pressed", exitAppBtnPressedCb,
-                                       this);
+        evas_object_smart_callback_add(createButton(row, "Exit", 16, 10), "pressed",
+                                       GUARDED(exitAppBtnPressedCb), this);
     });
     evas_object_geometry_set(row, 0, 0, pixels(44.0), pixels(13.0));
     elm_vell_header_content_set(header, row);
@@ -107,10 +108,10 @@ void MainPageView::createMainPageSubHeader() {
     elm_vell_object_size_min_set(row, pixels(90.0), pixels(24.0));
     runPageStep(origin, [this, row] {
         Evas_Object* const txTab = createButton(row, "TX Test", 30, 7);
-        evas_object_smart_callback_add(txTab, "pressed", subHeaderButtonPressedCb, this);
-        evas_object_event_callback_add(txTab, EVAS_CALLBACK_SHOW, setFocusAfterShowCb, nullptr);
+        evas_object_smart_callback_add(txTab, "pressed", GUARDED(subHeaderButtonPressedCb), this);
+        evas_object_event_callback_add(txTab, EVAS_CALLBACK_SHOW, GUARDED(setFocusAfterShowCb), nullptr);
         Evas_Object* const rxTab = createButton(row, "RX Test", 30, 7);
-        evas_object_smart_callback_add(rxTab, "pressed", subHeaderButtonPressedCb, this);
+        evas_object_smart_callback_add(rxTab, "pressed", GUARDED(subHeaderButtonPressedCb), this);
     });
     evas_object_geometry_set(row, 0, 0, pixels(100.0), pixels(9.0));
     elm_vell_subheader_content_set(header, row);
@@ -243,10 +244,10 @@ void MainPageView::createExitPopup() {
         exitPopup = createPopup(rootLayout, "Exit App");
         elm_vell_popup_message_set(exitPopup, "Do you want to exit ?", elm_vell_unit_to_pixel(45.0));
         Evas_Object* const yes = createPopupButton(exitPopup, "Yes");
-        evas_object_smart_callback_add(yes, "pressed", exitPopupYesPressedCb, this);
+        evas_object_smart_callback_add(yes, "pressed", GUARDED(exitPopupYesPressedCb), this);
         Evas_Object* const cancel = createPopupButton(exitPopup, "Cancel");
-        evas_object_smart_callback_add(cancel, "pressed", exitPopupCancelPressedCb, this);
-        evas_object_event_callback_add(cancel, EVAS_CALLBACK_SHOW, setFocusAfterShowCb, nullptr);
+        evas_object_smart_callback_add(cancel, "pressed", GUARDED(exitPopupCancelPressedCb), this);
+        evas_object_event_callback_add(cancel, EVAS_CALLBACK_SHOW, GUARDED(setFocusAfterShowCb), nullptr);
     });
 }
 

@@ -1,5 +1,6 @@
 #include "RXTestView.h"
 
+#include "GuardedCallback.h"
 #include "model/ncp_requester.h"
 
 #include <platform/vell.h>
@@ -42,7 +43,7 @@ void RXTestView::ShowTestPage() {
 
 void RXTestView::createRxTestStartButton() {
     runPageStep(LOG_ORIGIN(__func__), [this] {
-        startButton = addButton("Start RX Test", rxTestStartButtonPressedCb, this);
+        startButton = addButton("Start RX Test", GUARDED(rxTestStartButtonPressedCb), this);
         focusWhenShown(startButton);
     });
 }
@@ -54,12 +55,14 @@ void RXTestView::createReceivedPacketsLabel() {
 
 void RXTestView::createCountReceivedPacketsButton() {
     runPageStep(LOG_ORIGIN(__func__), [this] {
-        countReceivedPacketsButton = addButton("Count Received Packets", countReceivedPacketsCb, this);
+        countReceivedPacketsButton =
+            addButton("Count Received Packets", GUARDED(countReceivedPacketsCb), this);
     });
 }
 
 void RXTestView::createResetReceivedPacketCount() {
-    runPageStep(LOG_ORIGIN(__func__), [this] { addButton("Reset Count", resetReceivedPacketCountCb, this); });
+    runPageStep(LOG_ORIGIN(__func__),
+                [this] { addButton("Reset Count", GUARDED(resetReceivedPacketCountCb), this); });
 }
 
 void RXTestView::createChannelLabel() {
@@ -68,18 +71,18 @@ void RXTestView::createChannelLabel() {
 
 void RXTestView::createSetChannelButton() {
     runPageStep(LOG_ORIGIN(__func__), [this] {
-        setChannelButton = addButton("11", setChannelButtonPressedCb, this);
+        setChannelButton = addButton("11", GUARDED(setChannelButtonPressedCb), this);
         focusWhenShown(setChannelButton);
     });
 }
 
 void RXTestView::createStopButton() {
-    runPageStep(LOG_ORIGIN(__func__), [this] { addButton("Stop", stopButtonPressedCb, this); });
+    runPageStep(LOG_ORIGIN(__func__), [this] { addButton("Stop", GUARDED(stopButtonPressedCb), this); });
 }
 
 void RXTestView::createChannelPickerPopup() {
-    createPicker(LOG_ORIGIN(__func__), {"Zigbee TX Channel", 11, 26, channelSpinnerPressedCb}, channelPopup,
-                 channelSpinner, this);
+    createPicker(LOG_ORIGIN(__func__), {"Zigbee TX Channel", 11, 26, GUARDED(channelSpinnerPressedCb)},
+                 channelPopup, channelSpinner, this);
 }
 
 void RXTestView::rxTestStartButtonPressedCb(void* data, Evas_Object*, void*) {

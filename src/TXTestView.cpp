@@ -1,5 +1,6 @@
 #include "TXTestView.h"
 
+#include "GuardedCallback.h"
 #include "model/ncp_requester.h"
 
 #include <platform/vell.h>
@@ -35,7 +36,7 @@ void TXTestView::ShowTestPage() {
 
 void TXTestView::createTxTestStartButton() {
     runPageStep(LOG_ORIGIN(__func__), [this] {
-        startButton = addButton("Start TX Test", txTestStartButtonClickedCb, this);
+        startButton = addButton("Start TX Test", GUARDED(txTestStartButtonClickedCb), this);
         focusWhenShown(startButton);
     });
 }
@@ -46,7 +47,7 @@ void TXTestView::createPowerLabel() {
 
 void TXTestView::createSetPowerButton() {
     runPageStep(LOG_ORIGIN(__func__), [this] {
-        setPowerButton = addButton("Set Power", setPowerButtonPressedCb, this);
+        setPowerButton = addButton("Set Power", GUARDED(setPowerButtonPressedCb), this);
         focusWhenShown(setPowerButton);
     });
 }
@@ -56,26 +57,28 @@ void TXTestView::createChannelLabel() {
 }
 
 void TXTestView::createSetChannelButton() {
-    runPageStep(LOG_ORIGIN(__func__),
-                [this] { setChannelButton = addButton("Set Channel", setChannelButtonPressedCb, this); });
+    runPageStep(LOG_ORIGIN(__func__), [this] {
+        setChannelButton = addButton("Set Channel", GUARDED(setChannelButtonPressedCb), this);
+    });
 }
 
 void TXTestView::createStartStreamButton() {
     runPageStep(LOG_ORIGIN(__func__),
-                [this] { streamButton = addButton("Start Stream", streamButtonPressedCb, this); });
+                [this] { streamButton = addButton("Start Stream", GUARDED(streamButtonPressedCb), this); });
 }
 
 void TXTestView::createStopTestButton() {
-    runPageStep(LOG_ORIGIN(__func__), [this] { addButton("Stop Test", stopTestButtonPressedCb, this); });
+    runPageStep(LOG_ORIGIN(__func__),
+                [this] { addButton("Stop Test", GUARDED(stopTestButtonPressedCb), this); });
 }
 
 bool TXTestView::createPowerPickerPopup() {
-    return createPicker(LOG_ORIGIN(__func__), {"Zigbee TX Power", 0, 20, powerSpinnerPressedCb}, powerPopup,
-                        powerSpinner, this);
+    return createPicker(LOG_ORIGIN(__func__), {"Zigbee TX Power", 0, 20, GUARDED(powerSpinnerPressedCb)},
+                        powerPopup, powerSpinner, this);
 }
 
 bool TXTestView::createChannelPickerPopup() {
-    return createPicker(LOG_ORIGIN(__func__), {"Zigbee TX Channel", 11, 26, channelSpinnerPressedCb},
+    return createPicker(LOG_ORIGIN(__func__), {"Zigbee TX Channel", 11, 26, GUARDED(channelSpinnerPressedCb)},
                         channelPopup, channelSpinner, this);
 }
 

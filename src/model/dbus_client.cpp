@@ -1,5 +1,6 @@
 #include "model/dbus_client.h"
 
+#include "GuardedCallback.h"
 #include "Log.h"
 
 #include <algorithm>
@@ -69,7 +70,7 @@ bool DBusClient::init_dbus() {
 bool DBusClient::subscribe_signal() {
     subscription_id = g_dbus_connection_signal_subscribe(
         connection.get(), nullptr, service_interface, service_signal, service_object_path, nullptr,
-        G_DBUS_SIGNAL_FLAGS_NONE, signal_callback, this, nullptr);
+        G_DBUS_SIGNAL_FLAGS_NONE, GUARDED(signal_callback), this, nullptr);
     return subscription_id != 0;
 }
 

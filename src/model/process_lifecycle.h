@@ -22,7 +22,7 @@ void req_terminate_main_loop();
  *
  * @return 1 when all three were started, 0 when the relay link did not appear within 3 s; then `cpcd` and
  * `socat` are left running.
- * @throw std::runtime_error when the serial device did not appear within 3 s; the failure report is written,
+ * @throw MissingDeviceError when the serial device did not appear within 3 s; the failure report is written,
  * the stack stopped and the main loop asked to quit.
  */
 int prepare_background_app();

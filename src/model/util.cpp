@@ -6,10 +6,10 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <fstream>
 #include <memory>
-#include <stdexcept>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -20,9 +20,23 @@ constexpr useconds_t count_interval_microseconds = 300'000;
 constexpr int wait_attempts = 30;
 constexpr useconds_t wait_interval_microseconds = 100'000;
 
+// Keeps from the next program what would outlast the exec: every descriptor but the standard three, and the
+// signals that are ignored or blocked here, often by whoever launched this process. It runs in the child of a
+// process with other threads, whose locks may stay locked there, so all calls are async-signal-safe;
+// closefrom does its work without the kernel's close_range, too.
+void drop_inherited_state() {
+    closefrom(STDERR_FILENO + 1);
+    for (int number = 1; number < NSIG; ++number)
+        std::signal(number, SIG_DFL);
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
 pid_t fork_shell(const char* command_line) {
     const pid_t child = fork();
     if (child == 0) {
+        drop_inherited_state();
         execl("/bin/sh", "/bin/sh", "-c", command_line, nullptr);
         // Not exit: the exit handlers of the toolkit and the bus library belong to the parent.
         _exit(0);
@@ -119,7 +133,7 @@ int wait_condition(const std::string& path, bool make_report) {
         return 0;
     make_failure_report(message);
     req_terminate_main_loop();
-    throw std::runtime_error("wait condition error");
+    throw MissingDeviceError();
 }
 
 void make_failure_report(const std::string& message) {

@@ -1,11 +1,13 @@
 /**
  * Processes, files and waiting: small operations that block the calling thread.
  *
- * Command lines go to "/bin/sh -c" as they stand. Nothing remembers a started process: processes are found
- * again by their names.
+ * Command lines go to "/bin/sh -c" as they stand. Of this process a started one gets the environment, the
+ * working directory and the three standard descriptors; no signal is ignored or blocked in it. Nothing
+ * remembers a started process: processes are found again by their names.
  */
 #pragma once
 
+#include <stdexcept>
 #include <string>
 
 /**
@@ -33,13 +35,19 @@ void get_command_result(const std::string& process_name);
  * message. */
 void write_file(const std::string& path, const std::string& content);
 
+/** A device that the radio cannot be tested without did not appear. */
+class MissingDeviceError : public std::runtime_error {
+public:
+    MissingDeviceError() : std::runtime_error("wait condition error") {}
+};
+
 /**
  * Waits for a path to exist: at most 30 tests, 100 ms after each.
  *
  * @param make_report what a time-out does besides its message: when true, it writes the failure report, stops
  * the radio stack and asks the main loop to quit.
  * @return 1 when the path exists, 0 after a time-out without a report.
- * @throw std::runtime_error "wait condition error" after a time-out with a report.
+ * @throw MissingDeviceError after a time-out with a report.
  */
 int wait_condition(const std::string& path, bool make_report);
 

@@ -43,6 +43,7 @@ station::Plan read_plan(int argc, char** argv) {
     gchar** radio = nullptr;
     gchar** host = nullptr;
     gchar** command = nullptr;
+    gboolean no_window_manager = FALSE;
     gboolean logs = FALSE;
     int status_descriptor = -1;
     const auto entries = std::to_array<GOptionEntry>(
@@ -51,6 +52,7 @@ station::Plan read_plan(int argc, char** argv) {
          {"screen", 0, 0, G_OPTION_ARG_STRING, &screen, "an own screen, user or none", "WxH"},
          {"radio-option", 0, 0, G_OPTION_ARG_STRING_ARRAY, &radio, "an option of the radio module", "OPTION"},
          {"host-option", 0, 0, G_OPTION_ARG_STRING_ARRAY, &host, "an option of the NCP host", "OPTION"},
+         {"no-window-manager", 0, 0, G_OPTION_ARG_NONE, &no_window_manager, "on an own screen", nullptr},
          {"log-application", 0, 0, G_OPTION_ARG_NONE, &logs, "keep what the command writes off the terminal",
           nullptr},
          {"status-descriptor", 0, 0, G_OPTION_ARG_INT, &status_descriptor, "gets the status at the end", "N"},
@@ -62,6 +64,7 @@ station::Plan read_plan(int argc, char** argv) {
             .screen = taken(screen),
             .radio_options = taken(radio),
             .host_options = taken(host),
+            .has_window_manager = no_window_manager == FALSE,
             .logs_application = logs != FALSE,
             .status_descriptor = status_descriptor,
             .command = taken(command)};

@@ -48,7 +48,8 @@ void Television::start() {
     user_bus.wait_until_ready();
     if (screen != nullptr) {
         g_setenv("DISPLAY", (":" + screen->wait_until_ready()).c_str(), TRUE);
-        add_part("window_manager", {plan_.programs + "/window_manager"}).wait_until_ready();
+        if (plan_.has_window_manager)
+            add_part("window_manager", {plan_.programs + "/window_manager"}).wait_until_ready();
     }
     if (plan_.screen != "none" && g_file_test((plan_.programs + "/operator").c_str(), G_FILE_TEST_EXISTS))
         add_part("operator", {plan_.programs + "/operator"}).wait_until_ready();

@@ -21,8 +21,9 @@ struct Plan {
     std::string screen;                   /**< "WIDTHxHEIGHT" of an own screen, "user" or "none" */
     std::vector<std::string> radio_options;
     std::vector<std::string> host_options;
-    bool logs_application = false; /**< the command's output goes to application.log, not to the terminal */
-    int status_descriptor = -1;    /**< gets the status when the television has ended in order */
+    bool has_window_manager = true; /**< on an own screen */
+    bool logs_application = false;  /**< the command's output goes to application.log, not to the terminal */
+    int status_descriptor = -1;     /**< gets the status when the television has ended in order */
     std::vector<std::string> command;
 };
 

@@ -15,6 +15,8 @@ namespace {
 using namespace std::chrono_literals;
 using test::ProbeProcess;
 using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::IsEmpty;
 
 /** A settings folder of the test's own, which does not exist at first. */
 class Framework : public testing::Test {
@@ -209,9 +211,61 @@ TEST_P(Keys, KeyboardGivesRemoteControlKeysToEveryHandler) {
         probe.send(pressed);
         EXPECT_THAT(probe.lines_for(500ms), ElementsAre(in_evas, in_ecore));
     }
+    probe.send("down Right"); // the server repeats a key after 660 ms
+    EXPECT_GE(probe.lines_for(1s).size(), 8);
+    probe.send("up Right");
+    probe.lines_for(100ms);
+    probe.send("down Return");
+    EXPECT_THAT(probe.lines_for(1s), ElementsAre("evas key Return", "key Return Return"));
+    probe.send("up Return");
+    probe.lines_for(100ms);
 }
 
 INSTANTIATE_TEST_SUITE_P(WithAndWithoutAScreenReader, Keys, testing::Bool());
+
+TEST_F(Framework, AKeyPressedWhileTheScreenStandsStillReachesNobody) {
+    ProbeProcess probe({"window"});
+    ASSERT_NE(probe.await("app_control"), "");
+    probe.lines_for(1s);
+    const std::vector<std::string> reached{"evas key Return", "key Return Return"};
+    const std::vector<std::pair<std::string, std::vector<std::string>>> rows{
+        {"block 150 Return", {"blocking", "blocked", "evas key Return", "key Return Return"}},
+        {"block 400 Return", {"blocking", "blocked"}},
+        {"idle 400 Return", {"blocking", "blocked"}},
+        {"key F9", {"evas key F9", "key F9 F9", "blocking", "blocked"}},
+        {"key F9 Return", {"evas key F9", "key F9 F9", "blocking", "blocked"}}, // both wait in one queue
+    };
+    for (const auto& [command, printed] : rows) {
+        probe.send(command);
+        EXPECT_THAT(probe.lines_for(800ms), ElementsAreArray(printed)) << command;
+        probe.send("key Return");
+        EXPECT_THAT(probe.lines_for(300ms), ElementsAreArray(reached)) << "after " << command;
+    }
+}
+
+TEST_F(Framework, AKeyHeldWhileTheFocusGoesAndComesIsNeitherPressedAgainNorDead) {
+    ProbeProcess probe({"window"});
+    ASSERT_NE(probe.await("app_control"), "");
+    probe.lines_for(1s);
+    const auto release = [&probe] {
+        probe.send("up Return");
+        EXPECT_THAT(probe.lines_for(100ms), IsEmpty());
+    };
+    for (const bool released_meanwhile : {false, true}) {
+        probe.send("down Return");
+        EXPECT_NE(probe.await("key Return"), "");
+        probe.send("hide");
+        EXPECT_NE(probe.await("pause"), "");
+        if (released_meanwhile)
+            release();
+        probe.send("show");
+        EXPECT_NE(probe.await("resume"), "");
+        EXPECT_THAT(probe.lines_for(1s), IsEmpty()) << "a repetition of the held key was taken for a press";
+        release();
+        probe.send("key Return");
+        EXPECT_NE(probe.await("key Return", 1s), "") << "released meanwhile: " << released_meanwhile;
+    }
+}
 
 TEST_F(ScreenReader, BridgeFollowsAReaderThatComesLaterAndGoes) {
     set_screen_reader(false);

@@ -19,7 +19,8 @@ using testing::Le;
 struct View {
     const char* name;
     const char* language;
-    double share = 1.0;
+    double width = 1.0;
+    double height = 1.0;
 };
 
 /** x, y, width and height in layout units, written from the left. */
@@ -45,6 +46,11 @@ struct Language {
     test::SettingsFolder settings;
 };
 
+/** Where the page is in its window. */
+struct Page {
+    double x, y, unit;
+};
+
 /** All pages and popups at this process's screen size. */
 class Look : Language, public test::Pages, public testing::WithParamInterface<View> {
 protected:
@@ -53,7 +59,7 @@ protected:
 
     /** Makes the window smaller than the screen, where no window manager has a say. */
     void resize_window() {
-        if (GetParam().share == 1.0)
+        if (GetParam().width == 1.0 && GetParam().height == 1.0)
             return;
         auto* const display = static_cast<Display*>(ecore_x_display_get());
         const auto window = elm_win_xwindow_get(screen->window());
@@ -61,9 +67,13 @@ protected:
         attributes.override_redirect = True;
         XChangeWindowAttributes(display, window, CWOverrideRedirect, &attributes);
         const auto [x, y, width, height] = test::geometry(screen->window());
-        const int wanted = static_cast<int>(width * GetParam().share);
-        ecore_x_window_resize(window, wanted, static_cast<int>(height * GetParam().share));
-        EXPECT_TRUE(test::await([&] { return test::geometry(screen->window()).w == wanted; }));
+        const int wanted_width = static_cast<int>(width * GetParam().width);
+        const int wanted_height = static_cast<int>(height * GetParam().height);
+        ecore_x_window_resize(window, wanted_width, wanted_height);
+        EXPECT_TRUE(test::await([&] {
+            const Eina_Rectangle now = test::geometry(screen->window());
+            return now.w == wanted_width && now.h == wanted_height;
+        }));
     }
 
     /** Looks at what the screen shows now. */
@@ -91,15 +101,15 @@ protected:
     }
 
     void expect_at(const std::map<std::string, Units>& places) const {
-        const double unit = canvas().w / 240.0;
+        const auto [page_x, page_y, unit] = page();
         for (const auto& [seen, units] : places) {
             Evas_Object* const widget = screen->find(seen);
             ASSERT_NE(widget, nullptr) << seen;
             const auto [x, y, width, height] = test::geometry(widget);
             const double left = mirrored() ? 240 - units.x - units.width : units.x;
             constexpr double rounding_pixels = 4.0; // of the sizes that stand above each other, each
-            EXPECT_NEAR(x, left * unit, rounding_pixels) << seen;
-            EXPECT_NEAR(y, units.y * unit, rounding_pixels) << seen;
+            EXPECT_NEAR(x, page_x + left * unit, rounding_pixels) << seen;
+            EXPECT_NEAR(y, page_y + units.y * unit, rounding_pixels) << seen;
             EXPECT_NEAR(width, units.width * unit, rounding_pixels) << seen;
             EXPECT_NEAR(height, units.height * unit, rounding_pixels) << seen;
         }
@@ -107,13 +117,13 @@ protected:
 
     /** The title and the labels begin where their page does, on the side from which it is read. */
     void expect_texts_at_their_start() const {
-        const double unit = canvas().w / 240.0;
+        const auto [page_x, page_y, unit] = page();
         auto texts = test::drawn_texts(screen->window());
         std::erase_if(texts,
                       [](const auto& text) { return !text.text.ends_with(": ") && text.text != " Velmora"; });
         EXPECT_EQ(texts.size(), 3U);
         for (const auto& text : texts) {
-            const double start = (text.text == " Velmora" ? 15 : 19) * unit;
+            const double start = page_x + (text.text == " Velmora" ? 15 : 19) * unit;
             EXPECT_NEAR(mirrored() ? canvas().w - text.place.x - text.place.w : text.place.x, start, 2 * unit)
                 << text.text;
         }
@@ -155,6 +165,13 @@ private:
                 EXPECT_FALSE(test::overlap(place, test::geometry(screen->find(seen[j]))))
                     << seen[i] << " and " << seen[j];
         }
+    }
+
+    /** 240 x 135 units in the window's middle. */
+    [[nodiscard]] Page page() const {
+        const Eina_Rectangle window = canvas();
+        const double unit = std::min(window.w / 240.0, window.h / 135.0);
+        return {(window.w - 240 * unit) / 2, (window.h - 135 * unit) / 2, unit};
     }
 
     [[nodiscard]] Eina_Rectangle canvas() const {
@@ -231,7 +248,8 @@ TEST_P(Look, KeepsItsStatesWhenTheLanguageChanges) {
 
 INSTANTIATE_TEST_SUITE_P(Views, Look,
                          testing::Values(View{"FromTheLeft", "en_GB"}, View{"FromTheRight", "ar_AE"},
-                                         View{"FromTheRightInAWindow", "he_IL", 2.0 / 3}),
+                                         View{"FromTheRightInAWideWindow", "he_IL", 1.0, 3.0 / 4},
+                                         View{"FromTheLeftInATallWindow", "en_GB", 2.0 / 3, 1.0}),
                          [](const auto& test) { return test.param.name; });
 
 } // namespace

@@ -1,10 +1,12 @@
 #include "support/pages.h"
 
 #include "model/util.h"
+#include "support/sleep_recorder.h"
 
 #include <cstdlib>
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <system_error>
 
 namespace {
 
@@ -58,6 +60,17 @@ TEST_P(StartPage, WithoutTheRelayItSaysSoAndKeepsThePickers) {
     expect_only_an_arrow_to_bring_the_focus_back("Failed to start child process");
     screen->press("Return"); // starts it all the same
     EXPECT_THAT(content(), ElementsAre("Please Wait..."));
+}
+
+TEST_P(StartPage, AnUnforeseenErrorIsLoggedAndAFailedStart) {
+    activate(GetParam());
+    {
+        const SleepRecorder fault( // in the wait for the relay, which has only just been started
+            [](std::size_t) { throw std::system_error(EAGAIN, std::generic_category(), "unforeseen"); });
+        activate(start());
+    }
+    EXPECT_THAT(content(), ElementsAre("Failed to start child process"));
+    EXPECT_THAT(log.text(), testing::HasSubstr("> ended with an exception: unforeseen: Resource"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Tests, StartPage, testing::Values("TX Test", "RX Test"),

@@ -8,9 +8,6 @@ namespace vell {
 void PrintTo(const Area& area, std::ostream* out) { // NOLINT(readability-identifier-naming)
     *out << '{' << area.x << ',' << area.y << ' ' << area.width << 'x' << area.height << '}';
 }
-bool operator==(const Area& one, const Area& other) {
-    return one.x == other.x && one.y == other.y && one.width == other.width && one.height == other.height;
-}
 } // namespace vell
 
 namespace {

@@ -1,3 +1,4 @@
+#include "support/canvas.h"
 #include "support/settings_folder.h"
 #include "support/toolkit_window.h"
 
@@ -107,6 +108,7 @@ TEST_F(ToolkitWidget, SpinnerStepsWithinItsLimitsAndItsCallbacksSeeTheShownValue
     Evas_Object* const spinner = elm_vell_spinner_add(page);
     Evas_Object* const native = elm_vell_spinner_native_get(spinner);
     elm_vell_layout_item_append(page, spinner, 200, 80);
+    Evas_Object* const other = add_button("other");
     elm_spinner_min_max_set(native, 11, 13);
     elm_spinner_step_set(native, 1.0);
     settle();
@@ -129,13 +131,38 @@ TEST_F(ToolkitWidget, SpinnerStepsWithinItsLimitsAndItsCallbacksSeeTheShownValue
         screen->press(key);
     EXPECT_EQ(keys, "Left12 Up13 Right12 ");
     EXPECT_EQ(screen->focused(), "[12]");
+
+    // With the mouse, still mirrored; a press on the number is Return, whatever had the focus.
+    elm_object_focus_set(other, EINA_TRUE);
+    keys.clear();
+    const auto value_after = [&](const std::string& clicked, int times = 1) {
+        for (const auto& text : test::drawn_texts(screen->window()))
+            if (text.text == clicked)
+                for (int time = 0; time < times; ++time)
+                    screen->click(text.place);
+        return std::lround(elm_spinner_value_get(native));
+    };
+    EXPECT_EQ(value_after("\u2039"), 13); // the arrow to the left, where more is now
+    EXPECT_EQ(value_after("\u2039"), 13);
+    EXPECT_EQ(value_after("\u203A", 3), 11);
+    screen->wheel(-1);
+    EXPECT_EQ(value_after("12", 2), 12);
+    EXPECT_EQ(keys, "Return12 Return12 ");
+    EXPECT_EQ(screen->focused(), "[12]");
+    screen->wheel(10);
+    EXPECT_EQ(value_after("11"), 11);
+    EXPECT_EQ(keys, "Return12 Return12 Return11 ");
+    elm_object_disabled_set(spinner, EINA_TRUE);
+    screen->wheel(-1);
+    EXPECT_EQ(value_after("\u2039"), 11);
 }
 
-TEST_F(ToolkitWidget, UnitIsTheWindowsWidthBy240) {
+TEST_F(ToolkitWidget, UnitFits240TimesIntoTheWindowsWidthAnd135TimesIntoItsHeight) {
     EXPECT_EQ(elm_vell_unit_to_pixel(240.0), 1280);
     EXPECT_EQ(elm_vell_unit_to_pixel(10.0), 53); // 53.3
     EXPECT_EQ(elm_vell_unit_to_pixel(0.0), 0);
-    for (const auto& [setting, width] : {std::pair("960x540", 960), std::pair("wide", 1280)}) {
+    for (const auto& [setting, width] : {std::pair("960x540", 960), std::pair("1280x540", 960),
+                                         std::pair("480x720", 480), std::pair("wide", 1280)}) {
         const test::SettingsFolder settings(std::string("[screen]\nsize=") + setting + "\n");
         close_window();
         open_window();
@@ -153,8 +180,8 @@ TEST_F(ToolkitWidget, PageKeepsItsProportionsWhenTheWindowIsResized) {
     };
     const Eina_Rectangle expected = place_button();
     EXPECT_EQ(expected.x, 1280 - 80 - 320);
-    // A smaller window, which the window manager then gives the whole screen.
-    const test::SettingsFolder settings("[screen]\nsize=960x540\n");
+    // A smaller window of another shape, which the window manager then gives the whole screen.
+    const test::SettingsFolder settings("[screen]\nsize=1000x540\n");
     close_window();
     open_window();
     ASSERT_TRUE(test::await([this] { return geometry(root).w == 1280; }));

@@ -191,6 +191,16 @@ TEST_F(DBusClientTest, EventsAreLoggedWithoutListenersAndNeverUnpackedBlindly) {
     EXPECT_EQ(log.messages_of("dbus_client.cpp: signal_callback").back(), "pDBusClient is NULL");
 }
 
+TEST_F(DBusClientTest, ExceptionOfAListenerGoesToTheLogAndNoFurther) {
+    client.Init();
+    client.RegisterDBusSignalCB(
+        "ncp_event", [](const std::string& text, void*) { throw std::runtime_error("not " + text); },
+        nullptr);
+    service.emit("ncp_event", "('ready',)");
+    EXPECT_EQ(log.messages().back(),
+              "E dbus_client.cpp: signal_callback > ended with an exception: not ready");
+}
+
 TEST_F(DBusClientTest, DeinitEndsDeliveryAndKeepsTheRegistry) {
     client.Init();
     client.RegisterDBusSignalCB("ncp_event", note<1>, &notes);

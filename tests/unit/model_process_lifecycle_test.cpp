@@ -123,7 +123,7 @@ TEST_F(RadioStackTest, StopsTheProgramsInReverseOrder) {
 
 TEST_F(RadioStackTest, MissingSerialDeviceIsAnError) {
     EXPECT_THAT([] { prepare_background_app(); },
-                testing::ThrowsMessage<std::runtime_error>("wait condition error"));
+                testing::ThrowsMessage<MissingDeviceError>("wait condition error"));
     EXPECT_EQ(log.messages_of("util.cpp: exec_app").size(), 0);
 }
 

@@ -105,6 +105,23 @@ TEST_F(UtilTest, ShellThatCannotBeExecutedEndsWithStatusZero) {
     EXPECT_TRUE(succeeds_without(SYS_execve, SYS_execveat, [] { return exec_shell("exit 1") == 0; }));
 }
 
+TEST_F(UtilTest, StartedProgramGetsItsStandardDescriptorsAndNothingElse) {
+    put_file(folder / "here", "");
+    const std::string told = (folder / "told").string();
+    for (const unsigned refused : {unsigned{SYS_vhangup}, unsigned{SYS_close_range}}) {
+        EXPECT_TRUE(succeeds_without(refused, refused, [&] {
+            sigset_t blocked;
+            sigemptyset(&blocked);
+            sigaddset(&blocked, SIGTERM);
+            sigprocmask(SIG_BLOCK, &blocked, nullptr);
+            std::signal(SIGHUP, SIG_IGN);
+            return dup(STDERR_FILENO) > STDERR_FILENO &&
+                   exec_shell(("(ls /proc/$$/fd; grep Sig[BI] /proc/self/status) > " + told).c_str()) == 0;
+        }));
+        EXPECT_EQ(content_of(told), "0\n1\n2\nSigBlk:\t0000000000000000\nSigIgn:\t0000000000000000\n");
+    }
+}
+
 TEST_F(UtilTest, CountingEndsAtExactlyZero) {
     struct Case {
         std::string answer; // for printf

@@ -2,8 +2,9 @@
  * The television's widget toolkit.
  *
  * Every handle is an Elementary object in the toolkit's theme, so plain Elementary calls work on it. Sizes
- * are pixels, made from layout units with `elm_vell_unit_to_pixel`; a unit is 1/240 of the window's width. A
- * call on a null handle, or on a handle that another family made, does nothing.
+ * are pixels, made from layout units with `elm_vell_unit_to_pixel`; a unit is 1/240 of the window's width or
+ * 1/135 of its height, whichever is smaller, and the page stands in the window's middle. A call on a null
+ * handle, or on a handle that another family made, does nothing.
  *
  * An item appended to a layout is shown when the layout is next rendered: at `elm_vell_root_layout_render`,
  * later at the end of the current turn of the main loop. A show callback connected after the append therefore
@@ -64,7 +65,7 @@ void elm_vell_bg_grid_show(Evas_Object* background, int shown);
 /** Makes a layout; null when it cannot be made. */
 Evas_Object* elm_vell_layout_add(Evas_Object* parent);
 
-/** Marks (1) the layout as the root of its window. */
+/** Marks (1) the layout as the root of its window: its items share 240 x 135 units in its middle. */
 void elm_vell_root_layout_set(Evas_Object* layout, int root);
 
 /** Lays the root layout and all below it out at once and shows what was appended. */
@@ -161,7 +162,8 @@ void elm_vell_button_zoom_set(Evas_Object* button, int percent);
  *
  * It holds the focus itself. Up and Right step the value up, Down and Left down (Left and Right change places
  * when mirrored), and it stops at the limits. Every other key changes nothing. Key-down callbacks set on it
- * see every key press, with the value that the screen shows.
+ * see every key press, with the value that the screen shows. With the mouse, its arrows and the wheel step,
+ * and a press on the number is Return.
  */
 Evas_Object* elm_vell_spinner_add(Evas_Object* parent);
 

@@ -4,10 +4,12 @@
 #include "event_handlers.h"
 #include "glib_loop.h"
 #include "guarded_call.h"
+#include "held_keys.h"
 #include "keys.h"
 #include "language.h"
 #include "session_bus.h"
 #include "single_instance.h"
+#include "still_picture.h"
 #include "visibility.h"
 
 #include <Efreet.h>
@@ -99,11 +101,13 @@ private:
 int run(const Application& application, GDBusConnection* session_bus) {
     const GlibLoop glib_loop;
     const RemoteControlKeys keys;
+    const StillPicture still_picture;
     const Accessibility accessibility(session_bus);
     MainLoop::instance().forget_request();
     {
         const LanguageWatch language([] { EventHandlers::instance().deliver(EventType::language_changed); });
         const Visibility visibility([&application](bool visible) { application.set_visible(visible); });
+        const HeldKeys held_keys; // Ecore X has event types only after Visibility
         if (!application.create())
             return application_create_failed;
         application.launch();

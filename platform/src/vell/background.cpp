@@ -12,6 +12,7 @@ Evas_Object* grid_add(Evas_Object* background) {
     constexpr int step = 10;
     constexpr int faint = 24;
     elm_grid_size_set(grid, columns, rows);
+    evas_object_size_hint_aspect_set(grid, EVAS_ASPECT_CONTROL_BOTH, columns, rows); // the page's area
     const auto add_line = [grid](int x, int y, int width, int height) {
         Evas_Object* const line = evas_object_rectangle_add(evas_object_evas_get(grid));
         evas_object_color_set(line, faint, faint, faint, faint);

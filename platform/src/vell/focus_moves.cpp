@@ -4,7 +4,9 @@
 #include <Efl_Ui.h>
 
 #include "focus_moves.h"
+#include "focus_ring.h"
 #include "widget.h"
+#include "window_manager.h"
 
 namespace vell {
 namespace {
@@ -57,7 +59,7 @@ Efl_Ui_Focus_Object* take_up_again(Eo* window, Places& places) {
     return efl_ui_focus_manager_focus_get(window);
 }
 
-Efl_Ui_Focus_Object* move(Eo* window, void*, Efl_Ui_Focus_Direction direction) {
+Efl_Ui_Focus_Object* move_focus(Eo* window, Efl_Ui_Focus_Direction direction) {
     auto& places = *attached<Places>(window);
     Eo* const focused = efl_ui_focus_manager_focus_get(window);
     if (focused == nullptr)
@@ -72,10 +74,21 @@ Efl_Ui_Focus_Object* move(Eo* window, void*, Efl_Ui_Focus_Direction direction) {
     return moved_to;
 }
 
+Efl_Ui_Focus_Object* move(Eo* window, void*, Efl_Ui_Focus_Direction direction) {
+    Efl_Ui_Focus_Object* const moved_to = move_focus(window, direction);
+    glide_to_focus(window);
+    return moved_to;
+}
+
 void give_up(Eo* window, void*) {
     point_weakly(attached<Places>(window)->given_up, efl_ui_focus_manager_focus_get(window));
     efl_ui_focus_manager_reset_history(window);
     evas_object_focus_set(window, EINA_TRUE); // it gets the keys, or none would move the focus again
+}
+
+void raise(Eo* window, void*) {
+    efl_gfx_stack_raise_to_top(efl_super(window, EFL_OBJECT_OVERRIDE_CLASS));
+    get_keyboard(window);
 }
 
 } // namespace
@@ -86,7 +99,8 @@ void correct_focus(Evas_Object* window) {
     attach<Places>(window);
     EFL_OPS_DEFINE(
         operations, EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_move, reinterpret_cast<void*>(move)),
-        EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_pop_history_stack, reinterpret_cast<void*>(give_up)));
+        EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_pop_history_stack, reinterpret_cast<void*>(give_up)),
+        EFL_OBJECT_OP_FUNC(efl_gfx_stack_raise_to_top, reinterpret_cast<void*>(raise)));
     efl_object_override(window, &operations);
 }
 

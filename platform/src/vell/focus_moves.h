@@ -9,10 +9,14 @@ namespace vell {
  * Corrects where Elementary takes a window's focus, once for the window:
  *
  * - A key to the side with nothing beside the focus leaves it where it is. Elementary takes the nearest of
- * all widgets that way, which for one in the page's middle may well be another page's tab.
+ *   all widgets that way, which for one in the page's middle may well be another page's tab.
  * - When a widget gives the focus up (`elm_object_focus_set` with false), nothing has it, and the next key
- * that moves the focus brings it back there. Elementary gives it to another widget, which OK would then
- * press.
+ *   that moves the focus brings it back there. Elementary gives it to another widget, which OK would then
+ *   press.
+ * - A window that is raised gets the keyboard. Elementary leaves that to the window manager, and some raise
+ *   no window that does not ask for the keyboard too, and others give none.
+ *
+ * The focus ring glides along with every key that moves the focus.
  */
 void correct_focus(Evas_Object* window);
 

@@ -29,7 +29,7 @@ void items_box_append(Evas_Object* box, Widget& widget);
 /** Has the box place its items anew before the next frame. */
 void items_box_changed(Evas_Object* box);
 
-/** What an item asks of its holder now: sizes at the window's present width, content measured. */
+/** What an item asks of its holder now: sizes at the window's present size, content measured. */
 ItemRequest current_request(Evas_Object* item);
 
 } // namespace vell

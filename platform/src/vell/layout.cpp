@@ -14,6 +14,7 @@ struct Layout {
     static constexpr const char* key = "vell/layout";
     Evas_Object* box = nullptr;
     Arrangement arrangement;
+    bool is_root = false;
 };
 
 Arrangement current_arrangement(const Layout& layout) {
@@ -78,15 +79,19 @@ Evas_Object* elm_vell_layout_add(Evas_Object* parent) {
     auto& layout = vell::attach<Layout>(object);
     layout.box =
         vell::items_box_add(object, [&layout](const vell::Area& area, std::span<Evas_Object* const> items) {
-            return vell::place(area, vell::current_arrangement(layout), vell::requests(items));
+            return vell::place(layout.is_root ? vell::Manager::instance().page_area(area) : area,
+                               vell::current_arrangement(layout), vell::requests(items));
         });
     elm_object_part_content_set(object, "vell.items", layout.box);
     return vell::adopt(object, vell::Family::layout);
 }
 
 void elm_vell_root_layout_set(Evas_Object* layout, int root) {
-    if (attached<Layout>(layout) != nullptr)
-        evas_object_data_set(layout, "vell/root", root != 0 ? layout : nullptr);
+    auto* const state = attached<Layout>(layout);
+    if (state == nullptr)
+        return;
+    state->is_root = root != 0;
+    vell::items_box_changed(state->box);
 }
 
 void elm_vell_root_layout_render(Evas_Object* layout) {

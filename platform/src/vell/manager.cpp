@@ -1,6 +1,7 @@
 #include "manager.h"
 
 #include "focus_moves.h"
+#include "focus_ring.h"
 #include "window_manager.h"
 
 #include "../services/settings_file.h"
@@ -15,9 +16,15 @@
 namespace vell {
 namespace {
 
-constexpr double units_across_window = 240.0;
+constexpr double page_units_across = 240.0;
+constexpr double page_units_down = 135.0;
 /** The theme is drawn for a window 1920 pixels wide. */
 constexpr double theme_pixels_per_unit = 8.0;
+
+/** Pixels of a layout unit in a window of this size: a page of 16:9 fits into it. */
+double unit_in(const Size& window) {
+    return std::min(window.width / page_units_across, window.height / page_units_down);
+}
 
 /** The theme lies beside the program: ../share/tv-platform/vell.edj from its folder. */
 std::filesystem::path theme_file() {
@@ -42,9 +49,9 @@ bool Manager::init(Evas_Object* window) {
     evas_object_event_callback_add(window, EVAS_CALLBACK_DEL, on_window_deleted, this);
     elm_theme_overlay_add(nullptr, theme_file().c_str());
     elm_config_finger_size_set(0);
+    ring_the_focus(window);
     correct_focus(window);
-    elm_win_focus_highlight_enabled_set(window, EINA_TRUE);
-    elm_win_focus_highlight_animate_set(window, EINA_TRUE);
+    show_handler_ = show_under_any_manager(window);
     set_window_size();
     return std::filesystem::exists(theme_file());
 }
@@ -74,25 +81,29 @@ void Manager::set_window_size() {
     } else {
         elm_win_screen_size_get(window_, &x, &y, &width, &height);
         evas_object_move(window_, x, y);
-        if (has_window_manager(window_))
-            elm_win_fullscreen_set(window_, EINA_TRUE);
-        else
-            show_handler_ = do_without_window_manager(window_);
+        elm_win_fullscreen_set(window_, EINA_TRUE);
     }
     if (width <= 0 || height <= 0)
         return;
-    unit_ = width / units_across_window;
-    set_scale(width);
+    unit_ = unit_in({width, height});
+    set_scale({width, height});
     evas_object_resize(window_, width, height);
 }
 
-void Manager::set_scale(int window_width) {
-    const double unit_now = window_width / units_across_window;
+void Manager::set_scale(const Size& window) {
+    const double unit_now = unit_in(window);
     ratio_ = unit_now / unit_;
     elm_config_scale_set(unit_now / theme_pixels_per_unit);
 }
 
 int Manager::rescaled(int pixels) const { return static_cast<int>(std::lround(pixels * ratio_)); }
+
+Area Manager::page_area(const Area& window) const {
+    const double unit_now = unit_ * ratio_;
+    const int width = static_cast<int>(std::lround(page_units_across * unit_now));
+    const int height = static_cast<int>(std::lround(page_units_down * unit_now));
+    return {window.x + (window.width - width) / 2, window.y + (window.height - height) / 2, width, height};
+}
 
 ItemRequest Manager::rescaled(ItemRequest request) const {
     for (Size* const size : {&request.given, &request.minimum})
@@ -127,10 +138,10 @@ void Manager::forget_waiting(Evas_Object* object) {
 }
 
 void Manager::on_window_resized(void* data, Evas*, Evas_Object* window, void*) {
-    int width = 0;
-    evas_object_geometry_get(window, nullptr, nullptr, &width, nullptr);
-    if (width > 0)
-        static_cast<Manager*>(data)->set_scale(width);
+    Size size;
+    evas_object_geometry_get(window, nullptr, nullptr, &size.width, &size.height);
+    if (size.width > 0 && size.height > 0)
+        static_cast<Manager*>(data)->set_scale(size);
 }
 
 void Manager::on_window_deleted(void* data, Evas*, Evas_Object*, void*) {

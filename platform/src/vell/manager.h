@@ -21,9 +21,12 @@ public:
     /** Pixels of a layout unit at the size the window had when the toolkit was readied for it. */
     [[nodiscard]] double unit() const { return unit_; }
 
-    /** What a size in pixels, made from units earlier, is at the window's present width. */
+    /** What a size in pixels, made from units earlier, is at the window's present size. */
     [[nodiscard]] int rescaled(int pixels) const;
     [[nodiscard]] ItemRequest rescaled(ItemRequest request) const;
+
+    /** The page's area: 240 x 135 units in the middle of the window's area. */
+    [[nodiscard]] Area page_area(const Area& window) const;
 
     /** Shows an object when the layout is next rendered, at the latest at the end of this main-loop turn. */
     void show_later(Evas_Object* object);
@@ -39,7 +42,7 @@ private:
     static void on_waiting_deleted(void* data, Evas* canvas, Evas_Object* object, void* event);
 
     void set_window_size();
-    void set_scale(int window_width);
+    void set_scale(const Size& window);
     void forget_waiting(Evas_Object* object);
 
     Evas_Object* window_ = nullptr;
@@ -47,7 +50,7 @@ private:
     double ratio_ = 1.0;
     std::vector<Evas_Object*> waiting_;
     Ecore_Job* show_job_ = nullptr;
-    Ecore_Event_Handler* show_handler_ = nullptr; /**< without a window manager */
+    Ecore_Event_Handler* show_handler_ = nullptr;
 };
 
 } // namespace vell

@@ -12,6 +12,8 @@ struct Area {
     int y = 0;
     int width = 0;
     int height = 0;
+
+    bool operator==(const Area&) const = default;
 };
 
 /** A size in pixels. */

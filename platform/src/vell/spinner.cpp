@@ -46,6 +46,13 @@ int steps(std::string_view key) {
     return 0;
 }
 
+void step(Evas_Object* spinner, int count) {
+    if (elm_object_disabled_get(spinner) != EINA_FALSE)
+        return;
+    elm_spinner_value_set(spinner, elm_spinner_value_get(spinner) + count * elm_spinner_step_get(spinner));
+    show_limits(nullptr, spinner, nullptr);
+}
+
 /**
  * The toolkit's own keys, before Elementary's: Elementary would open a text entry on Return. A held event is
  * left alone by Elementary and still reaches the key callbacks set on the spinner.
@@ -55,11 +62,25 @@ void on_key(void*, Evas*, Evas_Object* spinner, void* event_information) {
     event->event_flags = static_cast<Evas_Event_Flags>(event->event_flags | EVAS_EVENT_FLAG_ON_HOLD);
     if (event->key == nullptr)
         return;
-    if (const int count = steps(event->key); count != 0) {
-        elm_spinner_value_set(spinner,
-                              elm_spinner_value_get(spinner) + count * elm_spinner_step_get(spinner));
-        show_limits(nullptr, spinner, nullptr);
-    }
+    if (const int count = steps(event->key); count != 0)
+        step(spinner, count);
+}
+
+// Elementary itself steps with the mouse's wheel.
+
+void on_less(void*, Evas_Object* spinner, const char*, const char*) { step(spinner, -1); }
+
+void on_more(void*, Evas_Object* spinner, const char*, const char*) { step(spinner, 1); }
+
+/** The key callbacks set on the spinner get OK as from the remote control. */
+void on_number(void*, Evas_Object* spinner, const char*, const char*) {
+    elm_object_focus_set(spinner, EINA_TRUE);
+    if (elm_object_focus_get(spinner) == EINA_FALSE)
+        return;
+    Evas* const canvas = evas_object_evas_get(spinner);
+    const auto now = static_cast<unsigned>(ecore_loop_time_get() * 1000.0);
+    evas_event_feed_key_down(canvas, "Return", "Return", "\n", nullptr, now, nullptr);
+    evas_event_feed_key_up(canvas, "Return", "Return", "\n", nullptr, now, nullptr);
 }
 
 void on_show(void*, Evas*, Evas_Object* spinner, void*) { show_limits(nullptr, spinner, nullptr); }
@@ -77,6 +98,9 @@ Evas_Object* elm_vell_spinner_add(Evas_Object* parent) {
     elm_object_focus_allow_set(spinner, EINA_TRUE);
     evas_object_event_callback_priority_add(spinner, EVAS_CALLBACK_KEY_DOWN, EVAS_CALLBACK_PRIORITY_BEFORE,
                                             on_key, nullptr);
+    elm_layout_signal_callback_add(spinner, "mouse,clicked,1", "less", on_less, nullptr);
+    elm_layout_signal_callback_add(spinner, "mouse,clicked,1", "more", on_more, nullptr);
+    elm_layout_signal_callback_add(spinner, "mouse,clicked,1", "number", on_number, nullptr);
     evas_object_event_callback_add(spinner, EVAS_CALLBACK_SHOW, on_show, nullptr);
     evas_object_smart_callback_add(spinner, "changed", show_limits, nullptr);
     evas_object_smart_callback_add(spinner, "theme,changed", show_limits, nullptr); // so does mirroring

@@ -1,19 +1,18 @@
-/** What a window needs on a screen without a window manager. */
+/** The window on a screen with whatever window manager, or with none. */
 #pragma once
 
 #include <Elementary.h>
 
 namespace vell {
 
-/** Whether a window manager runs on the window's screen; true where there is no X server to ask. */
-bool has_window_manager(Evas_Object* window);
-
 /**
- * Lets the window do without a window manager: Elementary draws no window that nobody manages (measured), so
- * it is taken out of management and takes the keyboard when it appears.
+ * Has the window drawn, and gives it the keyboard, whenever it appears.
  *
- * @return the handler to delete with the window.
+ * @return the handler to delete with the window; null where there is no X server.
  */
-Ecore_Event_Handler* do_without_window_manager(Evas_Object* window);
+Ecore_Event_Handler* show_under_any_manager(Evas_Object* window);
+
+/** Has the window get the keyboard: the window manager gives it, or the window takes it. */
+void get_keyboard(Evas_Object* window);
 
 } // namespace vell

@@ -2,14 +2,16 @@
  * An application under the framework that prints what happens to it, one line each, and does what standard
  * input says:
  *
- *   key NAME       presses and releases a key of the keyboard      block MS     keeps the main loop busy
+ *   key NAME NAME  presses and releases one or two keys of the keyboard
+ *   down NAME      presses a key and holds it                      up NAME        lets it go
+ *   block MS NAME  keeps Ecore busy, with a key pressed meanwhile   idle MS NAME   keeps GLib busy likewise
  *   cover          covers the whole screen                         uncover      takes the cover away
  *   hide, show     the window                                      timeout MS   waits with a GLib time-out
  *   quit           asks the framework to end                       exit         elm_exit
  *   bridge         tells whether the accessibility bridge is on
  *
  * Arguments: `window` opens one, `quit` and `throw` happen in create, `refuse` makes create answer false,
- * `bridge` switches the accessibility bridge on.
+ * `bridge` switches the accessibility bridge on. What F9 does takes 400 ms, with Return pressed meanwhile.
  */
 #include "platform/application.h"
 
@@ -46,11 +48,29 @@ void say(const std::string& line) { std::cout << line << std::endl; }
 
 Probe& probe_of(void* data) { return *static_cast<Probe*>(data); }
 
-void block(int milliseconds) {
+void press(const std::string& name) {
+    if (name.empty())
+        return;
+    ecore_x_test_fake_key_press(name.c_str());
+    ecore_x_sync();
+}
+
+void block(int milliseconds, const std::string& pressed = "") {
     say("blocking");
+    press(pressed);
     for (const auto end = Clock::now() + std::chrono::milliseconds(milliseconds); Clock::now() < end;)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     say("blocked");
+}
+
+void block_glib(int milliseconds, const std::string& pressed) {
+    using Arguments = std::pair<int, std::string>;
+    const auto idle = +[](gpointer data) -> gboolean {
+        const std::unique_ptr<Arguments> arguments(static_cast<Arguments*>(data));
+        block(arguments->first, arguments->second);
+        return G_SOURCE_REMOVE;
+    };
+    g_idle_add(idle, std::make_unique<Arguments>(milliseconds, pressed).release());
 }
 
 void start_timeout(int milliseconds) {
@@ -80,11 +100,19 @@ void obey(Probe& probe, const std::string& line) {
     std::istringstream words(line);
     std::string command;
     std::string name;
-    words >> command >> name;
+    std::string key;
+    words >> command >> name >> key;
     if (command == "key")
-        ecore_x_test_fake_key_press(name.c_str());
+        for (const auto& pressed : {name, key})
+            press(pressed);
+    else if (command == "down")
+        ecore_x_test_fake_key_down(name.c_str());
+    else if (command == "up")
+        ecore_x_test_fake_key_up(name.c_str());
     else if (command == "block")
-        block(std::stoi(name));
+        block(std::stoi(name), key);
+    else if (command == "idle")
+        block_glib(std::stoi(name), key);
     else if (command == "timeout")
         start_timeout(std::stoi(name));
     else if (command == "cover")
@@ -115,6 +143,8 @@ Eina_Bool read_commands(void* data, Ecore_Fd_Handler* /*handler*/) {
 Eina_Bool key_down(void* /*data*/, int /*type*/, void* event) {
     const auto* const key = static_cast<const Ecore_Event_Key*>(event);
     say(std::string("key ") + key->key + " " + key->keyname);
+    if (key->key == std::string_view("F9"))
+        block(400, "Return");
     return ECORE_CALLBACK_PASS_ON;
 }
 

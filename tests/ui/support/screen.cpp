@@ -154,13 +154,20 @@ void Screen::press(const char* key, int times) const {
     }
 }
 
-void Screen::click(const Evas_Object* widget) const {
+void Screen::click(const Evas_Object* widget) const { click(geometry(widget)); }
+
+void Screen::click(const Eina_Rectangle& area) const {
     Evas* const canvas = evas_object_evas_get(window_);
-    const Eina_Rectangle area = geometry(widget);
     evas_event_feed_mouse_in(canvas, 0, nullptr);
     evas_event_feed_mouse_move(canvas, area.x + area.w / 2, area.y + area.h / 2, 0, nullptr);
     evas_event_feed_mouse_down(canvas, 1, EVAS_BUTTON_NONE, 0, nullptr);
     evas_event_feed_mouse_up(canvas, 1, EVAS_BUTTON_NONE, 0, nullptr);
+    settle();
+}
+
+void Screen::wheel(int notches) const {
+    for (int notch = 0; notch < std::abs(notches); ++notch)
+        evas_event_feed_mouse_wheel(evas_object_evas_get(window_), 0, notches > 0 ? 1 : -1, 0, nullptr);
     settle();
 }
 

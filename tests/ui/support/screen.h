@@ -33,8 +33,11 @@ public:
     void type(const char* key) const;
     /** Presses and releases a key and settles, each time. */
     void press(const char* key, int times = 1) const;
-    /** Presses and releases the mouse in the middle of a widget. */
+    /** Presses and releases the mouse in the middle of a widget or an area. */
     void click(const Evas_Object* widget) const;
+    void click(const Eina_Rectangle& area) const;
+    /** Turns the mouse's wheel where the mouse is, towards the user when `notches` is positive. */
+    void wheel(int notches) const;
 
     /**
      * What is on the screen, in drawing order: texts, buttons' texts, "[number]" for a spinner and "popup

@@ -1,0 +1,17 @@
+/** The ring around the widget that has the focus. */
+#pragma once
+
+#include <Elementary.h>
+
+namespace vell {
+
+/**
+ * Draws a ring around whatever has the focus in a window: in every frame it stands where that widget is, and
+ * there is none when nothing has the focus.
+ */
+void ring_the_focus(Evas_Object* window);
+
+/** Has the ring glide to the widget that a key has just given the focus. */
+void glide_to_focus(Evas_Object* window);
+
+} // namespace vell
