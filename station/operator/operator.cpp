@@ -20,8 +20,10 @@ Operator::Operator(std::string application, std::chrono::milliseconds patience)
 }
 
 void Operator::press(const std::string& key, int times) {
-    for (int time = 0; time < times; ++time)
+    for (int time = 0; time < times; ++time) {
         press_key(display_, key);
+        keys_pressed_.push_back(key);
+    }
 }
 
 void Operator::activate(const std::string& name) {

@@ -39,6 +39,9 @@ public:
     /** Presses a key `times` times; see `press_key`. */
     void press(const std::string& key, int times = 1);
 
+    /** Every key pressed so far. */
+    [[nodiscard]] const std::vector<std::string>& keys_pressed() const { return keys_pressed_; }
+
     /** Presses a widget by its accessible action; throws NotSeen when it is not on the screen. */
     void activate(const std::string& name);
 
@@ -73,6 +76,7 @@ private:
     std::string application_;
     std::chrono::milliseconds patience_;
     Display display_;
+    std::vector<std::string> keys_pressed_;
     const Application* followed_ = nullptr;
     Screen seen_{{}, false}; // the newest look of a wait
 };

@@ -1,5 +1,7 @@
 #include "support/road.h"
 
+#include "support/evidence.h"
+
 #include <algorithm>
 #include <thread>
 
@@ -23,6 +25,8 @@ bool has_focus(const Screen& screen, const std::string& name) {
 void Sitting::SetUp() { asked_before_ = station::asked_of_ncp_host().size(); }
 
 void Sitting::TearDown() {
+    if (HasFailure())
+        take_last_picture();
     for (const std::string& method : changed_methods_)
         station::let_ncp_host_answer(method, "normal");
     if (application_ && application_->process()) {
@@ -31,7 +35,9 @@ void Sitting::TearDown() {
     }
     EXPECT_THAT(log_.complaints_of_libraries(), IsEmpty());
     if (HasFailure())
-        std::cerr << "The end of the application's log:\n" << log_.end();
+        std::cerr << "The end of the application's log:\n"
+                  << log_.end() << "Logs, keys and the last picture are in "
+                  << keep_evidence({log_.path(), last_picture}, keys_pressed()) << '\n';
 }
 
 void Sitting::switch_on() { application_.emplace(std::vector<std::string>{VELMORA_PROGRAM}, log_.path()); }
@@ -61,6 +67,13 @@ void Sitting::expect_orderly_end(const std::vector<std::string>& survivors) {
     EXPECT_THAT(station::running_processes({"cpcd", "socat", "zigbeed"}),
                 UnorderedElementsAreArray(survivors));
     EXPECT_THAT(station::zombies(), IsEmpty());
+}
+
+void Road::take_last_picture() {
+    try {
+        operator_.picture(last_picture);
+    } catch (const std::runtime_error&) { // the screen itself may be what failed
+    }
 }
 
 void Road::open_application() {

@@ -33,6 +33,10 @@ protected:
     void SetUp() override;
     void TearDown() override;
 
+    /** While the application still runs after a failure. */
+    virtual void take_last_picture() {}
+    [[nodiscard]] virtual std::vector<std::string> keys_pressed() const { return {}; }
+
     ApplicationLog log_;
 
 private:
@@ -66,6 +70,9 @@ protected:
 
     /** The NCP host was asked this, and nothing else, since the last time. */
     void expect_asked(const std::vector<std::string>& calls);
+
+    void take_last_picture() override;
+    [[nodiscard]] std::vector<std::string> keys_pressed() const override { return operator_.keys_pressed(); }
 
     station::Operator operator_{"velmora", std::chrono::seconds(15)};
 
