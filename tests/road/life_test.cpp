@@ -16,6 +16,7 @@ TEST_F(LifeRoad, EndsInOrderOnSigtermDuringATest) {
     enter("Stop Stream");
     application().terminate();
     expect_orderly_end();
+    EXPECT_EQ(log_.count("> the main loop ends: SIGTERM"), 1);
     EXPECT_THAT(log_.messages().back(), EndsWith("Command [pgrep -c cpcd] result : 0"));
 }
 
@@ -23,6 +24,7 @@ TEST_F(LifeRoad, EndsInOrderWhenTheWindowIsClosedDuringATest) {
     open_rx_test();
     close_front_window();
     expect_orderly_end();
+    EXPECT_EQ(log_.count("> the main loop ends: the window was closed"), 1);
     EXPECT_EQ(log_.count("> stop ncp requester"), 1);
 }
 

@@ -1,3 +1,4 @@
+#include "support/log_capture.h"
 #include "support/probe_process.h"
 
 #include <array>
@@ -14,6 +15,7 @@ namespace {
 using namespace std::chrono_literals;
 using test::ProbeProcess;
 using testing::ElementsAre;
+using testing::StartsWith;
 
 /** A settings folder of the test's own, which does not exist at first. */
 class Framework : public testing::Test {
@@ -46,43 +48,62 @@ private:
 
 class Ending : public Framework {
 protected:
-    /** The probe has left its loop: what it still prints, and its status. */
-    static void expect_orderly_end(ProbeProcess& probe) {
+    /** The probe has left its loop: what it still prints, its status, and the one line that says why. */
+    void expect_orderly_end(ProbeProcess& probe, const std::string& reason) {
         EXPECT_EQ(probe.wait(), 0);
         EXPECT_THAT(probe.lines_for(0ms), ElementsAre("title Probe", "terminate"));
+        expect_reason(reason);
     }
+
+    void expect_reason(const std::string& reason) {
+        const std::string text = log_.text();
+        const auto first = text.find(ends);
+        ASSERT_NE(first, std::string::npos) << "expected: " << reason;
+        EXPECT_THAT(text.substr(first + ends.size()), StartsWith(reason + "\n"));
+        EXPECT_EQ(text.find(ends, first + 1), std::string::npos) << "one line: " << text;
+        log_.clear();
+    }
+
+    LogCapture log_;
+
+private:
+    const std::string ends = "the main loop ends: ";
 };
 
 TEST_F(Ending, EveryWayOutCallsTerminateOnceWhileElementaryIsUp) {
-    for (const std::string command : {"quit", "exit"}) {
+    for (const auto& [command, reason] :
+         {std::pair{"quit", "told to"}, {"exit", "the toolkit was asked to"}}) {
         ProbeProcess probe({"window"});
         ASSERT_NE(probe.await("app_control"), "");
         probe.send(command);
-        expect_orderly_end(probe);
+        expect_orderly_end(probe, reason);
     }
-    for (const int signal : {SIGTERM, SIGINT}) {
+    for (const auto& [signal, name] :
+         {std::pair{SIGTERM, "SIGTERM"}, {SIGINT, "SIGINT"}, {SIGQUIT, "SIGQUIT"}, {SIGHUP, "SIGHUP"}}) {
         ProbeProcess probe({"window"});
         ASSERT_NE(probe.await("app_control"), "");
         kill(probe.id(), signal);
-        expect_orderly_end(probe);
+        expect_orderly_end(probe, name);
     }
 }
 
-TEST_F(Ending, SignalDuringALongCallbackTakesEffectAfterIt) {
+TEST_F(Ending, SignalDuringALongCallbackTakesEffectAfterItAndTheFirstIsTheReason) {
     ProbeProcess probe({"window"});
     ASSERT_NE(probe.await("app_control"), "");
     probe.send("block 500");
     ASSERT_NE(probe.await("blocking"), "");
     kill(probe.id(), SIGTERM);
     kill(probe.id(), SIGTERM);
-    EXPECT_EQ(probe.wait(), 0);
-    EXPECT_THAT(probe.lines_for(0ms), ElementsAre("blocked", "title Probe", "terminate"));
+    kill(probe.id(), SIGHUP);
+    EXPECT_EQ(probe.await("blocked"), "blocked");
+    expect_orderly_end(probe, "SIGTERM");
 }
 
 TEST_F(Ending, QuitInCreateIsRemembered) {
     ProbeProcess probe({"quit"});
     EXPECT_EQ(probe.wait(), 0);
     EXPECT_THAT(probe.lines_for(0ms), ElementsAre("create", "app_control", "terminate"));
+    expect_reason("told to");
 }
 
 TEST_F(Ending, CreateThatFailsOrThrowsEndsWithItsCode) {

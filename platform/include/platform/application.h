@@ -2,7 +2,8 @@
  * The application framework: lifecycle callbacks around one main loop.
  *
  * On an ordinary Linux machine the framework brings up Elementary, runs its main loop with GLib's default
- * context in it, keeps one process an application, and ends in order on SIGTERM and SIGINT.
+ * context in it, keeps one process an application, ends in order on SIGTERM, SIGINT, SIGQUIT and SIGHUP, and
+ * logs why the main loop ends.
  */
 #pragma once
 
@@ -78,5 +79,10 @@ int ui_app_add_event_handler(platform::EventHandler** handler, platform::EventTy
  * Asks the main loop to end; terminate follows once control returns to it. In create the request is
  * remembered, and the loop does not start (Ecore forgets such a request: measured, an `elm_exit` in create
  * has no effect). Main thread.
+ *
+ * @param reason what the log names as the cause, for example "the window was closed"; the first one counts.
  */
-void ui_app_quit();
+void ui_app_quit(const char* reason);
+
+/** Says why the main loop ends, for who ends it with `elm_exit`. */
+void ui_app_quit_reason_set(const char* reason);

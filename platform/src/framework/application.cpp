@@ -6,13 +6,13 @@
 #include "guarded_call.h"
 #include "keys.h"
 #include "language.h"
+#include "main_loop.h"
 #include "session_bus.h"
 #include "single_instance.h"
 #include "visibility.h"
 
 #include <Efreet.h>
 #include <Elementary.h>
-#include <utility>
 
 namespace platform {
 
@@ -38,36 +38,6 @@ public:
 
 private:
     bool up_ = false;
-};
-
-/** The one main loop, and a request to end it that came before it ran: Ecore forgets such a request. */
-class MainLoop {
-public:
-    static MainLoop& instance() {
-        static MainLoop loop;
-        return loop;
-    }
-
-    /** Runs until it is asked to end. Elementary asks for it itself on SIGTERM and SIGINT. */
-    void run() {
-        running_ = true;
-        if (!std::exchange(quit_requested_, false))
-            elm_run();
-        running_ = false;
-    }
-
-    void quit() {
-        if (running_)
-            elm_exit();
-        else
-            quit_requested_ = true;
-    }
-
-    void forget_request() { quit_requested_ = false; }
-
-private:
-    bool running_ = false;
-    bool quit_requested_ = false;
 };
 
 /** The application's callbacks, each kept from throwing into the code that calls it. */
@@ -100,7 +70,8 @@ int run(const Application& application, GDBusConnection* session_bus) {
     const GlibLoop glib_loop;
     const RemoteControlKeys keys;
     const Accessibility accessibility(session_bus);
-    MainLoop::instance().forget_request();
+    const EndingSignals signals;
+    MainLoop::instance().reset();
     {
         const LanguageWatch language([] { EventHandlers::instance().deliver(EventType::language_changed); });
         const Visibility visibility([&application](bool visible) { application.set_visible(visible); });
@@ -130,5 +101,3 @@ int ui_app_main(int argc, char** argv, const platform::LifecycleCallbacks* callb
         return application_toolkit_failed;
     return run(application, session_bus.get());
 }
-
-void ui_app_quit() { platform::MainLoop::instance().quit(); }

@@ -96,7 +96,7 @@ void obey(Probe& probe, const std::string& line) {
     else if (command == "bridge")
         say(elm_config_atspi_mode_get() ? "bridge on" : "bridge off");
     else if (command == "quit")
-        ui_app_quit();
+        ui_app_quit("told to");
     else if (command == "exit")
         elm_exit();
 }
@@ -152,7 +152,7 @@ bool create(void* data) {
         open_window(probe);
     listen_for_signals();
     if (probe.has("quit"))
-        ui_app_quit();
+        ui_app_quit("told to");
     if (probe.has("throw"))
         throw std::runtime_error("thrown in create");
     return !probe.has("refuse");
