@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <gio/gio.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,6 +16,7 @@ namespace {
 using namespace std::chrono_literals;
 using test::ProbeProcess;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::StartsWith;
 
 /** A settings folder of the test's own, which does not exist at first. */
@@ -114,13 +116,44 @@ TEST_F(Ending, CreateThatFailsOrThrowsEndsWithItsCode) {
     }
 }
 
-TEST_F(Ending, WithoutADisplayTheApplicationRunsWithoutAWindow) {
+TEST_F(Ending, WithoutADisplayNothingIsCalledAndTheMissingDisplayIsNamed) {
     const std::string display = g_getenv("DISPLAY");
     g_setenv("DISPLAY", ":4095", TRUE);
-    ProbeProcess probe({"window", "quit"});
+    ProbeProcess probe({"window"});
     g_setenv("DISPLAY", display.c_str(), TRUE);
-    EXPECT_EQ(probe.wait(), 0);
-    EXPECT_THAT(probe.lines_for(0ms), ElementsAre("create", "no window", "app_control", "terminate"));
+    EXPECT_EQ(probe.wait(), 4);
+    EXPECT_TRUE(probe.lines_for(0ms).empty());
+    EXPECT_THAT(log_.text(), HasSubstr("no display: nothing answers at DISPLAY=:4095\n"));
+}
+
+TEST_F(Ending, WithoutAThemeThatCanBeLoadedNothingIsCalledAndItsFileIsNamed) {
+    namespace fs = std::filesystem;
+    const fs::path program = fs::temp_directory_path() / "without_theme" / "bin" / "probe";
+    const fs::path theme = fs::temp_directory_path() / "without_theme" / "share" / "tv-platform" / "vell.edj";
+    fs::create_directories(program.parent_path());
+    fs::create_directories(theme.parent_path());
+    fs::copy_file(FRAMEWORK_PROBE, program, fs::copy_options::overwrite_existing);
+    const fs::path good =
+        fs::path(FRAMEWORK_PROBE).parent_path().parent_path() / "share/tv-platform/vell.edj";
+    const std::vector<std::pair<std::string, std::function<void()>>> faults{
+        {"No such file or directory", [&] { fs::remove(theme); }},
+        {"it is not a theme of the toolkit",
+         [&] { fs::copy_file("/usr/share/elementary/themes/default.edj", theme); }},
+        {"it is spoiled",
+         [&] { // its list of groups, at the file's begin, is whole
+             fs::copy_file(good, theme, fs::copy_options::overwrite_existing);
+             std::fstream file(theme, std::ios::in | std::ios::out | std::ios::binary);
+             file.seekp(static_cast<std::streamoff>(fs::file_size(good) / 2));
+             file << std::string(4000, '?');
+         }},
+    };
+    for (const auto& [problem, make] : faults) {
+        make();
+        ProbeProcess probe({"window"}, program);
+        EXPECT_EQ(probe.wait(), 5);
+        EXPECT_TRUE(probe.lines_for(0ms).empty());
+        EXPECT_THAT(log_.text(), HasSubstr("no theme: " + theme.string() + ": " + problem + "\n"));
+    }
 }
 
 TEST_F(Framework, GlibWaitsAndSignalsRunInTheMainLoop) {

@@ -7,6 +7,7 @@
 #include "keys.h"
 #include "language.h"
 #include "main_loop.h"
+#include "requirements.h"
 #include "session_bus.h"
 #include "single_instance.h"
 #include "visibility.h"
@@ -99,5 +100,7 @@ int ui_app_main(int argc, char** argv, const platform::LifecycleCallbacks* callb
     const Toolkit toolkit(argc, argv);
     if (!toolkit)
         return application_toolkit_failed;
+    if (const auto result = check_requirements(); result != application_ok)
+        return result;
     return run(application, session_bus.get());
 }

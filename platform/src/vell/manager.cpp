@@ -3,6 +3,7 @@
 #include "window_manager.h"
 
 #include "../services/settings_file.h"
+#include "../services/theme_file.h"
 
 #include <platform/vell.h>
 
@@ -18,13 +19,6 @@ constexpr double units_across_window = 240.0;
 /** The theme is drawn for a window 1920 pixels wide. */
 constexpr double theme_pixels_per_unit = 8.0;
 
-/** The theme lies beside the program: ../share/tv-platform/vell.edj from its folder. */
-std::filesystem::path theme_file() {
-    std::error_code error;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    return program.parent_path().parent_path() / "share" / "tv-platform" / "vell.edj";
-}
-
 } // namespace
 
 Manager& Manager::instance() {
@@ -39,12 +33,12 @@ bool Manager::init(Evas_Object* window) {
     window_ = window;
     evas_object_event_callback_add(window, EVAS_CALLBACK_RESIZE, on_window_resized, this);
     evas_object_event_callback_add(window, EVAS_CALLBACK_DEL, on_window_deleted, this);
-    elm_theme_overlay_add(nullptr, theme_file().c_str());
+    elm_theme_overlay_add(nullptr, platform::theme_file().c_str());
     elm_config_finger_size_set(0);
     elm_win_focus_highlight_enabled_set(window, EINA_TRUE);
     elm_win_focus_highlight_animate_set(window, EINA_TRUE);
     set_window_size();
-    return std::filesystem::exists(theme_file());
+    return std::filesystem::exists(platform::theme_file());
 }
 
 void Manager::fini() {
