@@ -2,6 +2,7 @@
 #include "support/probe_process.h"
 
 #include <array>
+#include <atomic>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -10,6 +11,7 @@
 #include <gio/gio.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <thread>
 
 namespace {
 
@@ -156,6 +158,74 @@ TEST_F(Ending, WithoutAThemeThatCanBeLoadedNothingIsCalledAndItsFileIsNamed) {
     }
 }
 
+/** A session bus that lets clients in and answers so many of their messages: none, or the greeting alone. */
+class SilentBus {
+public:
+    explicit SilentBus(int answers) : answers_left_(answers) {
+        g_main_context_push_thread_default(context_);
+        g_autofree char* guid = g_dbus_generate_guid();
+        server_ = g_dbus_server_new_sync("unix:tmpdir=/tmp", G_DBUS_SERVER_FLAGS_NONE, guid, nullptr, nullptr,
+                                         nullptr);
+        g_signal_connect(server_, "new-connection", G_CALLBACK(let_in), this);
+        g_dbus_server_start(server_);
+        g_main_context_pop_thread_default(context_);
+        g_setenv("DBUS_SESSION_BUS_ADDRESS", g_dbus_server_get_client_address(server_), TRUE);
+    }
+    ~SilentBus() {
+        g_setenv("DBUS_SESSION_BUS_ADDRESS", real_.c_str(), TRUE);
+        thread_.request_stop();
+        g_main_context_wakeup(context_);
+        thread_.join();
+        g_dbus_server_stop(server_);
+        g_object_unref(server_);
+        g_main_context_unref(context_);
+    }
+    SilentBus(const SilentBus&) = delete;
+    SilentBus& operator=(const SilentBus&) = delete;
+
+private:
+    static gboolean let_in(GDBusServer* /*server*/, GDBusConnection* client, gpointer bus) {
+        g_dbus_connection_add_filter(client, hear, bus, nullptr);
+        g_object_set_data_full(G_OBJECT(static_cast<SilentBus*>(bus)->server_), "client",
+                               g_object_ref(client), g_object_unref);
+        return TRUE;
+    }
+    static GDBusMessage* hear(GDBusConnection* client, GDBusMessage* message, gboolean incoming,
+                              gpointer bus) {
+        if (!incoming)
+            return message;
+        if (static_cast<SilentBus*>(bus)->answers_left_-- > 0) {
+            g_autoptr(GDBusMessage) answer = g_dbus_message_new_method_reply(message);
+            g_dbus_message_set_body(answer, g_variant_new("(s)", ":1.1"));
+            g_dbus_connection_send_message(client, answer, G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr, nullptr);
+        }
+        g_object_unref(message);
+        return nullptr;
+    }
+
+    const std::string real_ = g_getenv("DBUS_SESSION_BUS_ADDRESS");
+    std::atomic<int> answers_left_;
+    GMainContext* context_ = g_main_context_new();
+    GDBusServer* server_ = nullptr;
+    std::jthread thread_{[this](const std::stop_token& stop) {
+        while (!stop.stop_requested())
+            g_main_context_iteration(context_, TRUE);
+    }};
+};
+
+TEST_F(Ending, ASessionBusThatDoesNotAnswerHoldsUpNeitherTheStartNorTheEnd) {
+    for (const int answers : {0, 1}) {
+        const SilentBus bus(answers);
+        ProbeProcess probe({"window"});
+        EXPECT_NE(probe.await("app_control", 2500ms), "") << answers;
+        EXPECT_THAT(log_.text(), HasSubstr("the session bus is not used: ")) << answers;
+        log_.clear();
+        kill(probe.id(), SIGTERM);
+        EXPECT_EQ(probe.await("title", 1s), "title Probe");
+        EXPECT_EQ(probe.wait(), 0);
+    }
+}
+
 TEST_F(Framework, GlibWaitsAndSignalsRunInTheMainLoop) {
     ProbeProcess probe;
     ASSERT_NE(probe.await("app_control"), "");
@@ -198,6 +268,24 @@ TEST_F(Framework, LaunchDoesNotWaitForABusyFirstProcess) {
     EXPECT_EQ(second.wait(), 0);
     EXPECT_TRUE(first.lines_for(500ms).empty()) << "the second launch waited for the first process";
     EXPECT_THAT(first.lines_for(5s), ElementsAre("blocked", "app_control"));
+}
+
+TEST_F(Framework, LaunchesWhileTheFirstEndsWaitForItsEndAndOneOfThemRuns) {
+    ProbeProcess first({"linger"});
+    ASSERT_NE(first.await("app_control"), "");
+    first.send("quit");
+    ASSERT_NE(first.await("terminate"), "");
+    ProbeProcess second;
+    ProbeProcess third;
+    EXPECT_TRUE(second.lines_for(500ms).empty()) << "started beside the first";
+    EXPECT_TRUE(third.lines_for(500ms).empty()) << "started beside the first";
+    EXPECT_EQ(first.wait(), 0);
+    auto lines = second.lines_for(2s); // at once when it has ended
+    const bool second_runs = !lines.empty();
+    if (!second_runs)
+        lines = third.lines_for(2s);
+    EXPECT_THAT(lines, ElementsAre("create", "app_control", "app_control"));
+    EXPECT_EQ((second_runs ? third : second).wait(), 0);
 }
 
 TEST_F(Framework, CoveredOrHiddenWindowPausesOnceAndResumesOnce) {
@@ -264,7 +352,7 @@ TEST_P(Keys, KeyboardGivesRemoteControlKeysToEveryHandler) {
 
 INSTANTIATE_TEST_SUITE_P(WithAndWithoutAScreenReader, Keys, testing::Bool());
 
-TEST_F(ScreenReader, BridgeFollowsAReaderThatComesLaterAndGoes) {
+TEST_F(ScreenReader, BridgeFollowsAReaderThatComesLaterAndGoesButWaitsForNoBus) {
     set_screen_reader(false);
     ProbeProcess probe({"window"});
     ASSERT_NE(probe.await("app_control"), "");
@@ -276,6 +364,14 @@ TEST_F(ScreenReader, BridgeFollowsAReaderThatComesLaterAndGoes) {
     }
     probe.send("key Return");
     EXPECT_EQ(probe.await("key"), "key Return Return");
+
+    set_screen_reader(false); // and again, with an accessibility bus that does not answer
+    ASSERT_EQ(std::system("pkill -STOP -f [a]ccessibility.conf"), 0);
+    set_screen_reader(true);
+    probe.lines_for(1500ms);
+    probe.send("bridge");
+    EXPECT_EQ(probe.await("bridge"), "bridge off");
+    std::system("pkill -CONT -f [a]ccessibility.conf");
 }
 
 } // namespace

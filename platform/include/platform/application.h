@@ -47,6 +47,7 @@ enum ApplicationResult : int {
     application_create_failed = 3,    /**< the create callback answered false */
     application_display_missing = 4,  /**< there is no display to draw on */
     application_theme_missing = 5,    /**< the toolkit's theme is missing or is none */
+    application_held_up = 6,          /**< an earlier process of the application is ending, without an end */
 };
 
 } // namespace platform
@@ -56,7 +57,8 @@ enum ApplicationResult : int {
  *
  * Order: create, app_control (the first launch), main loop, terminate. A launch while the application already
  * runs reaches the running process as a further app_control, and this call returns `application_ok` at once.
- * Without a display or a theme nothing is called.
+ * One while the earlier process is ending waits for its end, 30 s at most, and then runs itself. Without a
+ * display or a theme nothing is called.
  * An exception that leaves a callback is logged and goes no further; one out of create counts as false.
  *
  * @param argc,argv the process's arguments.

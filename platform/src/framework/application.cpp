@@ -67,7 +67,7 @@ private:
 
 /** The life of the application while Elementary is up: what listens to the system goes before terminate is
  * called. */
-int run(const Application& application, GDBusConnection* session_bus) {
+int run(const Application& application, GDBusConnection* session_bus, SingleInstance& instance) {
     const GlibLoop glib_loop;
     const RemoteControlKeys keys;
     const Accessibility accessibility(session_bus);
@@ -80,6 +80,7 @@ int run(const Application& application, GDBusConnection* session_bus) {
             return application_create_failed;
         application.launch();
         MainLoop::instance().run();
+        instance.refuse_launches();
     }
     application.terminate();
     return application_ok;
@@ -94,13 +95,15 @@ int ui_app_main(int argc, char** argv, const platform::LifecycleCallbacks* callb
         return application_invalid_argument;
     const Application application(*callbacks, user_data);
     const auto session_bus = connect_to_session_bus();
-    const SingleInstance instance(session_bus.get(), argv[0], [&application] { application.launch(); });
-    if (instance.launched_elsewhere())
+    SingleInstance instance(session_bus.get(), argv[0], [&application] { application.launch(); });
+    if (instance.outcome() == LaunchOutcome::held_up)
+        return application_held_up;
+    if (instance.outcome() == LaunchOutcome::reached)
         return application_ok;
     const Toolkit toolkit(argc, argv);
     if (!toolkit)
         return application_toolkit_failed;
     if (const auto result = check_requirements(); result != application_ok)
         return result;
-    return run(application, session_bus.get());
+    return run(application, instance.has_bus() ? session_bus.get() : nullptr, instance);
 }

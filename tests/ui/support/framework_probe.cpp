@@ -9,7 +9,7 @@
  *   bridge         tells whether the accessibility bridge is on
  *
  * Arguments: `window` opens one, `quit` and `throw` happen in create, `refuse` makes create answer false,
- * `bridge` switches the accessibility bridge on.
+ * `linger` makes terminate take two seconds.
  */
 #include "platform/application.h"
 
@@ -135,13 +135,15 @@ void open_window(Probe& probe) {
 }
 
 void listen_for_signals() {
-    g_autoptr(GDBusConnection) bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
+    static GDBusConnection* const bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
     const auto received = +[](GDBusConnection* /*bus*/, const char* /*sender*/, const char* /*path*/,
                               const char* /*interface*/, const char* name, GVariant* /*parameters*/,
                               gpointer /*data*/) { say(std::string("signal ") + name); };
-    if (bus)
-        g_dbus_connection_signal_subscribe(bus, nullptr, "test.Probe", nullptr, nullptr, nullptr,
-                                           G_DBUS_SIGNAL_FLAGS_NONE, received, nullptr, nullptr);
+    if (!bus)
+        return;
+    g_dbus_connection_set_exit_on_close(bus, FALSE);
+    g_dbus_connection_signal_subscribe(bus, nullptr, "test.Probe", nullptr, nullptr, nullptr,
+                                       G_DBUS_SIGNAL_FLAGS_NONE, received, nullptr, nullptr);
 }
 
 bool create(void* data) {
@@ -165,6 +167,8 @@ void terminate(void* data) {
         evas_object_del(window);
     }
     say("terminate");
+    if (probe_of(data).has("linger"))
+        block(2000);
 }
 
 } // namespace
