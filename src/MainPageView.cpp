@@ -5,6 +5,7 @@
 #include "TXTestView.h"
 #include "model/ncp_requester.h"
 
+#include <platform/application.h>
 #include <platform/orientation.h>
 #include <platform/vell.h>
 #include <platform/window.h>
@@ -190,6 +191,7 @@ void MainPageView::destroyWidgets() {
 }
 
 void MainPageView::winDeleteRequestCb(void*, Evas_Object*, void*) {
+    ui_app_quit_reason_set("the window was closed");
     elm_vell_manager_fini();
     elm_exit();
 }
@@ -251,7 +253,10 @@ void MainPageView::createExitPopup() {
     });
 }
 
-void MainPageView::exitPopupYesPressedCb(void*, Evas_Object*, void*) { elm_exit(); }
+void MainPageView::exitPopupYesPressedCb(void*, Evas_Object*, void*) {
+    ui_app_quit_reason_set("the operator chose to exit");
+    elm_exit();
+}
 
 void MainPageView::exitPopupCancelPressedCb(void* data, Evas_Object*, void*) {
     if (!inputIsThere(LOG_ORIGIN(__func__), data))

@@ -13,6 +13,10 @@ constexpr const char* service_interface = "org.orvane.qm_ncp_host.service";
 constexpr const char* service_signal = "ncp_event";
 constexpr int call_timeout_milliseconds = 120000;
 
+void connection_closed(GDBusConnection*, gboolean, const GError* error, gpointer) {
+    LOG_ERROR("The system bus connection was closed: %s", error != nullptr ? error->message : "by us");
+}
+
 } // namespace
 
 DBusClient::~DBusClient() { release(); }
@@ -47,6 +51,9 @@ bool DBusClient::init_dbus() {
         LOG_ERROR("Fail to create dbus connection");
         return false;
     }
+    // GIO would end the process, without a word, when the bus goes: so it is told, and the calls fail.
+    g_dbus_connection_set_exit_on_close(connection.get(), FALSE);
+    closed_handler = g_signal_connect(connection.get(), "closed", G_CALLBACK(connection_closed), nullptr);
 
     LOG_ERROR("create_dbus_proxy");
     proxy.reset(g_dbus_proxy_new_sync(connection.get(), G_DBUS_PROXY_FLAGS_NONE, nullptr, service_bus_name,
@@ -90,6 +97,9 @@ void DBusClient::release() {
     if (subscription_id != 0)
         g_dbus_connection_signal_unsubscribe(connection.get(), subscription_id);
     subscription_id = 0;
+    if (closed_handler != 0)
+        g_signal_handler_disconnect(connection.get(), closed_handler);
+    closed_handler = 0;
     proxy.reset();
     connection.reset();
     initialized = false;

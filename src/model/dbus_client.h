@@ -106,6 +106,7 @@ private:
     GObjectHandle<GDBusConnection> connection;
     GObjectHandle<GDBusProxy> proxy;
     guint subscription_id = 0; // 0: none
+    gulong closed_handler = 0; // the same
     std::recursive_mutex
         state_mutex; // guards the fields above; locked before the registry's, never in a dispatch
     std::vector<Registration> registry;

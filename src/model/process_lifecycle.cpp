@@ -36,7 +36,7 @@ std::string get_cpcd_conf_name(const std::string& version) {
 void req_terminate_main_loop() {
     LOG_ERROR("Recieved request to terminate");
     kill_background_app();
-    ui_app_quit();
+    ui_app_quit("the serial device is missing");
 }
 
 int prepare_background_app() {

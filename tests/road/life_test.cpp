@@ -1,6 +1,7 @@
 #include "support/front_window.h"
 #include "support/road.h"
 
+#include <cstdlib>
 #include <fstream>
 
 using namespace std::chrono_literals;
@@ -16,6 +17,7 @@ TEST_F(LifeRoad, EndsInOrderOnSigtermDuringATest) {
     enter("Stop Stream");
     application().terminate();
     expect_orderly_end();
+    EXPECT_EQ(log_.count("> the main loop ends: SIGTERM"), 1);
     EXPECT_THAT(log_.messages().back(), EndsWith("Command [pgrep -c cpcd] result : 0"));
 }
 
@@ -23,6 +25,7 @@ TEST_F(LifeRoad, EndsInOrderWhenTheWindowIsClosedDuringATest) {
     open_rx_test();
     close_front_window();
     expect_orderly_end();
+    EXPECT_EQ(log_.count("> the main loop ends: the window was closed"), 1);
     EXPECT_EQ(log_.count("> stop ncp requester"), 1);
 }
 
@@ -45,6 +48,35 @@ TEST_F(LifeRoad, ASecondLaunchReachesTheFirstAndEnds) {
     EXPECT_EQ(operator_.texts(), page);
     EXPECT_THAT(station::running_processes({"cpcd", "socat", "zigbeed"}), SizeIs(3));
     EXPECT_THAT(station::command_lines("velmora"), SizeIs(1));
+}
+
+/** On a television of its own, whose system bus ends. */
+class SystemBusRoad : public Road {};
+
+TEST_F(SystemBusRoad, APageWhoseBusHasGoneSaysWhatFailedAndEndsInOrder) {
+    open_rx_test();
+    go("Up", "Reset Count");
+    ASSERT_EQ(std::system("pkill -f [s]ystem_bus.conf"), 0);
+    expect_soon("the word about the bus", [this] { return log_.count("bus connection was closed") == 1; });
+    operator_.press("Return");
+    operator_.wait_for("Received Packets: Reset Failed");
+    go_to_header("Exit");
+    enter("Cancel");
+    go("Left", "Yes");
+    operator_.press("Return");
+    expect_orderly_end();
+    EXPECT_EQ(log_.count("> the main loop ends: the operator chose to exit"), 1);
+}
+
+/** On another, whose session bus ends. */
+class SessionBusRoad : public Road {};
+
+TEST_F(SessionBusRoad, LivesOnWithoutTheScreenReadersBusAndEndsInOrder) {
+    open_application();
+    ASSERT_EQ(std::system("pkill -KILL -f [s]ession.*--address"), 0);
+    EXPECT_EQ(application().wait_for_end(1s), std::nullopt);
+    application().terminate();
+    expect_orderly_end();
 }
 
 /** With a module of firmware 7.4.9, whose serial speed is the fast one. */

@@ -120,7 +120,8 @@ Messages stream_and_stop() {
 Messages end() {
     return together(
         {key("Return"),
-         {"E ncp_requester.cpp: stop > stop ncp requester",
+         {"I platform > the main loop ends: the operator chose to exit",
+          "E ncp_requester.cpp: stop > stop ncp requester",
           "E dbus_client.cpp: UnregisterDBusSignalCB > [b] signal_name = ncp_event",
           "E dbus_client.cpp: UnregisterDBusSignalCB > [n]", "E dbus_client.cpp: Deinit > [b]",
           "E dbus_client.cpp: Deinit > [n]", "E ncp_requester.cpp: stop > Success to Deinit Dbus"},

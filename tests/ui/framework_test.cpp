@@ -1,14 +1,18 @@
+#include "support/log_capture.h"
 #include "support/probe_process.h"
 
 #include <array>
+#include <atomic>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <gio/gio.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <thread>
 
 namespace {
 
@@ -16,7 +20,9 @@ using namespace std::chrono_literals;
 using test::ProbeProcess;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 /** A settings folder of the test's own, which does not exist at first. */
 class Framework : public testing::Test {
@@ -49,43 +55,62 @@ private:
 
 class Ending : public Framework {
 protected:
-    /** The probe has left its loop: what it still prints, and its status. */
-    static void expect_orderly_end(ProbeProcess& probe) {
+    /** The probe has left its loop: what it still prints, its status, and the one line that says why. */
+    void expect_orderly_end(ProbeProcess& probe, const std::string& reason) {
         EXPECT_EQ(probe.wait(), 0);
         EXPECT_THAT(probe.lines_for(0ms), ElementsAre("title Probe", "terminate"));
+        expect_reason(reason);
     }
+
+    void expect_reason(const std::string& reason) {
+        const std::string text = log_.text();
+        const auto first = text.find(ends);
+        ASSERT_NE(first, std::string::npos) << "expected: " << reason;
+        EXPECT_THAT(text.substr(first + ends.size()), StartsWith(reason + "\n"));
+        EXPECT_EQ(text.find(ends, first + 1), std::string::npos) << "one line: " << text;
+        log_.clear();
+    }
+
+    LogCapture log_;
+
+private:
+    const std::string ends = "the main loop ends: ";
 };
 
 TEST_F(Ending, EveryWayOutCallsTerminateOnceWhileElementaryIsUp) {
-    for (const std::string command : {"quit", "exit"}) {
+    for (const auto& [command, reason] :
+         {std::pair{"quit", "told to"}, {"exit", "the toolkit was asked to"}}) {
         ProbeProcess probe({"window"});
         ASSERT_NE(probe.await("app_control"), "");
         probe.send(command);
-        expect_orderly_end(probe);
+        expect_orderly_end(probe, reason);
     }
-    for (const int signal : {SIGTERM, SIGINT}) {
+    for (const auto& [signal, name] :
+         {std::pair{SIGTERM, "SIGTERM"}, {SIGINT, "SIGINT"}, {SIGQUIT, "SIGQUIT"}, {SIGHUP, "SIGHUP"}}) {
         ProbeProcess probe({"window"});
         ASSERT_NE(probe.await("app_control"), "");
         kill(probe.id(), signal);
-        expect_orderly_end(probe);
+        expect_orderly_end(probe, name);
     }
 }
 
-TEST_F(Ending, SignalDuringALongCallbackTakesEffectAfterIt) {
+TEST_F(Ending, SignalDuringALongCallbackTakesEffectAfterItAndTheFirstIsTheReason) {
     ProbeProcess probe({"window"});
     ASSERT_NE(probe.await("app_control"), "");
     probe.send("block 500");
     ASSERT_NE(probe.await("blocking"), "");
     kill(probe.id(), SIGTERM);
     kill(probe.id(), SIGTERM);
-    EXPECT_EQ(probe.wait(), 0);
-    EXPECT_THAT(probe.lines_for(0ms), ElementsAre("blocked", "title Probe", "terminate"));
+    kill(probe.id(), SIGHUP);
+    EXPECT_EQ(probe.await("blocked"), "blocked");
+    expect_orderly_end(probe, "SIGTERM");
 }
 
 TEST_F(Ending, QuitInCreateIsRemembered) {
     ProbeProcess probe({"quit"});
     EXPECT_EQ(probe.wait(), 0);
     EXPECT_THAT(probe.lines_for(0ms), ElementsAre("create", "app_control", "terminate"));
+    expect_reason("told to");
 }
 
 TEST_F(Ending, CreateThatFailsOrThrowsEndsWithItsCode) {
@@ -96,13 +121,112 @@ TEST_F(Ending, CreateThatFailsOrThrowsEndsWithItsCode) {
     }
 }
 
-TEST_F(Ending, WithoutADisplayTheApplicationRunsWithoutAWindow) {
+TEST_F(Ending, WithoutADisplayNothingIsCalledAndTheMissingDisplayIsNamed) {
     const std::string display = g_getenv("DISPLAY");
     g_setenv("DISPLAY", ":4095", TRUE);
-    ProbeProcess probe({"window", "quit"});
+    ProbeProcess probe({"window"});
     g_setenv("DISPLAY", display.c_str(), TRUE);
-    EXPECT_EQ(probe.wait(), 0);
-    EXPECT_THAT(probe.lines_for(0ms), ElementsAre("create", "no window", "app_control", "terminate"));
+    EXPECT_EQ(probe.wait(), 4);
+    EXPECT_TRUE(probe.lines_for(0ms).empty());
+    EXPECT_THAT(log_.text(), HasSubstr("no display: nothing answers at DISPLAY=:4095\n"));
+}
+
+TEST_F(Ending, WithoutAThemeThatCanBeLoadedNothingIsCalledAndItsFileIsNamed) {
+    namespace fs = std::filesystem;
+    const fs::path program = fs::temp_directory_path() / "without_theme" / "bin" / "probe";
+    const fs::path theme = fs::temp_directory_path() / "without_theme" / "share" / "tv-platform" / "vell.edj";
+    fs::create_directories(program.parent_path());
+    fs::create_directories(theme.parent_path());
+    fs::copy_file(FRAMEWORK_PROBE, program, fs::copy_options::overwrite_existing);
+    const fs::path good =
+        fs::path(FRAMEWORK_PROBE).parent_path().parent_path() / "share/tv-platform/vell.edj";
+    const std::vector<std::pair<std::string, std::function<void()>>> faults{
+        {"No such file or directory", [&] { fs::remove(theme); }},
+        {"it is not a theme of the toolkit",
+         [&] { fs::copy_file("/usr/share/elementary/themes/default.edj", theme); }},
+        {"it is spoiled",
+         [&] { // its list of groups, at the file's begin, is whole
+             fs::copy_file(good, theme, fs::copy_options::overwrite_existing);
+             std::fstream file(theme, std::ios::in | std::ios::out | std::ios::binary);
+             file.seekp(static_cast<std::streamoff>(fs::file_size(good) / 2));
+             file << std::string(4000, '?');
+         }},
+    };
+    for (const auto& [problem, make] : faults) {
+        make();
+        ProbeProcess probe({"window"}, program);
+        EXPECT_EQ(probe.wait(), 5);
+        EXPECT_TRUE(probe.lines_for(0ms).empty());
+        EXPECT_THAT(log_.text(), HasSubstr("no theme: " + theme.string() + ": " + problem + "\n"));
+    }
+}
+
+/** A session bus that lets clients in and answers so many of their messages: none, or the greeting alone. */
+class SilentBus {
+public:
+    explicit SilentBus(int answers) : answers_left_(answers) {
+        g_main_context_push_thread_default(context_);
+        g_autofree char* guid = g_dbus_generate_guid();
+        server_ = g_dbus_server_new_sync("unix:tmpdir=/tmp", G_DBUS_SERVER_FLAGS_NONE, guid, nullptr, nullptr,
+                                         nullptr);
+        g_signal_connect(server_, "new-connection", G_CALLBACK(let_in), this);
+        g_dbus_server_start(server_);
+        g_main_context_pop_thread_default(context_);
+        g_setenv("DBUS_SESSION_BUS_ADDRESS", g_dbus_server_get_client_address(server_), TRUE);
+    }
+    ~SilentBus() {
+        g_setenv("DBUS_SESSION_BUS_ADDRESS", real_.c_str(), TRUE);
+        thread_.request_stop();
+        g_main_context_wakeup(context_);
+        thread_.join();
+        g_dbus_server_stop(server_);
+        g_object_unref(server_);
+        g_main_context_unref(context_);
+    }
+    SilentBus(const SilentBus&) = delete;
+    SilentBus& operator=(const SilentBus&) = delete;
+
+private:
+    static gboolean let_in(GDBusServer* /*server*/, GDBusConnection* client, gpointer bus) {
+        g_dbus_connection_add_filter(client, hear, bus, nullptr);
+        g_object_set_data_full(G_OBJECT(static_cast<SilentBus*>(bus)->server_), "client",
+                               g_object_ref(client), g_object_unref);
+        return TRUE;
+    }
+    static GDBusMessage* hear(GDBusConnection* client, GDBusMessage* message, gboolean incoming,
+                              gpointer bus) {
+        if (!incoming)
+            return message;
+        if (static_cast<SilentBus*>(bus)->answers_left_-- > 0) {
+            g_autoptr(GDBusMessage) answer = g_dbus_message_new_method_reply(message);
+            g_dbus_message_set_body(answer, g_variant_new("(s)", ":1.1"));
+            g_dbus_connection_send_message(client, answer, G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr, nullptr);
+        }
+        g_object_unref(message);
+        return nullptr;
+    }
+
+    const std::string real_ = g_getenv("DBUS_SESSION_BUS_ADDRESS");
+    std::atomic<int> answers_left_;
+    GMainContext* context_ = g_main_context_new();
+    GDBusServer* server_ = nullptr;
+    std::jthread thread_{[this](const std::stop_token& stop) {
+        while (!stop.stop_requested())
+            g_main_context_iteration(context_, TRUE);
+    }};
+};
+
+TEST_F(Ending, ASessionBusThatDoesNotAnswerHoldsUpNeitherTheStartNorTheEnd) {
+    for (const int answers : {0, 1}) {
+        const SilentBus bus(answers);
+        ProbeProcess probe({"window"});
+        EXPECT_NE(probe.await("app_control", 2500ms), "") << answers;
+        EXPECT_THAT(log_.text(), HasSubstr("the session bus is not used: ")) << answers;
+        log_.clear();
+        kill(probe.id(), SIGTERM);
+        EXPECT_EQ(probe.await("title", 1s), "title Probe");
+        EXPECT_EQ(probe.wait(), 0);
+    }
 }
 
 TEST_F(Framework, GlibWaitsAndSignalsRunInTheMainLoop) {
@@ -149,6 +273,24 @@ TEST_F(Framework, LaunchDoesNotWaitForABusyFirstProcess) {
     EXPECT_EQ(second.wait(), 0);
     EXPECT_TRUE(first.lines_for(500ms).empty()) << "the second launch waited for the first process";
     EXPECT_THAT(first.lines_for(5s), ElementsAre("blocked", "app_control"));
+}
+
+TEST_F(Framework, LaunchesWhileTheFirstEndsWaitForItsEndAndOneOfThemRuns) {
+    ProbeProcess first({"linger"});
+    ASSERT_NE(first.await("app_control"), "");
+    first.send("quit");
+    ASSERT_NE(first.await("terminate"), "");
+    ProbeProcess second;
+    ProbeProcess third;
+    EXPECT_TRUE(second.lines_for(500ms).empty()) << "started beside the first";
+    EXPECT_TRUE(third.lines_for(500ms).empty()) << "started beside the first";
+    EXPECT_EQ(first.wait(), 0);
+    auto lines = second.lines_for(2s); // at once when it has ended
+    const bool second_runs = !lines.empty();
+    if (!second_runs)
+        lines = third.lines_for(2s);
+    EXPECT_THAT(lines, ElementsAre("create", "app_control", "app_control"));
+    EXPECT_EQ((second_runs ? third : second).wait(), 0);
 }
 
 TEST_F(Framework, CoveredOrHiddenWindowPausesOnceAndResumesOnce) {
@@ -267,7 +409,7 @@ TEST_F(Framework, AKeyHeldWhileTheFocusGoesAndComesIsNeitherPressedAgainNorDead)
     }
 }
 
-TEST_F(ScreenReader, BridgeFollowsAReaderThatComesLaterAndGoes) {
+TEST_F(ScreenReader, BridgeFollowsAReaderThatComesLaterAndGoesButWaitsForNoBus) {
     set_screen_reader(false);
     ProbeProcess probe({"window"});
     ASSERT_NE(probe.await("app_control"), "");
@@ -279,6 +421,14 @@ TEST_F(ScreenReader, BridgeFollowsAReaderThatComesLaterAndGoes) {
     }
     probe.send("key Return");
     EXPECT_EQ(probe.await("key"), "key Return Return");
+
+    set_screen_reader(false); // and again, with an accessibility bus that does not answer
+    ASSERT_EQ(std::system("pkill -STOP -f [a]ccessibility.conf"), 0);
+    set_screen_reader(true);
+    probe.lines_for(1500ms);
+    probe.send("bridge");
+    EXPECT_EQ(probe.await("bridge"), "bridge off");
+    std::system("pkill -CONT -f [a]ccessibility.conf");
 }
 
 } // namespace

@@ -2,7 +2,8 @@
  * The application framework: lifecycle callbacks around one main loop.
  *
  * On an ordinary Linux machine the framework brings up Elementary, runs its main loop with GLib's default
- * context in it, keeps one process an application, and ends in order on SIGTERM and SIGINT.
+ * context in it, keeps one process an application, ends in order on SIGTERM, SIGINT, SIGQUIT and SIGHUP, and
+ * logs why the main loop ends.
  */
 #pragma once
 
@@ -44,6 +45,9 @@ enum ApplicationResult : int {
     application_invalid_argument = 1, /**< a callback that must be there is null, or an unknown event type */
     application_toolkit_failed = 2,   /**< Elementary could not be initialised */
     application_create_failed = 3,    /**< the create callback answered false */
+    application_display_missing = 4,  /**< there is no display to draw on */
+    application_theme_missing = 5,    /**< the toolkit's theme is missing or is none */
+    application_held_up = 6,          /**< an earlier process of the application is ending, without an end */
 };
 
 } // namespace platform
@@ -53,6 +57,8 @@ enum ApplicationResult : int {
  *
  * Order: create, app_control (the first launch), main loop, terminate. A launch while the application already
  * runs reaches the running process as a further app_control, and this call returns `application_ok` at once.
+ * One while the earlier process is ending waits for its end, 30 s at most, and then runs itself. Without a
+ * display or a theme nothing is called.
  * An exception that leaves a callback is logged and goes no further; one out of create counts as false.
  *
  * @param argc,argv the process's arguments.
@@ -78,5 +84,10 @@ int ui_app_add_event_handler(platform::EventHandler** handler, platform::EventTy
  * Asks the main loop to end; terminate follows once control returns to it. In create the request is
  * remembered, and the loop does not start (Ecore forgets such a request: measured, an `elm_exit` in create
  * has no effect). Main thread.
+ *
+ * @param reason what the log names as the cause, for example "the window was closed"; the first one counts.
  */
-void ui_app_quit();
+void ui_app_quit(const char* reason);
+
+/** Says why the main loop ends, for who ends it with `elm_exit`. */
+void ui_app_quit_reason_set(const char* reason);

@@ -12,7 +12,8 @@ namespace platform {
  * (`ScreenReaderEnabled` of org.a11y.Status on the session bus), now and whenever that changes.
  *
  * Without a session bus nothing is done, and ELM_ATSPI_MODE alone decides. Measured with EFL 1.26.3: switched
- * on late, or off and on again, the bridge shows windows made before it as well.
+ * on late, or off and on again, the bridge shows windows made before it as well. It waits without a limit for
+ * the accessibility bus, so that one which does not answer is left alone.
  */
 class Accessibility {
 public:
@@ -24,7 +25,8 @@ public:
 
 private:
     void follow(ObjectPointer<GDBusProxy> status);
-    void apply() const;
+    void apply();
+    void switch_on(const char* bus_address) const;
 
     ObjectPointer<GCancellable> cancellable_{g_cancellable_new()};
     ObjectPointer<GDBusProxy> status_;

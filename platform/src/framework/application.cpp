@@ -7,6 +7,8 @@
 #include "held_keys.h"
 #include "keys.h"
 #include "language.h"
+#include "main_loop.h"
+#include "requirements.h"
 #include "session_bus.h"
 #include "single_instance.h"
 #include "still_picture.h"
@@ -14,7 +16,6 @@
 
 #include <Efreet.h>
 #include <Elementary.h>
-#include <utility>
 
 namespace platform {
 
@@ -40,36 +41,6 @@ public:
 
 private:
     bool up_ = false;
-};
-
-/** The one main loop, and a request to end it that came before it ran: Ecore forgets such a request. */
-class MainLoop {
-public:
-    static MainLoop& instance() {
-        static MainLoop loop;
-        return loop;
-    }
-
-    /** Runs until it is asked to end. Elementary asks for it itself on SIGTERM and SIGINT. */
-    void run() {
-        running_ = true;
-        if (!std::exchange(quit_requested_, false))
-            elm_run();
-        running_ = false;
-    }
-
-    void quit() {
-        if (running_)
-            elm_exit();
-        else
-            quit_requested_ = true;
-    }
-
-    void forget_request() { quit_requested_ = false; }
-
-private:
-    bool running_ = false;
-    bool quit_requested_ = false;
 };
 
 /** The application's callbacks, each kept from throwing into the code that calls it. */
@@ -98,12 +69,13 @@ private:
 
 /** The life of the application while Elementary is up: what listens to the system goes before terminate is
  * called. */
-int run(const Application& application, GDBusConnection* session_bus) {
+int run(const Application& application, GDBusConnection* session_bus, SingleInstance& instance) {
     const GlibLoop glib_loop;
     const RemoteControlKeys keys;
     const StillPicture still_picture;
     const Accessibility accessibility(session_bus);
-    MainLoop::instance().forget_request();
+    const EndingSignals signals;
+    MainLoop::instance().reset();
     {
         const LanguageWatch language([] { EventHandlers::instance().deliver(EventType::language_changed); });
         const Visibility visibility([&application](bool visible) { application.set_visible(visible); });
@@ -112,6 +84,7 @@ int run(const Application& application, GDBusConnection* session_bus) {
             return application_create_failed;
         application.launch();
         MainLoop::instance().run();
+        instance.refuse_launches();
     }
     application.terminate();
     return application_ok;
@@ -126,13 +99,15 @@ int ui_app_main(int argc, char** argv, const platform::LifecycleCallbacks* callb
         return application_invalid_argument;
     const Application application(*callbacks, user_data);
     const auto session_bus = connect_to_session_bus();
-    const SingleInstance instance(session_bus.get(), argv[0], [&application] { application.launch(); });
-    if (instance.launched_elsewhere())
+    SingleInstance instance(session_bus.get(), argv[0], [&application] { application.launch(); });
+    if (instance.outcome() == LaunchOutcome::held_up)
+        return application_held_up;
+    if (instance.outcome() == LaunchOutcome::reached)
         return application_ok;
     const Toolkit toolkit(argc, argv);
     if (!toolkit)
         return application_toolkit_failed;
-    return run(application, session_bus.get());
+    if (const auto result = check_requirements(); result != application_ok)
+        return result;
+    return run(application, instance.has_bus() ? session_bus.get() : nullptr, instance);
 }
-
-void ui_app_quit() { platform::MainLoop::instance().quit(); }

@@ -2,32 +2,101 @@
 
 #include "platform/log.h"
 #include "session_bus.h"
-#include "time_limit.h"
 
 #include <algorithm>
 #include <cctype>
+#include <mutex>
+#include <thread>
+#include <utility>
 
 namespace platform {
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr auto* application_interface = "org.freedesktop.Application";
-constexpr auto* introspection = "<node><interface name='org.freedesktop.Application'>"
-                                "<method name='Activate'><arg type='a{sv}' direction='in'/></method>"
-                                "</interface></node>";
+constexpr auto* ending_error = "tv.application.Error.Ending";
 
 // The bus's own numbers for RequestName.
 constexpr unsigned do_not_queue = 4;
 constexpr unsigned name_is_taken = 3;
 
-void log_failure(const GError& error) {
-    __dlog_print(LogBuffer::main, LogPriority::warning, "PLATFORM", "no single instance: %s", error.message);
+/** How long a process that is ending is waited for; the end of the radio's programs takes five seconds. */
+constexpr auto end_limit = 30s;
+constexpr auto look_interval = 100ms;
+/** How long the running process, or its GIO thread, may take to answer a launch. */
+constexpr std::chrono::milliseconds launch_limit = 1500ms;
+
+std::string object_path(const std::string& id) {
+    std::string path = "/" + id;
+    std::ranges::replace(path, '.', '/');
+    return path;
 }
 
-void activated(GDBusConnection* /*bus*/, const char* /*sender*/, const char* /*path*/,
-               const char* /*interface*/, const char* /*method*/, GVariant* /*parameters*/,
-               GDBusMethodInvocation* invocation, gpointer launched) {
-    g_dbus_method_invocation_return_value(invocation, nullptr);
-    (*static_cast<const std::function<void()>*>(launched))();
+void log_line(LogPriority priority, const char* text) {
+    __dlog_print(LogBuffer::main, priority, "PLATFORM", "%s", text);
+}
+
+} // namespace
+
+/** Shared with GIO's worker thread and with the calls that wait in the main loop. */
+class Launches : public std::enable_shared_from_this<Launches> {
+public:
+    explicit Launches(std::function<void()> launched) : launched_(std::move(launched)) {}
+
+    void refuse() {
+        const std::lock_guard lock(mutex_);
+        accepted_ = false;
+    }
+
+    /** Whether a launch is accepted; it is delivered by the main loop. */
+    bool take() {
+        const std::lock_guard lock(mutex_);
+        if (accepted_)
+            g_idle_add_full(G_PRIORITY_DEFAULT, deliver, make_handle(), drop_handle);
+        return accepted_;
+    }
+
+    /** A reference for GLib, which `drop_handle` deletes. */
+    gpointer make_handle() {
+        return std::make_unique<std::shared_ptr<Launches>>(shared_from_this()).release();
+    }
+    static void drop_handle(gpointer handle) {
+        std::default_delete<std::shared_ptr<Launches>>()(static_cast<std::shared_ptr<Launches>*>(handle));
+    }
+    static Launches& of(gpointer handle) { return **static_cast<std::shared_ptr<Launches>*>(handle); }
+
+private:
+    static gboolean deliver(gpointer handle) {
+        if (of(handle).is_accepted())
+            of(handle).launched_();
+        return G_SOURCE_REMOVE;
+    }
+    bool is_accepted() {
+        const std::lock_guard lock(mutex_);
+        return accepted_;
+    }
+
+    std::mutex mutex_;
+    bool accepted_ = true;
+    std::function<void()> launched_;
+};
+
+namespace {
+
+/** On GIO's worker thread: answers launches, and lets all other messages pass. */
+GDBusMessage* answer_launch(GDBusConnection* bus, GDBusMessage* message, gboolean incoming, gpointer handle) {
+    if (!incoming || g_dbus_message_get_message_type(message) != G_DBUS_MESSAGE_TYPE_METHOD_CALL ||
+        g_strcmp0(g_dbus_message_get_interface(message), application_interface) != 0 ||
+        g_strcmp0(g_dbus_message_get_member(message), "Activate") != 0)
+        return message;
+    const ObjectPointer<GDBusMessage> call(message);
+    const ObjectPointer<GDBusMessage> answer(
+        Launches::of(handle).take()
+            ? g_dbus_message_new_method_reply(call.get())
+            : g_dbus_message_new_method_error_literal(call.get(), ending_error, "the application is ending"));
+    g_dbus_connection_send_message(bus, answer.get(), G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr, nullptr);
+    return nullptr;
 }
 
 } // namespace
@@ -42,46 +111,54 @@ std::string application_id(std::string_view program) {
 
 SingleInstance::SingleInstance(GDBusConnection* session_bus, std::string_view program,
                                std::function<void()> launched)
-    : launched_(std::move(launched)), id_(application_id(program)), path_("/" + id_) {
+    : id_(application_id(program)), launches_(std::make_shared<Launches>(std::move(launched))) {
     if (!session_bus)
         return;
-    std::ranges::replace(path_, '.', '/');
     bus_.reset(G_DBUS_CONNECTION(g_object_ref(session_bus)));
-    listen(); // before the name is taken, so that no launch finds the name without the object
-    launched_elsewhere_ = !take_name();
-    if (launched_elsewhere_)
-        launch_owner();
+    // Before the name is taken, so that no launch finds the name without an answer.
+    filter_ = g_dbus_connection_add_filter(bus_.get(), answer_launch, launches_->make_handle(),
+                                           Launches::drop_handle);
+    outcome_ = settle();
 }
 
+// The bus takes the name back when the process has gone, not a moment before.
 SingleInstance::~SingleInstance() {
-    if (!bus_)
-        return;
-    g_dbus_connection_unregister_object(bus_.get(), registration_);
-    g_dbus_connection_call(bus_.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus",
-                           "org.freedesktop.DBus", "ReleaseName", g_variant_new("(s)", id_.c_str()), nullptr,
-                           G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr, nullptr);
+    launches_->refuse();
+    if (bus_)
+        g_dbus_connection_remove_filter(bus_.get(), filter_);
 }
 
-void SingleInstance::listen() {
-    static constexpr GDBusInterfaceVTable calls{
-        .method_call = activated, .get_property = nullptr, .set_property = nullptr, .padding = {}};
-    g_autoptr(GDBusNodeInfo) node = g_dbus_node_info_new_for_xml(introspection, nullptr);
-    g_autoptr(GError) error = nullptr;
-    registration_ = g_dbus_connection_register_object(
-        bus_.get(), path_.c_str(), g_dbus_node_info_lookup_interface(node, application_interface), &calls,
-        &launched_, nullptr, &error);
-    if (registration_ == 0)
-        log_failure(*error);
+void SingleInstance::refuse_launches() { launches_->refuse(); }
+
+LaunchOutcome SingleInstance::settle() {
+    const auto end = std::chrono::steady_clock::now() + end_limit;
+    bool told = false;
+    while (!take_name()) {
+        if (launch_owner())
+            return LaunchOutcome::reached;
+        if (!std::exchange(told, true))
+            log_line(LogPriority::info, "the application's earlier process is ending: waiting for its end");
+        if (std::chrono::steady_clock::now() >= end) {
+            log_line(LogPriority::error,
+                     "the application's earlier process has not ended in 30 s: not started");
+            return LaunchOutcome::held_up;
+        }
+        std::this_thread::sleep_for(look_interval);
+    }
+    return LaunchOutcome::runs;
 }
 
-bool SingleInstance::take_name() const {
+/** False when another process has the name. Without an answer the bus is given up. */
+bool SingleInstance::take_name() {
     g_autoptr(GError) error = nullptr;
     g_autoptr(GVariant) reply = g_dbus_connection_call_sync(
         bus_.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
         g_variant_new("(su)", id_.c_str(), do_not_queue), G_VARIANT_TYPE("(u)"), G_DBUS_CALL_FLAGS_NONE,
-        static_cast<int>(session_bus_limit.count()), nullptr, &error);
+        static_cast<int>(bus_answer_limit.count()), nullptr, &error);
     if (!reply) {
-        log_failure(*error);
+        give_up_session_bus(error->message);
+        g_dbus_connection_remove_filter(bus_.get(), filter_);
+        bus_.reset();
         return true;
     }
     unsigned answer = 0;
@@ -89,14 +166,17 @@ bool SingleInstance::take_name() const {
     return answer != name_is_taken;
 }
 
-void SingleInstance::launch_owner() const {
-    g_dbus_connection_call(bus_.get(), id_.c_str(), path_.c_str(), application_interface, "Activate",
-                           g_variant_new("(a{sv})", nullptr), nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START, -1,
-                           nullptr, nullptr, nullptr);
-    const TimeLimit limit(session_bus_limit);
+/** Whether the launch has reached the process that has the name; not, when that one is ending or gone. */
+bool SingleInstance::launch_owner() const {
     g_autoptr(GError) error = nullptr;
-    if (!g_dbus_connection_flush_sync(bus_.get(), limit.cancellable(), &error))
-        log_failure(*error);
+    g_autoptr(GVariant) reply = g_dbus_connection_call_sync(
+        bus_.get(), id_.c_str(), object_path(id_).c_str(), application_interface, "Activate",
+        g_variant_new("(a{sv})", nullptr), nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START,
+        static_cast<int>(launch_limit.count()), nullptr, &error);
+    if (!g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT))
+        return reply != nullptr;
+    log_line(LogPriority::warning, "the application's running process does not answer the launch");
+    return true;
 }
 
 } // namespace platform

@@ -3,8 +3,10 @@
 
 #include "object_pointer.h"
 
+#include <chrono>
 #include <functional>
 #include <gio/gio.h>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -14,43 +16,57 @@ namespace platform {
  */
 std::string application_id(std::string_view program);
 
+/** What is to become of a process that was started. */
+enum class LaunchOutcome {
+    runs,    /**< it is the application's one process */
+    reached, /**< another one is, and has taken the launch */
+    held_up, /**< another one is ending, and does not come to its end */
+};
+
+/** The launches that reach this process. */
+class Launches;
+
 /**
  * Holds the application's name on the session bus, or hands the launch to the process that holds it.
  *
- * Later launches come in as calls of org.freedesktop.Application.Activate. GApplication does the same, but a
- * remote one asks the first process for its actions and waits for the answer (measured): with the first
- * process busy in a long callback a second would come up. Here nothing is asked of the first process, so it
- * may be as busy as it likes.
+ * Later launches come in as calls of org.freedesktop.Application.Activate. GIO's worker thread answers them,
+ * so that the process may be as busy as it likes: accepted, or refused because it is ending. A process that
+ * was refused waits until the other is gone, and then tries anew. (GApplication asks the first process for
+ * its actions and waits for the answer, measured: with a busy one a second would come up.)
  */
 class SingleInstance {
 public:
     /**
-     * Takes the name, or finds that it is taken. Without a bus that answers in time the process counts as the
-     * first.
+     * Takes the name, or finds that it is taken. Without a bus that answers the process counts as the first.
      *
      * @param session_bus where the names are kept; may be null.
      * @param program     the path or name the program was started as.
      * @param launched    called from GLib's default context at every later launch.
      */
     SingleInstance(GDBusConnection* session_bus, std::string_view program, std::function<void()> launched);
+    /** Gives the name back. */
     ~SingleInstance();
     SingleInstance(const SingleInstance&) = delete;
     SingleInstance& operator=(const SingleInstance&) = delete;
 
-    /** Whether another process has the name; the launch has then been sent to it. */
-    [[nodiscard]] bool launched_elsewhere() const { return launched_elsewhere_; }
+    [[nodiscard]] LaunchOutcome outcome() const { return outcome_; }
+
+    /** Whether there is a bus that answered. */
+    [[nodiscard]] bool has_bus() const { return bus_ != nullptr; }
+
+    /** From now on launches are refused: this process is ending. */
+    void refuse_launches();
 
 private:
-    void listen();
-    [[nodiscard]] bool take_name() const;
-    void launch_owner() const;
+    [[nodiscard]] LaunchOutcome settle();
+    [[nodiscard]] bool take_name();
+    [[nodiscard]] bool launch_owner() const;
 
-    std::function<void()> launched_;
-    ObjectPointer<GDBusConnection> bus_;
     std::string id_;
-    std::string path_;
-    unsigned registration_ = 0;
-    bool launched_elsewhere_ = false;
+    ObjectPointer<GDBusConnection> bus_;
+    std::shared_ptr<Launches> launches_;
+    unsigned filter_ = 0;
+    LaunchOutcome outcome_ = LaunchOutcome::runs;
 };
 
 } // namespace platform

@@ -5,6 +5,7 @@
 #include "window_manager.h"
 
 #include "../services/settings_file.h"
+#include "../services/theme_file.h"
 
 #include <platform/vell.h>
 
@@ -26,13 +27,6 @@ double unit_in(const Size& window) {
     return std::min(window.width / page_units_across, window.height / page_units_down);
 }
 
-/** The theme lies beside the program: ../share/tv-platform/vell.edj from its folder. */
-std::filesystem::path theme_file() {
-    std::error_code error;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    return program.parent_path().parent_path() / "share" / "tv-platform" / "vell.edj";
-}
-
 } // namespace
 
 Manager& Manager::instance() {
@@ -47,13 +41,13 @@ bool Manager::init(Evas_Object* window) {
     window_ = window;
     evas_object_event_callback_add(window, EVAS_CALLBACK_RESIZE, on_window_resized, this);
     evas_object_event_callback_add(window, EVAS_CALLBACK_DEL, on_window_deleted, this);
-    elm_theme_overlay_add(nullptr, theme_file().c_str());
+    elm_theme_overlay_add(nullptr, platform::theme_file().c_str());
     elm_config_finger_size_set(0);
     ring_the_focus(window);
     correct_focus(window);
     show_handler_ = show_under_any_manager(window);
     set_window_size();
-    return std::filesystem::exists(theme_file());
+    return std::filesystem::exists(platform::theme_file());
 }
 
 void Manager::fini() {

@@ -9,13 +9,15 @@
 std::vector<std::string> ApplicationLog::all() const {
     // The radio stack writes to the same file, "socat" without a line's end: a message may begin inside a
     // line.
-    static const std::regex message(R"(([EI])/VELMORA\(\d+\): (\w+\.cpp: \w+)\(\d+\) (> .*))");
+    static const std::regex message(
+        R"(([EWI])/(VELMORA\(\d+\): (\w+\.cpp: \w+)\(\d+\) >|PLATFORM\(\d+\):) (.*))");
     std::vector<std::string> messages;
     std::ifstream file(path_);
     for (std::string line; std::getline(file, line);) {
         std::smatch parts;
         if (std::regex_search(line, parts, message))
-            messages.push_back(parts[1].str() + " " + parts[2].str() + " " + parts[3].str());
+            messages.push_back(parts[1].str() + " " + (parts[3].matched ? parts[3].str() : "platform") +
+                               " > " + parts[4].str());
     }
     return messages;
 }

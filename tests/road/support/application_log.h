@@ -10,8 +10,9 @@ public:
     [[nodiscard]] const std::string& path() const { return path_; }
 
     /**
-     * Its messages so far, "E dbus_client.cpp: Init > [b]": priority, file, operation, message. Process, line
-     * numbers and colours are left out, and what the programs of the radio stack say.
+     * Its messages so far, "E dbus_client.cpp: Init > [b]": priority, file, operation, message; those of its
+     * platform layer as "I platform > the main loop ends: SIGTERM". Process, line numbers and colours are
+     * left out, and what the programs of the radio stack say.
      *
      * What differs from run to run is made the same: pointers read POINTER, bus names SENDER, a failed status
      * of the secure storage -N; a wait that had to look more than once stands there only with its end.

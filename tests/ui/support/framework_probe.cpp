@@ -11,7 +11,7 @@
  *   bridge         tells whether the accessibility bridge is on
  *
  * Arguments: `window` opens one, `quit` and `throw` happen in create, `refuse` makes create answer false,
- * `bridge` switches the accessibility bridge on. What F9 does takes 400 ms, with Return pressed meanwhile.
+ * `linger` makes terminate take two seconds. What F9 does takes 400 ms, with Return pressed meanwhile.
  */
 #include "platform/application.h"
 
@@ -126,7 +126,7 @@ void obey(Probe& probe, const std::string& line) {
     else if (command == "bridge")
         say(elm_config_atspi_mode_get() ? "bridge on" : "bridge off");
     else if (command == "quit")
-        ui_app_quit();
+        ui_app_quit("told to");
     else if (command == "exit")
         elm_exit();
 }
@@ -167,13 +167,15 @@ void open_window(Probe& probe) {
 }
 
 void listen_for_signals() {
-    g_autoptr(GDBusConnection) bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
+    static GDBusConnection* const bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
     const auto received = +[](GDBusConnection* /*bus*/, const char* /*sender*/, const char* /*path*/,
                               const char* /*interface*/, const char* name, GVariant* /*parameters*/,
                               gpointer /*data*/) { say(std::string("signal ") + name); };
-    if (bus)
-        g_dbus_connection_signal_subscribe(bus, nullptr, "test.Probe", nullptr, nullptr, nullptr,
-                                           G_DBUS_SIGNAL_FLAGS_NONE, received, nullptr, nullptr);
+    if (!bus)
+        return;
+    g_dbus_connection_set_exit_on_close(bus, FALSE);
+    g_dbus_connection_signal_subscribe(bus, nullptr, "test.Probe", nullptr, nullptr, nullptr,
+                                       G_DBUS_SIGNAL_FLAGS_NONE, received, nullptr, nullptr);
 }
 
 bool create(void* data) {
@@ -184,7 +186,7 @@ bool create(void* data) {
         open_window(probe);
     listen_for_signals();
     if (probe.has("quit"))
-        ui_app_quit();
+        ui_app_quit("told to");
     if (probe.has("throw"))
         throw std::runtime_error("thrown in create");
     return !probe.has("refuse");
@@ -197,6 +199,8 @@ void terminate(void* data) {
         evas_object_del(window);
     }
     say("terminate");
+    if (probe_of(data).has("linger"))
+        block(2000);
 }
 
 } // namespace

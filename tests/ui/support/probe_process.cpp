@@ -22,8 +22,9 @@ int as_exit_status(int status) { return WIFEXITED(status) ? WEXITSTATUS(status) 
 
 } // namespace
 
-ProbeProcess::ProbeProcess(std::vector<std::string> arguments) {
-    std::string program = FRAMEWORK_PROBE;
+ProbeProcess::ProbeProcess(std::vector<std::string> arguments, std::string program) {
+    if (program.empty())
+        program = FRAMEWORK_PROBE;
     std::vector<char*> words{program.data()};
     for (auto& argument : arguments)
         words.push_back(argument.data());

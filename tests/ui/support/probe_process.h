@@ -11,8 +11,8 @@ namespace test {
 /** The probe program in a process of its own; ended when the object goes. */
 class ProbeProcess {
 public:
-    /** Starts the probe with these arguments. */
-    explicit ProbeProcess(std::vector<std::string> arguments = {});
+    /** Starts the probe with these arguments; `program` is a copy of it, when not empty. */
+    explicit ProbeProcess(std::vector<std::string> arguments = {}, std::string program = "");
     ~ProbeProcess();
     ProbeProcess(const ProbeProcess&) = delete;
     ProbeProcess& operator=(const ProbeProcess&) = delete;

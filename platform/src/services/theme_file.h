@@ -1,0 +1,11 @@
+/** Where the toolkit's theme is. */
+#pragma once
+
+#include <string>
+
+namespace platform {
+
+/** The theme's file, whether it exists or not: `../share/tv-platform/vell.edj` from the program's folder. */
+std::string theme_file();
+
+} // namespace platform
