@@ -88,8 +88,10 @@ Part* Television::find_part(const std::string& name) {
 }
 
 void Television::tell_end(const Part& part) {
-    log_.error("the ", part.name(), " ", part.state(), "; 'tvctl start ", part.name(),
-               "' starts it again: ", end_of_log(part.name()));
+    // Who would ask for another system bus could not be heard.
+    const std::string remedy =
+        part.name() == "system_bus" ? "" : "; 'tvctl start " + part.name() + "' starts it again";
+    log_.error("the ", part.name(), " ", part.state(), remedy, ": ", end_of_log(part.name()));
     if (on_part_ended)
         on_part_ended(part);
 }
