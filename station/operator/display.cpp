@@ -5,30 +5,58 @@
 #include <array>
 #include <stdexcept>
 #include <string_view>
+#include <thread>
 
 namespace station {
 namespace {
 
+/** A key of the remote control; a keyboard has it under one of these names. */
 struct RemoteKey {
     std::string_view name;
+    const char* key;
     const char* pc_key;
 };
 
-constexpr std::array<RemoteKey, 3> remote_keys{
-    {{"XF86Back", "Escape"}, {"XF86Exit", "F12"}, {"XF86Red", "F1"}}};
+constexpr std::array<RemoteKey, 4> remote_keys{{{"OK", "Return", "Return"},
+                                                {"Back", "XF86Back", "Escape"},
+                                                {"Exit", "XF86Exit", "F12"},
+                                                {"Red", "XF86Red", "F1"}}};
 
 /** The key's code, 0 when the keyboard does not have it. */
-KeyCode code_of(_XDisplay* display, const std::string& key) {
-    const KeySym symbol = XStringToKeysym(key.c_str());
+KeyCode code_of(_XDisplay* display, const char* key) {
+    const KeySym symbol = XStringToKeysym(key);
     return symbol == NoSymbol ? KeyCode{0} : XKeysymToKeycode(display, symbol);
 }
 
+/** Another program may have given keys new codes since the last time. */
+void follow_keyboard(_XDisplay* display) {
+    while (XPending(display) > 0) {
+        XEvent event{};
+        XNextEvent(display, &event);
+        if (event.type == MappingNotify)
+            XRefreshKeyboardMapping(&event.xmapping);
+    }
+}
+
 KeyCode code_or_stand_in(_XDisplay* display, const std::string& key) {
-    const KeyCode code = code_of(display, key);
+    follow_keyboard(display);
     for (const RemoteKey& remote : remote_keys)
-        if (code == 0 && remote.name == key)
-            return code_of(display, remote.pc_key);
+        if (key == remote.name || key == remote.key) {
+            const KeyCode code = code_of(display, remote.key);
+            return code != 0 ? code : code_of(display, remote.pc_key);
+        }
+    return code_of(display, key.c_str());
+}
+
+KeyCode existing_code(_XDisplay* display, const std::string& key) {
+    const KeyCode code = code_or_stand_in(display, key);
+    if (code == 0)
+        throw std::invalid_argument("this keyboard has no key '" + key + "'");
     return code;
+}
+
+void move_key(_XDisplay* display, KeyCode code, bool down) {
+    XTestFakeKeyEvent(display, code, down ? True : False, CurrentTime);
 }
 
 } // namespace
@@ -43,12 +71,22 @@ Display open_display() {
 }
 
 void press_key(const Display& display, const std::string& key) {
-    const KeyCode code = code_or_stand_in(display.get(), key);
-    if (code == 0)
-        throw std::invalid_argument("this keyboard has no key '" + key + "'");
-    XTestFakeKeyEvent(display.get(), code, True, CurrentTime);
-    XTestFakeKeyEvent(display.get(), code, False, CurrentTime);
+    hold_key(display, key, std::chrono::milliseconds::zero());
+}
+
+void hold_key(const Display& display, const std::string& key, std::chrono::milliseconds time) {
+    const KeyCode code = existing_code(display.get(), key);
+    move_key(display.get(), code, true);
+    if (time.count() > 0) {
+        XSync(display.get(), False);
+        std::this_thread::sleep_for(time);
+    }
+    move_key(display.get(), code, false);
     XSync(display.get(), False);
+}
+
+bool has_key(const Display& display, const std::string& key) {
+    return code_or_stand_in(display.get(), key) != 0;
 }
 
 } // namespace station

@@ -1,6 +1,9 @@
 /** The X display that the operator looks at and types on. */
 #pragma once
 
+#include "common/file_descriptor.h"
+
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -23,11 +26,18 @@ Display open_display();
 /**
  * Presses and releases a key, as a hand on the keyboard does (XTEST).
  *
- * @param key an X keysym name, for example "Return", "Left" or "XF86Back"; a remote control's key that the
- * keyboard lacks (XF86Back, XF86Exit, XF86Red) is pressed as the PC key that stands for it (Escape, F12, F1).
+ * @param key an X keysym name, for example "Return", "Left" or "XF86Back", or a key of the remote control:
+ * "OK", "Back", "Exit" or "Red". One that the keyboard lacks is pressed as the PC key that stands for it
+ * (Escape, F12, F1).
  * @throws std::invalid_argument for a key that the keyboard does not have.
  */
 void press_key(const Display& display, const std::string& key);
+
+/** Presses a key, as above, and releases it after a time. */
+void hold_key(const Display& display, const std::string& key, std::chrono::milliseconds time);
+
+/** Whether `press_key` can press it. */
+bool has_key(const Display& display, const std::string& key);
 
 /**
  * Leaves a PNG picture of the whole screen, once two looks at it 100 ms apart show the same, or after two
@@ -36,5 +46,8 @@ void press_key(const Display& display, const std::string& key);
  * @throws std::runtime_error when the screen cannot be read or the file not be written.
  */
 void take_picture(const Display& display, const std::string& path);
+
+/** The same into an open file, from where it stands. */
+void take_picture(const Display& display, const FileDescriptor& file);
 
 } // namespace station

@@ -2,8 +2,9 @@
 #pragma once
 
 #include "application.h"
+#include "condition.h"
 #include "display.h"
-#include "screen.h"
+#include "screen_reader.h"
 
 #include <chrono>
 #include <functional>
@@ -45,7 +46,7 @@ public:
     /** Presses a widget by its accessible action; throws NotSeen when it is not on the screen. */
     void activate(const std::string& name);
 
-    [[nodiscard]] Screen screen() const { return read_screen(application_); }
+    [[nodiscard]] Screen screen() const { return reader_.read(application_); }
     [[nodiscard]] std::vector<std::string> texts() const { return screen().texts(); }
     [[nodiscard]] std::optional<Widget> focused() const;
     /** Throws NotSeen when the widget is not on the screen. */
@@ -73,9 +74,12 @@ public:
     void picture(const std::string& path) const { take_picture(display_, path); }
 
 private:
+    const Screen& wait_until(const Condition& condition, std::chrono::milliseconds patience);
+
     std::string application_;
     std::chrono::milliseconds patience_;
     Display display_;
+    ScreenReader reader_;
     std::vector<std::string> keys_pressed_;
     const Application* followed_ = nullptr;
     Screen seen_{{}, false}; // the newest look of a wait

@@ -1,12 +1,9 @@
 /** What a screen reader finds on the screen of one application. */
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
-
-struct _AtspiAccessible;
 
 namespace station {
 
@@ -16,6 +13,12 @@ struct WidgetValue {
     double lowest = 0;
     double highest = 0;
     bool operator==(const WidgetValue&) const = default;
+};
+
+/** Where the application keeps a widget on the accessibility bus. */
+struct Accessible {
+    std::string bus_name;
+    std::string path;
 };
 
 /** A widget that can be seen. */
@@ -30,7 +33,7 @@ struct Widget {
     int y = 0;
     int width = 0;
     int height = 0;
-    std::shared_ptr<_AtspiAccessible> accessible;
+    Accessible accessible;
 };
 
 /** Puts widgets in reading order: row by row from the top, each row from the left. */
@@ -64,27 +67,5 @@ private:
     bool in_front_;
     std::string reason_;
 };
-
-/** Readies libatspi; throws std::runtime_error without an accessibility bus. */
-void connect_to_accessibility_bus();
-
-/**
- * Looks at the screen. Nothing is remembered from one look to the next.
- *
- * @param application the name the application has on the accessibility bus, that of its program.
- * @return an empty screen when the application is not there or too busy to answer.
- */
-Screen read_screen(const std::string& application);
-
-/**
- * Presses a widget through its accessible action, as a screen reader's user does. An application that works
- * longer on it than the bus waits is not an error.
- *
- * @throws std::runtime_error when the widget has no action.
- */
-void activate(const Widget& widget);
-
-/** Says on the session bus that a screen reader is there; an application asks when it starts. */
-void announce_screen_reader();
 
 } // namespace station

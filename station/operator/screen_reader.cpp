@@ -1,110 +1,129 @@
-#include "screen.h"
+#include "screen_reader.h"
 
-#include <array>
-#include <atspi/atspi.h>
+#include <algorithm>
 #include <gio/gio.h>
-#include <stdexcept>
+#include <map>
 
 namespace station {
 namespace {
 
-constexpr int answer_milliseconds = 1000;
-
-struct Unref {
-    void operator()(gpointer object) const { g_object_unref(object); }
+/** Numbers of the accessibility protocol. */
+enum class State {
+    active = 1,
+    enabled = 8,
+    focusable = 11,
+    focused = 12,
+    modal = 16,
+    showing = 25,
+    visible = 30
 };
-template <typename Object>
-using Owned = std::unique_ptr<Object, Unref>;
+constexpr guint32 spin_button = 52;
+constexpr guint32 screen_coordinates = 0;
 
-std::string taken(char* text) {
-    const std::unique_ptr<char, decltype(&g_free)> owned(text, g_free);
-    return text != nullptr ? g_strstrip(text) : "";
-}
+constexpr auto accessible_interface = "org.a11y.atspi.Accessible";
 
-/** The application stopped answering, or a widget went away, in the middle of a look. */
-class LostSight : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
+/** One entry of the application's own list of what it has. */
+struct Item {
+    Accessible accessible;
+    std::vector<std::string> children; /**< their paths */
+    std::vector<std::string> interfaces;
+    std::string name;
+    guint32 role = 0;
+    guint64 states = 0;
 
-/** Calls libatspi with an error to fill and throws when it was filled. */
-template <typename Call>
-auto ask(Call call) {
-    g_autoptr(GError) error = nullptr;
-    auto answer = call(&error);
-    if (error != nullptr)
-        throw LostSight(error->message);
-    return answer;
-}
-
-class States {
-public:
-    explicit States(AtspiAccessible* accessible) : states_(atspi_accessible_get_state_set(accessible)) {}
-    [[nodiscard]] bool has(AtspiStateType state) const {
-        return states_ && atspi_state_set_contains(states_.get(), state) != 0;
+    [[nodiscard]] bool is(State state) const { return ((states >> static_cast<unsigned>(state)) & 1U) != 0; }
+    [[nodiscard]] bool has(const std::string& interface) const {
+        return std::ranges::find(interfaces, "org.a11y.atspi." + interface) != interfaces.end();
     }
-
-private:
-    Owned<AtspiStateSet> states_;
 };
 
-std::optional<WidgetValue> value_of(AtspiAccessible* accessible) {
-    const Owned<AtspiValue> value(atspi_accessible_get_value_iface(accessible));
-    if (!value)
-        return std::nullopt;
-    return WidgetValue{
-        ask([&](GError** error) { return atspi_value_get_current_value(value.get(), error); }),
-        ask([&](GError** error) { return atspi_value_get_minimum_value(value.get(), error); }),
-        ask([&](GError** error) { return atspi_value_get_maximum_value(value.get(), error); })};
+/** All that an application has, its root first. */
+struct Items {
+    std::map<std::string, Item> by_path;
+    std::string root;
+};
+
+std::string stripped(const char* text) {
+    g_autofree char* copy = g_strdup(text);
+    return g_strstrip(copy);
 }
 
-void read_place(Widget& widget) {
-    const Owned<AtspiComponent> component(atspi_accessible_get_component_iface(widget.accessible.get()));
-    if (!component)
-        return;
-    const std::unique_ptr<AtspiRect, decltype(&g_free)> area(
-        ask([&](GError** error) {
-            return atspi_component_get_extents(component.get(), ATSPI_COORD_TYPE_SCREEN, error);
-        }),
-        g_free);
-    widget.x = area->x;
-    widget.y = area->y;
-    widget.width = area->width;
-    widget.height = area->height;
+Item read_item(GVariant* entry) {
+    const char* bus_name = nullptr;
+    const char* path = nullptr;
+    g_autoptr(GVariantIter) children = nullptr;
+    g_autoptr(GVariantIter) interfaces = nullptr;
+    const char* name = nullptr;
+    guint32 role = 0;
+    g_autoptr(GVariantIter) states = nullptr;
+    g_variant_get(entry, "((&s&o)(so)(so)a(so)as&su&sau)", &bus_name, &path, nullptr, nullptr, nullptr,
+                  nullptr, &children, &interfaces, &name, &role, nullptr, &states);
+    Item item{.accessible = {bus_name, path},
+              .children = {},
+              .interfaces = {},
+              .name = stripped(name),
+              .role = role};
+    while (g_variant_iter_next(children, "(&s&o)", nullptr, &path) != FALSE)
+        item.children.emplace_back(path);
+    for (const char* interface = nullptr; g_variant_iter_next(interfaces, "&s", &interface) != FALSE;)
+        item.interfaces.emplace_back(interface);
+    guint32 word = 0;
+    for (unsigned shift = 0; shift < 64 && g_variant_iter_next(states, "u", &word) != FALSE; shift += 32)
+        item.states |= guint64{word} << shift;
+    return item;
 }
 
-Widget read_widget(const std::shared_ptr<AtspiAccessible>& accessible, const States& states) {
-    Widget widget;
-    widget.accessible = accessible;
-    widget.name =
-        taken(ask([&](GError** error) { return atspi_accessible_get_name(accessible.get(), error); }));
-    widget.role =
-        taken(ask([&](GError** error) { return atspi_accessible_get_role_name(accessible.get(), error); }));
-    widget.focusable = states.has(ATSPI_STATE_FOCUSABLE);
-    widget.focused = states.has(ATSPI_STATE_FOCUSED);
-    widget.enabled = states.has(ATSPI_STATE_ENABLED);
-    if (widget.role == "spin button")
-        widget.value = value_of(accessible.get());
-    read_place(widget);
-    return widget;
+Items read_items(const AccessibilityBus& bus, const std::string& bus_name) {
+    Items items;
+    constexpr auto type = "(a((so)(so)(so)a(so)assusau))";
+    const Accessible cache{bus_name, "/org/a11y/atspi/cache"};
+    bus.ask({cache, "org.a11y.atspi.Cache", "GetItems", nullptr, type}, [&](GVariant* answer) {
+        g_autoptr(GVariantIter) entries = nullptr;
+        g_variant_get(answer, type, &entries);
+        for (GVariant* entry = nullptr; (entry = g_variant_iter_next_value(entries)) != nullptr;) {
+            const std::unique_ptr<GVariant, decltype(&g_variant_unref)> held(entry, g_variant_unref);
+            Item item = read_item(entry);
+            if (items.root.empty())
+                items.root = item.accessible.path;
+            items.by_path.emplace(item.accessible.path, std::move(item));
+        }
+    });
+    return items;
 }
 
-std::vector<std::shared_ptr<AtspiAccessible>> children_of(AtspiAccessible* parent) {
-    const int count = ask([&](GError** error) { return atspi_accessible_get_child_count(parent, error); });
-    std::vector<std::shared_ptr<AtspiAccessible>> children;
-    for (int index = 0; index < count; ++index) {
-        Owned<AtspiAccessible> child(
-            ask([&](GError** error) { return atspi_accessible_get_child_at_index(parent, index, error); }));
-        if (child)
-            children.emplace_back(std::move(child));
+std::vector<std::string> applications(const AccessibilityBus& bus) {
+    std::vector<std::string> names;
+    const Accessible desktop{"org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root"};
+    bus.ask({desktop, accessible_interface, "GetChildren", nullptr, "(a(so))"}, [&names](GVariant* answer) {
+        g_autoptr(GVariantIter) each = nullptr;
+        g_variant_get(answer, "(a(so))", &each);
+        for (const char* name = nullptr; g_variant_iter_next(each, "(&s&o)", &name, nullptr) != FALSE;)
+            names.emplace_back(name);
+    });
+    return names;
+}
+
+/** What the wanted application has; one that has just ended, or does not answer, must not hide it. */
+Items items_of(const AccessibilityBus& bus, const std::string& wanted) {
+    LostSight reason("the application is not on the accessibility bus", false);
+    for (const std::string& name : applications(bus)) {
+        try {
+            Items items = read_items(bus, name);
+            const auto root = items.by_path.find(items.root);
+            if (root != items.by_path.end() &&
+                (wanted.empty() ? !root->second.children.empty() : root->second.name == wanted))
+                return items;
+        } catch (const LostSight& error) {
+            reason = error;
+        }
     }
-    return children;
+    throw LostSight(reason);
 }
 
 /** What one look has found so far. */
 struct Look {
     struct Found {
-        Widget widget;
+        const Item* item;
         int dialog; /**< the dialog that it is in, counted from 1; 0 for the page */
     };
     std::vector<Found> found;
@@ -112,87 +131,96 @@ struct Look {
     bool in_front = false;
 };
 
-void read_below(AtspiAccessible* parent, int dialog, Look& look) {
-    for (const auto& child : children_of(parent)) {
-        const States states(child.get());
-        if (!states.has(ATSPI_STATE_VISIBLE))
+void look_below(const Items& items, const Item& parent, int dialog, bool is_window, Look& look) {
+    for (const std::string& path : parent.children) {
+        const auto found = items.by_path.find(path);
+        if (found == items.by_path.end())
             continue;
-        look.in_front = look.in_front || states.has(ATSPI_STATE_ACTIVE);
-        const int own_dialog = states.has(ATSPI_STATE_MODAL) ? ++look.dialogs : dialog;
-        if (states.has(ATSPI_STATE_SHOWING))
-            look.found.push_back({read_widget(child, states), own_dialog});
-        read_below(child.get(), own_dialog, look);
+        const Item& item = found->second;
+        if (!is_window && !item.is(State::visible))
+            continue;
+        look.in_front = look.in_front || item.is(State::active);
+        const int own_dialog = item.is(State::modal) ? ++look.dialogs : dialog;
+        if (!is_window && item.is(State::showing) && !item.name.empty())
+            look.found.push_back({&item, own_dialog});
+        look_below(items, item, own_dialog, false, look);
     }
 }
 
-/** The application's entry among the desktop's children; the desktop's own list is never remembered. */
-std::shared_ptr<AtspiAccessible> find_application(const std::string& name) {
-    const Owned<AtspiAccessible> desktop(atspi_get_desktop(0));
-    atspi_accessible_set_cache_mask(desktop.get(), ATSPI_CACHE_NONE);
-    for (const auto& application : children_of(desktop.get())) {
-        atspi_accessible_set_cache_mask(application.get(), ATSPI_CACHE_NONE);
-        g_autoptr(GError) error = nullptr; // one that has just ended must not hide the others
-        if (taken(atspi_accessible_get_name(application.get(), &error)) == name)
-            return application;
-    }
-    return nullptr;
+void ask_number(AccessibilityBus::Questions& questions, const Accessible& whom, const char* property,
+                double& number) {
+    questions.ask({whom, "org.freedesktop.DBus.Properties", "Get",
+                   g_variant_new("(ss)", "org.a11y.atspi.Value", property), "(v)"},
+                  [&number](GVariant* answer) {
+                      g_autoptr(GVariant) value = nullptr;
+                      g_variant_get(answer, "(v)", &value);
+                      if (g_variant_is_of_type(value, G_VARIANT_TYPE_DOUBLE) != FALSE)
+                          number = g_variant_get_double(value);
+                  });
 }
 
-/** Lets libatspi work off what the bus has told it. */
-void dispatch_events() {
-    while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
+void ask_rest(AccessibilityBus::Questions& questions, const Item& item, Widget& widget) {
+    questions.ask({item.accessible, accessible_interface, "GetRoleName", nullptr, "(s)"},
+                  [&widget](GVariant* answer) {
+                      const char* role = nullptr;
+                      g_variant_get(answer, "(&s)", &role);
+                      widget.role = role;
+                  });
+    if (item.has("Component"))
+        questions.ask({item.accessible, "org.a11y.atspi.Component", "GetExtents",
+                       g_variant_new("(u)", screen_coordinates), "((iiii))"},
+                      [&widget](GVariant* answer) {
+                          g_variant_get(answer, "((iiii))", &widget.x, &widget.y, &widget.width,
+                                        &widget.height);
+                      });
+    if (item.role == spin_button && item.has("Value")) {
+        WidgetValue& value = widget.value.emplace();
+        ask_number(questions, item.accessible, "CurrentValue", value.current);
+        ask_number(questions, item.accessible, "MinimumValue", value.lowest);
+        ask_number(questions, item.accessible, "MaximumValue", value.highest);
     }
 }
 
 } // namespace
 
-void connect_to_accessibility_bus() {
-    if (atspi_init() > 1)
-        throw std::runtime_error("no accessibility bus");
-    atspi_set_timeout(answer_milliseconds, answer_milliseconds);
-}
-
-Screen read_screen(const std::string& application) {
-    dispatch_events();
+Screen ScreenReader::read(const std::string& application) const {
     try {
-        const auto root = find_application(application);
-        if (!root)
-            return Screen::unreadable("the application is not on the accessibility bus");
+        const Items items = items_of(bus_, application);
         Look look;
-        for (const auto& window : children_of(root.get())) {
-            const States states(window.get());
-            look.in_front = look.in_front || states.has(ATSPI_STATE_ACTIVE);
-            read_below(window.get(), 0, look);
+        look_below(items, items.by_path.at(items.root), 0, true, look);
+        std::erase_if(look.found, [&look](const auto& found) { return found.dialog != look.dialogs; });
+        std::vector<Widget> widgets(look.found.size());
+        AccessibilityBus::Questions questions(bus_);
+        for (std::size_t i = 0; i < widgets.size(); ++i) {
+            const Item& item = *look.found[i].item;
+            widgets[i].name = item.name;
+            widgets[i].focusable = item.is(State::focusable);
+            widgets[i].focused = item.is(State::focused);
+            widgets[i].enabled = item.is(State::enabled);
+            widgets[i].accessible = item.accessible;
+            ask_rest(questions, item, widgets[i]);
         }
-        std::vector<Widget> widgets;
-        for (auto& [widget, dialog] : look.found)
-            if (dialog == look.dialogs)
-                widgets.push_back(std::move(widget));
+        questions.take_answers();
         return Screen(std::move(widgets), look.in_front);
     } catch (const LostSight& error) {
         return Screen::unreadable(error.what());
     }
 }
 
-void activate(const Widget& widget) {
-    const Owned<AtspiAction> action(atspi_accessible_get_action_iface(widget.accessible.get()));
-    g_autoptr(GError) error = nullptr;
-    if (!action || (atspi_action_do_action(action.get(), 0, &error) == FALSE && error == nullptr))
-        throw std::runtime_error("'" + widget.name + "' cannot be activated");
-}
-
-void announce_screen_reader() {
-    g_autoptr(GError) error = nullptr;
-    g_autoptr(GDBusConnection) bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, &error);
-    if (bus != nullptr) {
-        g_autoptr(GVariant) answer = g_dbus_connection_call_sync(
-            bus, "org.a11y.Bus", "/org/a11y/bus", "org.freedesktop.DBus.Properties", "Set",
-            g_variant_new("(ssv)", "org.a11y.Status", "ScreenReaderEnabled", g_variant_new_boolean(TRUE)),
-            nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, &error);
-        if (answer != nullptr)
-            return;
+void ScreenReader::activate(const Widget& widget) const {
+    const std::string refusal = "'" + widget.name + "' cannot be activated";
+    try {
+        bus_.ask({widget.accessible, "org.a11y.atspi.Action", "DoAction", g_variant_new("(i)", 0), "(b)"},
+                 [&refusal](GVariant* answer) {
+                     gboolean done = FALSE;
+                     g_variant_get(answer, "(b)", &done);
+                     if (done == FALSE)
+                         throw LostSight(refusal, false);
+                 });
+    } catch (const LostSight& error) {
+        if (!error.is_late())
+            throw std::runtime_error(refusal);
     }
-    throw std::runtime_error(std::string("no accessibility bus: ") + error->message);
 }
 
 } // namespace station

@@ -7,6 +7,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <filesystem>
 #include <system_error>
 
 namespace station {
@@ -36,6 +37,9 @@ ModulePort::ModulePort(std::string device_path)
 void ModulePort::show() {
     if (shown_)
         return;
+    std::error_code error;
+    if (std::filesystem::is_symlink(device_path_, error))
+        unlink(device_path_.c_str()); // of a module that was killed
     if (symlink(terminal_path_.c_str(), device_path_.c_str()) != 0)
         fail(device_path_);
     shown_ = true;

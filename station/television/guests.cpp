@@ -1,7 +1,5 @@
 #include "guests.h"
 
-#include <csignal>
-
 namespace station {
 
 /** One running command, and the caller that waits for it. */
@@ -12,9 +10,9 @@ public:
           GDBusMethodInvocation* invocation)
         : guests_(guests), invocation_(invocation),
           process_(
-              command, std::move(descriptors), [this] { answer(); }, environment) {
+              command, std::move(descriptors), [this] { answer(); }, environment, true) {
         const auto gone = +[](GDBusConnection* /*connection*/, const char* /*caller*/, gpointer self) {
-            static_cast<Guest*>(self)->process_.send_signal(SIGKILL);
+            static_cast<Guest*>(self)->process_.kill();
         };
         caller_watch_ = g_bus_watch_name_on_connection(
             guests.connection_, g_dbus_method_invocation_get_sender(invocation),

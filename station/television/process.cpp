@@ -19,14 +19,20 @@ void reset_signals(gpointer /*data*/) {
     sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
+void begin_session(gpointer data) {
+    setsid();
+    reset_signals(data);
+}
+
 } // namespace
 
 Process::Process(const std::vector<std::string>& command, Descriptors descriptors, Ended ended,
-                 const std::vector<std::string>& environment)
-    : watch_(g_cancellable_new()), ended_(std::move(ended)) {
+                 const std::vector<std::string>& environment, bool leads)
+    : watch_(g_cancellable_new()), ended_(std::move(ended)), leads_(leads) {
     const std::unique_ptr<GSubprocessLauncher, Release> launcher(g_subprocess_launcher_new(
         descriptors.input ? G_SUBPROCESS_FLAGS_NONE : G_SUBPROCESS_FLAGS_STDIN_INHERIT));
-    g_subprocess_launcher_set_child_setup(launcher.get(), reset_signals, nullptr, nullptr);
+    g_subprocess_launcher_set_child_setup(launcher.get(), leads ? begin_session : reset_signals, nullptr,
+                                          nullptr);
     if (descriptors.input)
         g_subprocess_launcher_take_stdin_fd(launcher.get(), descriptors.input.release());
     if (descriptors.output)
@@ -39,6 +45,7 @@ Process::Process(const std::vector<std::string>& command, Descriptors descriptor
                                      variable.substr(middle + 1).c_str(), TRUE);
     }
     std::vector<const char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (const std::string& word : command)
         arguments.push_back(word.c_str());
     arguments.push_back(nullptr);
@@ -51,8 +58,7 @@ Process::Process(const std::vector<std::string>& command, Descriptors descriptor
 
 Process::~Process() {
     g_cancellable_cancel(watch_.get());
-    if (runs())
-        g_subprocess_force_exit(process_.get());
+    kill();
 }
 
 void Process::on_ended(GObject* process, GAsyncResult* result, gpointer self) {
@@ -83,6 +89,12 @@ std::string Process::state() const {
 void Process::send_signal(int signal) {
     if (runs())
         g_subprocess_send_signal(process_.get(), signal);
+}
+
+void Process::kill() {
+    if (const int leader = number(); leader > 0 && leads_)
+        ::kill(-leader, SIGKILL);
+    send_signal(SIGKILL);
 }
 
 bool Process::wait_for_end(std::chrono::milliseconds limit) {

@@ -32,10 +32,11 @@ public:
      *
      * @param command     the program, looked up in PATH, and its arguments.
      * @param environment variables in addition to the television's own, each "NAME=VALUE".
+     * @param leads       it leads a session of its own, and what it started is killed with it.
      * @throws std::runtime_error when it cannot be started.
      */
     Process(const std::vector<std::string>& command, Descriptors descriptors, Ended ended,
-            const std::vector<std::string>& environment = {});
+            const std::vector<std::string>& environment = {}, bool leads = false);
     /** A process that still runs is killed. */
     ~Process();
     Process(const Process&) = delete;
@@ -51,6 +52,8 @@ public:
     [[nodiscard]] std::string state() const;
 
     void send_signal(int signal);
+    /** Kills it, and with a session of its own all that it started there. */
+    void kill();
     /** Turns the main loop until the process has ended; false when it does not in this time. */
     bool wait_for_end(std::chrono::milliseconds limit);
 
@@ -64,6 +67,7 @@ private:
     std::unique_ptr<GCancellable, Release> watch_;
     Ended ended_;
     std::optional<int> status_;
+    bool leads_;
 };
 
 } // namespace station

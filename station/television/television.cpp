@@ -51,7 +51,7 @@ void Television::start() {
         if (plan_.has_window_manager)
             add_part("window_manager", {plan_.programs + "/window_manager"}).wait_until_ready();
     }
-    if (plan_.screen != "none" && g_file_test((plan_.programs + "/operator").c_str(), G_FILE_TEST_EXISTS))
+    if (plan_.screen != "none")
         add_part("operator", {plan_.programs + "/operator"}).wait_until_ready();
     radio_module.wait_until_ready();
     ncp_host.wait_until_ready();

@@ -1,6 +1,7 @@
 #include "television_service.h"
 
 #include "common/processes.h"
+#include "common/refusal.h"
 #include "contract.h"
 #include "logs.h"
 
@@ -10,17 +11,6 @@
 
 namespace station {
 namespace {
-
-/** A refusal with a name: "org.velmora.Station.Error." and this. */
-class Refusal : public std::runtime_error {
-public:
-    Refusal(const std::string& name, const std::string& message)
-        : std::runtime_error(message), name_("org.velmora.Station.Error." + name) {}
-    [[nodiscard]] const std::string& name() const { return name_; }
-
-private:
-    std::string name_;
-};
 
 std::string text_argument(GVariant* arguments) {
     const char* text = nullptr;
@@ -103,7 +93,7 @@ void TelevisionService::handle_call(const std::string& method, GVariant* argumen
             television_.end();
         g_dbus_method_invocation_return_value(invocation, answer);
     } catch (const Refusal& refusal) {
-        g_dbus_method_invocation_return_dbus_error(invocation, refusal.name().c_str(), refusal.what());
+        refusal.answer(invocation);
     }
 }
 

@@ -22,6 +22,7 @@ std::string taken(char* text) {
 } // namespace
 
 Announcements::Announcements() : listener_(nullptr, g_object_unref) {
+    atspi_init();
     const auto heard = +[](AtspiEvent* event, void* self) {
         static_cast<Announcements*>(self)->hear(*event);
         g_boxed_free(ATSPI_TYPE_EVENT, event);
@@ -34,6 +35,12 @@ Announcements::Announcements() : listener_(nullptr, g_object_unref) {
 Announcements::~Announcements() {
     for (const auto event : events)
         atspi_event_listener_deregister(listener_.get(), event.data(), nullptr);
+}
+
+std::size_t Announcements::count() const {
+    while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
+    }
+    return said_.size();
 }
 
 std::vector<std::string> Announcements::take() { return std::exchange(said_, {}); }

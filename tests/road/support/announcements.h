@@ -8,8 +8,7 @@
 
 /**
  * From its making on, what a screen reader would say of itself: what gets the focus ("push button Exit"),
- * popups that appear ("dialog Exit App"), and new names of what has the focus ("spin button 7"). The
- * operator's looks at the screen let it hear.
+ * popups that appear ("dialog Exit App"), and new names of what has the focus ("spin button 7").
  */
 class Announcements {
 public:
@@ -18,7 +17,8 @@ public:
     Announcements(const Announcements&) = delete;
     Announcements& operator=(const Announcements&) = delete;
 
-    [[nodiscard]] std::size_t count() const { return said_.size(); }
+    /** Hears what has come in meanwhile. */
+    [[nodiscard]] std::size_t count() const;
 
     /** What was said since the last call. */
     std::vector<std::string> take();

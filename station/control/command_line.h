@@ -1,0 +1,52 @@
+/** The verbs of tvctl and their words. */
+#pragma once
+
+#include "remote.h"
+#include "verbs.h"
+
+#include <CLI/CLI.hpp>
+#include <array>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace station {
+
+class CommandLine {
+public:
+    CommandLine();
+    /** @return the exit status. @throws Failure or WrongUse. */
+    int run(int argc, char** argv);
+
+private:
+    using Action = std::function<void(Remote& remote)>;
+
+    CLI::App* add_verb(const std::string& name, const std::string& help, const Action& action);
+    /** A verb with words that have to be there. */
+    CLI::App* add_verb(const std::string& name, const std::vector<std::string>& words,
+                       const std::string& help, const Action& action);
+    void add_screen_verbs();
+    void add_waiting();
+    void add_radio_verbs();
+    void add_stack_verbs();
+    void add_inside_verbs();
+    void wait(Remote& remote);
+
+    CLI::App app_{"Drives a running simulated television.", "tvctl"};
+    std::string name_;
+    Output output_;
+    Action action_;
+    bool is_list_ = false;
+    std::chrono::milliseconds patience_{0}; // for a television that is not there yet
+
+    std::array<std::string, 2> words_;
+    std::vector<std::string> keys_;
+    double seconds_ = 10;
+    bool gone_ = false;
+    bool focus_ = false;
+    bool number_ = false;
+    bool follow_ = false;
+    int status_ = 0;
+};
+
+} // namespace station

@@ -1,0 +1,70 @@
+#include "doors.h"
+
+#include "common/local_socket.h"
+#include "failure.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace station {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool is_own(const fs::path& folder) {
+    struct stat found {};
+    return lstat(folder.c_str(), &found) == 0 && S_ISDIR(found.st_mode) && found.st_uid == getuid();
+}
+
+/** Where station/tv leaves them (station/door.sh). */
+fs::path folder_of_doors() {
+    const std::string user = std::to_string(getuid());
+    const char* const given = std::getenv("XDG_RUNTIME_DIR"); // NOLINT(concurrency-mt-unsafe): one thread
+    const fs::path runtime = given != nullptr && *given != '\0' ? given : "/run/user/" + user;
+    if (is_own(runtime) && access(runtime.c_str(), W_OK) == 0)
+        return runtime / "velmora-televisions";
+    return "/tmp/velmora-televisions-" + user;
+}
+
+fs::path door_of(const std::string& name) { return folder_of_doors() / name / "system_bus"; }
+
+bool is_open(const std::string& name) { return static_cast<bool>(connect_to(door_of(name))); }
+
+std::string joined(const std::vector<std::string>& names) {
+    std::string text;
+    for (const auto& name : names)
+        text += (text.empty() ? "" : ", ") + name;
+    return text;
+}
+
+} // namespace
+
+std::vector<std::string> running_televisions() {
+    std::vector<std::string> names;
+    const fs::path folder = folder_of_doors();
+    if (!is_own(folder)) // another user's could lead anywhere
+        return names;
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator(folder, error))
+        if (const std::string name = entry.path().filename(); is_open(name))
+            names.push_back(name);
+    std::ranges::sort(names);
+    return names;
+}
+
+std::string find_door(const std::string& name) {
+    const auto names = running_televisions();
+    if (!name.empty() && std::ranges::find(names, name) == names.end())
+        throw WrongUse("no television called " + name + " runs" +
+                       (names.empty() ? "" : "; there is " + joined(names)));
+    if (names.empty())
+        throw WrongUse("no television runs; 'station/tv --help' says how to start one");
+    if (name.empty() && names.size() > 1)
+        throw WrongUse("several televisions run (" + joined(names) + "): say which with -n NAME");
+    return door_of(name.empty() ? names.front() : name);
+}
+
+} // namespace station

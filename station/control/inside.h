@@ -1,0 +1,27 @@
+/** Commands that run inside the television, on the caller's own terminal and files. */
+#pragma once
+
+#include "common/file_descriptor.h"
+#include "remote.h"
+
+#include <string>
+#include <vector>
+
+namespace station {
+
+/**
+ * Runs a command with this process's standard descriptors, to its end; the command ends with this process.
+ *
+ * @return its status as a shell says it.
+ * @throws Failure when it cannot be started.
+ */
+int run_inside(Remote& remote, const std::vector<std::string>& command);
+
+/** The same with its output in a file and nothing to read. */
+int run_inside(Remote& remote, const std::vector<std::string>& command, const FileDescriptor& output);
+
+/** The same on a terminal of its own, which shows what this process's terminal does: an interactive shell has
+ * its job control there, and the keys that interrupt a command reach that command. */
+int run_on_terminal(Remote& remote, const std::vector<std::string>& command);
+
+} // namespace station

@@ -1,0 +1,158 @@
+#include "remote.h"
+
+#include "doors.h"
+#include "failure.h"
+#include "host/ncp_contract.h"
+#include "operator_service/contract.h"
+#include "television/contract.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <thread>
+
+namespace station {
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+constexpr auto look_interval = 10ms;
+constexpr auto start_patience = 30s;
+
+std::string patient_door(const std::string& name, std::chrono::milliseconds patience) {
+    const auto deadline = Clock::now() + patience;
+    for (;;) {
+        try {
+            return find_door(name);
+        } catch (const WrongUse&) {
+            if (Clock::now() >= deadline)
+                throw;
+        }
+        std::this_thread::sleep_for(look_interval);
+    }
+}
+
+bool is_absence(const GError* error) {
+    return g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN) != FALSE ||
+           g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_NAME_HAS_NO_OWNER) != FALSE;
+}
+
+GError* failed_call(GDBusConnection* bus, const BusPart& part, const char* method, GVariant* arguments,
+                    GUnixFDList* descriptors, Answer& answer) {
+    GError* error = nullptr;
+    answer.reset(g_dbus_connection_call_with_unix_fd_list_sync(
+        bus, part.name, part.path, part.interface, method, arguments, nullptr,
+        G_DBUS_CALL_FLAGS_NO_AUTO_START, G_MAXINT, descriptors, nullptr, nullptr, &error));
+    return error;
+}
+
+} // namespace
+
+const BusPart television{television_contract::bus_name, television_contract::path,
+                         television_contract::interface, "television"};
+const BusPart screen_operator{operator_contract::bus_name, operator_contract::path,
+                              operator_contract::interface, "operator"};
+const BusPart ncp_host{"org.orvane.qm_ncp_host", contract::simulation_path, "org.velmora.Station.NcpHost",
+                       "ncp_host"};
+const BusPart radio_module{"org.velmora.Station.RadioModule", "/org/velmora/station/radio_module",
+                           "org.velmora.Station.RadioModule", "radio_module"};
+
+Remote::Remote(const std::string& name, std::chrono::milliseconds patience) {
+    const std::string door = patient_door(name, patience);
+    g_autofree char* path = g_dbus_address_escape_value(door.c_str());
+    g_autoptr(GError) error = nullptr;
+    bus_.reset(g_dbus_connection_new_for_address_sync(
+        ("unix:path=" + std::string(path)).c_str(),
+        static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+        nullptr, nullptr, &error));
+    if (!bus_)
+        throw Failure("the television does not open its door " + door + ": " + error->message);
+}
+
+Answer Remote::call(const BusPart& part, const char* method, GVariant* arguments, GUnixFDList* descriptors) {
+    const Answer held(arguments != nullptr ? g_variant_ref_sink(arguments) : nullptr);
+    const auto deadline = Clock::now() + start_patience;
+    for (;;) {
+        Answer answer;
+        g_autoptr(GError) error = failed_call(bus_.get(), part, method, held.get(), descriptors, answer);
+        if (error == nullptr)
+            return answer;
+        if (!is_absence(error))
+            refuse(*error, part);
+        if (!is_starting() || Clock::now() >= deadline)
+            throw Failure(why_absent(part));
+        std::this_thread::sleep_for(look_interval);
+    }
+}
+
+void Remote::refuse(const GError& error, const BusPart& part) {
+    static constexpr std::array<std::string_view, 3> wrong_uses{"org.velmora.Station.Error.NoSuchKey",
+                                                                "org.velmora.Station.Error.NoSuchPart",
+                                                                "org.freedesktop.DBus.Error.InvalidArgs"};
+    if (g_dbus_error_is_remote_error(&error) == FALSE)
+        throw Failure("the television has ended");
+    if (g_error_matches(&error, G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY) != FALSE)
+        throw Failure("the " + std::string(part.program) + " has ended before it answered");
+    g_autofree char* name = g_dbus_error_get_remote_error(&error);
+    const std::unique_ptr<GError, decltype(&g_error_free)> copy(g_error_copy(&error), g_error_free);
+    g_dbus_error_strip_remote_error(copy.get());
+    if (std::ranges::find(wrong_uses, name) != wrong_uses.end())
+        throw WrongUse(copy->message);
+    throw Failure(copy->message);
+}
+
+/** The television's own name comes last, when every part is there. */
+bool Remote::is_starting() const {
+    static constexpr BusPart bus{"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", ""};
+    Answer answer;
+    const Answer name(g_variant_ref_sink(g_variant_new("(s)", television.name)));
+    g_autoptr(GError) error = failed_call(bus_.get(), bus, "NameHasOwner", name.get(), nullptr, answer);
+    if (error != nullptr)
+        refuse(*error, television);
+    gboolean owned = TRUE;
+    g_variant_get(answer.get(), "(b)", &owned);
+    return owned == FALSE;
+}
+
+std::string Remote::why_absent(const BusPart& part) {
+    const std::string program = part.program;
+    if (&part == &television)
+        return "the television does not answer";
+    const Answer parts = call(television, "Parts");
+    g_autoptr(GVariantIter) each = nullptr;
+    g_variant_get(parts.get(), "(a(ssi))", &each);
+    const char* name = nullptr;
+    const char* state = nullptr;
+    while (g_variant_iter_next(each, "(&s&si)", &name, &state, nullptr) != FALSE)
+        if (program == name)
+            return std::string("the ").append(name) + " " + state + "; 'tvctl start " + name +
+                   "' starts it again";
+    return &part == &screen_operator ? "this television has no screen" : "this television has no " + program;
+}
+
+std::string text_of(const Answer& answer) {
+    const char* text = nullptr;
+    g_variant_get(answer.get(), "(&s)", &text);
+    return text;
+}
+
+std::vector<std::string> texts_of(const Answer& answer) {
+    std::vector<std::string> texts;
+    g_autoptr(GVariantIter) each = nullptr;
+    g_variant_get(answer.get(), "(as)", &each);
+    for (const char* text = nullptr; g_variant_iter_next(each, "&s", &text) != FALSE;)
+        texts.emplace_back(text);
+    return texts;
+}
+
+GVariant* list_of(const std::vector<std::string>& texts) {
+    GVariantBuilder list;
+    g_variant_builder_init(&list, G_VARIANT_TYPE_STRING_ARRAY);
+    for (const auto& text : texts)
+        g_variant_builder_add(&list, "s", text.c_str());
+    return g_variant_builder_end(&list);
+}
+
+} // namespace station

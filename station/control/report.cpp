@@ -1,0 +1,124 @@
+#include "report.h"
+
+#include "failure.h"
+#include "inside.h"
+#include "json.h"
+#include "verbs.h"
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+
+namespace station {
+namespace {
+
+namespace fs = std::filesystem;
+
+/** A folder that goes with this. */
+class ScratchFolder {
+public:
+    ScratchFolder() : path_(made()) {}
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+    ~ScratchFolder() {
+        std::error_code error;
+        fs::remove_all(path_, error);
+    }
+    [[nodiscard]] const fs::path& path() const { return path_; }
+
+private:
+    static fs::path made() {
+        g_autoptr(GError) error = nullptr;
+        g_autofree char* path = g_dir_make_tmp("tvctl-XXXXXX", &error);
+        if (path == nullptr)
+            throw Failure(error->message);
+        return path;
+    }
+    fs::path path_;
+};
+
+class Report {
+public:
+    Report(Remote& remote, fs::path folder) : remote_(remote), folder_(std::move(folder)) {
+        fs::create_directories(folder_ / "logs");
+    }
+
+    void collect() {
+        attempt("picture.png", [this] { picture(remote_, folder_ / "picture.png"); });
+        attempt("screen.txt",
+                [this] { write("screen.txt", {text_of(remote_.call(screen_operator, "See"))}); });
+        attempt("screen.json", [this] {
+            const Answer widgets = remote_.call(screen_operator, "Screen");
+            g_autoptr(GVariant) list = g_variant_get_child_value(widgets.get(), 0);
+            write("screen.json", {tree_of(list)});
+        });
+        attempt("radio.txt",
+                [this] { write("radio.txt", words_of_radio(remote_.call(radio_module, "State"))); });
+        attempt("calls.txt", [this] { write("calls.txt", texts_of(remote_.call(ncp_host, "Asked"))); });
+        attempt("parts.txt",
+                [this] { write("parts.txt", words_of_parts(remote_.call(television, "Parts"))); });
+        for (const auto& name : texts_of(remote_.call(television, "Logs")))
+            attempt(name + ".log", [this, &name] { copy_log(name); });
+    }
+
+private:
+    void write(const std::string& name, const std::vector<std::string>& lines) const {
+        std::ofstream file(folder_ / name, std::ios::app);
+        for (const auto& line : lines)
+            file << line << '\n';
+        if (!file.flush())
+            throw Failure(std::strerror(errno));
+    }
+
+    void copy_log(const std::string& name) {
+        constexpr mode_t readable = 0666;
+        const FileDescriptor copy(
+            open((folder_ / "logs" / (name + ".log")).c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, readable));
+        if (run_inside(remote_, {"cat", "/var/log/station/" + name + ".log"}, copy) != 0)
+            throw Failure("it cannot be read");
+    }
+
+    void attempt(const std::string& what, const std::function<void()>& get) const {
+        try {
+            get();
+        } catch (const std::exception& error) {
+            write("missing.txt", {what + ": " + error.what()});
+        }
+    }
+
+    Remote& remote_;
+    fs::path folder_;
+};
+
+void pack(const fs::path& folder, const std::string& name, const std::string& file) {
+    const std::array<const char*, 9> command{"tar",          "--create",   "--gzip",
+                                             "--file",       file.c_str(), "--directory",
+                                             folder.c_str(), name.c_str(), nullptr};
+    g_autoptr(GError) error = nullptr;
+    g_autoptr(GSubprocess) tar = g_subprocess_newv(command.data(), G_SUBPROCESS_FLAGS_STDERR_PIPE, &error);
+    g_autofree char* said = nullptr;
+    if (tar == nullptr ||
+        g_subprocess_communicate_utf8(tar, nullptr, nullptr, nullptr, &said, &error) == FALSE)
+        throw Failure(error->message);
+    if (g_subprocess_get_successful(tar) == FALSE)
+        throw Failure("cannot write " + file + ": " +
+                      std::string(said).substr(0, std::string(said).find('\n')));
+}
+
+} // namespace
+
+void report(Remote& remote, const std::string& file) {
+    const ScratchFolder scratch;
+    std::string name = fs::path(file).filename();
+    name = name.substr(0, name.find(".tar"));
+    if (name.empty() || name == ".")
+        throw WrongUse(file + " is not the name of a file");
+    Report(remote, scratch.path() / name).collect();
+    pack(scratch.path(), name, file);
+}
+
+} // namespace station

@@ -1,0 +1,18 @@
+/** Everything that there is to know of a television, in one archive. */
+#pragma once
+
+#include "remote.h"
+
+#include <string>
+
+namespace station {
+
+/**
+ * Writes a .tar.gz with one folder of the archive's name: a picture, the screen as text and JSON, the radio's
+ * state, the calls to the NCP host, the parts and all logs. What could not be had is told in "missing.txt".
+ *
+ * @throws Failure when the file cannot be written.
+ */
+void report(Remote& remote, const std::string& file);
+
+} // namespace station
