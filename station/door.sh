@@ -13,29 +13,32 @@ doors_folder() {
     echo "$doors"
 }
 
-# Takes the door NAME: its folder is in `door`, held by the descriptor `door_lock`. Status 1 when a television has it.
-take_door() { # DOORS NAME
-    door=$1/$2
-    mkdir -p -m 0700 "$door" || fail "cannot make the folder $door"
-    exec {door_lock}<"$door"
-    if ! flock --nonblock "$door_lock"; then
-        exec {door_lock}<&-
-        return 1
-    fi
-    rm -f "$door/system_bus" # of a dead one
+clear_dead_doors() { # DOORS
+    local folder lock
+    for folder in "$1"/*/; do
+        { exec {lock}<"$folder"; } 2>/dev/null || continue # none, or gone since
+        if flock --nonblock "$lock"; then
+            rm -f "$folder/system_bus"
+            rmdir "$folder" 2>/dev/null || true
+        fi
+        exec {lock}<&-
+    done
 }
 
-# Takes a door: of the given name, else of the first number that is free.
+# Opens the door of the given name, else of the first number that is free: its folder is in `door`, and this process and
+# its children hold it until the last of them has ended.
 open_door() { # NAME or nothing
-    local doors number=1
+    local doors turn name=$1 number=1
     doors=$(doors_folder)
-    if [[ -n $1 ]]; then
-        take_door "$doors" "$1" || fail "a television called $1 runs already"
-        return
-    fi
-    until take_door "$doors" "television-$number"; do
-        number=$((number + 1))
-    done
+    exec {turn}<"$doors"
+    flock "$turn" # one television at a time
+    clear_dead_doors "$doors"
+    [[ -n $name ]] || until name=television-$number && [[ ! -e $doors/$name ]]; do number=$((number + 1)); done
+    door=$doors/$name
+    mkdir -m 0700 "$door" 2>/dev/null || fail "a television called $name runs already"
+    exec {door_lock}<"$door"
+    flock "$door_lock"
+    exec {turn}<&-
 }
 
 close_door() {
