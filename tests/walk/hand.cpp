@@ -1,0 +1,255 @@
+#include "hand.h"
+
+#include "operator/ncp_host_record.h"
+#include "operator/station_bus.h"
+#include "support/front_window.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+namespace walk {
+namespace {
+
+using namespace std::chrono_literals;
+namespace fs = std::filesystem;
+
+constexpr auto patience = 8s;
+constexpr auto look_interval = 2ms;
+constexpr auto hold_time = 1000ms;
+constexpr auto hold_time_to_a_limit = 1900ms; // 660 ms until the first repetition, then 25 a second
+constexpr auto late = "late 500";             // longer than a press may wait
+constexpr auto late_key_after = 80ms;
+constexpr auto unseen_change = 200ms;
+const fs::path programs = "/opt/usr/apps/com.kelsor.tv.brimhub/bin";
+
+/** While it lives, a program of the radio is not there, or ends at once. */
+class Spoiled {
+public:
+    explicit Spoiled(BringUp how)
+        : program_(programs / (how == BringUp::silent ? "zigbeed" : "socat")),
+          away_(program_.string() + ".away"), spoils_(how != BringUp::ready) {
+        if (!spoils_)
+            return;
+        fs::rename(program_, away_);
+        if (how == BringUp::silent) {
+            std::ofstream(program_) << "#!/bin/sh\nexit 0\n";
+            fs::permissions(program_, fs::perms::owner_all);
+        }
+    }
+    ~Spoiled() {
+        std::error_code not_there;
+        if (spoils_)
+            fs::rename(away_, program_, not_there);
+    }
+    Spoiled(const Spoiled&) = delete;
+    Spoiled& operator=(const Spoiled&) = delete;
+
+private:
+    fs::path program_;
+    fs::path away_;
+    bool spoils_;
+};
+
+std::string behaviour(Answer answer) {
+    switch (answer) {
+    case Answer::code:
+        return "code 5";
+    case Answer::error:
+        return "error";
+    case Answer::wrong_signature:
+        return "wrong signature";
+    case Answer::late:
+        return late;
+    case Answer::normal:
+        break;
+    }
+    return "normal";
+}
+
+/** While it lives, the method of a call is answered in another way. */
+class Answering {
+public:
+    Answering(const std::vector<std::string>& calls, Answer answer)
+        : method_(answer == Answer::normal || calls.empty()
+                      ? ""
+                      : calls.front().substr(0, calls.front().find('('))) {
+        if (!method_.empty())
+            station::let_ncp_host_answer(method_, behaviour(answer));
+    }
+    ~Answering() {
+        if (!method_.empty())
+            station::let_ncp_host_answer(method_, "normal");
+    }
+    Answering(const Answering&) = delete;
+    Answering& operator=(const Answering&) = delete;
+
+private:
+    std::string method_;
+};
+
+std::string joined(const std::vector<std::string>& texts) {
+    std::string line;
+    for (const std::string& text : texts)
+        line += (line.empty() ? "" : ", ") + text;
+    return line.empty() ? "nothing" : line;
+}
+
+/** How many packets, once there are some, is the traffic's affair. */
+std::string without_count(const std::string& text) {
+    const std::string label = "Received Packets: ";
+    const bool counts = text.starts_with(label) && text.size() > label.size() && text[label.size()] > '0' &&
+                        text[label.size()] <= '9';
+    return counts ? label + "N" : text;
+}
+
+} // namespace
+
+Hand::Hand() : display_(station::open_display()), reader_(1s) {}
+
+Hand::~Hand() = default;
+
+void Hand::begin() {
+    application_.reset();
+    set_language(false);
+    calls_seen_ = station::asked_of_ncp_host().size();
+    start_application();
+    expect(State{}, {});
+}
+
+void Hand::start_application() {
+    seen_.clear();
+    application_.emplace(std::vector<std::string>{VELMORA_PROGRAM}, "/tmp/application.log");
+}
+
+void Hand::expect_end() {
+    const auto status = application_->wait_for_end(patience);
+    if (!status)
+        throw Difference("the application does not end");
+    if (*status != 0)
+        throw Difference("the application ends with status " + std::to_string(*status));
+}
+
+void Hand::take(const State& from, const Transition& transition) {
+    const Outcome outcome = follow(from, transition);
+    {
+        const Spoiled spoiled(transition.bring_up);
+        const Answering answering(outcome.calls, transition.answer);
+        act(from, transition);
+        if (transition.answer == Answer::late) {
+            std::this_thread::sleep_for(late_key_after);
+            station::press_key(display_, "Up"); // meant for a screen that stands still
+        }
+        if (outcome.ends) {
+            expect_end();
+            start_application();
+        }
+        expect(outcome.state, outcome.calls);
+    }
+    if (afterwards_ > 0ms) {
+        std::this_thread::sleep_for(afterwards_);
+        expect(outcome.state, {});
+    }
+}
+
+void Hand::act(const State& from, const Transition& transition) {
+    switch (transition.act) {
+    case Act::press:
+        for (int time = 0; time < transition.times; ++time)
+            station::press_key(display_, transition.key);
+        break;
+    case Act::hold:
+        station::hold_key(display_, transition.key, transition.times > 1 ? hold_time_to_a_limit : hold_time);
+        break;
+    case Act::activate:
+        activate(name_of(from, transition.spot));
+        break;
+    case Act::event:
+        station::let_ncp_host_emit(transition.key);
+        break;
+    case Act::bad_event:
+        station::call(station::ncp_host, "EmitWrong");
+        break;
+    case Act::language:
+        set_language(!from.mirrored);
+        if (from.popup == Popup::power || from.popup == Popup::channel)
+            std::this_thread::sleep_for(unseen_change); // a picker reads the same in both directions
+        break;
+    case Act::launch: {
+        station::Application second({VELMORA_PROGRAM}, "/tmp/second.log");
+        if (second.wait_for_end(patience) != 0)
+            throw Difference("a second launch does not end with status 0");
+        break;
+    }
+    case Act::terminate:
+        application_->terminate();
+        break;
+    case Act::close:
+        close_front_window();
+        break;
+    }
+}
+
+/** Whether that was right is seen by what comes of it. */
+void Hand::activate(const std::string& name) {
+    const auto widget = seen_.find(name);
+    if (widget == seen_.end())
+        return;
+    try {
+        reader_.activate(widget->second);
+    } catch (const std::runtime_error&) { // refused
+    }
+}
+
+void Hand::set_language(bool mirrored) const {
+    const fs::path file = fs::path(std::getenv("XDG_CONFIG_HOME")) / "tv-platform" / "settings.ini";
+    fs::create_directories(file.parent_path());
+    const fs::path next = file.string() + ".next";
+    std::ofstream(next) << "[db/menu_widget]\nlanguage=" << (mirrored ? "ar_AE.utf8" : "en_GB.utf8") << "\n";
+    fs::rename(next, file);
+}
+
+std::string Hand::look() {
+    const station::Screen screen = reader_.read("velmora");
+    if (screen.widgets().empty())
+        return screen.description();
+    std::string line = screen.in_front() && !other_.has_keys() ? "in front:" : "behind:";
+    for (const station::Widget& widget : screen.widgets()) {
+        if (widget.role == "push button")
+            seen_.insert_or_assign(widget.name, widget);
+        std::string text = without_count(widget.name) + (widget.focusable ? "*" : "");
+        if (widget.value && widget.name != std::to_string(static_cast<int>(widget.value->current)))
+            text += "=" + std::to_string(widget.value->current);
+        line += " | " + (widget.focused ? "[" + text + "]" : text);
+    }
+    return line;
+}
+
+std::vector<std::string> Hand::new_calls() const {
+    std::vector<std::string> calls = station::asked_of_ncp_host();
+    calls.erase(calls.begin(), calls.begin() + static_cast<std::ptrdiff_t>(calls_seen_));
+    return calls;
+}
+
+/** Two looks that show it, one after the other: what came before the second has been dealt with. */
+void Hand::expect(const State& state, const std::vector<std::string>& calls) {
+    const std::string wanted = appearance(state);
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    for (int as_wanted = 0;;) {
+        const std::string seen = look();
+        const std::vector<std::string> asked = new_calls();
+        as_wanted = seen == wanted && asked == calls ? as_wanted + 1 : 0;
+        if (as_wanted == 2)
+            break;
+        if (std::chrono::steady_clock::now() >= deadline)
+            throw Difference(
+                "  expected " + wanted + "\n  seen     " + seen +
+                (asked == calls ? "" : "\n  asked    " + joined(asked) + "; expected " + joined(calls)));
+        std::this_thread::sleep_for(look_interval);
+    }
+    calls_seen_ += calls.size();
+}
+
+} // namespace walk

@@ -1,0 +1,63 @@
+/** Does on the simulated television what the model's transitions say, and sees what comes of it. */
+#pragma once
+
+#include "model.h"
+
+#include "operator/application.h"
+#include "operator/display.h"
+#include "operator/screen_reader.h"
+#include "support/other_window.h"
+
+#include <chrono>
+#include <map>
+#include <optional>
+#include <stdexcept>
+
+namespace walk {
+
+/** The program does otherwise than the model. */
+class Difference : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+class Hand {
+public:
+    Hand();
+    ~Hand();
+    Hand(const Hand&) = delete;
+    Hand& operator=(const Hand&) = delete;
+    Hand(Hand&&) = delete;
+    Hand& operator=(Hand&&) = delete;
+
+    /** Starts the application anew on a television like a new one. @throws Difference. */
+    void begin();
+
+    /** Takes a transition from a state. @throws Difference. */
+    void take(const State& from, const Transition& transition);
+
+    /** From now on a step waits this long for what must not come. */
+    void be_patient(std::chrono::milliseconds time) { afterwards_ = time; }
+
+    void picture(const std::string& path) const { station::take_picture(display_, path); }
+
+private:
+    void start_application();
+    void expect_end();
+    void act(const State& from, const Transition& transition);
+    void activate(const std::string& name);
+    void set_language(bool mirrored) const;
+    void expect(const State& state, const std::vector<std::string>& calls);
+    [[nodiscard]] std::string look();
+    [[nodiscard]] std::vector<std::string> new_calls() const;
+
+    station::Display display_;
+    station::ScreenReader reader_;
+    OtherWindow other_;
+    std::optional<station::Application> application_;
+    std::map<std::string, station::Widget> seen_; /**< buttons by name, where they were seen last */
+    std::size_t calls_seen_ = 0;
+    std::chrono::milliseconds afterwards_{0};
+};
+
+} // namespace walk

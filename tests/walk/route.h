@@ -1,0 +1,34 @@
+/** Ways over the model. */
+#pragma once
+
+#include "model.h"
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <set>
+#include <utility>
+#include <vector>
+
+namespace walk {
+
+/** Transitions by their index, in order. */
+using Steps = std::vector<std::size_t>;
+
+/** A transition from a place: what is taken or not. */
+using Crossing = std::pair<std::size_t, std::uint64_t>;
+Crossing crossing(const State& state, std::size_t transition);
+
+/** The cheapest way from a state to a transition that is wanted, which is its last step; nothing when none
+ * leads there. */
+std::optional<Steps> nearest(const State& from,
+                             const std::function<bool(const State&, std::size_t)>& is_wanted);
+
+/** Everything that can be reached. */
+struct Extent {
+    std::size_t places = 0;
+    std::set<Crossing> crossings;
+};
+Extent extent(const State& from);
+
+} // namespace walk
