@@ -17,8 +17,9 @@ using namespace std::chrono_literals;
 namespace fs = std::filesystem;
 
 constexpr auto patience = 8s;
+constexpr auto patience_of_a_trial = 4s; // a start without the relay takes three
 constexpr auto look_interval = 2ms;
-constexpr auto hold_time = 1000ms;
+constexpr auto hold_time = 800ms;
 constexpr auto hold_time_to_a_limit = 1900ms; // 660 ms until the first repetition, then 25 a second
 constexpr auto late = "late 500";             // longer than a press may wait
 constexpr auto late_key_after = 80ms;
@@ -107,7 +108,8 @@ std::string without_count(const std::string& text) {
 
 } // namespace
 
-Hand::Hand() : display_(station::open_display()), reader_(1s) {}
+Hand::Hand(std::string program)
+    : program_(std::move(program)), display_(station::open_display()), reader_(1s) {}
 
 Hand::~Hand() = default;
 
@@ -121,7 +123,7 @@ void Hand::begin() {
 
 void Hand::start_application() {
     seen_.clear();
-    application_.emplace(std::vector<std::string>{VELMORA_PROGRAM}, "/tmp/application.log");
+    application_.emplace(std::vector<std::string>{program_}, "/tmp/application.log");
 }
 
 void Hand::expect_end() {
@@ -178,7 +180,7 @@ void Hand::act(const State& from, const Transition& transition) {
             std::this_thread::sleep_for(unseen_change); // a picker reads the same in both directions
         break;
     case Act::launch: {
-        station::Application second({VELMORA_PROGRAM}, "/tmp/second.log");
+        station::Application second({program_}, "/tmp/second.log");
         if (second.wait_for_end(patience) != 0)
             throw Difference("a second launch does not end with status 0");
         break;
@@ -236,7 +238,8 @@ std::vector<std::string> Hand::new_calls() const {
 /** Two looks that show it, one after the other: what came before the second has been dealt with. */
 void Hand::expect(const State& state, const std::vector<std::string>& calls) {
     const std::string wanted = appearance(state);
-    const auto deadline = std::chrono::steady_clock::now() + patience;
+    const auto deadline =
+        std::chrono::steady_clock::now() + (afterwards_ > 0ms ? patience_of_a_trial : patience);
     for (int as_wanted = 0;;) {
         const std::string seen = look();
         const std::vector<std::string> asked = new_calls();

@@ -23,7 +23,7 @@ public:
 
 class Hand {
 public:
-    Hand();
+    explicit Hand(std::string program);
     ~Hand();
     Hand(const Hand&) = delete;
     Hand& operator=(const Hand&) = delete;
@@ -51,6 +51,7 @@ private:
     [[nodiscard]] std::string look();
     [[nodiscard]] std::vector<std::string> new_calls() const;
 
+    std::string program_;
     station::Display display_;
     station::ScreenReader reader_;
     OtherWindow other_;

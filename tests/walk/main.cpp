@@ -20,10 +20,13 @@ struct Options {
     unsigned parts = 1;
     bool count = false;
     bool as_it_came = false;
+    std::string program = VELMORA_PROGRAM;
 };
 
 /** Where the walk is, and how it came there since the application's first start. */
 struct Walk {
+    explicit Walk(const std::string& program) : hand(program) {}
+
     Hand hand;
     State state;
     Steps taken;
@@ -153,6 +156,7 @@ int main(int argc, char** argv) {
     arguments.add_option("--parts", options.parts, "into how many parts they are divided");
     arguments.add_flag("--as-it-came", options.as_it_came,
                        "do not look for fewer steps that show a difference");
+    arguments.add_option("--program", options.program, "the application, a file named velmora");
     arguments.add_flag("--count", options.count, "only say how many places and transitions there are");
     CLI11_PARSE(arguments, argc, argv);
     if (options.count) {
@@ -172,7 +176,7 @@ int main(int argc, char** argv) {
             std::cout << "  " << count << " " << transitions()[transition].name << "\n";
         return 0;
     }
-    Walk walk;
+    Walk walk(options.program);
     try {
         if (options.steps == 0)
             tour(walk, options);

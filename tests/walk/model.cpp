@@ -311,6 +311,7 @@ namespace {
 enum Grain : std::uint64_t {
     page = 0x7,
     start = 0x18,
+    waits = 0x8, // no other place when the start has failed, which takes three seconds
     popup = 0x60,
     focus = 0x780,
     number = 0x3800,
@@ -483,14 +484,15 @@ void add_keys(std::vector<Transition>& all) {
                        .grain = page | popup | mirrored,
                        .cost = 100,
                        .can_happen = [](const State& s) { return in_front(s) && in_picker(s); }});
+    }
+    for (const std::string key : {"Left", "Right"})
         all.push_back({.name = key + " held",
                        .act = Act::hold,
                        .key = key,
                        .times = 25,
-                       .grain = page | popup | mirrored,
+                       .grain = page | popup,
                        .cost = 2000,
                        .can_happen = [](const State& s) { return in_front(s) && in_picker(s); }});
-    }
     all.push_back({.name = "Down, behind",
                    .key = "Down",
                    .grain = page | popup,
@@ -511,7 +513,7 @@ void add_keys(std::vector<Transition>& all) {
 }
 
 void add_ok(std::vector<Transition>& all) {
-    constexpr auto grain = page | start | popup | focus | number | stream | radio;
+    constexpr auto grain = page | waits | popup | focus | number | stream | radio;
     all.push_back(
         {.name = "OK", .key = "OK", .grain = grain | mirrored, .cost = 30, .can_happen = [](const State& s) {
              return in_front(s) && !ok_starts(s);
@@ -519,7 +521,7 @@ void add_ok(std::vector<Transition>& all) {
     all.push_back({.name = "OK held",
                    .act = Act::hold,
                    .key = "OK",
-                   .grain = page | popup | focus | stream,
+                   .grain = page | popup | focus,
                    .cost = 1200,
                    .can_happen = [](const State& s) { return in_front(s) && !ok_starts(s); }});
     all.push_back({.name = "OK, the radio starts",
@@ -561,18 +563,20 @@ void add_actions(std::vector<Transition>& all) {
     constexpr std::array names{"TX tab",       "RX tab",         "Exit button",   "start button",
                                "power button", "channel button", "stream button", "stop button",
                                "count button", "reset button",   "Yes",           "Cancel"};
+    constexpr auto seldom = page | popup | stream | behind; // it ends the application
     for (std::size_t i = 0; i < spots.size(); ++i)
-        all.push_back({.name = std::string("screen reader: ") + names.at(i),
-                       .act = Act::activate,
-                       .spot = spots.at(i),
-                       .grain = page | start | popup | stream | radio | behind,
-                       .cost = spots.at(i) == Spot::start ? 800 : 40,
-                       .can_happen = [spot = spots.at(i)](const State& s) { return has_button(s, spot); }});
+        all.push_back(
+            {.name = std::string("screen reader: ") + names.at(i),
+             .act = Act::activate,
+             .spot = spots.at(i),
+             .grain = spots.at(i) == Spot::yes ? seldom : page | waits | popup | stream | radio | behind,
+             .cost = spots.at(i) == Spot::start ? 800 : 40,
+             .can_happen = [spot = spots.at(i)](const State& s) { return has_button(s, spot); }});
 }
 
 void add_rest(std::vector<Transition>& all) {
     const auto always = [](const State&) { return true; };
-    constexpr auto grain = page | start | popup | stream;
+    constexpr auto grain = page | waits | popup | stream;
     const auto add = [&](const char* name, Act act, const char* key, std::uint64_t where, int cost) {
         all.push_back(
             {.name = name, .act = act, .key = key, .grain = where, .cost = cost, .can_happen = always});
@@ -581,7 +585,7 @@ void add_rest(std::vector<Transition>& all) {
     add("another event", Act::event, "READY", grain, 30);
     add("an event with a wrong signature", Act::bad_event, "", grain, 30);
     add("a language of the other direction", Act::language, "", grain | texts | behind | mirrored, 200);
-    add("a second launch", Act::launch, "", page | start | popup | behind, 500);
+    add("a second launch", Act::launch, "", page | waits | popup | behind, 500);
     add("SIGTERM and a new start", Act::terminate, "", page | popup | stream, 1500);
     all.push_back({.name = "the window is closed, and a new start",
                    .act = Act::close,
