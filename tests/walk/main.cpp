@@ -102,7 +102,8 @@ int report(Walk& walk, const Difference& first, const Options& options) {
               << difference << "\n"
               << std::flush;
     walk.hand.picture(VELMORA_WALK_PICTURE);
-    const Steps steps = options.as_it_came ? walk.taken : shortened(walk, walk.taken, difference);
+    const Steps steps =
+        options.as_it_came || walk.taken.empty() ? walk.taken : shortened(walk, walk.taken, difference);
     std::cout << "the steps:\n";
     for (const std::size_t step : steps)
         std::cout << "  " << transitions()[step].name << "\n";
