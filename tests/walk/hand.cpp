@@ -114,6 +114,10 @@ Hand::Hand(std::string program)
 Hand::~Hand() = default;
 
 void Hand::begin() {
+    if (application_ && application_->process()) {
+        application_->terminate(); // in order, or the radio's programs stay
+        (void)application_->wait_for_end(patience);
+    }
     application_.reset();
     set_language(false);
     calls_seen_ = station::asked_of_ncp_host().size();
