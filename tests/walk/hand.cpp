@@ -209,7 +209,7 @@ void Hand::activate(const std::string& name) {
     }
 }
 
-void Hand::set_language(bool mirrored) const {
+void Hand::set_language(bool mirrored) {
     const fs::path file = fs::path(std::getenv("XDG_CONFIG_HOME")) / "tv-platform" / "settings.ini";
     fs::create_directories(file.parent_path());
     const fs::path next = file.string() + ".next";
@@ -228,7 +228,9 @@ std::string Hand::look() {
         std::string text = without_count(widget.name) + (widget.focusable ? "*" : "");
         if (widget.value && widget.name != std::to_string(static_cast<int>(widget.value->current)))
             text += "=" + std::to_string(widget.value->current);
-        line += " | " + (widget.focused ? "[" + text + "]" : text);
+        if (widget.focused)
+            text = "[" + text + "]";
+        line.append(" | ").append(text);
     }
     return line;
 }

@@ -46,7 +46,7 @@ private:
     void expect_end();
     void act(const State& from, const Transition& transition);
     void activate(const std::string& name);
-    void set_language(bool mirrored) const;
+    static void set_language(bool mirrored);
     void expect(const State& state, const std::vector<std::string>& calls);
     [[nodiscard]] std::string look();
     [[nodiscard]] std::vector<std::string> new_calls() const;

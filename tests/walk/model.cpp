@@ -17,7 +17,6 @@ constexpr Limits channel_limits{11, 26};
 
 bool is_tx(const State& state) { return state.page == Page::tx_start || state.page == Page::tx_test; }
 bool is_start(const State& state) { return state.page == Page::tx_start || state.page == Page::rx_start; }
-bool is_test(const State& state) { return state.page == Page::tx_test || state.page == Page::rx_test; }
 bool in_picker(const State& state) { return state.popup == Popup::power || state.popup == Popup::channel; }
 
 Number& channel_of(State& state) { return is_tx(state) ? state.tx_channel : state.rx_channel; }
@@ -376,6 +375,10 @@ std::string start_text(const State& state) {
     return is_tx(state) ? "Start TX Test" : "Start RX Test";
 }
 
+std::string label_of(Spot spot) {
+    return spot == Spot::power ? "Power:" : spot == Spot::channel ? "Channel:" : "";
+}
+
 std::string packets_text(const State& state) {
     static const std::array<const char*, 4> texts{"?", "0", "N", "Reset Failed"};
     return std::string("Received Packets: ") + texts.at(static_cast<std::size_t>(state.packets));
@@ -440,8 +443,9 @@ std::string appearance(const State& state) {
         if (state.page == Page::rx_test)
             items.push_back(packets_text(state));
         for (const Spot spot : content(state)) {
-            if (is_test(state) && (spot == Spot::power || spot == Spot::channel))
-                items.emplace_back(spot == Spot::power ? "Power:" : "Channel:");
+            const std::string label = label_of(spot);
+            if (!label.empty())
+                items.push_back(label);
             items.push_back(button(spot));
         }
     }

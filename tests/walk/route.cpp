@@ -42,11 +42,11 @@ std::optional<Steps> search(const State& from, const std::function<bool(const St
                 std::ranges::reverse(way);
                 return way;
             }
-            State next = follow(state, transition).state;
+            const State next = follow(state, transition).state;
             if (seen.contains(place(next)))
                 continue;
             open.push({cost + transition.cost, visits.size()});
-            visits.push_back({std::move(next), index, i});
+            visits.push_back({next, index, i});
         }
     }
     return std::nullopt;
