@@ -1,7 +1,8 @@
 #include "command_line.h"
 
+#include "common/texts.h"
 #include "doors.h"
-#include "failure.h"
+#include "remote/failure.h"
 #include "report.h"
 
 #include <charconv>
@@ -79,7 +80,7 @@ int CommandLine::run(int argc, char** argv) {
         output_.say(names);
         return 0;
     }
-    Remote remote(name_, patience_);
+    Remote remote(open_door(name_, patience_));
     action_(remote);
     std::cout.flush();
     if (!std::cout)
@@ -156,8 +157,9 @@ void CommandLine::wait(Remote& remote) {
 
 void CommandLine::add_radio_verbs() {
     add_verb("radio", "the state of the radio module", [this](Remote& remote) { radio(remote, output_); });
-    add_verb("calls", "what the NCP host was asked",
-             [this](Remote& remote) { output_.say(texts_of(remote.call(ncp_host, "Asked"))); });
+    add_verb("calls", "what the NCP host was asked", [this](Remote& remote) {
+        output_.say(texts_of(first_of(remote.call(ncp_host, "Asked")).get()));
+    });
     add_verb("answer", {"METHOD", "BEHAVIOUR"},
              R"(how the NCP host answers: normal, "code N", error, "late MS", never, "wrong signature")",
              [this](Remote& remote) {

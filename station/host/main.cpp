@@ -1,4 +1,5 @@
 #include "common/program.h"
+#include "ncp_contract.h"
 #include "ncp_service.h"
 
 #include <array>
@@ -33,7 +34,7 @@ void run(int argc, char** argv, const station::StationLog& log) {
     station::NcpService service(connection.get(), static_cast<guint>(limit), log);
     for (auto* entry = answers; entry != nullptr && *entry != nullptr; ++entry)
         add_behaviour(service, *entry);
-    station::own_name(connection.get(), station::NcpService::bus_name);
+    station::own_name(connection.get(), station::contract::bus_name);
     station::run_until_terminated();
 }
 

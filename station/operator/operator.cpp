@@ -53,7 +53,7 @@ const Screen& Operator::wait_until(const Condition& condition, std::chrono::mill
         seen_ = screen();
         if (condition.is_met(seen_))
             return seen_;
-        if (followed_ != nullptr && !followed_->process())
+        if (followed_ != nullptr && followed_->number() == 0)
             throw NotSeen("the application has ended; the screen did not show " + condition.wanted);
         if (std::chrono::steady_clock::now() >= deadline)
             throw NotSeen(condition.not_seen(patience, seen_));

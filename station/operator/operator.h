@@ -1,7 +1,7 @@
 /** A person with a remote control: presses keys, reads the screen, waits, takes pictures. */
 #pragma once
 
-#include "application.h"
+#include "common/process.h"
 #include "condition.h"
 #include "display.h"
 #include "screen_reader.h"
@@ -35,7 +35,7 @@ public:
 
     /** From now on waiting ends at once, with NotSeen, when this process has ended. The application outlives
      * the operator's waits. */
-    void follow(const Application& application) { followed_ = &application; }
+    void follow(const Process& application) { followed_ = &application; }
 
     /** Presses a key `times` times; see `press_key`. */
     void press(const std::string& key, int times = 1);
@@ -81,7 +81,7 @@ private:
     Display display_;
     ScreenReader reader_;
     std::vector<std::string> keys_pressed_;
-    const Application* followed_ = nullptr;
+    const Process* followed_ = nullptr;
     Screen seen_{{}, false}; // the newest look of a wait
 };
 

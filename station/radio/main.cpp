@@ -1,4 +1,5 @@
 #include "common/program.h"
+#include "contract.h"
 #include "radio_module.h"
 
 #include <array>
@@ -89,7 +90,7 @@ void run(int argc, char** argv, const station::StationLog& log) {
     } else {
         module.set_serial(options.no_serial == FALSE);
     }
-    station::own_name(connection.get(), station::RadioModule::bus_name);
+    station::own_name(connection.get(), station::radio_contract::bus_name);
     station::run_until_terminated();
 }
 

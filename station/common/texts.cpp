@@ -1,0 +1,29 @@
+#include "texts.h"
+
+namespace station {
+
+std::vector<std::string> texts_of(GVariant* list) {
+    std::vector<std::string> texts;
+    GVariantIter each;
+    g_variant_iter_init(&each, list);
+    for (const char* text = nullptr; g_variant_iter_next(&each, "&s", &text) != FALSE;)
+        texts.emplace_back(text);
+    return texts;
+}
+
+GVariant* list_of(const std::vector<std::string>& texts) {
+    GVariantBuilder list;
+    g_variant_builder_init(&list, G_VARIANT_TYPE_STRING_ARRAY);
+    for (const auto& text : texts)
+        g_variant_builder_add(&list, "s", text.c_str());
+    return g_variant_builder_end(&list);
+}
+
+std::string printed(GVariant* value) {
+    if (g_variant_is_of_type(value, G_VARIANT_TYPE_STRING) != FALSE)
+        return g_variant_get_string(value, nullptr);
+    g_autofree char* text = g_variant_print(value, FALSE);
+    return text;
+}
+
+} // namespace station
