@@ -1,6 +1,22 @@
 #include "texts.h"
 
+#include <charconv>
+
 namespace station {
+
+std::string joined(const std::vector<std::string>& words, const std::string& between) {
+    std::string line;
+    for (const auto& word : words)
+        line += (line.empty() ? "" : between) + word;
+    return line;
+}
+
+std::optional<int> number_in(std::string_view text) {
+    int number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && rest == end ? std::optional(number) : std::nullopt;
+}
 
 std::vector<std::string> texts_of(GVariant* list) {
     std::vector<std::string> texts;

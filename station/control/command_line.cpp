@@ -5,7 +5,6 @@
 #include "remote/failure.h"
 #include "report.h"
 
-#include <charconv>
 #include <iostream>
 
 namespace station {
@@ -27,12 +26,9 @@ Ends with 0, with 1 when it did not come true, or with 2 when it was asked for w
 standard error says why. 'tvctl VERB --help' tells more of a verb.)";
 
 int number_of(const std::string& text) {
-    int number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc() || rest != end)
-        throw WrongUse("'" + text + "' is not a number");
-    return number;
+    if (const auto number = number_in(text))
+        return *number;
+    throw WrongUse("'" + text + "' is not a number");
 }
 
 guint milliseconds_of(const std::string& text) {

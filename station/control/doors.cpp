@@ -2,6 +2,7 @@
 
 #include "common/bus_object.h"
 #include "common/local_socket.h"
+#include "common/texts.h"
 #include "remote/failure.h"
 
 #include <algorithm>
@@ -35,22 +36,15 @@ fs::path door_of(const std::string& name) { return folder_of_doors() / name / "s
 
 bool is_open(const std::string& name) { return static_cast<bool>(connect_to(door_of(name))); }
 
-std::string joined(const std::vector<std::string>& names) {
-    std::string text;
-    for (const auto& name : names)
-        text += (text.empty() ? "" : ", ") + name;
-    return text;
-}
-
 std::string find_door(const std::string& name) {
     const auto names = running_televisions();
     if (!name.empty() && std::ranges::find(names, name) == names.end())
         throw WrongUse("no television called " + name + " runs" +
-                       (names.empty() ? "" : "; there is " + joined(names)));
+                       (names.empty() ? "" : "; there is " + joined(names, ", ")));
     if (names.empty())
         throw WrongUse("no television runs; 'station/tv --help' says how to start one");
     if (name.empty() && names.size() > 1)
-        throw WrongUse("several televisions run (" + joined(names) + "): say which with -n NAME");
+        throw WrongUse("several televisions run (" + joined(names, ", ") + "): say which with -n NAME");
     return door_of(name.empty() ? names.front() : name);
 }
 

@@ -16,13 +16,6 @@
 namespace station {
 namespace {
 
-std::string joined(const std::vector<std::string>& words, const std::string& between) {
-    std::string line;
-    for (const auto& word : words)
-        line += (line.empty() ? "" : between) + word;
-    return line;
-}
-
 GVariant* objects_of(const Value& parts) {
     GVariantBuilder list;
     g_variant_builder_init(&list, G_VARIANT_TYPE("aa{sv}"));

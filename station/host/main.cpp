@@ -3,8 +3,6 @@
 #include "ncp_service.h"
 
 #include <array>
-#include <cstdlib>
-#include <exception>
 #include <stdexcept>
 
 namespace {
@@ -41,12 +39,5 @@ void run(int argc, char** argv, const station::StationLog& log) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const station::StationLog log("ncp_host");
-    try {
-        run(argc, argv, log);
-    } catch (const std::exception& error) {
-        log.error(error.what());
-        return EXIT_FAILURE;
-    }
-    return EXIT_SUCCESS;
+    return station::run_program("ncp_host", [&](const auto& log) { run(argc, argv, log); });
 }
