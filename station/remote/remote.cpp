@@ -49,16 +49,18 @@ const BusPart radio_module{radio_contract::bus_name, radio_contract::path, radio
 Value Remote::call(const BusPart& part, const char* method, GVariant* arguments, GUnixFDList* descriptors) {
     const Value held(arguments != nullptr ? g_variant_ref_sink(arguments) : nullptr);
     const auto deadline = Clock::now() + start_patience;
-    for (;;) {
+    for (bool is_up = false;;) {
         Value answer;
         g_autoptr(GError) error = failed_call(bus_.get(), part, method, held.get(), descriptors, answer);
         if (error == nullptr)
             return answer;
         if (!is_absence(error))
             refuse(*error, part);
-        if (!is_starting() || Clock::now() >= deadline)
+        if (is_up || Clock::now() >= deadline)
             throw Failure(why_absent(part));
-        std::this_thread::sleep_for(look_interval);
+        is_up = !is_starting(); // it may have come up since the call: once more
+        if (!is_up)
+            std::this_thread::sleep_for(look_interval);
     }
 }
 
