@@ -60,11 +60,7 @@ public:
      */
     const Screen& wait_until(const std::string& wanted,
                              const std::function<bool(const Screen&)>& is_as_wanted);
-    const Screen& wait_until(const std::string& wanted,
-                             const std::function<bool(const Screen&)>& is_as_wanted,
-                             std::chrono::milliseconds patience);
     const Screen& wait_for(const std::string& text);
-    const Screen& wait_for(const std::string& text, std::chrono::milliseconds patience);
     const Screen& wait_until_gone(const std::string& text);
     const Screen& wait_for_focus(const std::string& name);
     /** Waits until the focused widget shows a number. */
@@ -74,7 +70,7 @@ public:
     void picture(const std::string& path) const { take_picture(display_, path); }
 
 private:
-    const Screen& wait_until(const Condition& condition, std::chrono::milliseconds patience);
+    const Screen& wait_until(const Condition& condition);
 
     std::string application_;
     std::chrono::milliseconds patience_;
