@@ -51,7 +51,7 @@ class IdleRoad : public Road {};
 
 TEST_F(IdleRoad, DoesNothingOnTheTestPage) {
     open_tx_test();
-    expect_idle(application().process().value());
+    expect_idle(application().number());
 }
 
 /** Nobody reads the screen: no screen reader is there. */
@@ -60,7 +60,7 @@ class UnreadRoad : public Sitting {};
 TEST_F(UnreadRoad, DoesNothingOnTheTestPage) {
     const station::Display display = station::open_display();
     switch_on();
-    const int process = application().process().value();
+    const int process = application().number();
     expect_soon("the first page", [this] { return log_.count("> _app_service") == 1; });
     for (const char* const page : {"start page", "test page"}) {
         SCOPED_TRACE(page);
