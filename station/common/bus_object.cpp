@@ -1,5 +1,7 @@
 #include "bus_object.h"
 
+#include "refusal.h"
+
 #include <stdexcept>
 
 namespace station {
@@ -16,6 +18,18 @@ BusConnection connect_to_system_bus() {
     BusConnection connection(g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, &error));
     if (!connection)
         fail("no system bus", error);
+    return connection;
+}
+
+BusConnection connect_to_bus(const std::string& address) {
+    g_autoptr(GError) error = nullptr;
+    BusConnection connection(g_dbus_connection_new_for_address_sync(
+        address.c_str(),
+        static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+        nullptr, nullptr, &error));
+    if (!connection)
+        fail("no bus at " + address, error);
     return connection;
 }
 
@@ -51,7 +65,11 @@ BusObject::BusObject(GDBusConnection* connection, const char* path, const char* 
 void BusObject::call(GDBusConnection* /*connection*/, const char* /*sender*/, const char* /*path*/,
                      const char* /*interface*/, const char* method, GVariant* arguments,
                      GDBusMethodInvocation* invocation, gpointer self) {
-    static_cast<BusObject*>(self)->handler_(method, arguments, invocation);
+    try {
+        static_cast<BusObject*>(self)->handler_(method, arguments, invocation);
+    } catch (const Refusal& refusal) {
+        refusal.answer(invocation);
+    }
 }
 
 } // namespace station

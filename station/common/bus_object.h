@@ -1,26 +1,24 @@
 /** What the station's services share on the system bus. */
 #pragma once
 
-#include <gio/gio.h>
+#include "gobject_release.h"
 
 #include <functional>
-#include <memory>
 #include <string>
 
 namespace station {
 
-struct GObjectRelease {
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
-using BusConnection = std::unique_ptr<GDBusConnection, GObjectRelease>;
-
-/** Answers one call; owns the invocation and must return a value or an error with it, or drop it unanswered.
- */
+/** Answers one call; owns the invocation and must return a value or an error with it, or drop it unanswered,
+ * or throw a Refusal. */
 using MethodHandler =
     std::function<void(const std::string& method, GVariant* arguments, GDBusMethodInvocation* invocation)>;
 
 /** Connects to the system bus. @throws std::runtime_error. */
 BusConnection connect_to_system_bus();
+
+/** A connection of its own, whose end does not end the process as that of the system bus may.
+ * @throws std::runtime_error. */
+BusConnection connect_to_bus(const std::string& address);
 
 /** Takes a name on the bus. @throws std::runtime_error when it cannot be had. */
 void own_name(GDBusConnection* connection, const char* name);

@@ -4,9 +4,21 @@
 
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <stdexcept>
 
 namespace station {
+
+int run_program(const char* name, const std::function<void(const StationLog& log)>& run) {
+    const StationLog log(name);
+    try {
+        run(log);
+    } catch (const std::exception& error) {
+        log.error(error.what());
+        return EXIT_FAILURE;
+    }
+    return EXIT_SUCCESS;
+}
 
 void read_options(int argc, char** argv, const GOptionEntry* options, const char* summary) {
     g_autoptr(GOptionContext) context = g_option_context_new(nullptr);

@@ -1,11 +1,20 @@
-/** The frame of a station program with a main loop: options, readiness, orderly end. */
+/** The frame of a station program: its log, options, readiness, orderly end. */
 #pragma once
+
+#include "station_log.h"
 
 #include <glib.h>
 
-#include <string>
+#include <functional>
 
 namespace station {
+
+/**
+ * The main of a station program, which writes an exception of `run` on its log.
+ *
+ * @return the program's exit status.
+ */
+int run_program(const char* name, const std::function<void(const StationLog& log)>& run);
 
 /**
  * Reads the command line.

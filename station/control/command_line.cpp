@@ -1,10 +1,10 @@
 #include "command_line.h"
 
+#include "common/texts.h"
 #include "doors.h"
-#include "failure.h"
+#include "remote/failure.h"
 #include "report.h"
 
-#include <charconv>
 #include <iostream>
 
 namespace station {
@@ -26,12 +26,9 @@ Ends with 0, with 1 when it did not come true, or with 2 when it was asked for w
 standard error says why. 'tvctl VERB --help' tells more of a verb.)";
 
 int number_of(const std::string& text) {
-    int number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc() || rest != end)
-        throw WrongUse("'" + text + "' is not a number");
-    return number;
+    if (const auto number = number_in(text))
+        return *number;
+    throw WrongUse("'" + text + "' is not a number");
 }
 
 guint milliseconds_of(const std::string& text) {
@@ -79,7 +76,7 @@ int CommandLine::run(int argc, char** argv) {
         output_.say(names);
         return 0;
     }
-    Remote remote(name_, patience_);
+    Remote remote(open_door(name_, patience_));
     action_(remote);
     std::cout.flush();
     if (!std::cout)
@@ -156,8 +153,9 @@ void CommandLine::wait(Remote& remote) {
 
 void CommandLine::add_radio_verbs() {
     add_verb("radio", "the state of the radio module", [this](Remote& remote) { radio(remote, output_); });
-    add_verb("calls", "what the NCP host was asked",
-             [this](Remote& remote) { output_.say(texts_of(remote.call(ncp_host, "Asked"))); });
+    add_verb("calls", "what the NCP host was asked", [this](Remote& remote) {
+        output_.say(texts_of(first_of(remote.call(ncp_host, "Asked")).get()));
+    });
     add_verb("answer", {"METHOD", "BEHAVIOUR"},
              R"(how the NCP host answers: normal, "code N", error, "late MS", never, "wrong signature")",
              [this](Remote& remote) {

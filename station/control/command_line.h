@@ -1,7 +1,7 @@
 /** The verbs of tvctl and their words. */
 #pragma once
 
-#include "remote.h"
+#include "remote/remote.h"
 #include "verbs.h"
 
 #include <CLI/CLI.hpp>

@@ -1,12 +1,15 @@
 #include "doors.h"
 
+#include "common/bus_object.h"
 #include "common/local_socket.h"
-#include "failure.h"
+#include "common/texts.h"
+#include "remote/failure.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 namespace station {
@@ -33,11 +36,30 @@ fs::path door_of(const std::string& name) { return folder_of_doors() / name / "s
 
 bool is_open(const std::string& name) { return static_cast<bool>(connect_to(door_of(name))); }
 
-std::string joined(const std::vector<std::string>& names) {
-    std::string text;
-    for (const auto& name : names)
-        text += (text.empty() ? "" : ", ") + name;
-    return text;
+std::string find_door(const std::string& name) {
+    const auto names = running_televisions();
+    if (!name.empty() && std::ranges::find(names, name) == names.end())
+        throw WrongUse("no television called " + name + " runs" +
+                       (names.empty() ? "" : "; there is " + joined(names, ", ")));
+    if (names.empty())
+        throw WrongUse("no television runs; 'station/tv --help' says how to start one");
+    if (name.empty() && names.size() > 1)
+        throw WrongUse("several televisions run (" + joined(names, ", ") + "): say which with -n NAME");
+    return door_of(name.empty() ? names.front() : name);
+}
+
+std::string patient_door(const std::string& name, std::chrono::milliseconds patience) {
+    using namespace std::chrono_literals;
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    for (;;) {
+        try {
+            return find_door(name);
+        } catch (const WrongUse&) {
+            if (std::chrono::steady_clock::now() >= deadline)
+                throw;
+        }
+        std::this_thread::sleep_for(10ms);
+    }
 }
 
 } // namespace
@@ -55,16 +77,10 @@ std::vector<std::string> running_televisions() {
     return names;
 }
 
-std::string find_door(const std::string& name) {
-    const auto names = running_televisions();
-    if (!name.empty() && std::ranges::find(names, name) == names.end())
-        throw WrongUse("no television called " + name + " runs" +
-                       (names.empty() ? "" : "; there is " + joined(names)));
-    if (names.empty())
-        throw WrongUse("no television runs; 'station/tv --help' says how to start one");
-    if (name.empty() && names.size() > 1)
-        throw WrongUse("several televisions run (" + joined(names) + "): say which with -n NAME");
-    return door_of(name.empty() ? names.front() : name);
+BusConnection open_door(const std::string& name, std::chrono::milliseconds patience) {
+    const std::string door = patient_door(name, patience);
+    g_autofree char* path = g_dbus_address_escape_value(door.c_str());
+    return connect_to_bus("unix:path=" + std::string(path));
 }
 
 } // namespace station

@@ -1,6 +1,9 @@
 /** The televisions of this user that run. */
 #pragma once
 
+#include "common/gobject_release.h"
+
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -10,11 +13,12 @@ namespace station {
 std::vector<std::string> running_televisions();
 
 /**
- * The socket of a television's system bus.
+ * Connects to a television's system bus.
  *
- * @param name of the television; empty: the only one that runs.
- * @throws WrongUse when there is none, or more than one and none was named.
+ * @param name     of the television; empty: the only one that runs.
+ * @param patience how long to wait for it to appear.
+ * @throws WrongUse when there is none, or more than one and none was named; std::runtime_error.
  */
-std::string find_door(const std::string& name);
+BusConnection open_door(const std::string& name, std::chrono::milliseconds patience);
 
 } // namespace station

@@ -1,7 +1,9 @@
 #include "inside.h"
 
-#include "failure.h"
+#include "remote/failure.h"
 #include "screen_terminal.h"
+
+#include "common/texts.h"
 
 #include <fcntl.h>
 #include <initializer_list>
@@ -11,8 +13,8 @@ namespace {
 
 FileDescriptor nothing() { return FileDescriptor(open("/dev/null", O_RDWR | O_CLOEXEC)); }
 
-Descriptors handed_over(std::initializer_list<int> numbers) {
-    Descriptors list(g_unix_fd_list_new());
+DescriptorList handed_over(std::initializer_list<int> numbers) {
+    DescriptorList list(g_unix_fd_list_new());
     for (const int number : numbers)
         if (g_unix_fd_list_append(list.get(), number, nullptr) < 0) // closed
             g_unix_fd_list_append(list.get(), nothing().get(), nullptr);
@@ -30,7 +32,7 @@ GVariant* arguments(const std::vector<std::string>& command) {
     return g_variant_new("(@as@asah)", list_of(command), list_of(environment), &handles);
 }
 
-int status_of(const Answer& answer) {
+int status_of(const Value& answer) {
     int status = 0;
     g_variant_get(answer.get(), "(i)", &status);
     return status;
@@ -38,7 +40,7 @@ int status_of(const Answer& answer) {
 
 struct Waiting {
     GMainLoop* loop;
-    Answer answer;
+    Value answer;
     GError* error = nullptr;
 };
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "common/file_descriptor.h"
-#include "remote.h"
+#include "remote/remote.h"
 
 #include <string>
 #include <vector>

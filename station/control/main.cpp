@@ -1,5 +1,5 @@
 #include "command_line.h"
-#include "failure.h"
+#include "remote/failure.h"
 
 #include <iostream>
 

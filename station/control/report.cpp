@@ -1,8 +1,9 @@
 #include "report.h"
 
-#include "failure.h"
+#include "common/texts.h"
 #include "inside.h"
 #include "json.h"
+#include "remote/failure.h"
 #include "verbs.h"
 
 #include <array>
@@ -52,16 +53,15 @@ public:
         attempt("screen.txt",
                 [this] { write("screen.txt", {text_of(remote_.call(screen_operator, "See"))}); });
         attempt("screen.json", [this] {
-            const Answer widgets = remote_.call(screen_operator, "Screen");
-            g_autoptr(GVariant) list = g_variant_get_child_value(widgets.get(), 0);
-            write("screen.json", {tree_of(list)});
+            write("screen.json", {tree_of(first_of(remote_.call(screen_operator, "Screen")).get())});
         });
         attempt("radio.txt",
                 [this] { write("radio.txt", words_of_radio(remote_.call(radio_module, "State"))); });
-        attempt("calls.txt", [this] { write("calls.txt", texts_of(remote_.call(ncp_host, "Asked"))); });
+        attempt("calls.txt",
+                [this] { write("calls.txt", texts_of(first_of(remote_.call(ncp_host, "Asked")).get())); });
         attempt("parts.txt",
                 [this] { write("parts.txt", words_of_parts(remote_.call(television, "Parts"))); });
-        for (const auto& name : texts_of(remote_.call(television, "Logs")))
+        for (const auto& name : texts_of(first_of(remote_.call(television, "Logs")).get()))
             attempt(name + ".log", [this, &name] { copy_log(name); });
     }
 

@@ -1,7 +1,7 @@
 /** Everything that there is to know of a television, in one archive. */
 #pragma once
 
-#include "remote.h"
+#include "remote/remote.h"
 
 #include <string>
 

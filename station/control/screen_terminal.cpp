@@ -1,7 +1,7 @@
 #include "screen_terminal.h"
 
 #include "common/terminal.h"
-#include "failure.h"
+#include "remote/failure.h"
 
 #include <csignal>
 #include <fcntl.h>

@@ -1,8 +1,9 @@
 #include "verbs.h"
 
-#include "failure.h"
+#include "common/texts.h"
 #include "inside.h"
 #include "json.h"
+#include "remote/failure.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -15,24 +16,7 @@
 namespace station {
 namespace {
 
-std::string joined(const std::vector<std::string>& words, const std::string& between) {
-    std::string line;
-    for (const auto& word : words)
-        line += (line.empty() ? "" : between) + word;
-    return line;
-}
-
-/** The first value of an answer's tuple. */
-Answer first_of(const Answer& answer) { return Answer(g_variant_get_child_value(answer.get(), 0)); }
-
-std::string printed(GVariant* value) {
-    if (g_variant_is_of_type(value, G_VARIANT_TYPE_STRING) != FALSE)
-        return g_variant_get_string(value, nullptr);
-    g_autofree char* text = g_variant_print(value, FALSE);
-    return text;
-}
-
-GVariant* objects_of(const Answer& parts) {
+GVariant* objects_of(const Value& parts) {
     GVariantBuilder list;
     g_variant_builder_init(&list, G_VARIANT_TYPE("aa{sv}"));
     g_autoptr(GVariantIter) each = nullptr;
@@ -64,7 +48,7 @@ void see(Remote& remote, const Output& output) {
 }
 
 void radio(Remote& remote, const Output& output) {
-    const Answer state = remote.call(radio_module, "State");
+    const Value state = remote.call(radio_module, "State");
     if (output.json)
         std::cout << json_of(first_of(state).get()) << '\n';
     else
@@ -72,24 +56,24 @@ void radio(Remote& remote, const Output& output) {
 }
 
 void parts(Remote& remote, const Output& output) {
-    const Answer parts = remote.call(television, "Parts");
+    const Value parts = remote.call(television, "Parts");
     std::cout << (output.json ? json_of(objects_of(parts)) : joined(words_of_parts(parts), " | ")) << '\n';
 }
 
-std::vector<std::string> words_of_radio(const Answer& state) {
+std::vector<std::string> words_of_radio(const Value& state) {
     std::vector<std::string> words;
     g_autoptr(GVariantIter) each = nullptr;
     g_variant_get(state.get(), "(a{sv})", &each);
     const char* name = nullptr;
     GVariant* value = nullptr;
     while (g_variant_iter_next(each, "{&sv}", &name, &value) != FALSE) {
-        const Answer held(value);
+        const Value held(value);
         words.push_back(std::string(name) + "=" + printed(value));
     }
     return words;
 }
 
-std::vector<std::string> words_of_parts(const Answer& parts) {
+std::vector<std::string> words_of_parts(const Value& parts) {
     std::vector<std::string> words;
     g_autoptr(GVariantIter) each = nullptr;
     g_variant_get(parts.get(), "(a(ssi))", &each);
@@ -106,7 +90,7 @@ void picture(Remote& remote, const std::string& file) {
     if (!target)
         throw Failure("cannot write " + file + ": " + std::strerror(errno));
     try {
-        const Descriptors list(g_unix_fd_list_new());
+        const DescriptorList list(g_unix_fd_list_new());
         g_unix_fd_list_append(list.get(), target.get(), nullptr);
         remote.call(screen_operator, "Picture", g_variant_new("(h)", 0), list.get());
     } catch (...) {
@@ -118,7 +102,7 @@ void picture(Remote& remote, const std::string& file) {
 }
 
 int log(Remote& remote, const std::string& part, bool follow) {
-    const auto names = texts_of(remote.call(television, "Logs"));
+    const auto names = texts_of(first_of(remote.call(television, "Logs")).get());
     if (!part.empty() && std::ranges::find(names, part) == names.end())
         throw WrongUse("there is no log of " + part + "; there are " + joined(names, ", "));
     std::vector<std::string> command{"tail", "--lines=+1"};

@@ -1,7 +1,7 @@
 /** What tvctl asks a television. Each verb prints one line, or JSON where there is more to say. */
 #pragma once
 
-#include "remote.h"
+#include "remote/remote.h"
 
 #include <string>
 #include <vector>
@@ -28,8 +28,8 @@ int log(Remote& remote, const std::string& part, bool follow);
 int shell(Remote& remote, const std::vector<std::string>& command);
 
 /** The radio's state as "NAME=VALUE" words. */
-std::vector<std::string> words_of_radio(const Answer& state);
+std::vector<std::string> words_of_radio(const Value& state);
 /** The parts as "NAME STATE" words. */
-std::vector<std::string> words_of_parts(const Answer& parts);
+std::vector<std::string> words_of_parts(const Value& parts);
 
 } // namespace station

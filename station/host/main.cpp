@@ -1,9 +1,8 @@
 #include "common/program.h"
+#include "ncp_contract.h"
 #include "ncp_service.h"
 
 #include <array>
-#include <cstdlib>
-#include <exception>
 #include <stdexcept>
 
 namespace {
@@ -33,19 +32,12 @@ void run(int argc, char** argv, const station::StationLog& log) {
     station::NcpService service(connection.get(), static_cast<guint>(limit), log);
     for (auto* entry = answers; entry != nullptr && *entry != nullptr; ++entry)
         add_behaviour(service, *entry);
-    station::own_name(connection.get(), station::NcpService::bus_name);
+    station::own_name(connection.get(), station::contract::bus_name);
     station::run_until_terminated();
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    const station::StationLog log("ncp_host");
-    try {
-        run(argc, argv, log);
-    } catch (const std::exception& error) {
-        log.error(error.what());
-        return EXIT_FAILURE;
-    }
-    return EXIT_SUCCESS;
+    return station::run_program("ncp_host", [&](const auto& log) { run(argc, argv, log); });
 }

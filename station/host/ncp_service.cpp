@@ -1,5 +1,7 @@
 #include "ncp_service.h"
 
+#include "common/refusal.h"
+#include "common/texts.h"
 #include "ncp_contract.h"
 
 namespace station {
@@ -108,38 +110,29 @@ void NcpService::emit(GVariant* parameters) const {
 
 void NcpService::handle_simulation_call(const std::string& method, GVariant* arguments,
                                         GDBusMethodInvocation* invocation) {
-    if (method == "Answer") {
-        handle_answer_call(arguments, invocation);
-        return;
-    }
     GVariant* result = nullptr;
-    if (method == "Emit") {
+    if (method == "Answer") {
+        change_answer(arguments);
+    } else if (method == "Emit") {
         const gchar* text = nullptr;
         g_variant_get(arguments, "(&s)", &text);
         emit(g_variant_new("(s)", text));
     } else if (method == "EmitWrong") {
         emit(g_variant_new("(ui)", 7U, -7));
     } else {
-        GVariantBuilder calls;
-        g_variant_builder_init(&calls, G_VARIANT_TYPE_STRING_ARRAY);
-        for (const auto& call : asked_)
-            g_variant_builder_add(&calls, "s", call.c_str());
-        result = g_variant_new("(as)", &calls);
+        result = g_variant_new("(@as)", list_of(asked_));
     }
     g_dbus_method_invocation_return_value(invocation, result);
 }
 
-void NcpService::handle_answer_call(GVariant* arguments, GDBusMethodInvocation* invocation) {
+void NcpService::change_answer(GVariant* arguments) {
     const gchar* name = nullptr;
     const gchar* text = nullptr;
     g_variant_get(arguments, "(&s&s)", &name, &text);
     const auto behaviour = parse_behaviour(text);
-    if (!behaviour || !set_behaviour(name, *behaviour)) {
-        g_dbus_method_invocation_return_error(invocation, G_DBUS_ERROR, G_DBUS_ERROR_INVALID_ARGS,
-                                              "no method %s, or no behaviour \"%s\"", name, text);
-        return;
-    }
-    g_dbus_method_invocation_return_value(invocation, nullptr);
+    if (!behaviour || !set_behaviour(name, *behaviour))
+        throw Refusal("NoSuchAnswer",
+                      std::string("no method ") + name + ", or no behaviour \"" + text + "\"");
 }
 
 } // namespace station

@@ -14,8 +14,6 @@ namespace station {
 
 class NcpService {
 public:
-    static constexpr auto bus_name = "org.orvane.qm_ncp_host";
-
     /** @param limit milliseconds the radio module has for an answer. @param log outlives the service. */
     NcpService(GDBusConnection* connection, guint limit, const StationLog& log);
 
@@ -38,7 +36,7 @@ private:
 
     void handle_simulation_call(const std::string& method, GVariant* arguments,
                                 GDBusMethodInvocation* invocation);
-    void handle_answer_call(GVariant* arguments, GDBusMethodInvocation* invocation);
+    void change_answer(GVariant* arguments);
 
     GDBusConnection* connection_;
     const StationLog& log_;

@@ -70,11 +70,7 @@ Display open_display() {
     return display;
 }
 
-void press_key(const Display& display, const std::string& key) {
-    hold_key(display, key, std::chrono::milliseconds::zero());
-}
-
-void hold_key(const Display& display, const std::string& key, std::chrono::milliseconds time) {
+void press_key(const Display& display, const std::string& key, std::chrono::milliseconds time) {
     const KeyCode code = existing_code(display.get(), key);
     move_key(display.get(), code, true);
     if (time.count() > 0) {

@@ -29,12 +29,11 @@ Display open_display();
  * @param key an X keysym name, for example "Return", "Left" or "XF86Back", or a key of the remote control:
  * "OK", "Back", "Exit" or "Red". One that the keyboard lacks is pressed as the PC key that stands for it
  * (Escape, F12, F1).
+ * @param time it is held down.
  * @throws std::invalid_argument for a key that the keyboard does not have.
  */
-void press_key(const Display& display, const std::string& key);
-
-/** Presses a key, as above, and releases it after a time. */
-void hold_key(const Display& display, const std::string& key, std::chrono::milliseconds time);
+void press_key(const Display& display, const std::string& key,
+               std::chrono::milliseconds time = std::chrono::milliseconds::zero());
 
 /** Whether `press_key` can press it. */
 bool has_key(const Display& display, const std::string& key);

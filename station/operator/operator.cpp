@@ -38,43 +38,29 @@ bool Operator::is_focusable(const std::string& name) { return wait_for(name).fin
 
 const Screen& Operator::wait_until(const std::string& wanted,
                                    const std::function<bool(const Screen&)>& is_as_wanted) {
-    return wait_until({wanted, is_as_wanted}, patience_);
+    return wait_until({wanted, is_as_wanted});
 }
 
-const Screen& Operator::wait_until(const std::string& wanted,
-                                   const std::function<bool(const Screen&)>& is_as_wanted,
-                                   std::chrono::milliseconds patience) {
-    return wait_until({wanted, is_as_wanted}, patience);
-}
-
-const Screen& Operator::wait_until(const Condition& condition, std::chrono::milliseconds patience) {
-    const auto deadline = std::chrono::steady_clock::now() + patience;
+const Screen& Operator::wait_until(const Condition& condition) {
+    const auto deadline = std::chrono::steady_clock::now() + patience_;
     for (;;) {
         seen_ = screen();
         if (condition.is_met(seen_))
             return seen_;
-        if (followed_ != nullptr && !followed_->process())
+        if (followed_ != nullptr && followed_->number() == 0)
             throw NotSeen("the application has ended; the screen did not show " + condition.wanted);
         if (std::chrono::steady_clock::now() >= deadline)
-            throw NotSeen(condition.not_seen(patience, seen_));
+            throw NotSeen(condition.not_seen(patience_, seen_));
         std::this_thread::sleep_for(look_interval);
     }
 }
 
-const Screen& Operator::wait_for(const std::string& text) { return wait_for(text, patience_); }
+const Screen& Operator::wait_for(const std::string& text) { return wait_until(text_shown(text)); }
 
-const Screen& Operator::wait_for(const std::string& text, std::chrono::milliseconds patience) {
-    return wait_until(text_shown(text), patience);
-}
+const Screen& Operator::wait_until_gone(const std::string& text) { return wait_until(text_gone(text)); }
 
-const Screen& Operator::wait_until_gone(const std::string& text) {
-    return wait_until(text_gone(text), patience_);
-}
+const Screen& Operator::wait_for_focus(const std::string& name) { return wait_until(focus_on(name)); }
 
-const Screen& Operator::wait_for_focus(const std::string& name) {
-    return wait_until(focus_on(name), patience_);
-}
-
-const Screen& Operator::wait_for_value(int value) { return wait_until(focused_number(value), patience_); }
+const Screen& Operator::wait_for_value(int value) { return wait_until(focused_number(value)); }
 
 } // namespace station

@@ -1,7 +1,7 @@
 /** A person with a remote control: presses keys, reads the screen, waits, takes pictures. */
 #pragma once
 
-#include "application.h"
+#include "common/process.h"
 #include "condition.h"
 #include "display.h"
 #include "screen_reader.h"
@@ -35,7 +35,7 @@ public:
 
     /** From now on waiting ends at once, with NotSeen, when this process has ended. The application outlives
      * the operator's waits. */
-    void follow(const Application& application) { followed_ = &application; }
+    void follow(const Process& application) { followed_ = &application; }
 
     /** Presses a key `times` times; see `press_key`. */
     void press(const std::string& key, int times = 1);
@@ -60,11 +60,7 @@ public:
      */
     const Screen& wait_until(const std::string& wanted,
                              const std::function<bool(const Screen&)>& is_as_wanted);
-    const Screen& wait_until(const std::string& wanted,
-                             const std::function<bool(const Screen&)>& is_as_wanted,
-                             std::chrono::milliseconds patience);
     const Screen& wait_for(const std::string& text);
-    const Screen& wait_for(const std::string& text, std::chrono::milliseconds patience);
     const Screen& wait_until_gone(const std::string& text);
     const Screen& wait_for_focus(const std::string& name);
     /** Waits until the focused widget shows a number. */
@@ -74,14 +70,14 @@ public:
     void picture(const std::string& path) const { take_picture(display_, path); }
 
 private:
-    const Screen& wait_until(const Condition& condition, std::chrono::milliseconds patience);
+    const Screen& wait_until(const Condition& condition);
 
     std::string application_;
     std::chrono::milliseconds patience_;
     Display display_;
     ScreenReader reader_;
     std::vector<std::string> keys_pressed_;
-    const Application* followed_ = nullptr;
+    const Process* followed_ = nullptr;
     Screen seen_{{}, false}; // the newest look of a wait
 };
 

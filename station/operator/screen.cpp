@@ -14,8 +14,7 @@ std::string text_of(const Widget& widget) {
     return widget.name == number ? number : widget.name + ": " + number;
 }
 
-} // namespace
-
+/** Puts widgets in reading order: row by row from the top, each row from the left. */
 void sort_for_reading(std::vector<Widget>& widgets) {
     std::ranges::stable_sort(widgets, {}, [](const Widget& widget) { return middle(widget); });
     for (auto row = widgets.begin(); row != widgets.end();) {
@@ -27,6 +26,8 @@ void sort_for_reading(std::vector<Widget>& widgets) {
         row = end;
     }
 }
+
+} // namespace
 
 Screen::Screen(std::vector<Widget> widgets, bool in_front)
     : widgets_(std::move(widgets)), in_front_(in_front) {

@@ -36,9 +36,6 @@ struct Widget {
     Accessible accessible;
 };
 
-/** Puts widgets in reading order: row by row from the top, each row from the left. */
-void sort_for_reading(std::vector<Widget>& widgets);
-
 /** One look at the screen. While a dialog is open it is all that can be used, and all that is listed. */
 class Screen {
 public:

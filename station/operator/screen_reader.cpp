@@ -77,29 +77,30 @@ Items read_items(const AccessibilityBus& bus, const std::string& bus_name) {
     Items items;
     constexpr auto type = "(a((so)(so)(so)a(so)assusau))";
     const Accessible cache{bus_name, "/org/a11y/atspi/cache"};
-    bus.ask({cache, "org.a11y.atspi.Cache", "GetItems", nullptr, type}, [&](GVariant* answer) {
-        g_autoptr(GVariantIter) entries = nullptr;
-        g_variant_get(answer, type, &entries);
-        for (GVariant* entry = nullptr; (entry = g_variant_iter_next_value(entries)) != nullptr;) {
-            const std::unique_ptr<GVariant, decltype(&g_variant_unref)> held(entry, g_variant_unref);
-            Item item = read_item(entry);
-            if (items.root.empty())
-                items.root = item.accessible.path;
-            items.by_path.emplace(item.accessible.path, std::move(item));
-        }
-    });
+    bus.ask({{cache, "org.a11y.atspi.Cache", "GetItems", nullptr, type, [&](GVariant* answer) {
+                  g_autoptr(GVariantIter) entries = nullptr;
+                  g_variant_get(answer, type, &entries);
+                  for (GVariant* entry = nullptr; (entry = g_variant_iter_next_value(entries)) != nullptr;) {
+                      const Value held(entry);
+                      Item item = read_item(entry);
+                      if (items.root.empty())
+                          items.root = item.accessible.path;
+                      items.by_path.emplace(item.accessible.path, std::move(item));
+                  }
+              }}});
     return items;
 }
 
 std::vector<std::string> applications(const AccessibilityBus& bus) {
     std::vector<std::string> names;
     const Accessible desktop{"org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root"};
-    bus.ask({desktop, accessible_interface, "GetChildren", nullptr, "(a(so))"}, [&names](GVariant* answer) {
-        g_autoptr(GVariantIter) each = nullptr;
-        g_variant_get(answer, "(a(so))", &each);
-        for (const char* name = nullptr; g_variant_iter_next(each, "(&s&o)", &name, nullptr) != FALSE;)
-            names.emplace_back(name);
-    });
+    bus.ask({{desktop, accessible_interface, "GetChildren", nullptr, "(a(so))", [&names](GVariant* answer) {
+                  g_autoptr(GVariantIter) each = nullptr;
+                  g_variant_get(answer, "(a(so))", &each);
+                  for (const char* name = nullptr;
+                       g_variant_iter_next(each, "(&s&o)", &name, nullptr) != FALSE;)
+                      names.emplace_back(name);
+              }}});
     return names;
 }
 
@@ -147,38 +148,29 @@ void look_below(const Items& items, const Item& parent, int dialog, bool is_wind
     }
 }
 
-void ask_number(AccessibilityBus::Questions& questions, const Accessible& whom, const char* property,
-                double& number) {
-    questions.ask({whom, "org.freedesktop.DBus.Properties", "Get",
-                   g_variant_new("(ss)", "org.a11y.atspi.Value", property), "(v)"},
-                  [&number](GVariant* answer) {
-                      g_autoptr(GVariant) value = nullptr;
-                      g_variant_get(answer, "(v)", &value);
-                      if (g_variant_is_of_type(value, G_VARIANT_TYPE_DOUBLE) != FALSE)
-                          number = g_variant_get_double(value);
-                  });
-}
-
-void ask_rest(AccessibilityBus::Questions& questions, const Item& item, Widget& widget) {
-    questions.ask({item.accessible, accessible_interface, "GetRoleName", nullptr, "(s)"},
-                  [&widget](GVariant* answer) {
-                      const char* role = nullptr;
-                      g_variant_get(answer, "(&s)", &role);
-                      widget.role = role;
-                  });
+/** What the list of items does not say. */
+void add_questions(const Item& item, Widget& widget, std::vector<Question>& questions) {
+    questions.push_back(
+        {item.accessible, accessible_interface, "GetRoleName", nullptr, "(s)", [&widget](GVariant* answer) {
+             const char* role = nullptr;
+             g_variant_get(answer, "(&s)", &role);
+             widget.role = role;
+         }});
     if (item.has("Component"))
-        questions.ask({item.accessible, "org.a11y.atspi.Component", "GetExtents",
-                       g_variant_new("(u)", screen_coordinates), "((iiii))"},
-                      [&widget](GVariant* answer) {
-                          g_variant_get(answer, "((iiii))", &widget.x, &widget.y, &widget.width,
-                                        &widget.height);
-                      });
-    if (item.role == spin_button && item.has("Value")) {
-        WidgetValue& value = widget.value.emplace();
-        ask_number(questions, item.accessible, "CurrentValue", value.current);
-        ask_number(questions, item.accessible, "MinimumValue", value.lowest);
-        ask_number(questions, item.accessible, "MaximumValue", value.highest);
-    }
+        questions.push_back(
+            {item.accessible, "org.a11y.atspi.Component", "GetExtents",
+             g_variant_new("(u)", screen_coordinates), "((iiii))", [&widget](GVariant* answer) {
+                 g_variant_get(answer, "((iiii))", &widget.x, &widget.y, &widget.width, &widget.height);
+             }});
+    if (item.role == spin_button && item.has("Value"))
+        questions.push_back({item.accessible, "org.freedesktop.DBus.Properties", "GetAll",
+                             g_variant_new("(s)", "org.a11y.atspi.Value"), "(a{sv})",
+                             [&value = widget.value.emplace()](GVariant* answer) {
+                                 g_autoptr(GVariant) numbers = g_variant_get_child_value(answer, 0);
+                                 g_variant_lookup(numbers, "CurrentValue", "d", &value.current);
+                                 g_variant_lookup(numbers, "MinimumValue", "d", &value.lowest);
+                                 g_variant_lookup(numbers, "MaximumValue", "d", &value.highest);
+                             }});
 }
 
 } // namespace
@@ -190,7 +182,7 @@ Screen ScreenReader::read(const std::string& application) const {
         look_below(items, items.by_path.at(items.root), 0, true, look);
         std::erase_if(look.found, [&look](const auto& found) { return found.dialog != look.dialogs; });
         std::vector<Widget> widgets(look.found.size());
-        AccessibilityBus::Questions questions(bus_);
+        std::vector<Question> questions;
         for (std::size_t i = 0; i < widgets.size(); ++i) {
             const Item& item = *look.found[i].item;
             widgets[i].name = item.name;
@@ -198,9 +190,9 @@ Screen ScreenReader::read(const std::string& application) const {
             widgets[i].focused = item.is(State::focused);
             widgets[i].enabled = item.is(State::enabled);
             widgets[i].accessible = item.accessible;
-            ask_rest(questions, item, widgets[i]);
+            add_questions(item, widgets[i], questions);
         }
-        questions.take_answers();
+        bus_.ask(questions);
         return Screen(std::move(widgets), look.in_front);
     } catch (const LostSight& error) {
         return Screen::unreadable(error.what());
@@ -210,13 +202,13 @@ Screen ScreenReader::read(const std::string& application) const {
 void ScreenReader::activate(const Widget& widget) const {
     const std::string refusal = "'" + widget.name + "' cannot be activated";
     try {
-        bus_.ask({widget.accessible, "org.a11y.atspi.Action", "DoAction", g_variant_new("(i)", 0), "(b)"},
-                 [&refusal](GVariant* answer) {
-                     gboolean done = FALSE;
-                     g_variant_get(answer, "(b)", &done);
-                     if (done == FALSE)
-                         throw LostSight(refusal, false);
-                 });
+        bus_.ask({{widget.accessible, "org.a11y.atspi.Action", "DoAction", g_variant_new("(i)", 0), "(b)",
+                   [&refusal](GVariant* answer) {
+                       gboolean done = FALSE;
+                       g_variant_get(answer, "(b)", &done);
+                       if (done == FALSE)
+                           throw LostSight(refusal, false);
+                   }}});
     } catch (const LostSight& error) {
         if (!error.is_late())
             throw std::runtime_error(refusal);

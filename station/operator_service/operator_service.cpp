@@ -1,6 +1,7 @@
 #include "operator_service.h"
 
 #include "common/refusal.h"
+#include "common/texts.h"
 #include "contract.h"
 #include "keys.h"
 #include "widgets.h"
@@ -73,24 +74,20 @@ OperatorService::~OperatorService() { g_dbus_connection_signal_unsubscribe(conne
 
 void OperatorService::handle_call(const std::string& method, GVariant* arguments,
                                   GDBusMethodInvocation* invocation) {
-    try {
-        if (method == "Press")
-            press(arguments, invocation);
-        else if (method == "Hold")
-            hold(arguments, invocation);
-        else if (method == "Picture")
-            take_picture(invocation);
-        else if (method == "See")
-            answer_when(readable, reading_patience, described, invocation);
-        else if (method == "Screen")
-            answer_when(readable, reading_patience, widgets_of, invocation);
-        else if (method == "Focus")
-            answer_when(readable, reading_patience, focus_of, invocation);
-        else
-            wait(method, arguments, invocation);
-    } catch (const Refusal& refusal) {
-        refusal.answer(invocation);
-    }
+    if (method == "Press")
+        press(arguments, invocation);
+    else if (method == "Hold")
+        hold(arguments, invocation);
+    else if (method == "Picture")
+        take_picture(invocation);
+    else if (method == "See")
+        answer_when(readable, reading_patience, described, invocation);
+    else if (method == "Screen")
+        answer_when(readable, reading_patience, widgets_of, invocation);
+    else if (method == "Focus")
+        answer_when(readable, reading_patience, focus_of, invocation);
+    else
+        wait(method, arguments, invocation);
 }
 
 void OperatorService::check_key(const std::string& key) const {
@@ -100,12 +97,7 @@ void OperatorService::check_key(const std::string& key) const {
 
 void OperatorService::press(GVariant* arguments, GDBusMethodInvocation* invocation) {
     g_autoptr(GVariant) list = g_variant_get_child_value(arguments, 0);
-    std::vector<std::string> keys;
-    GVariantIter each;
-    g_variant_iter_init(&each, list);
-    for (const char* key = nullptr; g_variant_iter_next(&each, "&s", &key) != FALSE;)
-        keys.emplace_back(key);
-    keys = written_out(keys);
+    const auto keys = written_out(texts_of(list));
     for (const std::string& key : keys)
         check_key(key);
     for (const std::string& key : keys)
@@ -119,7 +111,7 @@ void OperatorService::hold(GVariant* arguments, GDBusMethodInvocation* invocatio
     g_variant_get(arguments, "(&su)", &key, &milliseconds);
     check_key(key);
     jobs_.start([key = std::string(key), time = std::chrono::milliseconds(milliseconds), invocation] {
-        answer_after(invocation, "NoSuchKey", [&] { hold_key(open_display(), key, time); });
+        answer_after(invocation, "NoSuchKey", [&] { press_key(open_display(), key, time); });
     });
 }
 

@@ -1,10 +1,9 @@
 #include "common/program.h"
+#include "common/texts.h"
+#include "contract.h"
 #include "radio_module.h"
 
 #include <array>
-#include <charconv>
-#include <cstdlib>
-#include <exception>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -43,22 +42,13 @@ void read_into(Options& options, int argc, char** argv) {
     station::read_options(argc, argv, entries.data(), "The radio module of the simulated television.");
 }
 
-std::optional<int> number(const std::string& text) {
-    int value = 0;
-    const auto* end = text.data() + text.size();
-    const auto result = std::from_chars(text.data(), end, value);
-    if (result.ec != std::errc{} || result.ptr != end)
-        return std::nullopt;
-    return value;
-}
-
 int speed_of(const Options& options) {
     if (options.module_speed == 115200 || options.module_speed == 921600)
         return options.module_speed;
     if (options.module_speed != 0)
         throw std::runtime_error("--module-speed: neither 115200 nor 921600");
     const std::string firmware = options.firmware != nullptr ? options.firmware : "7.4.8";
-    const auto last_number = number(firmware.substr(firmware.rfind('.') + 1));
+    const auto last_number = station::number_in(firmware.substr(firmware.rfind('.') + 1));
     if (!last_number)
         throw std::runtime_error("--firmware " + firmware + ": not A.B.C");
     return station::speed_of_firmware(*last_number);
@@ -66,8 +56,9 @@ int speed_of(const Options& options) {
 
 void add_traffic(station::RadioModule& module, const std::string& text) {
     const auto middle = text.find('=');
-    const auto channel = number(text.substr(0, middle));
-    const auto rate = middle == std::string::npos ? std::nullopt : number(text.substr(middle + 1));
+    const auto channel = station::number_in(text.substr(0, middle));
+    const auto rate =
+        middle == std::string::npos ? std::nullopt : station::number_in(text.substr(middle + 1));
     if (!channel || !rate || !module.set_traffic(*channel, *rate)) {
         throw std::runtime_error("--traffic " + text + ": not CHANNEL=PACKETS_PER_SECOND");
     }
@@ -89,19 +80,12 @@ void run(int argc, char** argv, const station::StationLog& log) {
     } else {
         module.set_serial(options.no_serial == FALSE);
     }
-    station::own_name(connection.get(), station::RadioModule::bus_name);
+    station::own_name(connection.get(), station::radio_contract::bus_name);
     station::run_until_terminated();
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    const station::StationLog log("radio_module");
-    try {
-        run(argc, argv, log);
-    } catch (const std::exception& error) {
-        log.error(error.what());
-        return EXIT_FAILURE;
-    }
-    return EXIT_SUCCESS;
+    return station::run_program("radio_module", [&](const auto& log) { run(argc, argv, log); });
 }

@@ -1,5 +1,8 @@
 #include "radio_module.h"
 
+#include "common/refusal.h"
+#include "contract.h"
+
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -9,17 +12,6 @@ namespace station {
 namespace {
 
 constexpr auto device_path = "/dev/ttyIOT";
-constexpr auto object_path = "/org/velmora/station/radio_module";
-constexpr auto introspection = R"(<node>
-  <interface name="org.velmora.Station.RadioModule">
-    <method name="State"><arg type="a{sv}" direction="out"/></method>
-    <method name="SetSerial"><arg name="present" type="b" direction="in"/></method>
-    <method name="SetTraffic">
-      <arg name="channel" type="i" direction="in"/>
-      <arg name="packets_per_second" type="i" direction="in"/>
-    </method>
-  </interface>
-</node>)";
 
 Radio::Time now() { return std::chrono::steady_clock::now(); }
 
@@ -30,7 +22,7 @@ int speed_of_firmware(int last_number) { return last_number <= 8 ? 115200 : 9216
 RadioModule::RadioModule(GDBusConnection* connection, int speed, const StationLog& log)
     : log_(log), speed_(speed), port_(device_path),
       reader_(EventSource::when_readable(port_.descriptor(), [this] { read_line(); })),
-      service_(connection, object_path, introspection,
+      service_(connection, radio_contract::path, radio_contract::introspection,
                [this](const auto& method, auto* arguments, auto* invocation) {
                    handle_call(method, arguments, invocation);
                }) {
@@ -151,11 +143,9 @@ void RadioModule::handle_call(const std::string& method, GVariant* arguments,
         gint channel = 0;
         gint rate = 0;
         g_variant_get(arguments, "(ii)", &channel, &rate);
-        if (!set_traffic(channel, rate)) {
-            g_dbus_method_invocation_return_error(invocation, G_DBUS_ERROR, G_DBUS_ERROR_INVALID_ARGS,
-                                                  "no channel %d, or no rate %d", channel, rate);
-            return;
-        }
+        if (!set_traffic(channel, rate))
+            throw Refusal("NoSuchTraffic",
+                          "no channel " + std::to_string(channel) + ", or no rate " + std::to_string(rate));
     }
     g_dbus_method_invocation_return_value(invocation, nullptr);
 }

@@ -15,8 +15,6 @@ namespace station {
 
 class RadioModule {
 public:
-    static constexpr auto bus_name = "org.velmora.Station.RadioModule";
-
     /**
      * @param connection the system bus, for the service.
      * @param speed      the serial speed the module's firmware speaks; it is deaf and dumb at any other.

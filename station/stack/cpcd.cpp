@@ -1,6 +1,6 @@
 /** The co-processor daemon: hands one client the radio module's serial line. */
 #include "common/local_socket.h"
-#include "common/station_log.h"
+#include "common/program.h"
 #include "common/terminal.h"
 #include "cpcd_configuration.h"
 #include "relay.h"
@@ -12,9 +12,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
 #include <cstring>
-#include <exception>
 #include <stdexcept>
 #include <string>
 
@@ -79,11 +77,6 @@ void run(int argc, char** argv, const StationLog& log) {
 
 int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN);
-    const StationLog log("cpcd");
-    try {
-        run(argc, argv, log);
-    } catch (const std::exception& error) {
-        log.error(error.what());
-    }
-    return EXIT_FAILURE; // it ends well only by a signal
+    return run_program("cpcd",
+                       [&](const auto& log) { run(argc, argv, log); }); // it ends well only by a signal
 }

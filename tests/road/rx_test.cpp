@@ -13,29 +13,29 @@ TEST_F(RxRoad, CountsOnTheChosenChannelResetsAndStops) {
     open_picker(channel_picker, 11, 15);
     choose(channel_picker, 15);
     expect_asked({"ember_set_channel(15)"});
-    EXPECT_EQ(station::radio_state().mode, "rx");
+    EXPECT_EQ(radio("mode"), "rx");
 
     go("Up", "Count Received Packets");
     const long first = count_until([](long packets) { return packets > 0; });
     const long second = count_until([first](long packets) { return packets > first + 100; });
-    EXPECT_LE(second, station::radio_state().received);
+    EXPECT_LE(second, std::stol(radio("received")));
 
     // On a silent channel the count stands, and goes to 0 by a reset alone.
     go("Down", "15");
     open_picker(channel_picker, 15, 16);
     choose(channel_picker, 16);
-    const auto received = station::radio_state().received;
+    const auto received = std::stol(radio("received"));
     EXPECT_GE(received, second);
     go("Up", "Count Received Packets");
     EXPECT_EQ(count_until([received](long packets) { return packets == received; }), received);
     go("Down", "Reset Count");
     operator_.press("Return");
     operator_.wait_for("Received Packets: 0");
-    EXPECT_EQ(station::radio_state().received, 0);
+    EXPECT_EQ(radio("received"), "0");
 
     go("Down", "Stop");
     enter("Start RX Test");
-    EXPECT_EQ(station::radio_state().mode, "off");
+    EXPECT_EQ(radio("mode"), "off");
 }
 
 TEST_F(RxRoad, TheOtherTabReplacesThePageAndTheNextStartIsItsOwn) {
@@ -45,5 +45,5 @@ TEST_F(RxRoad, TheOtherTabReplacesThePageAndTheNextStartIsItsOwn) {
     EXPECT_FALSE(operator_.screen().shows("Count Received Packets"));
     enter("Set Power");
     expect_asked({"ember_start(0)"});
-    EXPECT_EQ(station::radio_state().mode, "tx");
+    EXPECT_EQ(radio("mode"), "tx");
 }

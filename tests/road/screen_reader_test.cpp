@@ -1,6 +1,8 @@
 #include "support/announcements.h"
 #include "support/road.h"
 
+#include <thread>
+
 using testing::ElementsAre;
 using testing::UnorderedElementsAreArray;
 
@@ -11,6 +13,21 @@ protected:
     void act(const std::string& name, const std::string& then) {
         operator_.activate(name);
         operator_.wait_for(then);
+    }
+
+    /** Listens from now on. The application hears of a listener only some time after there is one. */
+    void listen() {
+        announcements_.emplace();
+        expect_soon("the application to speak", [this] {
+            operator_.press("Down");
+            operator_.press("Up");
+            return announcements_->count() > 0;
+        });
+        for (std::size_t heard = 0; heard != announcements_->count();) {
+            heard = announcements_->count();
+            std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        }
+        announcements_->take();
     }
 
     /** These announcements have been made since the last time, and no others. */
@@ -69,7 +86,7 @@ TEST_F(ScreenReaderRoad, EveryTextHasItsNameAndRole) {
 
 TEST_F(ScreenReaderRoad, SaysWhatIsFocusedAndWhatAppears) {
     open_tx_test();
-    announcements_.emplace();
+    listen();
     open_picker(power_picker, 0, 0);
     expect_said({"dialog Zigbee TX Power", "spin button 0"});
     operator_.press("Right");

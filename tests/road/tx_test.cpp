@@ -1,6 +1,5 @@
 #include "support/road.h"
 
-using station::radio_state;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -13,7 +12,7 @@ TEST_F(TxRoad, SetsPowerAndChannelStreamsAndLeaves) {
     enter("Set Power");
     EXPECT_THAT(operator_.texts(), ElementsAre("Velmora", "TX Test", "RX Test", "Exit", "Power:", "Set Power",
                                                "Channel:", "Set Channel", "Start Stream", "Stop Test"));
-    EXPECT_EQ(radio_state().mode, "tx");
+    EXPECT_EQ(radio("mode"), "tx");
 
     open_picker(power_picker, 0, 7);
     choose(power_picker, 7);
@@ -23,22 +22,22 @@ TEST_F(TxRoad, SetsPowerAndChannelStreamsAndLeaves) {
     operator_.wait_for_value(15);
     choose(channel_picker, 15);
     expect_asked({"ember_start(0)", "ember_set_power(7)", "ember_set_channel(15)"});
-    EXPECT_EQ(radio_state().power, 7);
-    EXPECT_EQ(radio_state().channel, 15);
+    EXPECT_EQ(radio("power"), "7");
+    EXPECT_EQ(radio("channel"), "15");
 
     go("Down", "Start Stream");
     enter("Stop Stream");
-    EXPECT_TRUE(radio_state().streams);
+    EXPECT_EQ(radio("stream"), "true");
     EXPECT_FALSE(operator_.is_focusable("7"));
     EXPECT_FALSE(operator_.is_focusable("15"));
     enter("Start Stream");
-    EXPECT_FALSE(radio_state().streams);
+    EXPECT_EQ(radio("stream"), "false");
     EXPECT_TRUE(operator_.is_focusable("7"));
     EXPECT_TRUE(operator_.is_focusable("15"));
 
     go("Down", "Stop Test");
     enter("Start TX Test");
-    EXPECT_EQ(radio_state().mode, "off");
+    EXPECT_EQ(radio("mode"), "off");
     EXPECT_THAT(station::running_processes({"cpcd", "socat", "zigbeed"}).size(), 3);
     go_to_header("Exit");
     enter("Cancel");
@@ -67,7 +66,7 @@ TEST_F(TxRoad, PickersKeepTheirLimitsAndTheValueChosenUntilTheNextStart) {
     EXPECT_THAT(station::zombies(), IsEmpty());
     open_picker(power_picker, 0, 1);
     choose(power_picker, 1);
-    EXPECT_EQ(radio_state().power, 1);
+    EXPECT_EQ(radio("power"), "1");
 }
 
 TEST_F(TxRoad, OnlyTheExactEventBuildsThePageAnew) {
@@ -76,10 +75,10 @@ TEST_F(TxRoad, OnlyTheExactEventBuildsThePageAnew) {
     choose(power_picker, 3);
     expect_asked({"ember_set_power(3)"});
     for (const char* const event : {"ready ", "READY", ""})
-        station::let_ncp_host_emit(event);
+        let_host_emit(event);
     expect_soon("the events", [this] { return log_.count("[EVENT DATA]") == 4; });
     EXPECT_TRUE(operator_.screen().shows("3"));
-    station::let_ncp_host_emit("ready");
+    let_host_emit("ready");
     operator_.wait_for_focus("Set Power");
     expect_asked({"ember_start(0)"});
 }

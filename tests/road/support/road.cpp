@@ -1,5 +1,7 @@
 #include "support/road.h"
 
+#include "common/bus_object.h"
+#include "common/texts.h"
 #include "support/evidence.h"
 
 #include <algorithm>
@@ -22,14 +24,14 @@ bool has_focus(const Screen& screen, const std::string& name) {
 
 } // namespace
 
-void Sitting::SetUp() { asked_before_ = station::asked_of_ncp_host().size(); }
+void Sitting::SetUp() { asked_before_ = asked_so_far().size(); }
 
 void Sitting::TearDown() {
     if (HasFailure())
         take_last_picture();
     for (const std::string& method : changed_methods_)
-        station::let_ncp_host_answer(method, "normal");
-    if (application_ && application_->process()) {
+        change_answer(method, "normal");
+    if (application_ && application_->number() != 0) {
         application_->terminate();
         expect_orderly_end();
     }
@@ -40,17 +42,41 @@ void Sitting::TearDown() {
                   << keep_evidence({log_.path(), last_picture}, keys_pressed()) << '\n';
 }
 
-void Sitting::switch_on() { application_.emplace(std::vector<std::string>{VELMORA_PROGRAM}, log_.path()); }
+void Sitting::switch_on() {
+    std::filesystem::remove(log_.path()); // of an earlier run
+    application_.emplace(std::vector<std::string>{VELMORA_PROGRAM}, station::written_to(log_.path()));
+}
+
+// A connection for each: one that is held would end this process with its bus.
+station::Remote Sitting::television() { return station::Remote(station::connect_to_system_bus()); }
+
+std::string Sitting::radio(const char* what) {
+    const station::Value state = station::first_of(television().call(station::radio_module, "State"));
+    const station::Value value(g_variant_lookup_value(state.get(), what, nullptr));
+    return value ? station::printed(value.get()) : "";
+}
+
+void Sitting::let_host_emit(const std::string& event) {
+    television().call(station::ncp_host, "Emit", g_variant_new("(s)", event.c_str()));
+}
+
+void Sitting::change_answer(const std::string& method, const std::string& behaviour) {
+    television().call(station::ncp_host, "Answer", g_variant_new("(ss)", method.c_str(), behaviour.c_str()));
+}
+
+std::vector<std::string> Sitting::asked_so_far() {
+    return station::texts_of(station::first_of(television().call(station::ncp_host, "Asked")).get());
+}
 
 std::vector<std::string> Sitting::asked() const {
-    std::vector<std::string> calls = station::asked_of_ncp_host();
+    std::vector<std::string> calls = asked_so_far();
     calls.erase(calls.begin(), calls.begin() + static_cast<std::ptrdiff_t>(asked_before_));
     return calls;
 }
 
 void Sitting::let_host_answer(const std::string& method, const std::string& behaviour) {
     changed_methods_.push_back(method);
-    station::let_ncp_host_answer(method, behaviour);
+    change_answer(method, behaviour);
 }
 
 void Sitting::expect_soon(const std::string& what, const std::function<bool()>& has_come) {

@@ -1,11 +1,10 @@
 /** A person before the television who uses the application; each test is one sitting. */
 #pragma once
 
+#include "common/process.h"
 #include "common/processes.h"
-#include "operator/application.h"
-#include "operator/ncp_host_record.h"
 #include "operator/operator.h"
-#include "operator/radio_state.h"
+#include "remote/remote.h"
 #include "support/application_log.h"
 
 #include <functional>
@@ -19,8 +18,14 @@ class Sitting : public testing::Test {
 protected:
     /** Starts the application. */
     void switch_on();
-    [[nodiscard]] station::Application& application() { return *application_; }
+    [[nodiscard]] station::Process& application() { return *application_; }
 
+    /** The television's own objects. */
+    [[nodiscard]] static station::Remote television();
+    /** What the radio module says of its state, for example "tx" as "mode". */
+    [[nodiscard]] static std::string radio(const char* what);
+    /** The NCP host says "ncp_event" with this text. */
+    static void let_host_emit(const std::string& event);
     /** What the NCP host was asked since the test began. */
     [[nodiscard]] std::vector<std::string> asked() const;
     /** Until the end of the test a method of the NCP host answers like that. */
@@ -40,7 +45,10 @@ protected:
     ApplicationLog log_;
 
 private:
-    std::optional<station::Application> application_;
+    static std::vector<std::string> asked_so_far();
+    static void change_answer(const std::string& method, const std::string& behaviour);
+
+    std::optional<station::Process> application_;
     std::vector<std::string> changed_methods_;
     std::size_t asked_before_ = 0;
 };

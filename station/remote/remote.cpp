@@ -1,13 +1,14 @@
 #include "remote.h"
 
-#include "doors.h"
 #include "failure.h"
 #include "host/ncp_contract.h"
 #include "operator_service/contract.h"
+#include "radio/contract.h"
 #include "television/contract.h"
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <string_view>
 #include <thread>
 
@@ -20,26 +21,13 @@ using Clock = std::chrono::steady_clock;
 constexpr auto look_interval = 10ms;
 constexpr auto start_patience = 30s;
 
-std::string patient_door(const std::string& name, std::chrono::milliseconds patience) {
-    const auto deadline = Clock::now() + patience;
-    for (;;) {
-        try {
-            return find_door(name);
-        } catch (const WrongUse&) {
-            if (Clock::now() >= deadline)
-                throw;
-        }
-        std::this_thread::sleep_for(look_interval);
-    }
-}
-
 bool is_absence(const GError* error) {
     return g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN) != FALSE ||
            g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_NAME_HAS_NO_OWNER) != FALSE;
 }
 
 GError* failed_call(GDBusConnection* bus, const BusPart& part, const char* method, GVariant* arguments,
-                    GUnixFDList* descriptors, Answer& answer) {
+                    GUnixFDList* descriptors, Value& answer) {
     GError* error = nullptr;
     answer.reset(g_dbus_connection_call_with_unix_fd_list_sync(
         bus, part.name, part.path, part.interface, method, arguments, nullptr,
@@ -53,44 +41,33 @@ const BusPart television{television_contract::bus_name, television_contract::pat
                          television_contract::interface, "television"};
 const BusPart screen_operator{operator_contract::bus_name, operator_contract::path,
                               operator_contract::interface, "operator"};
-const BusPart ncp_host{"org.orvane.qm_ncp_host", contract::simulation_path, "org.velmora.Station.NcpHost",
+const BusPart ncp_host{contract::bus_name, contract::simulation_path, contract::simulation_interface,
                        "ncp_host"};
-const BusPart radio_module{"org.velmora.Station.RadioModule", "/org/velmora/station/radio_module",
-                           "org.velmora.Station.RadioModule", "radio_module"};
+const BusPart radio_module{radio_contract::bus_name, radio_contract::path, radio_contract::interface,
+                           "radio_module"};
 
-Remote::Remote(const std::string& name, std::chrono::milliseconds patience) {
-    const std::string door = patient_door(name, patience);
-    g_autofree char* path = g_dbus_address_escape_value(door.c_str());
-    g_autoptr(GError) error = nullptr;
-    bus_.reset(g_dbus_connection_new_for_address_sync(
-        ("unix:path=" + std::string(path)).c_str(),
-        static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-        nullptr, nullptr, &error));
-    if (!bus_)
-        throw Failure("the television does not open its door " + door + ": " + error->message);
-}
-
-Answer Remote::call(const BusPart& part, const char* method, GVariant* arguments, GUnixFDList* descriptors) {
-    const Answer held(arguments != nullptr ? g_variant_ref_sink(arguments) : nullptr);
+Value Remote::call(const BusPart& part, const char* method, GVariant* arguments, GUnixFDList* descriptors) {
+    const Value held(arguments != nullptr ? g_variant_ref_sink(arguments) : nullptr);
     const auto deadline = Clock::now() + start_patience;
-    for (;;) {
-        Answer answer;
+    for (bool is_up = false;;) {
+        Value answer;
         g_autoptr(GError) error = failed_call(bus_.get(), part, method, held.get(), descriptors, answer);
         if (error == nullptr)
             return answer;
         if (!is_absence(error))
             refuse(*error, part);
-        if (!is_starting() || Clock::now() >= deadline)
+        if (is_up || Clock::now() >= deadline)
             throw Failure(why_absent(part));
-        std::this_thread::sleep_for(look_interval);
+        is_up = !is_starting(); // it may have come up since the call: once more
+        if (!is_up)
+            std::this_thread::sleep_for(look_interval);
     }
 }
 
 void Remote::refuse(const GError& error, const BusPart& part) {
-    static constexpr std::array<std::string_view, 3> wrong_uses{"org.velmora.Station.Error.NoSuchKey",
-                                                                "org.velmora.Station.Error.NoSuchPart",
-                                                                "org.freedesktop.DBus.Error.InvalidArgs"};
+    static constexpr std::array<std::string_view, 4> wrong_uses{
+        "org.velmora.Station.Error.NoSuchKey", "org.velmora.Station.Error.NoSuchPart",
+        "org.velmora.Station.Error.NoSuchAnswer", "org.velmora.Station.Error.NoSuchTraffic"};
     if (g_dbus_error_is_remote_error(&error) == FALSE)
         throw Failure("the television has ended");
     if (g_error_matches(&error, G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY) != FALSE)
@@ -106,8 +83,8 @@ void Remote::refuse(const GError& error, const BusPart& part) {
 /** The television's own name comes last, when every part is there. */
 bool Remote::is_starting() const {
     static constexpr BusPart bus{"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", ""};
-    Answer answer;
-    const Answer name(g_variant_ref_sink(g_variant_new("(s)", television.name)));
+    Value answer;
+    const Value name(g_variant_ref_sink(g_variant_new("(s)", television.name)));
     g_autoptr(GError) error = failed_call(bus_.get(), bus, "NameHasOwner", name.get(), nullptr, answer);
     if (error != nullptr)
         refuse(*error, television);
@@ -120,7 +97,7 @@ std::string Remote::why_absent(const BusPart& part) {
     const std::string program = part.program;
     if (&part == &television)
         return "the television does not answer";
-    const Answer parts = call(television, "Parts");
+    const Value parts = call(television, "Parts");
     g_autoptr(GVariantIter) each = nullptr;
     g_variant_get(parts.get(), "(a(ssi))", &each);
     const char* name = nullptr;
@@ -132,27 +109,12 @@ std::string Remote::why_absent(const BusPart& part) {
     return &part == &screen_operator ? "this television has no screen" : "this television has no " + program;
 }
 
-std::string text_of(const Answer& answer) {
+Value first_of(const Value& answer) { return Value(g_variant_get_child_value(answer.get(), 0)); }
+
+std::string text_of(const Value& answer) {
     const char* text = nullptr;
     g_variant_get(answer.get(), "(&s)", &text);
     return text;
-}
-
-std::vector<std::string> texts_of(const Answer& answer) {
-    std::vector<std::string> texts;
-    g_autoptr(GVariantIter) each = nullptr;
-    g_variant_get(answer.get(), "(as)", &each);
-    for (const char* text = nullptr; g_variant_iter_next(each, "&s", &text) != FALSE;)
-        texts.emplace_back(text);
-    return texts;
-}
-
-GVariant* list_of(const std::vector<std::string>& texts) {
-    GVariantBuilder list;
-    g_variant_builder_init(&list, G_VARIANT_TYPE_STRING_ARRAY);
-    for (const auto& text : texts)
-        g_variant_builder_add(&list, "s", text.c_str());
-    return g_variant_builder_end(&list);
 }
 
 } // namespace station

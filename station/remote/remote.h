@@ -1,25 +1,17 @@
-/** A running television as it is reached through its door. */
+/** Calls to what a running television has on its system bus. */
 #pragma once
 
-#include <gio/gio.h>
+#include "common/gobject_release.h"
+
 #include <gio/gunixfdlist.h>
 
-#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace station {
 
-struct UnrefVariant {
-    void operator()(GVariant* value) const { g_variant_unref(value); }
-};
-using Answer = std::unique_ptr<GVariant, UnrefVariant>;
-
-struct UnrefObject {
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
-using Descriptors = std::unique_ptr<GUnixFDList, UnrefObject>;
+using DescriptorList = std::unique_ptr<GUnixFDList, GObjectRelease>;
 
 /** One object on the television's system bus. */
 struct BusPart {
@@ -36,13 +28,7 @@ extern const BusPart radio_module;
 
 class Remote {
 public:
-    /**
-     * @param name     of the television, empty for the only one that runs.
-     * @param patience how long to wait for it to appear.
-     * @throws WrongUse or Failure.
-     */
-    explicit Remote(const std::string& name,
-                    std::chrono::milliseconds patience = std::chrono::milliseconds::zero());
+    explicit Remote(BusConnection bus) : bus_(std::move(bus)) {}
 
     /**
      * Calls a method, however long it takes; waits for a television that is still starting.
@@ -52,8 +38,8 @@ public:
      * @return the answer's tuple.
      * @throws Failure with what the television says, WrongUse when it does not know what it was asked for.
      */
-    Answer call(const BusPart& part, const char* method, GVariant* arguments = nullptr,
-                GUnixFDList* descriptors = nullptr);
+    Value call(const BusPart& part, const char* method, GVariant* arguments = nullptr,
+               GUnixFDList* descriptors = nullptr);
 
     /** The connection, for calls of another kind. */
     [[nodiscard]] GDBusConnection* bus() const { return bus_.get(); }
@@ -65,14 +51,12 @@ private:
     [[nodiscard]] bool is_starting() const;
     [[nodiscard]] std::string why_absent(const BusPart& part);
 
-    std::unique_ptr<GDBusConnection, UnrefObject> bus_;
+    BusConnection bus_;
 };
 
+/** The first value of an answer. */
+Value first_of(const Value& answer);
 /** The one text of an answer. */
-std::string text_of(const Answer& answer);
-/** The texts of an answer's list. */
-std::vector<std::string> texts_of(const Answer& answer);
-/** A floating list of texts. */
-GVariant* list_of(const std::vector<std::string>& texts);
+std::string text_of(const Value& answer);
 
 } // namespace station

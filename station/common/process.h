@@ -1,7 +1,8 @@
-/** One process of the television: started, watched and ended. */
+/** A process of the television, or of a test: started, watched and ended. */
 #pragma once
 
-#include "common/file_descriptor.h"
+#include "file_descriptor.h"
+#include "gobject_release.h"
 
 #include <gio/gio.h>
 
@@ -14,13 +15,19 @@
 
 namespace station {
 
-/** The standard descriptors of a process; one that is not there is the null device, or shared with the
- * television. */
+/** The standard descriptors of a process; one that is not there is shared with who starts it. */
 struct Descriptors {
     FileDescriptor input;
     FileDescriptor output;
     FileDescriptor error;
 };
+
+/**
+ * A file that gets what a process writes on standard output and standard error, after what is there already.
+ *
+ * @throws std::runtime_error when it cannot be opened.
+ */
+Descriptors written_to(const std::string& path);
 
 class Process {
 public:
@@ -31,19 +38,21 @@ public:
      * Starts a program with default signal dispositions.
      *
      * @param command     the program, looked up in PATH, and its arguments.
-     * @param environment variables in addition to the television's own, each "NAME=VALUE".
+     * @param environment variables in addition to the caller's own, each "NAME=VALUE".
      * @param leads       it leads a session of its own, and what it started is killed with it.
      * @throws std::runtime_error when it cannot be started.
      */
-    Process(const std::vector<std::string>& command, Descriptors descriptors, Ended ended,
-            const std::vector<std::string>& environment = {}, bool leads = false);
+    explicit Process(const std::vector<std::string>& command, Descriptors descriptors = {},
+                     Ended ended = nullptr, const std::vector<std::string>& environment = {},
+                     bool leads = false);
     /** A process that still runs is killed. */
     ~Process();
     Process(const Process&) = delete;
     Process& operator=(const Process&) = delete;
 
+    /** Until the main loop has heard of its end. */
     [[nodiscard]] bool runs() const { return !status_; }
-    /** Its number inside the television; 0 once it has ended. */
+    /** Its number; 0 once it has ended, also before the main loop has heard of it. */
     [[nodiscard]] int number() const;
     /** How it ended, as a shell says it: the exit status, or 128 and the signal's number; nothing while it
      * runs. */
@@ -52,19 +61,18 @@ public:
     [[nodiscard]] std::string state() const;
 
     void send_signal(int signal);
+    /** Asks it to end in order (SIGTERM). */
+    void terminate();
     /** Kills it, and with a session of its own all that it started there. */
     void kill();
-    /** Turns the main loop until the process has ended; false when it does not in this time. */
-    bool wait_for_end(std::chrono::milliseconds limit);
+    /** Turns the main loop until the process has ended. @return `status`; nothing when it still runs. */
+    std::optional<int> wait_for_end(std::chrono::milliseconds limit);
 
 private:
-    struct Release {
-        void operator()(gpointer object) const { g_object_unref(object); }
-    };
     static void on_ended(GObject* process, GAsyncResult* result, gpointer self);
 
-    std::unique_ptr<GSubprocess, Release> process_;
-    std::unique_ptr<GCancellable, Release> watch_;
+    std::unique_ptr<GSubprocess, GObjectRelease> process_;
+    std::unique_ptr<GCancellable, GObjectRelease> watch_;
     Ended ended_;
     std::optional<int> status_;
     bool leads_;

@@ -1,8 +1,9 @@
 #include "process.h"
 
-#include "common/event_source.h"
+#include "event_source.h"
 
 #include <csignal>
+#include <fcntl.h>
 #include <stdexcept>
 
 namespace station {
@@ -26,10 +27,20 @@ void begin_session(gpointer data) {
 
 } // namespace
 
+Descriptors written_to(const std::string& path) {
+    constexpr mode_t readable = 0644;
+    Descriptors descriptors;
+    descriptors.output.reset(open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, readable));
+    if (!descriptors.output)
+        throw std::runtime_error("cannot open " + path);
+    descriptors.error.reset(fcntl(descriptors.output.get(), F_DUPFD_CLOEXEC, 0));
+    return descriptors;
+}
+
 Process::Process(const std::vector<std::string>& command, Descriptors descriptors, Ended ended,
                  const std::vector<std::string>& environment, bool leads)
     : watch_(g_cancellable_new()), ended_(std::move(ended)), leads_(leads) {
-    const std::unique_ptr<GSubprocessLauncher, Release> launcher(g_subprocess_launcher_new(
+    const std::unique_ptr<GSubprocessLauncher, GObjectRelease> launcher(g_subprocess_launcher_new(
         descriptors.input ? G_SUBPROCESS_FLAGS_NONE : G_SUBPROCESS_FLAGS_STDIN_INHERIT));
     g_subprocess_launcher_set_child_setup(launcher.get(), leads ? begin_session : reset_signals, nullptr,
                                           nullptr);
@@ -91,18 +102,20 @@ void Process::send_signal(int signal) {
         g_subprocess_send_signal(process_.get(), signal);
 }
 
+void Process::terminate() { send_signal(SIGTERM); }
+
 void Process::kill() {
     if (const int leader = number(); leader > 0 && leads_)
         ::kill(-leader, SIGKILL);
     send_signal(SIGKILL);
 }
 
-bool Process::wait_for_end(std::chrono::milliseconds limit) {
+std::optional<int> Process::wait_for_end(std::chrono::milliseconds limit) {
     bool over = false;
     const EventSource clock = EventSource::every(static_cast<guint>(limit.count()), [&over] { over = true; });
     while (runs() && !over)
         g_main_context_iteration(nullptr, TRUE);
-    return !runs();
+    return status_;
 }
 
 } // namespace station

@@ -1,0 +1,27 @@
+/** Words: joined, read as numbers, carried over a bus. */
+#pragma once
+
+#include <gio/gio.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace station {
+
+std::string joined(const std::vector<std::string>& words, const std::string& between);
+
+/** The number that the whole text is; nothing for any other text. */
+std::optional<int> number_in(std::string_view text);
+
+/** The texts of a list. */
+std::vector<std::string> texts_of(GVariant* list);
+
+/** A floating list of texts. */
+GVariant* list_of(const std::vector<std::string>& texts);
+
+/** A value as a person reads it, a text without quotation marks. */
+std::string printed(GVariant* value);
+
+} // namespace station
