@@ -1,7 +1,8 @@
 #include "hand.h"
 
-#include "operator/ncp_host_record.h"
-#include "operator/station_bus.h"
+#include "common/bus_object.h"
+#include "common/texts.h"
+#include "remote/remote.h"
 #include "support/front_window.h"
 
 #include <algorithm>
@@ -70,6 +71,16 @@ std::string behaviour(Answer answer) {
     return "normal";
 }
 
+station::Remote television() { return station::Remote(station::connect_to_system_bus()); }
+
+void let_host_answer(const std::string& method, const std::string& behaviour) {
+    television().call(station::ncp_host, "Answer", g_variant_new("(ss)", method.c_str(), behaviour.c_str()));
+}
+
+std::vector<std::string> asked_of_host() {
+    return station::texts_of(station::first_of(television().call(station::ncp_host, "Asked")).get());
+}
+
 /** While it lives, the method of a call is answered in another way. */
 class Answering {
 public:
@@ -78,11 +89,11 @@ public:
                       ? ""
                       : calls.front().substr(0, calls.front().find('('))) {
         if (!method_.empty())
-            station::let_ncp_host_answer(method_, behaviour(answer));
+            let_host_answer(method_, behaviour(answer));
     }
     ~Answering() {
         if (!method_.empty())
-            station::let_ncp_host_answer(method_, "normal");
+            let_host_answer(method_, "normal");
     }
     Answering(const Answering&) = delete;
     Answering& operator=(const Answering&) = delete;
@@ -114,20 +125,20 @@ Hand::Hand(std::string program)
 Hand::~Hand() = default;
 
 void Hand::begin() {
-    if (application_ && application_->process()) {
+    if (application_ && application_->number() != 0) {
         application_->terminate(); // in order, or the radio's programs stay
         (void)application_->wait_for_end(patience);
     }
     application_.reset();
     set_language(false);
-    calls_seen_ = station::asked_of_ncp_host().size();
+    calls_seen_ = asked_of_host().size();
     start_application();
     expect(State{}, {});
 }
 
 void Hand::start_application() {
     seen_.clear();
-    application_.emplace(std::vector<std::string>{program_}, "/tmp/application.log");
+    application_.emplace(std::vector<std::string>{program_}, station::written_to("/tmp/application.log"));
 }
 
 void Hand::expect_end() {
@@ -167,16 +178,16 @@ void Hand::act(const State& from, const Transition& transition) {
             station::press_key(display_, transition.key);
         break;
     case Act::hold:
-        station::hold_key(display_, transition.key, transition.times > 1 ? hold_time_to_a_limit : hold_time);
+        station::press_key(display_, transition.key, transition.times > 1 ? hold_time_to_a_limit : hold_time);
         break;
     case Act::activate:
         activate(name_of(from, transition.spot));
         break;
     case Act::event:
-        station::let_ncp_host_emit(transition.key);
+        television().call(station::ncp_host, "Emit", g_variant_new("(s)", transition.key.c_str()));
         break;
     case Act::bad_event:
-        station::call(station::ncp_host, "EmitWrong");
+        television().call(station::ncp_host, "EmitWrong");
         break;
     case Act::language:
         set_language(!from.mirrored);
@@ -184,7 +195,7 @@ void Hand::act(const State& from, const Transition& transition) {
             std::this_thread::sleep_for(unseen_change); // a picker reads the same in both directions
         break;
     case Act::launch: {
-        station::Application second({program_}, "/tmp/second.log");
+        station::Process second({program_}, station::written_to("/tmp/second.log"));
         if (second.wait_for_end(patience) != 0)
             throw Difference("a second launch does not end with status 0");
         break;
@@ -236,7 +247,7 @@ std::string Hand::look() {
 }
 
 std::vector<std::string> Hand::new_calls() const {
-    std::vector<std::string> calls = station::asked_of_ncp_host();
+    std::vector<std::string> calls = asked_of_host();
     calls.erase(calls.begin(), calls.begin() + static_cast<std::ptrdiff_t>(calls_seen_));
     return calls;
 }

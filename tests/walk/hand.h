@@ -3,7 +3,7 @@
 
 #include "model.h"
 
-#include "operator/application.h"
+#include "common/process.h"
 #include "operator/display.h"
 #include "operator/screen_reader.h"
 #include "support/other_window.h"
@@ -55,7 +55,7 @@ private:
     station::Display display_;
     station::ScreenReader reader_;
     OtherWindow other_;
-    std::optional<station::Application> application_;
+    std::optional<station::Process> application_;
     std::map<std::string, station::Widget> seen_; /**< buttons by name, where they were seen last */
     std::size_t calls_seen_ = 0;
     std::chrono::milliseconds afterwards_{0};
