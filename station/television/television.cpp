@@ -64,8 +64,10 @@ int Television::run() {
     while (command_->runs())
         g_main_context_iteration(nullptr, TRUE);
     kill_.reset();
-    for (Part& part : std::views::reverse(parts_))
+    for (Part& part : std::views::reverse(parts_)) {
         part.end();
+        log_.note("the ", part.name(), " ", part.state());
+    }
     return *command_->status();
 }
 
