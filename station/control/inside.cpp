@@ -3,6 +3,7 @@
 #include "remote/failure.h"
 #include "screen_terminal.h"
 
+#include "common/file_descriptor.h"
 #include "common/texts.h"
 
 #include <fcntl.h>
@@ -54,13 +55,12 @@ void on_answer(GObject* bus, GAsyncResult* result, gpointer data) {
 } // namespace
 
 int run_inside(Remote& remote, const std::vector<std::string>& command) {
-    return status_of(remote.call(television, "Run", arguments(command),
-                                 handed_over({STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}).get()));
+    return run_inside(remote, command, STDIN_FILENO);
 }
 
-int run_inside(Remote& remote, const std::vector<std::string>& command, const FileDescriptor& output) {
+int run_inside(Remote& remote, const std::vector<std::string>& command, int input) {
     return status_of(remote.call(television, "Run", arguments(command),
-                                 handed_over({nothing().get(), output.get(), STDERR_FILENO}).get()));
+                                 handed_over({input, STDOUT_FILENO, STDERR_FILENO}).get()));
 }
 
 int run_on_terminal(Remote& remote, const std::vector<std::string>& command) {

@@ -1,7 +1,6 @@
 /** Commands that run inside the television, on the caller's own terminal and files. */
 #pragma once
 
-#include "common/file_descriptor.h"
 #include "remote/remote.h"
 
 #include <string>
@@ -17,8 +16,8 @@ namespace station {
  */
 int run_inside(Remote& remote, const std::vector<std::string>& command);
 
-/** The same with its output in a file and nothing to read. */
-int run_inside(Remote& remote, const std::vector<std::string>& command, const FileDescriptor& output);
+/** The same with something else as its standard input, a folder outside for example. */
+int run_inside(Remote& remote, const std::vector<std::string>& command, int input);
 
 /** The same on a terminal of its own, which shows what this process's terminal does: an interactive shell has
  * its job control there, and the keys that interrupt a command reach that command. */

@@ -1,5 +1,6 @@
 #include "verbs.h"
 
+#include "common/file_descriptor.h"
 #include "common/texts.h"
 #include "inside.h"
 #include "json.h"
