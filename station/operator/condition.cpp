@@ -7,9 +7,13 @@ std::string quoted(const std::string& text) { return "'" + text + "'"; }
 
 } // namespace
 
-std::string Condition::not_seen(std::chrono::milliseconds waited, const Screen& screen) const {
-    return "waited " + std::to_string(waited.count()) + " ms for " + wanted +
-           "; the screen shows: " + screen.description();
+bool Wait::is_over(const Screen& screen) const {
+    if (condition_.is_met(screen))
+        return true;
+    if (std::chrono::steady_clock::now() >= deadline_)
+        throw NotSeen("waited " + std::to_string(patience_.count()) + " ms for " + condition_.wanted +
+                      "; the screen shows: " + screen.description());
+    return false;
 }
 
 Condition text_shown(const std::string& text) {

@@ -5,7 +5,9 @@
 
 #include <chrono>
 #include <functional>
+#include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace station {
 
@@ -13,9 +15,29 @@ namespace station {
 struct Condition {
     std::string wanted; /**< in words, for the one who waited in vain */
     std::function<bool(const Screen&)> is_met;
+};
 
-    /** What to say when it was not met in this time. */
-    [[nodiscard]] std::string not_seen(std::chrono::milliseconds waited, const Screen& screen) const;
+/** The screen did not become what was waited for; says what it showed instead. */
+class NotSeen : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/** A wait that has begun, and lasts as long as the patience of who waits. */
+class Wait {
+public:
+    Wait(Condition condition, std::chrono::milliseconds patience)
+        : condition_(std::move(condition)), patience_(patience),
+          deadline_(std::chrono::steady_clock::now() + patience) {}
+
+    /** @param screen the newest look at it. @throws NotSeen when it is not as wanted and patience is out. */
+    [[nodiscard]] bool is_over(const Screen& screen) const;
+    [[nodiscard]] const std::string& wanted() const { return condition_.wanted; }
+
+private:
+    Condition condition_;
+    std::chrono::milliseconds patience_;
+    std::chrono::steady_clock::time_point deadline_;
 };
 
 Condition text_shown(const std::string& text);

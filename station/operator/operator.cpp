@@ -1,6 +1,7 @@
 #include "operator.h"
 
 #include <thread>
+#include <utility>
 
 namespace station {
 namespace {
@@ -38,21 +39,17 @@ bool Operator::is_focusable(const std::string& name) { return wait_for(name).fin
 
 const Screen& Operator::wait_until(const std::string& wanted,
                                    const std::function<bool(const Screen&)>& is_as_wanted) {
-    return wait_until({wanted, is_as_wanted});
+    return wait_until(Condition{wanted, is_as_wanted});
 }
 
-const Screen& Operator::wait_until(const Condition& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + patience_;
-    for (;;) {
-        seen_ = screen();
-        if (condition.is_met(seen_))
-            return seen_;
+const Screen& Operator::wait_until(Condition condition) {
+    const Wait wait(std::move(condition), patience_);
+    while (!wait.is_over(seen_ = screen())) {
         if (followed_ != nullptr && followed_->number() == 0)
-            throw NotSeen("the application has ended; the screen did not show " + condition.wanted);
-        if (std::chrono::steady_clock::now() >= deadline)
-            throw NotSeen(condition.not_seen(patience_, seen_));
+            throw NotSeen("the application has ended; the screen did not show " + wait.wanted());
         std::this_thread::sleep_for(look_interval);
     }
+    return seen_;
 }
 
 const Screen& Operator::wait_for(const std::string& text) { return wait_until(text_shown(text)); }

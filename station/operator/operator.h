@@ -8,15 +8,8 @@
 
 #include <chrono>
 #include <functional>
-#include <stdexcept>
 
 namespace station {
-
-/** The screen did not become what was waited for; says what it showed instead. */
-class NotSeen : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
 
 /**
  * Operates one application. Make the operator before the application starts: making it announces the screen
@@ -70,7 +63,7 @@ public:
     void picture(const std::string& path) const { take_picture(display_, path); }
 
 private:
-    const Screen& wait_until(const Condition& condition);
+    const Screen& wait_until(Condition condition);
 
     std::string application_;
     std::chrono::milliseconds patience_;

@@ -129,20 +129,19 @@ void OperatorService::take_picture(GDBusMethodInvocation* invocation) {
 
 void OperatorService::answer_when(const Condition& condition, std::chrono::milliseconds patience,
                                   const Answer& answer, GDBusMethodInvocation* invocation) {
-    const auto deadline = std::chrono::steady_clock::now() + patience;
-    watch_.add(g_dbus_method_invocation_get_sender(invocation), [=](const Screen& screen) {
-        try {
-            if (condition.is_met(screen))
-                g_dbus_method_invocation_return_value(invocation, answer(screen));
-            else if (std::chrono::steady_clock::now() >= deadline)
-                throw Refusal("NotSeen", condition.not_seen(patience, screen));
-            else
-                return false;
-        } catch (const Refusal& refusal) {
-            refusal.answer(invocation);
-        }
-        return true;
-    });
+    watch_.add(g_dbus_method_invocation_get_sender(invocation),
+               [answer, invocation, wait = Wait(condition, patience)](const Screen& screen) {
+                   try {
+                       if (!wait.is_over(screen))
+                           return false;
+                       g_dbus_method_invocation_return_value(invocation, answer(screen));
+                   } catch (const NotSeen& not_seen) {
+                       Refusal("NotSeen", not_seen.what()).answer(invocation);
+                   } catch (const Refusal& refusal) {
+                       refusal.answer(invocation);
+                   }
+                   return true;
+               });
 }
 
 void OperatorService::wait(const std::string& method, GVariant* arguments,
