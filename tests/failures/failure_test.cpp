@@ -67,7 +67,7 @@ std::vector<std::string> running_stack() { return station::running_processes({"c
 /** The sitting inside the television in which the failure happens. */
 class InTelevision : public Road, public testing::WithParamInterface<Failure> {
 protected:
-    /** From the chosen test's start page, which has the focus on its button, to the outcome. */
+    /** From the start page, which has the focus on its button, to the outcome. */
     void start(Outcome outcome) {
         const long failed_before = log_.count(button_text);
         operator_.press("Return");
@@ -99,23 +99,14 @@ protected:
         expect_soon("the ended children to be collected", [] { return station::zombies().empty(); });
     }
 
-    /** Back to the button: it is still there after a failed start, else on a fresh start page. */
-    void return_to_start() {
-        if (operator_.screen().shows(button_text)) {
-            const auto focused = operator_.focused();
-            if (!focused || focused->name != button_text)
-                go("Down", button_text);
-            return;
-        }
-        go_to_header(test_name());
-        enter("Start " + test_name());
-    }
-
-    void open_start_page() {
-        open_application();
-        if (GetParam().is_rx_test)
-            go("Right", test_name());
-        enter("Start " + test_name());
+    /** To the button: it is still there after a failed start, else on a fresh start page. */
+    void choose_test() {
+        const bool has_failed = operator_.screen().shows(button_text);
+        if (has_failed)
+            operator_.press("Down");
+        else
+            operator_.activate(test_name());
+        operator_.wait_for_focus(has_failed ? button_text : "Start " + test_name());
     }
 
     void expect_messages() {
@@ -168,10 +159,11 @@ TEST_P(InTelevision, When) {
         std::ofstream(path) << older_report;
         files.insert({path, {.content = older_report}});
     }
-    open_start_page();
+    open_application();
+    choose_test();
     start(failure.outcome);
     if (failure.again) {
-        return_to_start();
+        choose_test();
         start(*failure.again);
     }
     if (application().number() != 0) {

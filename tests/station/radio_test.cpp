@@ -98,6 +98,28 @@ TEST_F(RadioCount, GrowsWithTheStreamsOfOthersWhileTheyRun) {
     EXPECT_EQ(radio_.received(now_), 60);
 }
 
+TEST_F(RadioCount, IsRefusedWithItsReason) {
+    struct Row {
+        const char* command;
+        std::optional<int> argument;
+        int code;
+    };
+    const std::initializer_list<Row> rows{{"stop", {}, 1},         {"set_channel", 15, 1},
+                                          {"start_stream", {}, 1}, {"reset_rx_statistics", {}, 1},
+                                          {"start", 2, 3},         {"start", 0, 0},
+                                          {"start", 1, 2},         {"set_channel", 10, 5},
+                                          {"set_channel", 27, 5},  {"set_channel", 26, 0},
+                                          {"set_power", -1, 6},    {"set_power", 21, 6},
+                                          {"set_power", 20, 0},    {"reset_rx_statistics", {}, 4},
+                                          {"stop_stream", {}, 8},  {"start_stream", {}, 0},
+                                          {"start_stream", {}, 7}, {"set_channel", 11, 7},
+                                          {"set_power", 3, 7},     {"get_rx_statistics", {}, 4},
+                                          {"stop", {}, 0},         {"start", 1, 0},
+                                          {"start_stream", {}, 4}, {"sing", {}, 9}};
+    for (const auto& [command, argument, code] : rows)
+        EXPECT_EQ(radio_.handle({1, command, argument}, now_).code, code) << command;
+}
+
 TEST_F(RadioCount, FallsSilentWithoutItsSerialLine) {
     ask("start", 0);
     ask("start_stream");

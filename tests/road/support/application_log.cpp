@@ -1,69 +1,54 @@
 #include "support/application_log.h"
 
 #include <algorithm>
-#include <deque>
 #include <fstream>
-#include <numeric>
 #include <regex>
 
-std::vector<std::string> ApplicationLog::all() const {
+namespace {
+
+std::vector<std::string> lines_of(const std::string& path) {
+    std::vector<std::string> lines;
+    std::ifstream file(path);
+    for (std::string line; std::getline(file, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+} // namespace
+
+std::vector<std::string> ApplicationLog::messages() const {
     // The radio stack writes to the same file, "socat" without a line's end: a message may begin inside a
     // line.
     static const std::regex message(
         R"(([EWI])/(VELMORA\(\d+\): (\w+\.cpp: \w+)\(\d+\) >|PLATFORM\(\d+\):) (.*))");
+    static const std::regex failed_status(R"(nRet\[-\d+\])");
     std::vector<std::string> messages;
-    std::ifstream file(path_);
-    for (std::string line; std::getline(file, line);) {
+    for (const std::string& line : lines_of(path_)) {
         std::smatch parts;
         if (std::regex_search(line, parts, message))
             messages.push_back(parts[1].str() + " " + (parts[3].matched ? parts[3].str() : "platform") +
-                               " > " + parts[4].str());
+                               " > " + std::regex_replace(parts[4].str(), failed_status, "nRet[-N]"));
     }
     return messages;
-}
-
-std::vector<std::string> ApplicationLog::messages() const {
-    static const std::regex repeated(R"(> waiting /|Command \[pgrep -c \w+\] result : [1-9])");
-    static const std::regex pointer("0x[0-9a-f]+");
-    static const std::regex sender(":1\\.\\d+");
-    static const std::regex failed_status(R"(nRet\[-\d+\])");
-    std::vector<std::string> messages;
-    for (std::string message : all()) {
-        if (std::regex_search(message, repeated))
-            continue;
-        message = std::regex_replace(message, pointer, "POINTER");
-        message = std::regex_replace(message, sender, "SENDER");
-        messages.push_back(std::regex_replace(message, failed_status, "nRet[-N]"));
-    }
-    return messages;
-}
-
-std::vector<std::string> ApplicationLog::complaints_of_libraries() const {
-    static const std::regex complaint(R"((CRI|ERR|WRN)<\d+>|-(ERROR|CRITICAL|WARNING) \*\*)");
-    std::vector<std::string> complaints;
-    std::ifstream file(path_);
-    for (std::string line; std::getline(file, line);)
-        if (std::regex_search(line, complaint))
-            complaints.push_back(line);
-    return complaints;
 }
 
 long ApplicationLog::count(const std::string& text) const {
     return std::ranges::count_if(
-        all(), [&text](const std::string& message) { return message.find(text) != std::string::npos; });
+        messages(), [&text](const std::string& message) { return message.find(text) != std::string::npos; });
+}
+
+std::vector<std::string> ApplicationLog::complaints_of_libraries() const {
+    static const std::regex complaint(R"((CRI|ERR|WRN)<\d+>|-(ERROR|CRITICAL|WARNING) \*\*)");
+    std::vector<std::string> lines = lines_of(path_);
+    std::erase_if(lines, [](const std::string& line) { return !std::regex_search(line, complaint); });
+    return lines;
 }
 
 std::string ApplicationLog::end() const {
-    constexpr std::size_t most_lines = 25;
-    static const std::regex line_of_application(R"([EWI]/(VELMORA|PLATFORM)\(\d+\): .*)");
-    std::deque<std::string> lines;
-    std::ifstream file(path_);
-    for (std::string line; std::getline(file, line);) {
-        std::smatch found;
-        if (std::regex_search(line, found, line_of_application))
-            lines.push_back(found.str() + "\n");
-        if (lines.size() > most_lines)
-            lines.pop_front();
-    }
-    return std::accumulate(lines.begin(), lines.end(), std::string());
+    constexpr std::size_t most = 25;
+    const std::vector<std::string> said = messages();
+    std::string end;
+    for (std::size_t i = said.size() - std::min(most, said.size()); i < said.size(); ++i)
+        end += said[i] + "\n";
+    return end;
 }

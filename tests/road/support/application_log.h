@@ -11,11 +11,8 @@ public:
 
     /**
      * Its messages so far, "E dbus_client.cpp: Init > [b]": priority, file, operation, message; those of its
-     * platform layer as "I platform > the main loop ends: SIGTERM". Process, line numbers and colours are
-     * left out, and what the programs of the radio stack say.
-     *
-     * What differs from run to run is made the same: pointers read POINTER, bus names SENDER, a failed status
-     * of the secure storage -N; a wait that had to look more than once stands there only with its end.
+     * platform layer as "I platform > the main loop ends: SIGTERM". Process and line numbers are left out,
+     * and what the programs of the radio stack say; a failed status of the secure store reads -N.
      */
     [[nodiscard]] std::vector<std::string> messages() const;
 
@@ -25,11 +22,9 @@ public:
     /** Lines in which EFL or GLib warns or reports an error. */
     [[nodiscard]] std::vector<std::string> complaints_of_libraries() const;
 
-    /** The last lines of the application and of its platform layer, for the report of a failure. */
+    /** The last messages, for the report of a failure. */
     [[nodiscard]] std::string end() const;
 
 private:
-    [[nodiscard]] std::vector<std::string> all() const;
-
     std::string path_ = "/tmp/application.log";
 };
