@@ -16,20 +16,17 @@ void add_behaviour(station::NcpService& service, const std::string& text) {
     }
 }
 
+constexpr guint answer_limit_milliseconds = 1000;
+
 void run(int argc, char** argv, const station::StationLog& log) {
-    int limit = 2000;
     g_auto(GStrv) answers = nullptr;
     const auto entries = std::to_array<GOptionEntry>(
-        {{"time-limit", 0, 0, G_OPTION_ARG_INT, &limit,
-          "milliseconds the radio module has for an answer (2000)", "MS"},
-         {"answer", 0, 0, G_OPTION_ARG_STRING_ARRAY, &answers, "how a method answers", "METHOD=BEHAVIOUR"},
+        {{"answer", 0, 0, G_OPTION_ARG_STRING_ARRAY, &answers, "how a method answers", "METHOD=BEHAVIOUR"},
          {}});
     station::read_options(argc, argv, entries.data(), "The NCP host service of the simulated television.");
-    if (limit <= 0)
-        throw std::runtime_error("--time-limit: not more than 0");
 
     const auto connection = station::connect_to_system_bus();
-    station::NcpService service(connection.get(), static_cast<guint>(limit), log);
+    station::NcpService service(connection.get(), answer_limit_milliseconds, log);
     for (auto* entry = answers; entry != nullptr && *entry != nullptr; ++entry)
         add_behaviour(service, *entry);
     station::own_name(connection.get(), station::contract::bus_name);

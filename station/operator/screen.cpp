@@ -29,8 +29,8 @@ void sort_for_reading(std::vector<Widget>& widgets) {
 
 } // namespace
 
-Screen::Screen(std::vector<Widget> widgets, bool in_front)
-    : widgets_(std::move(widgets)), in_front_(in_front) {
+Screen::Screen(std::vector<Widget> widgets, bool in_front, std::vector<Widget> covered)
+    : widgets_(std::move(widgets)), covered_(std::move(covered)), in_front_(in_front) {
     std::erase_if(widgets_, [](const Widget& widget) { return widget.name.empty(); });
     // A dialog's area is the whole window; its title is read first.
     const auto page =

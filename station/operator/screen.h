@@ -39,12 +39,14 @@ struct Widget {
 /** One look at the screen. While a dialog is open it is all that can be used, and all that is listed. */
 class Screen {
 public:
-    explicit Screen(std::vector<Widget> widgets, bool in_front = true);
+    explicit Screen(std::vector<Widget> widgets, bool in_front = true, std::vector<Widget> covered = {});
     /** A screen on which nothing could be read, and why. */
     static Screen unreadable(const std::string& reason);
 
     /** In reading order, those without a name left out. */
     [[nodiscard]] const std::vector<Widget>& widgets() const { return widgets_; }
+    /** What a dialog covers, with nothing but its name and where the application keeps it. */
+    [[nodiscard]] const std::vector<Widget>& covered() const { return covered_; }
     [[nodiscard]] std::vector<std::string> texts() const;
     [[nodiscard]] bool shows(const std::string& text) const { return find(text) != nullptr; }
 
@@ -61,6 +63,7 @@ public:
 
 private:
     std::vector<Widget> widgets_;
+    std::vector<Widget> covered_;
     bool in_front_;
     std::string reason_;
 };

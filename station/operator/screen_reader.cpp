@@ -180,7 +180,15 @@ Screen ScreenReader::read(const std::string& application) const {
         const Items items = items_of(bus_, application);
         Look look;
         look_below(items, items.by_path.at(items.root), 0, true, look);
-        std::erase_if(look.found, [&look](const auto& found) { return found.dialog != look.dialogs; });
+        const auto covered_ones = std::ranges::stable_partition(
+            look.found, [&look](const auto& found) { return found.dialog == look.dialogs; });
+        std::vector<Widget> covered;
+        for (const auto& [item, dialog] : covered_ones) {
+            Widget& widget = covered.emplace_back();
+            widget.name = item->name;
+            widget.accessible = item->accessible;
+        }
+        look.found.erase(covered_ones.begin(), covered_ones.end());
         std::vector<Widget> widgets(look.found.size());
         std::vector<Question> questions;
         for (std::size_t i = 0; i < widgets.size(); ++i) {
@@ -193,7 +201,7 @@ Screen ScreenReader::read(const std::string& application) const {
             add_questions(item, widgets[i], questions);
         }
         bus_.ask(questions);
-        return Screen(std::move(widgets), look.in_front);
+        return Screen(std::move(widgets), look.in_front, std::move(covered));
     } catch (const LostSight& error) {
         return Screen::unreadable(error.what());
     }

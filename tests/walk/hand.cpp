@@ -1,9 +1,12 @@
 #include "hand.h"
 
+#include "appearance.h"
 #include "common/bus_object.h"
 #include "common/texts.h"
+#include "operator/front_window.h"
 #include "remote/remote.h"
-#include "support/front_window.h"
+
+#include <X11/XKBlib.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -20,9 +23,11 @@ namespace fs = std::filesystem;
 constexpr auto patience = 8s;
 constexpr auto patience_of_a_trial = 4s; // a start without the relay takes three
 constexpr auto look_interval = 2ms;
-constexpr auto hold_time = 800ms;
-constexpr auto hold_time_to_a_limit = 1900ms; // 660 ms until the first repetition, then 25 a second
-constexpr auto late = "late 500";             // longer than a press may wait
+constexpr auto repeat_after = 250ms;
+constexpr auto repeat_interval = 30ms;
+constexpr auto hold_time = 400ms;
+constexpr auto hold_time_to_a_limit = 1100ms;
+constexpr auto late = "late 500"; // longer than a press may wait
 constexpr auto late_key_after = 80ms;
 constexpr auto unseen_change = 200ms;
 const fs::path programs = "/opt/usr/apps/com.kelsor.tv.brimhub/bin";
@@ -120,7 +125,9 @@ std::string without_count(const std::string& text) {
 } // namespace
 
 Hand::Hand(std::string program)
-    : program_(std::move(program)), display_(station::open_display()), reader_(1s) {}
+    : program_(std::move(program)), display_(station::open_display()), reader_(1s) {
+    XkbSetAutoRepeatRate(display_.get(), XkbUseCoreKbd, repeat_after.count(), repeat_interval.count());
+}
 
 Hand::~Hand() = default;
 
@@ -138,7 +145,7 @@ void Hand::begin() {
 
 void Hand::start_application() {
     seen_.clear();
-    application_.emplace(std::vector<std::string>{program_}, station::written_to("/tmp/application.log"));
+    application_.emplace(std::vector<std::string>{program_}, station::written_to(log));
 }
 
 void Hand::expect_end() {
@@ -157,7 +164,8 @@ void Hand::take(const State& from, const Transition& transition) {
         act(from, transition);
         if (transition.answer == Answer::late) {
             std::this_thread::sleep_for(late_key_after);
-            station::press_key(display_, "Up"); // meant for a screen that stands still
+            for (const char* const key : {"OK", "Up"}) // meant for a screen that stands still
+                station::press_key(display_, key);
         }
         if (outcome.ends) {
             expect_end();
@@ -204,7 +212,7 @@ void Hand::act(const State& from, const Transition& transition) {
         application_->terminate();
         break;
     case Act::close:
-        close_front_window();
+        station::close_front_window(display_);
         break;
     }
 }
@@ -233,6 +241,8 @@ std::string Hand::look() {
     if (screen.widgets().empty())
         return screen.description();
     std::string line = screen.in_front() && !other_.has_keys() ? "in front:" : "behind:";
+    for (const station::Widget& widget : screen.covered())
+        seen_.insert_or_assign(widget.name, widget);
     for (const station::Widget& widget : screen.widgets()) {
         if (widget.role == "push button")
             seen_.insert_or_assign(widget.name, widget);

@@ -5,8 +5,8 @@
 
 #include "common/process.h"
 #include "operator/display.h"
+#include "operator/other_window.h"
 #include "operator/screen_reader.h"
-#include "support/other_window.h"
 
 #include <chrono>
 #include <map>
@@ -23,6 +23,9 @@ public:
 
 class Hand {
 public:
+    /** What the application has written since its last start. */
+    static constexpr auto log = "/tmp/application.log";
+
     explicit Hand(std::string program);
     ~Hand();
     Hand(const Hand&) = delete;
@@ -54,7 +57,7 @@ private:
     std::string program_;
     station::Display display_;
     station::ScreenReader reader_;
-    OtherWindow other_;
+    station::OtherWindow other_;
     std::optional<station::Process> application_;
     std::map<std::string, station::Widget> seen_; /**< buttons by name, where they were seen last */
     std::size_t calls_seen_ = 0;

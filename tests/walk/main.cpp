@@ -4,8 +4,12 @@
 #include "route.h"
 
 #include <CLI/CLI.hpp>
+#include <filesystem>
+#include <fstream>
 #include <iostream>
+#include <map>
 #include <random>
+#include <rapidcheck/shrink/Shrink.h>
 
 namespace {
 
@@ -22,6 +26,10 @@ struct Options {
     bool as_it_came = false;
     std::vector<std::string> without;
     std::string program = VELMORA_PROGRAM;
+
+    [[nodiscard]] std::string name() const {
+        return steps > 0 ? "walk-random-" + std::to_string(seed) : "walk-tour-" + std::to_string(part);
+    }
 };
 
 /** Where the walk is, and how it came there since the application's first start. */
@@ -51,10 +59,12 @@ bool is_left_out(const Options& options, std::size_t transition) {
     });
 }
 
-/** The tour is divided by pages, so that each television has its own neighbourhood. */
+/** The tour is divided by pages, so that each television has its own neighbourhood: the tests, and the rest.
+ */
 bool is_in_part(const Options& options, const Crossing& crossing) {
-    return options.parts == 1 ||
-           std::hash<std::uint64_t>{}(crossing.second % 8) % options.parts == options.part - 1;
+    const auto where = static_cast<Page>(crossing.second & page);
+    const bool in_test = where == Page::tx_test || where == Page::rx_test;
+    return options.parts == 1 || in_test == (options.part == 1);
 }
 
 /** What the steps do differently from the model; empty when nothing. */
@@ -73,6 +83,31 @@ std::string trial(Walk& walk, const Steps& steps) {
     }
 }
 
+/** What came after the application's last start. */
+Steps last_life(const Steps& steps) {
+    State state;
+    auto begin = steps.begin();
+    for (auto step = steps.begin(); step + 1 < steps.end(); ++step) {
+        const Outcome outcome = follow(state, transitions()[*step]);
+        state = outcome.state;
+        if (outcome.ends)
+            begin = step + 1;
+    }
+    return {begin, steps.end()};
+}
+
+/** The nearest way to where the last of the steps begins, and that step. */
+Steps direct_way(const Steps& steps) {
+    State before;
+    for (std::size_t i = 0; i + 1 < steps.size(); ++i)
+        before = follow(before, transitions()[steps[i]]).state;
+    return nearest(State{},
+                   [&](const State& state, std::size_t transition) {
+                       return transition == steps.back() && place(state) == place(before);
+                   })
+        .value_or(steps);
+}
+
 /** The fewest steps that still show a difference. */
 Steps shortened(Walk& walk, Steps steps, std::string& difference) {
     const auto deadline = std::chrono::steady_clock::now() + 120s;
@@ -84,38 +119,45 @@ Steps shortened(Walk& walk, Steps steps, std::string& difference) {
         steps.assign(walk.taken.begin(), walk.taken.end());
         return true;
     };
-    State before;
-    for (std::size_t i = 0; i + 1 < steps.size(); ++i)
-        before = follow(before, transitions()[steps[i]]).state;
-    const std::size_t last = steps.back();
-    const auto direct = nearest(State{}, [&](const State& state, std::size_t transition) {
-        return transition == last && place(state) == place(before);
-    });
-    if (direct && direct->size() < steps.size())
-        shows(*direct);
-    for (std::size_t length = steps.size() / 2; length > 0; length /= 2)
-        for (std::size_t at = 0; at + length < steps.size() && std::chrono::steady_clock::now() < deadline;) {
-            Steps fewer = steps;
-            const auto first = fewer.begin() + static_cast<std::ptrdiff_t>(at);
-            fewer.erase(first, first + static_cast<std::ptrdiff_t>(length));
-            if (!shows(fewer))
-                at += length;
-        }
+    if (!shows(direct_way(steps)))
+        (void)shows(last_life(steps));
+    auto attempts = rc::shrink::removeChunks(steps);
+    for (auto fewer = attempts.next(); fewer && std::chrono::steady_clock::now() < deadline;
+         fewer = attempts.next())
+        if (shows(*fewer))
+            attempts = rc::shrink::removeChunks(steps);
     return steps;
+}
+
+/** The logs and the screen at the moment of the difference. */
+std::filesystem::path keep_evidence(const Walk& walk, const Options& options) {
+    namespace fs = std::filesystem;
+    const fs::path folder = fs::path(VELMORA_EVIDENCE) / options.name();
+    std::error_code not_there;
+    fs::remove_all(folder, not_there);
+    fs::create_directories(folder);
+    fs::copy("/var/log/station", folder, not_there);
+    fs::copy(Hand::log, folder, not_there);
+    walk.hand.picture(folder / "last_picture.png");
+    return folder;
 }
 
 int report(Walk& walk, const Difference& first, const Options& options) {
     std::string difference = first.what();
     std::cout << "a difference after " << walk.taken.size() << " steps:\n"
-              << difference << "\n"
+              << difference << '\n'
               << std::flush;
-    walk.hand.picture(VELMORA_WALK_PICTURE);
+    const auto kept = keep_evidence(walk, options);
     const Steps steps =
         options.as_it_came || walk.taken.empty() ? walk.taken : shortened(walk, walk.taken, difference);
-    std::cout << "the steps:\n";
-    for (const std::size_t step : steps)
-        std::cout << "  " << transitions()[step].name << "\n";
-    std::cout << difference << "\nA picture is in " << VELMORA_WALK_PICTURE << "\n";
+    std::ofstream file(kept / "steps");
+    for (std::ostream* const stream : std::initializer_list<std::ostream*>{&std::cout, &file}) {
+        *stream << "the steps:\n";
+        for (const std::size_t step : steps)
+            *stream << "  " << transitions()[step].name << '\n';
+        *stream << difference << '\n';
+    }
+    std::cout << "Logs and a picture are in " << kept.string() << '\n';
     return 1;
 }
 

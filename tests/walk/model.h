@@ -1,64 +1,14 @@
-/** The application as a graph: what its operator can see, and what each thing that can happen changes of it.
- */
+/** The application as a graph: what can happen, and what each of it changes. */
 #pragma once
 
-#include <cstdint>
+#include "place.h"
+#include "state.h"
+
 #include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
 namespace walk {
-
-enum class Page : std::uint8_t { first, tx_start, tx_test, rx_start, rx_test };
-enum class Start : std::uint8_t { fresh, waiting, failed };
-enum class Popup : std::uint8_t { none, exit, power, channel };
-enum class Radio : std::uint8_t { unreachable, off, transmitting, streaming, receiving };
-enum class Packets : std::uint8_t { unknown, zero, some, reset_failed };
-
-/** Whatever can take the focus. */
-enum class Spot : std::uint8_t {
-    none,
-    tx_tab,
-    rx_tab,
-    exit,
-    start,
-    power,
-    channel,
-    stream,
-    stop,
-    count,
-    reset,
-    yes,
-    cancel,
-    number
-};
-
-/** A picker and the button that opens it. */
-struct Number {
-    std::optional<int> set; /**< what the button shows */
-    std::optional<int>
-        shown; /**< what the picker shows when it is opened again; nothing: it will be a new one */
-    bool operator==(const Number&) const = default;
-};
-
-struct State {
-    Page page = Page::first;
-    Start start = Start::fresh;
-    Popup popup = Popup::none;
-    Spot focus = Spot::tx_tab;
-    Spot below = Spot::none; /**< where the focus goes when the popup closes */
-    Radio radio = Radio::unreachable;
-    bool stream_button_stops = false;
-    Packets packets = Packets::unknown;
-    Number power;
-    Number tx_channel;
-    Number rx_channel;
-    bool mirrored = false;
-    bool behind = false;
-    bool exit_popup_made = false;
-    bool operator==(const State&) const = default;
-};
 
 /** How the radio's service answers the one command of a step. */
 enum class Answer : std::uint8_t { normal, code, error, wrong_signature, late };
@@ -87,10 +37,13 @@ struct Transition {
     Spot spot = Spot::none;
     Answer answer = Answer::normal;
     BringUp bring_up = BringUp::ready;
-    std::uint64_t grain = 0; /**< the parts of the place that make it another transition there */
+    std::uint64_t grain = 0; /**< it counts once for each `place & grain` */
     int cost = 1;            /**< about how long it takes, in milliseconds */
     std::function<bool(const State&)> can_happen = {};
 };
+
+/** Everything that can happen. */
+const std::vector<Transition>& transitions();
 
 /** What a transition leads to. */
 struct Outcome {
@@ -99,21 +52,9 @@ struct Outcome {
     bool ends = false;              /**< the application ends, and is started anew */
 };
 
-/** Everything that can happen. */
-const std::vector<Transition>& transitions();
-
 Outcome follow(const State& state, const Transition& transition);
 
-/** The state without what makes no other place of it; a transition counts once for each `place & grain`. */
-std::uint64_t place(const State& state);
-
-/** The name of what is there, as it is written on the screen. */
-std::string name_of(const State& state, Spot spot);
-
-/** Buttons that can be seen or are covered by a popup, barred ones included. */
-std::vector<Spot> buttons(const State& state);
-
-/** One line of all that can be read, in reading order: [focused], and * behind what can take the focus. */
-std::string appearance(const State& state);
+/** By how much a key changes the number of the picker that is open. */
+int steps(const State& state, const std::string& key);
 
 } // namespace walk

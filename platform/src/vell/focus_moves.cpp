@@ -37,16 +37,22 @@ bool is_beside(const Evas_Object* one, const Evas_Object* other) {
     return other_y < y + height && y < other_y + other_height;
 }
 
-/** Where a key leads from the widget that has the focus, which is `next` if it is left to Elementary. */
-Efl_Ui_Focus_Object* destination(const Places& places, Efl_Ui_Focus_Direction direction,
-                                 Efl_Ui_Focus_Object* focused, Efl_Ui_Focus_Object* next) {
+/** Where a key leads from the widget that has the focus, which is `next` if it is left to Elementary. The
+ * header is entered at the tab and left from there. */
+Efl_Ui_Focus_Object* destination(Eo* window, Efl_Ui_Focus_Direction direction, Efl_Ui_Focus_Object* focused,
+                                 Efl_Ui_Focus_Object* next) {
+    const Places& places = *attached<Places>(window);
     const bool sideways =
         direction == EFL_UI_FOCUS_DIRECTION_LEFT || direction == EFL_UI_FOCUS_DIRECTION_RIGHT;
     if (sideways && !is_beside(focused, next))
         return focused;
-    const bool enters_header = direction == EFL_UI_FOCUS_DIRECTION_UP && places.tab != nullptr &&
-                               is_inside(next, places.header) && !is_inside(focused, places.header);
-    return enters_header ? places.tab : next;
+    const bool was_in_header = is_inside(focused, places.header);
+    if (places.tab == nullptr || was_in_header == is_inside(next, places.header))
+        return next;
+    if (!was_in_header)
+        return places.tab;
+    Eo* const below_tab = efl_ui_focus_manager_request_move(window, direction, places.tab, EINA_FALSE);
+    return below_tab != nullptr ? below_tab : next;
 }
 
 /** Gives the focus back to the widget that gave it up; null when it is gone or cannot have it now. */
@@ -69,7 +75,7 @@ Efl_Ui_Focus_Object* move_focus(Eo* window, Efl_Ui_Focus_Direction direction) {
     const bool in_popup = efl_ui_focus_manager_redirect_get(window) != nullptr;
     if (in_popup || focused == nullptr || next == nullptr)
         return efl_ui_focus_manager_move(efl_super(window, EFL_OBJECT_OVERRIDE_CLASS), direction);
-    Eo* const moved_to = destination(places, direction, focused, next);
+    Eo* const moved_to = destination(window, direction, focused, next);
     efl_ui_focus_manager_focus_set(window, moved_to);
     return moved_to;
 }

@@ -1,5 +1,11 @@
 /** The window that has the keys. */
 #pragma once
 
+#include "display.h"
+
+namespace station {
+
 /** Asks its application to close it, as a window manager does for the person at the screen. */
-void close_front_window();
+void close_front_window(const Display& display);
+
+} // namespace station

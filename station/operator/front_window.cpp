@@ -1,11 +1,10 @@
-#include "support/front_window.h"
-
-#include "operator/display.h"
+#include "front_window.h"
 
 #include <X11/Xlib.h>
 
-void close_front_window() {
-    const station::Display display = station::open_display();
+namespace station {
+
+void close_front_window(const Display& display) {
     Window front = None;
     int revert_to = 0;
     XGetInputFocus(display.get(), &front, &revert_to);
@@ -18,3 +17,5 @@ void close_front_window() {
                SubstructureNotifyMask | SubstructureRedirectMask, &request);
     XSync(display.get(), False);
 }
+
+} // namespace station

@@ -1,11 +1,12 @@
-#include "support/other_window.h"
+#include "other_window.h"
 
 #include <X11/Xlib.h>
 
+namespace station {
+
 OtherWindow::OtherWindow()
-    : display_(station::open_display()),
-      window_(
-          XCreateSimpleWindow(display_.get(), DefaultRootWindow(display_.get()), 0, 0, 320, 180, 0, 0, 0)) {
+    : display_(open_display()), window_(XCreateSimpleWindow(display_.get(), DefaultRootWindow(display_.get()),
+                                                            0, 0, 320, 180, 0, 0, 0)) {
     XMapRaised(display_.get(), window_);
     XFlush(display_.get());
 }
@@ -18,3 +19,5 @@ bool OtherWindow::has_keys() const {
     XGetInputFocus(display_.get(), &focused, &revert_to);
     return focused == window_;
 }
+
+} // namespace station

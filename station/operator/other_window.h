@@ -1,7 +1,9 @@
 /** A window of another application. */
 #pragma once
 
-#include "operator/display.h"
+#include "display.h"
+
+namespace station {
 
 /** Covers the screen and takes the keys, until it is covered or closed at the end of its life. */
 class OtherWindow {
@@ -17,6 +19,8 @@ public:
     [[nodiscard]] bool has_keys() const;
 
 private:
-    station::Display display_;
+    Display display_;
     unsigned long window_;
 };
+
+} // namespace station

@@ -1,0 +1,87 @@
+/** What the operator of the application sees, as far as it matters, and what the radio does. */
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace walk {
+
+enum class Page : std::uint8_t { first, tx_start, tx_test, rx_start, rx_test };
+/** A failed one is one that waited, too: in bits. */
+enum class Start : std::uint8_t { fresh = 0b00, waiting = 0b01, failed = 0b11 };
+enum class Popup : std::uint8_t { none, exit, power, channel };
+enum class Radio : std::uint8_t { unreachable, off, transmitting, streaming, receiving };
+enum class Packets : std::uint8_t { unknown, zero, some, reset_failed };
+
+/** Whatever can take the focus. */
+enum class Spot : std::uint8_t {
+    none,
+    tx_tab,
+    rx_tab,
+    exit,
+    start,
+    power,
+    channel,
+    stream,
+    stop,
+    count,
+    reset,
+    yes,
+    cancel,
+    number
+};
+
+/** A picker and the button that opens it. */
+struct Number {
+    std::optional<int> set; /**< what the button shows */
+    std::optional<int>
+        shown; /**< what the picker shows when it is opened again; nothing: it will be a new one */
+    bool operator==(const Number&) const = default;
+};
+
+struct State {
+    Page page = Page::first;
+    Start start = Start::fresh;
+    Popup popup = Popup::none;
+    Spot focus = Spot::tx_tab;
+    Spot below = Spot::none; /**< where the focus goes when the popup closes */
+    Radio radio = Radio::unreachable;
+    bool stream_button_stops = false;
+    Packets packets = Packets::unknown;
+    Number power;
+    Number tx_channel;
+    Number rx_channel;
+    bool mirrored = false;
+    bool behind = false;
+    bool exit_popup_made = false;
+    bool operator==(const State&) const = default;
+};
+
+struct Limits {
+    int lowest;
+    int highest;
+};
+
+bool is_tx(const State& state);
+bool in_picker(const State& state);
+
+/** Of the picker that is open. */
+Number& picked(State& state);
+const Number& picked(const State& state);
+Limits limits(const State& state);
+
+/** Of the page that is shown. */
+const Number& channel_of(const State& state);
+
+/** The buttons of the page, in reading order. */
+std::vector<Spot> header();
+std::vector<Spot> content(const State& state);
+
+/** Buttons that can be seen or are covered by a popup, barred ones and those of a closed popup included. */
+std::vector<Spot> buttons(const State& state);
+
+/** Whether a button can neither take the focus nor be used. */
+bool is_barred(const State& state, Spot spot);
+
+} // namespace walk
