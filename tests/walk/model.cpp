@@ -90,6 +90,8 @@ bool ask(State& state, Calls& calls, Answer answer, const std::string& method,
 void put_focus(State& state, Spot spot) { (state.popup == Popup::none ? state.focus : state.below) = spot; }
 
 void show_start_page(State& state, bool tx) {
+    if (tx != is_tx(state))
+        state.memory = Memory::none;
     state.page = tx ? Page::tx_start : Page::rx_start;
     state.start = Start::fresh;
     state.stream_button_stops = false;
@@ -114,6 +116,8 @@ void open(State& state, Popup popup, Spot focus) {
     state.focus = focus;
     if (focus == Spot::number && !picked(state).shown)
         picked(state).shown = limits(state).lowest;
+    if (popup != Popup::exit)
+        state.memory = Memory::none;
     state.exit_popup_made = state.exit_popup_made || popup == Popup::exit;
 }
 
@@ -127,7 +131,10 @@ void bring_up(State& state, Calls& calls, BringUp how) {
     state.focus = Spot::none;
     state.radio = Radio::unreachable;
     state.start = how == BringUp::no_relay ? Start::failed : Start::waiting;
-    if (how == BringUp::no_relay)
+    const bool forgets = how != BringUp::no_relay;
+    if (remembers(state))
+        state.memory = forgets ? Memory::dropped_by_a_start : Memory::kept_by_a_failed_start;
+    if (!forgets)
         return;
     if (is_tx(state))
         state.power.shown = state.tx_channel.shown = std::nullopt;
@@ -250,6 +257,8 @@ Outcome follow(const State& state, const Transition& transition) {
         outcome.ends = true;
         break;
     }
+    if (outcome.state.memory <= Memory::kept)
+        outcome.state.memory = remembers(outcome.state) ? Memory::kept : Memory::none;
     if (outcome.ends) {
         outcome.state = State{};
         outcome.state.mirrored = state.mirrored;

@@ -24,7 +24,8 @@ std::uint64_t place(const State& state) {
            put(code(state.stream_button_stops), stream) | put(code(state.mirrored), mirrored) |
            put(code(state.behind), behind) | put(code(state.radio), radio) |
            put(code(state.power.set.has_value()) + 2 * code(channel_set), texts) |
-           put(code(state.packets), packets) | put(code(state.exit_popup_made), made);
+           put(code(state.packets), packets) | put(code(state.exit_popup_made), made) |
+           put(code(state.memory), memory);
 }
 
 } // namespace walk

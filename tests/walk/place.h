@@ -20,7 +20,8 @@ enum Grain : std::uint64_t {
     radio = 0xE0000,
     texts = 0x700000,
     packets = 0x1800000,
-    made = 0x2000000
+    made = 0x2000000,
+    memory = 0xC000000
 };
 
 /** The state without what makes no other place of it. */

@@ -26,6 +26,11 @@ Number& picked(State& state) {
 }
 Limits limits(const State& state) { return state.popup == Popup::power ? power_limits : channel_limits; }
 
+bool remembers(const State& state) {
+    return channel_of(state).shown.value_or(0) > channel_limits.lowest ||
+           (is_tx(state) && state.power.shown.value_or(0) > power_limits.lowest);
+}
+
 std::vector<Spot> header() { return {Spot::tx_tab, Spot::rx_tab, Spot::exit}; }
 
 std::vector<Spot> content(const State& state) {

@@ -14,6 +14,9 @@ enum class Popup : std::uint8_t { none, exit, power, channel };
 enum class Radio : std::uint8_t { unreachable, off, transmitting, streaming, receiving };
 enum class Packets : std::uint8_t { unknown, zero, some, reset_failed };
 
+/** What has become of a number that a picker of the page's test was left at, until a picker is opened. */
+enum class Memory : std::uint8_t { none, kept, dropped_by_a_start, kept_by_a_failed_start };
+
 /** Whatever can take the focus. */
 enum class Spot : std::uint8_t {
     none,
@@ -55,6 +58,7 @@ struct State {
     bool mirrored = false;
     bool behind = false;
     bool exit_popup_made = false;
+    Memory memory = Memory::none;
     bool operator==(const State&) const = default;
 };
 
@@ -70,6 +74,9 @@ bool in_picker(const State& state);
 Number& picked(State& state);
 const Number& picked(const State& state);
 Limits limits(const State& state);
+
+/** Whether a picker of the page's test will show another number than its lowest. */
+bool remembers(const State& state);
 
 /** Of the page that is shown. */
 const Number& channel_of(const State& state);

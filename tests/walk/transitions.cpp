@@ -80,6 +80,13 @@ void add_ok(std::vector<Transition>& all) {
         {.name = "OK", .key = "OK", .grain = grain | mirrored, .cost = 30, .can_happen = [](const State& s) {
              return in_front(s) && !ok_starts(s);
          }});
+    all.push_back({.name = "OK, a picker opens",
+                   .key = "OK",
+                   .grain = page | focus | memory,
+                   .cost = 30,
+                   .can_happen = [](const State& s) {
+                       return in_front(s) && (s.focus == Spot::power || s.focus == Spot::channel);
+                   }});
     all.push_back({.name = "OK held",
                    .act = Act::hold,
                    .key = "OK",
