@@ -116,7 +116,7 @@ void open(State& state, Popup popup, Spot focus) {
     state.focus = focus;
     if (focus == Spot::number && !picked(state).shown)
         picked(state).shown = limits(state).lowest;
-    if (popup != Popup::exit)
+    if (focus == Spot::number && state.below == state.remembered)
         state.memory = Memory::none;
     state.exit_popup_made = state.exit_popup_made || popup == Popup::exit;
 }
@@ -132,7 +132,7 @@ void bring_up(State& state, Calls& calls, BringUp how) {
     state.radio = Radio::unreachable;
     state.start = how == BringUp::no_relay ? Start::failed : Start::waiting;
     const bool forgets = how != BringUp::no_relay;
-    if (remembers(state))
+    if (remembers(state, state.remembered))
         state.memory = forgets ? Memory::dropped_by_a_start : Memory::kept_by_a_failed_start;
     if (!forgets)
         return;
@@ -228,6 +228,15 @@ void activate(Outcome& outcome, const Transition& by) {
     press_button(state, outcome.calls, by.spot, by);
 }
 
+/** Of two numbers the first one counts. */
+void follow_memory(State& state) {
+    if (state.memory > Memory::kept)
+        return;
+    if (!remembers(state, state.remembered))
+        state.remembered = remembers(state, Spot::power) ? Spot::power : Spot::channel;
+    state.memory = remembers(state, state.remembered) ? Memory::kept : Memory::none;
+}
+
 } // namespace
 
 int steps(const State& state, const std::string& key) { return along(state, key) - down(key); }
@@ -257,8 +266,7 @@ Outcome follow(const State& state, const Transition& transition) {
         outcome.ends = true;
         break;
     }
-    if (outcome.state.memory <= Memory::kept)
-        outcome.state.memory = remembers(outcome.state) ? Memory::kept : Memory::none;
+    follow_memory(outcome.state);
     if (outcome.ends) {
         outcome.state = State{};
         outcome.state.mirrored = state.mirrored;

@@ -25,7 +25,7 @@ std::uint64_t place(const State& state) {
            put(code(state.behind), behind) | put(code(state.radio), radio) |
            put(code(state.power.set.has_value()) + 2 * code(channel_set), texts) |
            put(code(state.packets), packets) | put(code(state.exit_popup_made), made) |
-           put(code(state.memory), memory);
+           put(code(state.memory) + 4 * code(state.remembered == Spot::power), memory);
 }
 
 } // namespace walk

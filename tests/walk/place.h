@@ -21,7 +21,7 @@ enum Grain : std::uint64_t {
     texts = 0x700000,
     packets = 0x1800000,
     made = 0x2000000,
-    memory = 0xC000000
+    memory = 0xC000000 | 0x10000000
 };
 
 /** The state without what makes no other place of it. */

@@ -26,9 +26,10 @@ Number& picked(State& state) {
 }
 Limits limits(const State& state) { return state.popup == Popup::power ? power_limits : channel_limits; }
 
-bool remembers(const State& state) {
-    return channel_of(state).shown.value_or(0) > channel_limits.lowest ||
-           (is_tx(state) && state.power.shown.value_or(0) > power_limits.lowest);
+bool remembers(const State& state, Spot button) {
+    if (button == Spot::power)
+        return is_tx(state) && state.power.shown.value_or(0) > power_limits.lowest;
+    return button == Spot::channel && channel_of(state).shown.value_or(0) > channel_limits.lowest;
 }
 
 std::vector<Spot> header() { return {Spot::tx_tab, Spot::rx_tab, Spot::exit}; }

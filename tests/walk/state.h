@@ -14,7 +14,7 @@ enum class Popup : std::uint8_t { none, exit, power, channel };
 enum class Radio : std::uint8_t { unreachable, off, transmitting, streaming, receiving };
 enum class Packets : std::uint8_t { unknown, zero, some, reset_failed };
 
-/** What has become of a number that a picker of the page's test was left at, until a picker is opened. */
+/** What has become of a number that a picker was left at, until that picker is opened. */
 enum class Memory : std::uint8_t { none, kept, dropped_by_a_start, kept_by_a_failed_start };
 
 /** Whatever can take the focus. */
@@ -59,6 +59,7 @@ struct State {
     bool behind = false;
     bool exit_popup_made = false;
     Memory memory = Memory::none;
+    Spot remembered = Spot::none; /**< by this button's picker, one of the page's test */
     bool operator==(const State&) const = default;
 };
 
@@ -75,8 +76,8 @@ Number& picked(State& state);
 const Number& picked(const State& state);
 Limits limits(const State& state);
 
-/** Whether a picker of the page's test will show another number than its lowest. */
-bool remembers(const State& state);
+/** Whether the picker of a button of the page's test will show another number than its lowest. */
+bool remembers(const State& state, Spot button);
 
 /** Of the page that is shown. */
 const Number& channel_of(const State& state);
