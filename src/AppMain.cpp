@@ -2,8 +2,7 @@
 #include "GuardedCallback.h"
 #include "Log.h"
 #include "MainPageView.h"
-#include "RXTestView.h"
-#include "TXTestView.h"
+#include "TestTab.h"
 #include "model/ncp_requester.h"
 #include "model/util.h"
 
@@ -36,10 +35,10 @@ bool _app_create(void*) {
 void _app_terminate(void*) {
     MainPageView::getInstance().destroyWidgets();
     elm_vell_manager_fini();
-    TXTestView::getInstance().Destroy();
-    TXTestView::destroyInstance();
-    RXTestView::getInstance().Destroy();
-    RXTestView::destroyInstance();
+    for (const TestTab& test : testTabs()) {
+        test.view().Destroy();
+        test.destroyView();
+    }
 
     ncp_requester& requester = ncp_requester::getInstance();
     requester.unregister_callback(MainPageView::requesterCb);

@@ -41,9 +41,9 @@ void ContentView::clearForTestPage() const {
     elm_vell_layout_align_set(contentLayout, 1);
 }
 
-Evas_Object* ContentView::addButton(const char* text, Evas_Smart_Cb pressed, void* view) const {
+Evas_Object* ContentView::addButton(const char* text, Evas_Smart_Cb pressed) {
     Evas_Object* const button = createButton(contentLayout, text, 100, 10);
-    evas_object_smart_callback_add(button, "pressed", pressed, view);
+    evas_object_smart_callback_add(button, "pressed", pressed, this);
     return button;
 }
 
@@ -52,6 +52,16 @@ void ContentView::showPopup(Evas_Object* popup) {
     evas_object_show(popup);
 }
 
+void ContentView::startTest(const LogOrigin& origin, Evas_Object* startButton,
+                            std::initializer_list<WidgetHandle*> pickers) {
+    if (!bringUpRadio(origin, startButton))
+        return;
+    for (WidgetHandle* const picker : pickers)
+        picker->deleteWidget();
+    LOG_ERROR_AT(origin, "Please Wait...");
+}
+
+/** True when the service's "ready" is to be waited for. */
 bool ContentView::bringUpRadio(const LogOrigin& origin, Evas_Object* startButton) {
     elm_vell_button_text_set(startButton, "Please Wait...");
     elm_object_focus_set(startButton, EINA_FALSE);
@@ -69,15 +79,13 @@ bool ContentView::bringUpRadio(const LogOrigin& origin, Evas_Object* startButton
     return false;
 }
 
-bool ContentView::createPicker(const LogOrigin& origin, const Picker& picker, WidgetHandle& popup,
-                               WidgetHandle& spinner, void* view) const {
+bool ContentView::createPicker(const LogOrigin& origin, const Picker& picker) {
     return runPageStep(origin, [&] {
-        popup = createPopup(parentLayout, picker.title);
-        Evas_Object* const content = createPopupContent(parentLayout, popup);
-        Evas_Object* const pickerSpinner = createSpinner(content);
-        focusWhenShown(pickerSpinner);
-        spinner = setupSpinner(pickerSpinner, picker.minimum, picker.maximum);
-        evas_object_event_callback_add(pickerSpinner, EVAS_CALLBACK_KEY_DOWN, picker.keyCallback, view);
+        picker.popup = createPopup(parentLayout, picker.title);
+        Evas_Object* const spinner = createSpinner(createPopupContent(parentLayout, picker.popup));
+        focusWhenShown(spinner);
+        picker.spinner = setupSpinner(spinner, picker.minimum, picker.maximum);
+        evas_object_event_callback_add(spinner, EVAS_CALLBACK_KEY_DOWN, picker.keyCallback, this);
     });
 }
 

@@ -4,14 +4,18 @@
 #include "WidgetHandle.h"
 #include "WidgetHelpers.h"
 
+#include <initializer_list>
+
 class ncp_requester;
 
-/** The values that tell one picker popup from another. */
+/** A popup with a number, and where the view keeps its widgets. */
 struct Picker {
     const char* title;
     int minimum;
     int maximum;
-    Evas_Object_Event_Cb keyCallback; /**< gets every key press in the picker's spinner */
+    Evas_Object_Event_Cb keyCallback; /**< gets every key press in the picker's spinner, and the view */
+    WidgetHandle& popup;
+    WidgetHandle& spinner;
 };
 
 /** What Return in a picker does with the value that it shows. */
@@ -38,6 +42,8 @@ public:
     virtual void Destroy() = 0;
     /** Clears the content area and shows the test's start button. */
     virtual void ShowStartPage() = 0;
+    /** Clears the content area and builds the test page; the radio was asked to start before. */
+    virtual void ShowTestPage() = 0;
 
     /** Dismisses the popup that is showing, if there is one; it is kept and can be shown again. */
     void dismissPopup();
@@ -61,27 +67,26 @@ protected:
     /** Clears the content area for a test page. */
     void clearForTestPage() const;
 
-    /** A button of the content area; `view` is given to its "pressed" callback. */
-    Evas_Object* addButton(const char* text, Evas_Smart_Cb pressed, void* view) const;
+    /** The view of a callback, whose data is its `ContentView*`; null, logged for `origin`, without one or
+     * without what else it needs. */
+    template <class View, class... Pointers>
+    static View* viewOf(const LogOrigin& origin, void* data, const Pointers*... pointers) {
+        return inputIsThere(origin, data, pointers...) ? static_cast<View*>(static_cast<ContentView*>(data))
+                                                       : nullptr;
+    }
+
+    /** A button of the content area; its "pressed" callback gets the view. */
+    Evas_Object* addButton(const char* text, Evas_Smart_Cb pressed);
+
+    /** Brings the radio up for this test; its pickers are made afresh when that came to an end. Blocks. */
+    static void startTest(const LogOrigin& origin, Evas_Object* startButton,
+                          std::initializer_list<WidgetHandle*> pickers);
+
+    /** Makes a picker popup; false when a widget could not be made (logged for `origin`). */
+    bool createPicker(const LogOrigin& origin, const Picker& picker);
 
     /** Shows a popup and remembers it as the one showing. */
     void showPopup(Evas_Object* popup);
-
-    /**
-     * Brings the radio host stack up behind the start button, which tells how it goes; blocks until it is
-     * done.
-     *
-     * @return true when the service's "ready" is to be waited for.
-     */
-    static bool bringUpRadio(const LogOrigin& origin, Evas_Object* startButton);
-
-    /**
-     * Makes a picker popup.
-     *
-     * @return false when a widget could not be made (logged for `origin`).
-     */
-    bool createPicker(const LogOrigin& origin, const Picker& picker, WidgetHandle& popup,
-                      WidgetHandle& spinner, void* view) const;
 
     /**
      * Handles a key press in a picker: Return sends its value to the radio, and on success the button shows
@@ -92,4 +97,7 @@ protected:
 
     /** Ends the test: the start page when the radio stopped. */
     void stopTest(const LogOrigin& origin);
+
+private:
+    static bool bringUpRadio(const LogOrigin& origin, Evas_Object* startButton);
 };

@@ -1,8 +1,7 @@
 #include "MainPageView.h"
 
 #include "GuardedCallback.h"
-#include "RXTestView.h"
-#include "TXTestView.h"
+#include "TestTab.h"
 #include "model/ncp_requester.h"
 
 #include <platform/application.h>
@@ -10,6 +9,7 @@
 #include <platform/vell.h>
 #include <platform/window.h>
 
+#include <algorithm>
 #include <string_view>
 
 namespace {
@@ -108,11 +108,13 @@ void MainPageView::createMainPageSubHeader() {
     elm_vell_object_resize_policy_set(row, 4, 1);
     elm_vell_object_size_min_set(row, pixels(90.0), pixels(24.0));
     runPageStep(origin, [this, row] {
-        Evas_Object* const txTab = createButton(row, "TX Test", 30, 7);
-        evas_object_smart_callback_add(txTab, "pressed", GUARDED(subHeaderButtonPressedCb), this);
-        evas_object_event_callback_add(txTab, EVAS_CALLBACK_SHOW, GUARDED(setFocusAfterShowCb), nullptr);
-        Evas_Object* const rxTab = createButton(row, "RX Test", 30, 7);
-        evas_object_smart_callback_add(rxTab, "pressed", GUARDED(subHeaderButtonPressedCb), this);
+        for (const TestTab& test : testTabs()) {
+            Evas_Object* const button = createButton(row, test.label, 30, 7);
+            evas_object_smart_callback_add(button, "pressed", GUARDED(subHeaderButtonPressedCb), this);
+            if (&test == &testTabs().front())
+                evas_object_event_callback_add(button, EVAS_CALLBACK_SHOW, GUARDED(setFocusAfterShowCb),
+                                               nullptr);
+        }
     });
     evas_object_geometry_set(row, 0, 0, pixels(100.0), pixels(9.0));
     elm_vell_subheader_content_set(header, row);
@@ -134,8 +136,8 @@ void MainPageView::createSubPageLayout() {
 }
 
 void MainPageView::handOverContentArea() {
-    TXTestView::getInstance().Create(rootLayout, subPageLayout);
-    RXTestView::getInstance().Create(rootLayout, subPageLayout);
+    for (const TestTab& test : testTabs())
+        test.view().Create(rootLayout, subPageLayout);
 }
 
 void MainPageView::renderFirst() {
@@ -151,30 +153,26 @@ void MainPageView::subHeaderButtonPressedCb(void* data, Evas_Object* button, voi
         return;
     auto* const page = static_cast<MainPageView*>(data);
     const std::string_view text = elm_vell_button_text_get(button);
-    if (text == "TX Test") {
-        page->selectedTest = Test::tx;
-        TXTestView::getInstance().ShowStartPage();
-    } else if (text == "RX Test") {
-        page->selectedTest = Test::rx;
-        RXTestView::getInstance().ShowStartPage();
-    } else {
+    const auto test = std::ranges::find(testTabs(), text, &TestTab::label);
+    if (test == testTabs().end()) {
         LOG_ERROR("Something not right!!!");
+        return;
     }
+    page->selectedTest = test->mode;
+    test->view().ShowStartPage();
 }
 
 void MainPageView::requesterCb(const std::string& eventText, void* data) {
     LOG_ERROR("[EVENT DATA] %s", eventText.c_str());
     if (eventText != "ready" || !inputIsThere(LOG_ORIGIN(__func__), data))
         return;
-    const Test test = static_cast<MainPageView*>(data)->selectedTest;
-    if (test == Test::none)
+    const auto test =
+        std::ranges::find(testTabs(), static_cast<MainPageView*>(data)->selectedTest, &TestTab::mode);
+    if (test == testTabs().end())
         return;
     // The page is built whether or not the radio started: the operator sees each of its actions fail instead.
-    ncp_requester::getInstance().ember_start(static_cast<int>(test));
-    if (test == Test::tx)
-        TXTestView::getInstance().ShowTestPage();
-    else
-        RXTestView::getInstance().ShowTestPage();
+    ncp_requester::getInstance().ember_start(test->mode);
+    test->view().ShowTestPage();
 }
 
 void MainPageView::setFocusAfterShowCb(void*, Evas*, Evas_Object* widget, void*) {
@@ -214,10 +212,9 @@ Eina_Bool MainPageView::keyDownCb(void* data, int, void* event) {
 }
 
 void MainPageView::closePopupOrLower() {
-    for (ContentView* const view : {static_cast<ContentView*>(&TXTestView::getInstance()),
-                                    static_cast<ContentView*>(&RXTestView::getInstance())})
-        if (view->shownPopup != nullptr) {
-            view->dismissPopup();
+    for (const TestTab& test : testTabs())
+        if (ContentView& view = test.view(); view.shownPopup != nullptr) {
+            view.dismissPopup();
             return;
         }
     if (shownPopup != nullptr) {

@@ -6,9 +6,8 @@
 
 #include <string>
 
-/** A test of the main page's tabs; none until the first tab press, so that an early "ready" starts nothing.
- */
-enum class Test : int { none = -1, tx = 0, rx = 1 };
+/** No tab was pressed yet, so that an early "ready" starts nothing. */
+inline constexpr int noTest = -1;
 
 class MainPageView : public CSingleton<MainPageView> {
 public:
@@ -62,5 +61,5 @@ private:
     WidgetHandle header;
     WidgetHandle shownPopup;
     WidgetHandle exitPopup;
-    Test selectedTest = Test::none;
+    int selectedTest = noTest; /**< the mode of the tab that was pressed last */
 };

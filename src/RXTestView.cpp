@@ -43,7 +43,7 @@ void RXTestView::ShowTestPage() {
 
 void RXTestView::createRxTestStartButton() {
     runPageStep(LOG_ORIGIN(__func__), [this] {
-        startButton = addButton("Start RX Test", GUARDED(rxTestStartButtonPressedCb), this);
+        startButton = addButton("Start RX Test", GUARDED(rxTestStartButtonPressedCb));
         focusWhenShown(startButton);
     });
 }
@@ -55,14 +55,13 @@ void RXTestView::createReceivedPacketsLabel() {
 
 void RXTestView::createCountReceivedPacketsButton() {
     runPageStep(LOG_ORIGIN(__func__), [this] {
-        countReceivedPacketsButton =
-            addButton("Count Received Packets", GUARDED(countReceivedPacketsCb), this);
+        countReceivedPacketsButton = addButton("Count Received Packets", GUARDED(countReceivedPacketsCb));
     });
 }
 
 void RXTestView::createResetReceivedPacketCount() {
     runPageStep(LOG_ORIGIN(__func__),
-                [this] { addButton("Reset Count", GUARDED(resetReceivedPacketCountCb), this); });
+                [this] { addButton("Reset Count", GUARDED(resetReceivedPacketCountCb)); });
 }
 
 void RXTestView::createChannelLabel() {
@@ -71,32 +70,28 @@ void RXTestView::createChannelLabel() {
 
 void RXTestView::createSetChannelButton() {
     runPageStep(LOG_ORIGIN(__func__), [this] {
-        setChannelButton = addButton("11", GUARDED(setChannelButtonPressedCb), this);
+        setChannelButton = addButton("11", GUARDED(setChannelButtonPressedCb));
         focusWhenShown(setChannelButton);
     });
 }
 
 void RXTestView::createStopButton() {
-    runPageStep(LOG_ORIGIN(__func__), [this] { addButton("Stop", GUARDED(stopButtonPressedCb), this); });
+    runPageStep(LOG_ORIGIN(__func__), [this] { addButton("Stop", GUARDED(stopButtonPressedCb)); });
 }
 
 void RXTestView::createChannelPickerPopup() {
-    createPicker(LOG_ORIGIN(__func__), {"Zigbee TX Channel", 11, 26, GUARDED(channelSpinnerPressedCb)},
-                 channelPopup, channelSpinner, this);
+    createPicker(LOG_ORIGIN(__func__), {"Zigbee TX Channel", 11, 26, GUARDED(channelSpinnerPressedCb),
+                                        channelPopup, channelSpinner});
 }
 
 void RXTestView::rxTestStartButtonPressedCb(void* data, Evas_Object*, void*) {
-    if (!inputIsThere(LOG_ORIGIN(__func__), data))
-        return;
-    auto* const view = static_cast<RXTestView*>(data);
-    if (!bringUpRadio(LOG_ORIGIN(__func__), view->startButton))
-        return;
-    view->channelPopup.deleteWidget();
-    LOG_ERROR("Please Wait...");
+    if (auto* const view = viewOf<RXTestView>(LOG_ORIGIN(__func__), data))
+        startTest(LOG_ORIGIN(__func__), view->startButton, {&view->channelPopup});
 }
 
 void RXTestView::countReceivedPacketsCb(void* data, Evas_Object*, void*) {
-    if (!inputIsThere(LOG_ORIGIN(__func__), data))
+    auto* const view = viewOf<RXTestView>(LOG_ORIGIN(__func__), data);
+    if (view == nullptr)
         return;
     std::string statistics;
     if (!ncp_requester::getInstance().ember_get_rx_statistics(statistics)) {
@@ -104,36 +99,37 @@ void RXTestView::countReceivedPacketsCb(void* data, Evas_Object*, void*) {
         return;
     }
     const std::string text = "Received Packets: " + firstWord(statistics);
-    elm_vell_textbox_text_set(static_cast<RXTestView*>(data)->receivedPacketsLabel, text.c_str());
+    elm_vell_textbox_text_set(view->receivedPacketsLabel, text.c_str());
 }
 
 void RXTestView::resetReceivedPacketCountCb(void* data, Evas_Object*, void*) {
-    if (!inputIsThere(LOG_ORIGIN(__func__), data))
+    auto* const view = viewOf<RXTestView>(LOG_ORIGIN(__func__), data);
+    if (view == nullptr)
         return;
     const bool reset = ncp_requester::getInstance().ember_reset_rx_statistics();
-    elm_vell_textbox_text_set(static_cast<RXTestView*>(data)->receivedPacketsLabel,
+    elm_vell_textbox_text_set(view->receivedPacketsLabel,
                               reset ? "Received Packets: 0" : "Received Packets: Reset Failed");
 }
 
 void RXTestView::setChannelButtonPressedCb(void* data, Evas_Object*, void*) {
-    if (!inputIsThere(LOG_ORIGIN(__func__), data))
+    auto* const view = viewOf<RXTestView>(LOG_ORIGIN(__func__), data);
+    if (view == nullptr)
         return;
-    auto* const view = static_cast<RXTestView*>(data);
     if (view->channelPopup == nullptr)
         view->createChannelPickerPopup();
     view->showPopup(view->channelPopup);
 }
 
 void RXTestView::channelSpinnerPressedCb(void* data, Evas*, Evas_Object*, void* event) {
-    if (!inputIsThere(LOG_ORIGIN(__func__), data, event))
+    auto* const view = viewOf<RXTestView>(LOG_ORIGIN(__func__), data, event);
+    if (view == nullptr)
         return;
-    auto* const view = static_cast<RXTestView*>(data);
     view->handlePickerKey(LOG_ORIGIN(__func__), *static_cast<Evas_Event_Key_Down*>(event),
                           {"channel", &ncp_requester::ember_set_channel, false}, view->channelSpinner,
                           view->setChannelButton);
 }
 
 void RXTestView::stopButtonPressedCb(void* data, Evas_Object*, void*) {
-    if (inputIsThere(LOG_ORIGIN(__func__), data))
-        static_cast<RXTestView*>(data)->stopTest(LOG_ORIGIN(__func__));
+    if (auto* const view = viewOf<RXTestView>(LOG_ORIGIN(__func__), data))
+        view->stopTest(LOG_ORIGIN(__func__));
 }

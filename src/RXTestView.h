@@ -10,9 +10,7 @@ public:
 
     void Destroy() override;
     void ShowStartPage() override;
-
-    /** Builds the test page; the radio was started in RX mode before. */
-    void ShowTestPage();
+    void ShowTestPage() override;
 
 private:
     friend class CSingleton<RXTestView>;
@@ -27,7 +25,7 @@ private:
     void createStopButton();
     void createChannelPickerPopup();
 
-    // "pressed" callbacks of the buttons and the picker's key callback; their data is the view.
+    // "pressed" callbacks of the buttons and the picker's key callback; their data is the `ContentView*`.
     static void rxTestStartButtonPressedCb(void* data, Evas_Object* button, void* event);
     static void countReceivedPacketsCb(void* data, Evas_Object* button, void* event);
     static void resetReceivedPacketCountCb(void* data, Evas_Object* button, void* event);

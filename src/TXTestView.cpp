@@ -36,7 +36,7 @@ void TXTestView::ShowTestPage() {
 
 void TXTestView::createTxTestStartButton() {
     runPageStep(LOG_ORIGIN(__func__), [this] {
-        startButton = addButton("Start TX Test", GUARDED(txTestStartButtonClickedCb), this);
+        startButton = addButton("Start TX Test", GUARDED(txTestStartButtonClickedCb));
         focusWhenShown(startButton);
     });
 }
@@ -47,7 +47,7 @@ void TXTestView::createPowerLabel() {
 
 void TXTestView::createSetPowerButton() {
     runPageStep(LOG_ORIGIN(__func__), [this] {
-        setPowerButton = addButton("Set Power", GUARDED(setPowerButtonPressedCb), this);
+        setPowerButton = addButton("Set Power", GUARDED(setPowerButtonPressedCb));
         focusWhenShown(setPowerButton);
     });
 }
@@ -57,29 +57,27 @@ void TXTestView::createChannelLabel() {
 }
 
 void TXTestView::createSetChannelButton() {
-    runPageStep(LOG_ORIGIN(__func__), [this] {
-        setChannelButton = addButton("Set Channel", GUARDED(setChannelButtonPressedCb), this);
-    });
+    runPageStep(LOG_ORIGIN(__func__),
+                [this] { setChannelButton = addButton("Set Channel", GUARDED(setChannelButtonPressedCb)); });
 }
 
 void TXTestView::createStartStreamButton() {
     runPageStep(LOG_ORIGIN(__func__),
-                [this] { streamButton = addButton("Start Stream", GUARDED(streamButtonPressedCb), this); });
+                [this] { streamButton = addButton("Start Stream", GUARDED(streamButtonPressedCb)); });
 }
 
 void TXTestView::createStopTestButton() {
-    runPageStep(LOG_ORIGIN(__func__),
-                [this] { addButton("Stop Test", GUARDED(stopTestButtonPressedCb), this); });
+    runPageStep(LOG_ORIGIN(__func__), [this] { addButton("Stop Test", GUARDED(stopTestButtonPressedCb)); });
 }
 
 bool TXTestView::createPowerPickerPopup() {
-    return createPicker(LOG_ORIGIN(__func__), {"Zigbee TX Power", 0, 20, GUARDED(powerSpinnerPressedCb)},
-                        powerPopup, powerSpinner, this);
+    return createPicker(LOG_ORIGIN(__func__),
+                        {"Zigbee TX Power", 0, 20, GUARDED(powerSpinnerPressedCb), powerPopup, powerSpinner});
 }
 
 bool TXTestView::createChannelPickerPopup() {
-    return createPicker(LOG_ORIGIN(__func__), {"Zigbee TX Channel", 11, 26, GUARDED(channelSpinnerPressedCb)},
-                        channelPopup, channelSpinner, this);
+    return createPicker(LOG_ORIGIN(__func__), {"Zigbee TX Channel", 11, 26, GUARDED(channelSpinnerPressedCb),
+                                               channelPopup, channelSpinner});
 }
 
 void TXTestView::allowSettings(bool allowed) {
@@ -88,29 +86,23 @@ void TXTestView::allowSettings(bool allowed) {
 }
 
 void TXTestView::txTestStartButtonClickedCb(void* data, Evas_Object*, void*) {
-    if (!inputIsThere(LOG_ORIGIN(__func__), data))
-        return;
-    auto* const view = static_cast<TXTestView*>(data);
-    if (!bringUpRadio(LOG_ORIGIN(__func__), view->startButton))
-        return;
-    view->powerPopup.deleteWidget();
-    view->channelPopup.deleteWidget();
-    LOG_ERROR("Please Wait...");
+    if (auto* const view = viewOf<TXTestView>(LOG_ORIGIN(__func__), data))
+        startTest(LOG_ORIGIN(__func__), view->startButton, {&view->powerPopup, &view->channelPopup});
 }
 
 void TXTestView::setPowerButtonPressedCb(void* data, Evas_Object*, void*) {
-    if (!inputIsThere(LOG_ORIGIN(__func__), data))
+    auto* const view = viewOf<TXTestView>(LOG_ORIGIN(__func__), data);
+    if (view == nullptr)
         return;
-    auto* const view = static_cast<TXTestView*>(data);
     if (view->powerPopup == nullptr && view->createPowerPickerPopup())
         LOG_INFO("power picker popoup created!");
     view->showPopup(view->powerPopup);
 }
 
 void TXTestView::setChannelButtonPressedCb(void* data, Evas_Object*, void*) {
-    if (!inputIsThere(LOG_ORIGIN(__func__), data))
+    auto* const view = viewOf<TXTestView>(LOG_ORIGIN(__func__), data);
+    if (view == nullptr)
         return;
-    auto* const view = static_cast<TXTestView*>(data);
     if (view->channelPopup == nullptr) {
         view->createChannelPickerPopup();
         LOG_INFO("channel picker popoup created!");
@@ -119,27 +111,27 @@ void TXTestView::setChannelButtonPressedCb(void* data, Evas_Object*, void*) {
 }
 
 void TXTestView::powerSpinnerPressedCb(void* data, Evas*, Evas_Object*, void* event) {
-    if (!inputIsThere(LOG_ORIGIN(__func__), data, event))
+    auto* const view = viewOf<TXTestView>(LOG_ORIGIN(__func__), data, event);
+    if (view == nullptr)
         return;
-    auto* const view = static_cast<TXTestView*>(data);
     view->handlePickerKey(LOG_ORIGIN(__func__), *static_cast<Evas_Event_Key_Down*>(event),
                           {"power", &ncp_requester::ember_set_power, true}, view->powerSpinner,
                           view->setPowerButton);
 }
 
 void TXTestView::channelSpinnerPressedCb(void* data, Evas*, Evas_Object*, void* event) {
-    if (!inputIsThere(LOG_ORIGIN(__func__), data, event))
+    auto* const view = viewOf<TXTestView>(LOG_ORIGIN(__func__), data, event);
+    if (view == nullptr)
         return;
-    auto* const view = static_cast<TXTestView*>(data);
     view->handlePickerKey(LOG_ORIGIN(__func__), *static_cast<Evas_Event_Key_Down*>(event),
                           {"channel", &ncp_requester::ember_set_channel, true}, view->channelSpinner,
                           view->setChannelButton);
 }
 
 void TXTestView::streamButtonPressedCb(void* data, Evas_Object*, void*) {
-    if (!inputIsThere(LOG_ORIGIN(__func__), data))
+    auto* const view = viewOf<TXTestView>(LOG_ORIGIN(__func__), data);
+    if (view == nullptr)
         return;
-    auto* const view = static_cast<TXTestView*>(data);
     const std::string_view text = elm_vell_button_text_get(view->streamButton);
     if (text == "Start Stream") {
         if (!ncp_requester::getInstance().ember_start_stream()) {
@@ -159,6 +151,6 @@ void TXTestView::streamButtonPressedCb(void* data, Evas_Object*, void*) {
 }
 
 void TXTestView::stopTestButtonPressedCb(void* data, Evas_Object*, void*) {
-    if (inputIsThere(LOG_ORIGIN(__func__), data))
-        static_cast<TXTestView*>(data)->stopTest(LOG_ORIGIN(__func__));
+    if (auto* const view = viewOf<TXTestView>(LOG_ORIGIN(__func__), data))
+        view->stopTest(LOG_ORIGIN(__func__));
 }

@@ -11,9 +11,7 @@ public:
     bool Create(Evas_Object* parent, Evas_Object* content) override;
     void Destroy() override;
     void ShowStartPage() override;
-
-    /** Builds the test page; the radio was started in TX mode before. */
-    void ShowTestPage();
+    void ShowTestPage() override;
 
 private:
     friend class CSingleton<TXTestView>;
@@ -32,7 +30,7 @@ private:
     /** Bars power and channel from the focus while the stream runs. */
     void allowSettings(bool allowed);
 
-    // "pressed" callbacks of the buttons and key callbacks of the pickers; their data is the view.
+    // "pressed" callbacks of the buttons and key callbacks of the pickers; their data is the `ContentView*`.
     static void txTestStartButtonClickedCb(void* data, Evas_Object* button, void* event);
     static void setPowerButtonPressedCb(void* data, Evas_Object* button, void* event);
     static void setChannelButtonPressedCb(void* data, Evas_Object* button, void* event);

@@ -49,32 +49,28 @@ void ncp_requester::ncp_event_callback(const std::string& event_text, void* requ
         handler(event_text, user_data);
 }
 
+// clang-format off: a line for each command
 bool ncp_requester::ember_start(int test_mode) {
-    return command(LOG_ORIGIN("ember_start"), g_variant_new("(i)", test_mode));
+    return command(LOG_ORIGIN(__func__), "ember_start", test_mode);
 }
-
-bool ncp_requester::ember_stop() { return command(LOG_ORIGIN("ember_stop"), nullptr); }
-
+bool ncp_requester::ember_stop() { return command(LOG_ORIGIN(__func__), "ember_stop"); }
 bool ncp_requester::ember_set_channel(int channel) {
-    return command(LOG_ORIGIN("ember_set_channel"), g_variant_new("(i)", channel));
+    return command(LOG_ORIGIN(__func__), "ember_set_channel", channel);
 }
-
 bool ncp_requester::ember_set_power(int power) {
-    return command(LOG_ORIGIN("ember_set_power"), g_variant_new("(i)", power));
+    return command(LOG_ORIGIN(__func__), "ember_set_power", power);
 }
-
-bool ncp_requester::ember_start_stream() { return command(LOG_ORIGIN("ember_start_stream"), nullptr); }
-
-bool ncp_requester::ember_stop_stream() { return command(LOG_ORIGIN("ember_stop_stream"), nullptr); }
-
+bool ncp_requester::ember_start_stream() { return command(LOG_ORIGIN(__func__), "ember_start_stream"); }
+bool ncp_requester::ember_stop_stream() { return command(LOG_ORIGIN(__func__), "ember_stop_stream"); }
 bool ncp_requester::ember_reset_rx_statistics() {
-    return command(LOG_ORIGIN("ember_reset_rx_statistics"), nullptr);
+    return command(LOG_ORIGIN(__func__), "ember_reset_rx_statistics");
 }
+// clang-format on
 
 bool ncp_requester::ember_get_rx_statistics(std::string& statistics) {
-    const LogOrigin operation = LOG_ORIGIN("ember_get_rx_statistics");
+    const LogOrigin operation = LOG_ORIGIN(__func__);
     g_autoptr(GVariant) reply = nullptr;
-    if (!call(operation, nullptr, "(si)", reply))
+    if (!call(operation, "ember_get_rx_statistics", nullptr, "(si)", reply))
         return false;
     const char* text = nullptr; // borrowed from the reply
     int result = 0;
@@ -85,19 +81,18 @@ bool ncp_requester::ember_get_rx_statistics(std::string& statistics) {
 }
 
 // A command whose reply is the result code alone.
-bool ncp_requester::command(const LogOrigin& operation, GVariant* parameters) {
+bool ncp_requester::command(const LogOrigin& operation, const char* method, std::optional<int> argument) {
     g_autoptr(GVariant) reply = nullptr;
-    if (!call(operation, parameters, "(i)", reply))
+    if (!call(operation, method, argument ? g_variant_new("(i)", *argument) : nullptr, "(i)", reply))
         return false;
     int result = 0;
     g_variant_get(reply, "(i)", &result);
     return check_result(result);
 }
 
-// The service's methods have the names of the operations. On success the reply is of the given type.
-bool ncp_requester::call(const LogOrigin& operation, GVariant* parameters, const char* reply_type,
-                         GVariant*& reply) {
-    const char* const method = operation.function;
+// On success the reply is of the given type.
+bool ncp_requester::call(const LogOrigin& operation, const char* method, GVariant* parameters,
+                         const char* reply_type, GVariant*& reply) {
     LOG_ERROR_AT(operation, "%s", method);
     if (!client.ProcessSyncCall(method, parameters, reply)) {
         LOG_ERROR_AT(operation, "Fail to call %s", method);

@@ -6,6 +6,7 @@
 #include "model/dbus_client.h"
 
 #include <map>
+#include <optional>
 #include <string>
 
 /**
@@ -63,8 +64,9 @@ private:
 
     static void ncp_event_callback(const std::string& event_text, void* requester);
 
-    bool call(const LogOrigin& operation, GVariant* parameters, const char* reply_type, GVariant*& reply);
-    bool command(const LogOrigin& operation, GVariant* parameters);
+    bool call(const LogOrigin& operation, const char* method, GVariant* parameters, const char* reply_type,
+              GVariant*& reply);
+    bool command(const LogOrigin& operation, const char* method, std::optional<int> argument = std::nullopt);
 
     std::map<DBusSignalCB, void*> listeners;
     DBusClient client;

@@ -17,12 +17,18 @@ const std::string serial_device = "/dev/ttyIOT";
 const std::string relay_link = "/opt/usr/home/owner/share/com.kelsor.tv.brimhub/ttyZigbeeNCP";
 const std::string program_folder = "/opt/usr/apps/com.kelsor.tv.brimhub/bin/";
 
+void report_missing_device(const std::string& message) {
+    make_failure_report(message);
+    req_terminate_main_loop();
+}
+
 } // namespace
 
 std::string get_cpcd_conf_name(const std::string& version) {
     if (version.empty())
         return slow_configuration;
-    const std::string last_number = version.substr(version.rfind('.') + 1); // the whole text without a dot
+    const std::string last_number =
+        version.substr(version.rfind('.') + 1); // of a text without a dot, all of it
     try {
         const int minor = std::stoi(last_number);
         LOG_ERROR("FW version[%s], minor[%d]", version.c_str(), minor);
@@ -41,7 +47,7 @@ void req_terminate_main_loop() {
 
 int prepare_background_app() {
     LOG_ERROR("before child process start");
-    wait_condition(serial_device, true);
+    wait_condition(serial_device, report_missing_device);
 
     const std::string configuration = get_cpcd_conf_name(GetVersion());
     const std::string cpcd = program_folder + "cpcd --conf=" + program_folder + configuration;
@@ -52,7 +58,7 @@ int prepare_background_app() {
 
     exec_app(cpcd.c_str());
     exec_app(socat.c_str());
-    const int relay_is_up = wait_condition(relay_link, false);
+    const int relay_is_up = wait_condition(relay_link, nullptr);
     if (relay_is_up == 1) {
         exec_app(zigbeed.c_str());
         LOG_ERROR("child process started");

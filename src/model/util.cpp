@@ -2,7 +2,6 @@
 
 #include "Log.h"
 #include "model/file_owner.h"
-#include "model/process_lifecycle.h"
 
 #include <array>
 #include <cerrno>
@@ -118,7 +117,7 @@ void write_file(const std::string& path, const std::string& content) {
         file << content << std::flush;
 }
 
-int wait_condition(const std::string& path, bool make_report) {
+int wait_condition(const std::string& path, TimeoutReport make_report) {
     for (int attempt = 0; attempt < wait_attempts; ++attempt) {
         if (access(path.c_str(), F_OK) == 0) {
             LOG_ERROR("%s is ok", path.c_str());
@@ -129,10 +128,9 @@ int wait_condition(const std::string& path, bool make_report) {
     }
     const std::string message = "Fail to connect " + path;
     LOG_ERROR("Wait Timeout. %s", message.c_str());
-    if (!make_report)
+    if (make_report == nullptr)
         return 0;
-    make_failure_report(message);
-    req_terminate_main_loop();
+    make_report(message);
     throw MissingDeviceError();
 }
 

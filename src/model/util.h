@@ -41,15 +41,17 @@ public:
     MissingDeviceError() : std::runtime_error("wait condition error") {}
 };
 
+/** What is done about a time-out, with the message that tells of it. */
+using TimeoutReport = void (*)(const std::string& message);
+
 /**
  * Waits for a path to exist: at most 30 tests, 100 ms after each.
  *
- * @param make_report what a time-out does besides its message: when true, it writes the failure report, stops
- * the radio stack and asks the main loop to quit.
+ * @param make_report what a time-out does besides its message, which it is given; null for nothing.
  * @return 1 when the path exists, 0 after a time-out without a report.
  * @throw MissingDeviceError after a time-out with a report.
  */
-int wait_condition(const std::string& path, bool make_report);
+int wait_condition(const std::string& path, TimeoutReport make_report);
 
 /**
  * Writes the factory line's failure report: the message to "/opt/data/BM/EW/result/iot_test_bin_result", and

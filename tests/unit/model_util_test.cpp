@@ -178,7 +178,7 @@ TEST_F(UtilTest, FilesAreReplacedWholeOrLeftOutSilently) {
 TEST_F(UtilTest, WaitingTestsThePathThirtyTimes) {
     const std::string file = (folder / "late").string();
     const SleepRecorder never;
-    EXPECT_EQ(wait_condition(file, false), 0);
+    EXPECT_EQ(wait_condition(file, nullptr), 0);
     std::vector<std::string> expected(30, "waiting " + file);
     expected.push_back("Wait Timeout. Fail to connect " + file);
     EXPECT_EQ(log.messages_of("util.cpp: wait_condition"), expected);
@@ -189,8 +189,8 @@ TEST_F(UtilTest, WaitingTestsThePathThirtyTimes) {
         if (sleeps == 2)
             put_file(file, "");
     });
-    EXPECT_EQ(wait_condition(file, true), 1);
-    EXPECT_EQ(wait_condition(file, true), 1);
+    EXPECT_EQ(wait_condition(file, nullptr), 1);
+    EXPECT_EQ(wait_condition(file, nullptr), 1);
     EXPECT_THAT(log.messages_of("util.cpp: wait_condition"),
                 ElementsAre("waiting " + file, "waiting " + file, file + " is ok", file + " is ok"));
 }
