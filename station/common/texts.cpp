@@ -1,6 +1,7 @@
 #include "texts.h"
 
 #include <charconv>
+#include <utility>
 
 namespace station {
 
@@ -33,6 +34,12 @@ GVariant* list_of(const std::vector<std::string>& texts) {
     for (const auto& text : texts)
         g_variant_builder_add(&list, "s", text.c_str());
     return g_variant_builder_end(&list);
+}
+
+Value tuple_of(const std::string& text) {
+    Value value(g_variant_parse(nullptr, text.c_str(), nullptr, nullptr, nullptr));
+    return value && g_variant_is_of_type(value.get(), G_VARIANT_TYPE_TUPLE) != FALSE ? std::move(value)
+                                                                                     : nullptr;
 }
 
 std::string printed(GVariant* value) {

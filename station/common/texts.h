@@ -1,7 +1,7 @@
 /** Words: joined, read as numbers, carried over a bus. */
 #pragma once
 
-#include <gio/gio.h>
+#include "gobject_release.h"
 
 #include <optional>
 #include <string>
@@ -20,6 +20,9 @@ std::vector<std::string> texts_of(GVariant* list);
 
 /** A floating list of texts. */
 GVariant* list_of(const std::vector<std::string>& texts);
+
+/** The tuple that a GVariant text writes, for example "(7, 'x')"; null for any other text. */
+Value tuple_of(const std::string& text);
 
 /** A value as a person reads it, a text without quotation marks. */
 std::string printed(GVariant* value);

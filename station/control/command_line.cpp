@@ -156,12 +156,13 @@ void CommandLine::add_radio_verbs() {
     add_verb("calls", "what the NCP host was asked", [this](Remote& remote) {
         output_.say(texts_of(first_of(remote.call(ncp_host, "Asked")).get()));
     });
-    add_verb("answer", {"METHOD", "BEHAVIOUR"},
-             R"(how the NCP host answers: normal, "code N", error, "late MS", never, "wrong signature")",
-             [this](Remote& remote) {
-                 remote.call(ncp_host, "Answer", g_variant_new("(ss)", words_[0].c_str(), words_[1].c_str()));
-                 output_.say(words_[0] + " " + words_[1]);
-             });
+    add_verb(
+        "answer", {"METHOD", "BEHAVIOUR"},
+        R"~(how the NCP host answers: normal, "code N", error, "late MS", never, dies, "reply (VALUES)")~",
+        [this](Remote& remote) {
+            remote.call(ncp_host, "Answer", g_variant_new("(ss)", words_[0].c_str(), words_[1].c_str()));
+            output_.say(words_[0] + " " + words_[1]);
+        });
     add_verb("event", {"TEXT"}, "the NCP host says ncp_event with this text", [this](Remote& remote) {
         remote.call(ncp_host, "Emit", g_variant_new("(s)", words_[0].c_str()));
         output_.say(words_[0]);

@@ -1,6 +1,9 @@
 #include "behaviour.h"
 
+#include "common/texts.h"
+
 #include <sstream>
+#include <string_view>
 
 namespace station {
 
@@ -12,8 +15,13 @@ std::optional<Behaviour> parse_behaviour(const std::string& text) {
         return Behaviour{Kind::error};
     if (text == "never")
         return Behaviour{Kind::never};
-    if (text == "wrong signature")
-        return Behaviour{Kind::wrong_signature};
+    if (text == "dies")
+        return Behaviour{Kind::dies};
+    constexpr std::string_view reply = "reply ";
+    if (text.starts_with(reply)) {
+        const std::string value = text.substr(reply.size());
+        return tuple_of(value) ? std::optional(Behaviour{Kind::reply, 0, value}) : std::nullopt;
+    }
 
     std::istringstream words(text);
     std::string word;

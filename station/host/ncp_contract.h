@@ -53,21 +53,23 @@ inline constexpr auto service_introspection = R"xml(<node>
 
 inline constexpr auto simulation_path = "/org/velmora/station/ncp_host";
 inline constexpr auto simulation_interface = "org.velmora.Station.NcpHost";
-/* The one error has the name org.velmora.Station.Error.NoSuchAnswer. */
+/* Errors have the names org.velmora.Station.Error.NoSuchAnswer and .NoSuchValue. */
 inline constexpr auto simulation_introspection = R"xml(<node>
   <interface name="org.velmora.Station.NcpHost">
     <method name="Answer">
       <annotation name="org.gtk.GDBus.DocString" value="From now on a method of the NCP host answers like that:
-        'normal', 'code N', 'error', 'late MS', 'never' or 'wrong signature'. NoSuchAnswer: there is no such
-        method or behaviour."/>
+        'normal', 'code N', 'error', 'late MS', 'never', 'dies' (the host ends), or 'reply (VALUES)' with values of
+        any type. NoSuchAnswer: there is no such method or behaviour."/>
       <arg name="method" type="s" direction="in"/><arg name="behaviour" type="s" direction="in"/>
     </method>
     <method name="Emit">
       <annotation name="org.gtk.GDBus.DocString" value="Says ncp_event with this text."/>
       <arg name="text" type="s" direction="in"/>
     </method>
-    <method name="EmitWrong">
-      <annotation name="org.gtk.GDBus.DocString" value="Says ncp_event with two numbers instead of a text."/>
+    <method name="EmitValue">
+      <annotation name="org.gtk.GDBus.DocString" value="Says ncp_event with values of any type, written as
+        GVariant text: '(7, true)'. NoSuchValue."/>
+      <arg name="values" type="s" direction="in"/>
     </method>
     <method name="Asked">
       <annotation name="org.gtk.GDBus.DocString" value="Every call of the NCP host's methods since it started,

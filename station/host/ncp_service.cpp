@@ -4,6 +4,8 @@
 #include "common/texts.h"
 #include "ncp_contract.h"
 
+#include <cstdlib>
+
 namespace station {
 namespace {
 
@@ -66,8 +68,11 @@ void NcpService::handle_call(const std::string& method, GVariant* arguments,
         log_.note(call.text, " is never answered");
         g_object_unref(invocation);
         break;
-    case Behaviour::Kind::wrong_signature:
-        reply_with_wrong_signature(call);
+    case Behaviour::Kind::dies:
+        log_.note(call.text, " is the end of this host");
+        std::_Exit(1);
+    case Behaviour::Kind::reply:
+        reply_with(call, behaviour.value);
         break;
     }
 }
@@ -92,11 +97,11 @@ void NcpService::reply(const Call& call, int code, const std::string& text) cons
 }
 
 /** Past the bus library's own check of replies, which would turn it into an error. */
-void NcpService::reply_with_wrong_signature(const Call& call) const {
-    log_.note(call.text, " = a reply of another type");
+void NcpService::reply_with(const Call& call, const std::string& value) const {
+    log_.note(call.text, " = ", value);
     g_autoptr(GDBusMessage) message =
         g_dbus_message_new_method_reply(g_dbus_method_invocation_get_message(call.invocation));
-    g_dbus_message_set_body(message, g_variant_new("(ds)", 0.5, "neither text nor code"));
+    g_dbus_message_set_body(message, tuple_of(value).get());
     g_dbus_connection_send_message(connection_, message, G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr, nullptr);
     g_object_unref(call.invocation);
 }
@@ -117,8 +122,13 @@ void NcpService::handle_simulation_call(const std::string& method, GVariant* arg
         const gchar* text = nullptr;
         g_variant_get(arguments, "(&s)", &text);
         emit(g_variant_new("(s)", text));
-    } else if (method == "EmitWrong") {
-        emit(g_variant_new("(ui)", 7U, -7));
+    } else if (method == "EmitValue") {
+        const gchar* text = nullptr;
+        g_variant_get(arguments, "(&s)", &text);
+        const Value values = tuple_of(text);
+        if (!values)
+            throw Refusal("NoSuchValue", std::string("no tuple: ") + text);
+        emit(values.get());
     } else {
         result = g_variant_new("(@as)", list_of(asked_));
     }

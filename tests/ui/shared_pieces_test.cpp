@@ -3,13 +3,9 @@
 #include "WidgetHandle.h"
 #include "WidgetHelpers.h"
 
-#include <array>
 #include <functional>
-#include <gmock/gmock.h>
 
 namespace {
-
-using testing::ElementsAre;
 
 class SharedPieces : public test::ToolkitWindow {};
 
@@ -31,16 +27,6 @@ TEST_F(SharedPieces, StepWhoseWidgetCannotBeMadeIsLoggedAndThePageGoesOn) {
     EXPECT_TRUE(runPageStep(LOG_ORIGIN("createSomething"), [this] { createTextbox(page, "text"); }));
 }
 
-TEST_F(SharedPieces, MissingInputIsLoggedForItsCallback) {
-    const int something = 0;
-    EXPECT_TRUE(inputIsThere(LOG_ORIGIN("someCb"), &something, &something));
-    EXPECT_FALSE(inputIsThere(LOG_ORIGIN("someCb"), &something, static_cast<int*>(nullptr)));
-    focusShownWidget(LOG_ORIGIN("setFocusAfterShowCb"), nullptr);
-    EXPECT_THAT(log.messages(),
-                ElementsAre("E shared_pieces_test.cpp: someCb > Input data is Null!",
-                            "E shared_pieces_test.cpp: setFocusAfterShowCb > Input data is Null!"));
-}
-
 TEST_F(SharedPieces, HandleLosesItsWidgetWhoeverDeletedIt) {
     WidgetHandle button(createButton(page, "text", 30, 10));
     WidgetHandle same;
@@ -55,15 +41,6 @@ TEST_F(SharedPieces, HandleLosesItsWidgetWhoeverDeletedIt) {
     EXPECT_TRUE(same == nullptr);
     { const WidgetHandle shortLived(createButton(page, "text", 30, 10)); }
     elm_vell_layout_clear(page); // its handle is gone and is not told
-}
-
-TEST_F(SharedPieces, NumberPickerStepsByOneBetweenItsLimits) {
-    Evas_Object* const native = setupSpinner(createSpinner(page), 11, 26);
-    double low = 0;
-    double high = 0;
-    elm_spinner_min_max_get(native, &low, &high);
-    EXPECT_THAT((std::array{low, high, elm_spinner_step_get(native), elm_spinner_value_get(native)}),
-                ElementsAre(11, 26, 1, 11));
 }
 
 } // namespace

@@ -31,28 +31,10 @@ protected:
         path.emplace("PATH", folder.string() + ":" + getenv("PATH"));
     }
 
-    // Waits up to two seconds for a file that a background command makes.
-    static bool appears(const std::filesystem::path& file) {
-        for (int attempt = 0; attempt < 400 && !std::filesystem::exists(file); ++attempt)
-            usleep(5'000);
-        return std::filesystem::exists(file);
-    }
-
     const std::filesystem::path folder = "/tmp/velmora-util-test";
     LogCapture log;
     std::optional<ScopedEnvironment> path;
 };
-
-TEST_F(UtilTest, BackgroundCommandIsStartedWhateverBecomesOfIt) {
-    put_file(folder / "here", "");
-    const std::string mark = (folder / "two words").string();
-    EXPECT_EQ(exec_app(("echo done > '" + mark + "'").c_str()), 1);
-    EXPECT_EQ(exec_app("no-such-program-of-velmora"), 1);
-    EXPECT_TRUE(appears(mark));
-    EXPECT_THAT(log.messages_of("util.cpp: exec_app"),
-                ElementsAre("app name : echo done > '" + mark + "'", "Success vfork",
-                            "app name : no-such-program-of-velmora", "Success vfork"));
-}
 
 TEST_F(UtilTest, ForegroundCommandGivesItsRawStatus) {
     EXPECT_EQ(exec_shell("true"), 0);
@@ -156,23 +138,6 @@ TEST_F(UtilTest, OwnKilledChildIsNotCounted) {
     EXPECT_THAT(sleep.sleeps().size(), testing::Le(2));
     EXPECT_EQ(log.messages_of("util.cpp: get_command_result").back(),
               "Command [pgrep -c velmora_idle] result : 0");
-}
-
-TEST_F(UtilTest, FilesAreReplacedWholeOrLeftOutSilently) {
-    const std::string file = (folder / "file").string();
-    put_file(file, "much longer than what follows");
-    const std::string bytes("a\0b\n", 4);
-    write_file(file, bytes);
-    EXPECT_EQ(content_of(file), bytes);
-    write_file(file, "");
-    EXPECT_EQ(content_of(file), "");
-    log.clear();
-    write_file((folder / "missing/file").string(), "text");
-    write_file(folder.string(), "text");
-    EXPECT_THAT(log.messages_of("util.cpp: write_file"),
-                ElementsAre("path[" + (folder / "missing/file").string() + "], data[text]",
-                            "path[" + folder.string() + "], data[text]"));
-    EXPECT_FALSE(content_of(folder / "missing/file"));
 }
 
 TEST_F(UtilTest, WaitingTestsThePathThirtyTimes) {

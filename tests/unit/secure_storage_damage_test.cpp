@@ -1,6 +1,3 @@
-#include "model/fw_version.h"
-#include "model/secure_data.h"
-#include "support/log_capture.h"
 #include "support/secure_store.h"
 
 #include <gmock/gmock.h>
@@ -72,44 +69,6 @@ TEST_F(SecureStorageDamage, IsHealedByTheNextWriteAndKeptAside) {
         EXPECT_EQ(read("version").data, "1.2.9");
         EXPECT_TRUE(content_of(folder / "aaba977f.damaged") == damaged) << damaged.size() << " bytes";
         EXPECT_EQ(file_count(), 2);
-    }
-}
-
-TEST_F(SecureStorageDamage, MakesTheFactoryImageDecideTheVersion) {
-    constexpr const char* record_key = "IOT_MODULE_FW_VER";
-    const std::string version("1.2.9\0", 6);
-    const auto application = credential("velmora.radio-module");
-    put_file("/opt/usr/apps/com.kelsor.tv.brimhub/bin/xqZigbeeRcp-mfg", "image\7\4\10\1\2\3\4\5");
-    std::filesystem::remove_all("/opt/usr/home/owner/apps_rw/com.kelsor.orvane.plovett-hub");
-
-    ASSERT_EQ(write(record_key, version, application), platform::ok);
-    const std::string good = content_of(file).value();
-    ASSERT_EQ(GetVersion(), "1.2.9") << "an undamaged record decides";
-
-    struct Case {
-        const char* what;
-        std::string store;
-        int result;
-    };
-    const std::vector<Case> cases = {
-        {"cut", good.substr(0, good.size() / 2), platform::not_authentic},
-        {"altered", with_flipped_bit(good, 200), platform::not_authentic},
-        {"empty", "", platform::not_authentic},
-        {"another credential", store_of(record_key, version, credential(), elsewhere),
-         platform::not_authentic},
-        {"another machine", store_of(record_key, version, application, elsewhere), platform::not_authentic},
-        {"another record", store_of("other", version, application, elsewhere), platform::no_such_record},
-    };
-    LogCapture log;
-    for (const auto& [what, store, result] : cases) {
-        put_file(file, store);
-        log.clear();
-        EXPECT_EQ(GetVersion(), "7.4.8") << what;
-        EXPECT_THAT(
-            log.messages_of("secure_data.cpp: LoadStringData"),
-            testing::ElementsAre("[SecureData::LoadStringData], nRet[" + std::to_string(result) + "]"))
-            << what;
-        EXPECT_EQ(SecureData::LoadStringData(record_key), "7.4.8") << what;
     }
 }
 

@@ -67,7 +67,7 @@ std::string behaviour(Answer answer) {
     case Answer::error:
         return "error";
     case Answer::wrong_signature:
-        return "wrong signature";
+        return "reply (0.5, 'neither text nor code')";
     case Answer::late:
         return late;
     case Answer::normal:
@@ -195,7 +195,7 @@ void Hand::act(const State& from, const Transition& transition) {
         television().call(station::ncp_host, "Emit", g_variant_new("(s)", transition.key.c_str()));
         break;
     case Act::bad_event:
-        television().call(station::ncp_host, "EmitWrong");
+        television().call(station::ncp_host, "EmitValue", g_variant_new("(s)", "(uint32 7, -7)"));
         break;
     case Act::language:
         set_language(!from.mirrored);

@@ -1,8 +1,7 @@
 #include "support/pages.h"
 
 #include "MainPageView.h"
-#include "RXTestView.h"
-#include "TXTestView.h"
+#include "TestTab.h"
 #include "model/ncp_requester.h"
 #include "model/util.h"
 
@@ -15,7 +14,7 @@ Pages::Pages() {
     start_elementary();
     for (const char* const method : {"ember_start", "ember_stop", "ember_set_channel", "ember_set_power",
                                      "ember_start_stream", "ember_stop_stream", "ember_reset_rx_statistics"})
-        radio.answer(method, "(0,)");
+        radio.answer(method, "reply (0,)");
     MainPageView& page = MainPageView::getInstance();
     ncp_requester::getInstance().register_callback(MainPageView::requesterCb, &page);
     ncp_requester::getInstance().start();
@@ -25,17 +24,17 @@ Pages::Pages() {
     page.createMainPage();
     page.createSubPageLayout();
     page.renderFirst();
-    screen = std::make_unique<Screen>(elm_object_top_widget_get(TXTestView::getInstance().parentLayout));
+    screen = std::make_unique<Screen>(elm_object_top_widget_get(testTabs().front().view().parentLayout));
     EXPECT_TRUE(await([this] { return elm_win_focus_get(screen->window()) != EINA_FALSE; }));
 }
 
 Pages::~Pages() {
     MainPageView::getInstance().destroyWidgets();
     elm_vell_manager_fini();
-    TXTestView::getInstance().Destroy();
-    TXTestView::destroyInstance();
-    RXTestView::getInstance().Destroy();
-    RXTestView::destroyInstance();
+    for (const TestTab& tab : testTabs()) {
+        tab.view().Destroy();
+        tab.destroyView();
+    }
     ncp_requester::getInstance().unregister_callback(MainPageView::requesterCb);
     ncp_requester::getInstance().stop();
     kill_background_app();
@@ -53,7 +52,7 @@ void Pages::activate(const std::string& text) {
 }
 
 void Pages::emit(const std::string& event) {
-    radio.emit("ncp_event", "('" + event + "',)");
+    radio.emit("('" + event + "',)");
     settle();
 }
 
@@ -66,13 +65,6 @@ std::vector<std::string> Pages::content() const {
     const auto seen = screen->seen();
     const auto last_tab = std::find(seen.begin(), seen.end(), "RX Test");
     return last_tab == seen.end() ? seen : std::vector<std::string>(last_tab + 1, seen.end());
-}
-
-std::vector<std::string> Pages::asked() {
-    auto calls = radio.calls();
-    std::vector<std::string> since(calls.begin() + static_cast<std::ptrdiff_t>(asked_), calls.end());
-    asked_ = calls.size();
-    return since;
 }
 
 } // namespace test

@@ -1,9 +1,9 @@
-/** The application's pages in a window of this process, before a scripted radio. */
+/** The application's pages in a window of this process, before a radio that does as it is told. */
 #pragma once
 
+#include "support/host.h"
 #include "support/log_capture.h"
 #include "support/screen.h"
-#include "support/scripted_service.h"
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -25,16 +25,13 @@ protected:
 
     /** What is seen below the tabs. */
     [[nodiscard]] std::vector<std::string> content() const;
-    /** Calls to the radio since the last look. */
-    std::vector<std::string> asked();
 
     LogCapture log; // what the application logs stays out of the test's output
-    ScriptedService radio;
+    Host radio;
     std::unique_ptr<Screen> screen;
 
 private:
     Ecore_Event_Handler* keys_ = nullptr;
-    std::size_t asked_ = 0;
 };
 
 } // namespace test
