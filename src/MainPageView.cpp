@@ -158,7 +158,7 @@ void MainPageView::subHeaderButtonPressedCb(void* data, Evas_Object* button, voi
         LOG_ERROR("Something not right!!!");
         return;
     }
-    page->selectedTest = test->mode;
+    page->selectedTest = static_cast<int>(test - testTabs().begin());
     test->view().ShowStartPage();
 }
 
@@ -166,13 +166,13 @@ void MainPageView::requesterCb(const std::string& eventText, void* data) {
     LOG_ERROR("[EVENT DATA] %s", eventText.c_str());
     if (eventText != "ready" || !inputIsThere(LOG_ORIGIN(__func__), data))
         return;
-    const auto test =
-        std::ranges::find(testTabs(), static_cast<MainPageView*>(data)->selectedTest, &TestTab::mode);
-    if (test == testTabs().end())
+    const int selected = static_cast<MainPageView*>(data)->selectedTest;
+    if (selected == noTest)
         return;
+    const TestTab& test = testTabs()[static_cast<std::size_t>(selected)];
     // The page is built whether or not the radio started: the operator sees each of its actions fail instead.
-    ncp_requester::getInstance().ember_start(test->mode);
-    test->view().ShowTestPage();
+    ncp_requester::getInstance().ember_start(test.mode);
+    test.view().ShowTestPage();
 }
 
 void MainPageView::setFocusAfterShowCb(void*, Evas*, Evas_Object* widget, void*) {

@@ -61,5 +61,5 @@ private:
     WidgetHandle header;
     WidgetHandle shownPopup;
     WidgetHandle exitPopup;
-    int selectedTest = noTest; /**< the mode of the tab that was pressed last */
+    int selectedTest = noTest; /**< the place in `testTabs` of the tab that was pressed last */
 };
