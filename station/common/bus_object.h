@@ -29,8 +29,7 @@ public:
     /**
      * @param connection      the bus.
      * @param path            the object's path.
-     * @param introspection   XML of a node with the one interface; calls that do not fit it never reach the
-     * handler.
+     * @param introspection   XML of a node with the one interface; calls that do not fit it never reach the handler.
      * @param handler         answers the calls.
      * @throws std::runtime_error when the object cannot be exported.
      */

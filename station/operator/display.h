@@ -39,8 +39,7 @@ void press_key(const Display& display, const std::string& key,
 bool has_key(const Display& display, const std::string& key);
 
 /**
- * Leaves a PNG picture of the whole screen, once two looks at it 100 ms apart show the same, or after two
- * seconds.
+ * Leaves a PNG picture of the whole screen, once two looks at it 100 ms apart show the same, or after two seconds.
  *
  * @throws std::runtime_error when the screen cannot be read or the file not be written.
  */

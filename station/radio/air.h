@@ -29,8 +29,7 @@ private:
     FileDescriptor socket_;
 };
 
-/** Tells of the streams on the air, from those that run when it begins; wakes only when one begins or ends.
- */
+/** Tells of the streams on the air, from those that run when it begins; wakes only when one begins or ends. */
 class AirWatch {
 public:
     using Begun = std::function<void(const std::string& stream, int channel, int power)>;

@@ -33,16 +33,14 @@ public:
      * Does what a request asks.
      *
      * Commands: reset, start MODE (0 TX, 1 RX), stop, set_channel N, set_power N, start_stream, stop_stream,
-     * get_rx_statistics, reset_rx_statistics. Everything but reset and start is refused while the radio is
-     * off.
+     * get_rx_statistics, reset_rx_statistics. Everything but reset and start is refused while the radio is off.
      *
      * @return the answer to that request: a `RadioCode`, and for get_rx_statistics the text
      *         "COUNT packets on channel N".
      */
     RadioAnswer handle(const RadioRequest& request, Time now);
 
-    /** From now on so many packets a second arrive on a channel. @return false for no such channel or rate.
-     */
+    /** From now on so many packets a second arrive on a channel. @return false for no such channel or rate. */
     bool set_traffic(int channel, double packets_per_second, Time now);
     /** From now on another television streams. @return false for no such channel or power. */
     bool add_stream(const std::string& name, int channel, int power, Time now);

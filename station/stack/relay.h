@@ -12,8 +12,7 @@ enum class Passed { some, closed };
  * Reads what waits at one end and writes it to the other.
  *
  * @param from a readable descriptor, not blocking.
- * @param to   where the bytes go; negative: they are dropped. An end that takes nothing for a second loses
- * them.
+ * @param to   where the bytes go; negative: they are dropped. An end that takes nothing for a second loses them.
  * @return `closed` when `from` has hung up.
  */
 Passed pass_on(int from, int to);

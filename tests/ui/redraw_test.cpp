@@ -45,8 +45,7 @@ private:
 
 class Redraw : public test::Pages {
 protected:
-    /** Two widgets' areas and what is between them, with the ring around them in whole tiles of the canvas.
-     */
+    /** Two widgets' areas and what is between them, with the ring around them in whole tiles of the canvas. */
     [[nodiscard]] Eina_Rectangle path(const std::string& from, const std::string& to) const {
         const int ring = elm_vell_unit_to_pixel(3.0);
         const Eina_Rectangle one = test::geometry(screen->find(from));

@@ -47,8 +47,7 @@ TEST_F(UtilTest, ForegroundCommandGivesItsRawStatus) {
     EXPECT_EQ(log.messages_of("util.cpp: exec_shell").back(), "Error waitpid");
 }
 
-// Runs an action in a child process whose system calls of the given numbers fail; gives whether it answered
-// true.
+// Runs an action in a child process whose system calls of the given numbers fail; gives whether it answered true.
 template <typename Action>
 bool succeeds_without(unsigned call, unsigned other_call, Action action) {
     const pid_t child = fork();

@@ -49,8 +49,7 @@ void kill_and_wait(pid_t process) {
     waitpid(process, nullptr, 0);
 }
 
-/** Starts a write and kills it at a stop before or after one of its system calls; false when it ended before.
- */
+/** Starts a write and kills it at a stop before or after one of its system calls; false when it ended before. */
 bool kill_write_at(int stop) {
     const pid_t writer = start_process([] {
         return ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) == 0 && raise(SIGSTOP) == 0 &&

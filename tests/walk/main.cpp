@@ -59,8 +59,7 @@ bool is_left_out(const Options& options, std::size_t transition) {
     });
 }
 
-/** The tour is divided by pages, so that each television has its own neighbourhood: the tests, and the rest.
- */
+/** The tour is divided by pages, so that each television has its own neighbourhood: the tests, and the rest. */
 bool is_in_part(const Options& options, const Crossing& crossing) {
     const auto where = static_cast<Page>(crossing.second & page);
     const bool in_test = where == Page::tx_test || where == Page::rx_test;

@@ -5,8 +5,7 @@
 
 namespace walk {
 
-/** The parts of a place; a transition counts once for each combination of those that make it another there.
- */
+/** The parts of a place; a transition counts once for each combination of those that make it another there. */
 enum Grain : std::uint64_t {
     page = 0x7,
     start = 0x18,

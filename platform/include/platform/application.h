@@ -16,8 +16,7 @@ class EventInformation;
 /** A registered event handler. */
 class EventHandler;
 
-/** The application's lifecycle callbacks, each called on the main thread with the user data of `ui_app_main`.
- */
+/** The application's lifecycle callbacks, each called on the main thread with the user data of `ui_app_main`. */
 struct LifecycleCallbacks {
     bool (*create)(void* user_data) =
         nullptr; /**< once, before the main loop; false ends the application, without terminate */

@@ -46,8 +46,7 @@ void elm_vell_object_size_min_set(Evas_Object* object, int width, int height);
  */
 void elm_vell_object_resize_policy_set(Evas_Object* object, int horizontal, int vertical);
 
-/** Sets the widget's share of the space that items filling the parent divide among themselves; 1.0 at first.
- */
+/** Sets the widget's share of the space that items filling the parent divide among themselves; 1.0 at first. */
 void elm_vell_object_weight_set(Evas_Object* object, double weight);
 
 /* Background
@@ -137,8 +136,7 @@ void elm_vell_textbox_style_property_set(Evas_Object* textbox, const char* prope
 /**
  * Makes a button; null when it cannot be made.
  *
- * Emits "pressed" exactly once for each activation, by Return, KP_Enter, the mouse or an accessibility
- * action.
+ * Emits "pressed" exactly once for each activation, by Return, KP_Enter, the mouse or an accessibility action.
  */
 Evas_Object* elm_vell_button_add(Evas_Object* parent);
 

@@ -1,8 +1,7 @@
 /*
  * Measured with EFL 1.26.3: with the AT-SPI bridge on, no key press reaches a handler. The bridge adds an
  * event filter that takes every key event out of the loop, asks the accessibility registry about it, and puts
- * it back neither when the registry answers "not consumed" nor when it does not answer. EFL has no switch for
- * it.
+ * it back neither when the registry answers "not consumed" nor when it does not answer. EFL has no switch for it.
  *
  * The executable's own definition of ecore_event_filter_add comes before libecore's in the dynamic linker's
  * search order, so libelementary's call ends here. The bridge's filter is recognised by its origin and its

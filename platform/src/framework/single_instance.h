@@ -12,8 +12,7 @@
 
 namespace platform {
 
-/** The name on the session bus of the program started as `program`: its file name, made safe for a bus name.
- */
+/** The name on the session bus of the program started as `program`: its file name, made safe for a bus name. */
 std::string application_id(std::string_view program);
 
 /** What is to become of a process that was started. */

@@ -37,8 +37,7 @@ private:
  * An interrupted or partial write is continued. A descriptor that does not block is waited for, at most a
  * second without any progress.
  *
- * @return 0, or a negative errno value (-EAGAIN after that second); part of the bytes may then have been
- * written.
+ * @return 0, or a negative errno value (-EAGAIN after that second); part of the bytes may then have been written.
  */
 int write_all(int descriptor, std::span<const char> bytes);
 

@@ -25,8 +25,7 @@ struct Record {
     Bytes sealed; /**< nonce, then the encrypted bytes with their authentication tag */
 };
 
-/** Readies libsodium; needed before anything else here, harmless when repeated. False when it cannot be used.
- */
+/** Readies libsodium; needed before anything else here, harmless when repeated. False when it cannot be used. */
 bool ready();
 
 /** The fingerprint of a credential, the same on every machine. */
@@ -43,8 +42,7 @@ std::optional<std::string> machine_identity();
 Record seal(std::string_view name, ByteView data, const SecureStorageCredential& credential,
             std::string_view machine);
 
-/** Decrypts a record; nothing when credential, machine, name or any byte is not the one it was sealed with.
- */
+/** Decrypts a record; nothing when credential, machine, name or any byte is not the one it was sealed with. */
 std::optional<Bytes> open(const Record& record, const SecureStorageCredential& credential,
                           std::string_view machine);
 

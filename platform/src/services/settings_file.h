@@ -31,8 +31,7 @@ std::optional<std::string> text(std::string_view key);
 /** Reads a setting that is `true` or `false`; another value is logged and counts as missing. */
 std::optional<bool> boolean(std::string_view key);
 
-/** Reads a size such as `1280x720`, each side from 1 to 16384; another value is logged and counts as missing.
- */
+/** Reads a size such as `1280x720`, each side from 1 to 16384; another value is logged and counts as missing. */
 std::optional<Size> size(std::string_view key);
 
 } // namespace platform::settings

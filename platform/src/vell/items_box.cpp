@@ -69,8 +69,7 @@ ItemRequest current_request(Evas_Object* item) {
     case Family::layout:
         content = layout_content_size(item);
         break;
-    case Family::spinner: // its number is read from afar: the theme, not the page, says how large it is at
-                          // least
+    case Family::spinner: // its number is read from afar: the theme says how large it is at least
         evas_object_size_hint_min_get(item, &content.width, &content.height);
         request.minimum = {std::max(request.minimum.width, content.width),
                            std::max(request.minimum.height, content.height)};

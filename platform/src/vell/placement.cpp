@@ -41,11 +41,11 @@ Extent across(LayoutType type, const ItemRequest& item) {
     return type == LayoutType::row ? vertical_extent(item) : horizontal_extent(item);
 }
 
-/** Column or row of an align code: 0, 1 or 2 thirds of a half. */
+/** Column or row of an align code: 0 at the start, 1 in the middle, 2 at the end. */
 int column(int align) { return (std::clamp(align, 1, 9) - 1) % 3; }
 int row(int align) { return (std::clamp(align, 1, 9) - 1) / 3; }
 
-int aligned(int free_space, int third) { return free_space * third / 2; }
+int aligned(int free_space, int position) { return free_space * position / 2; }
 
 int total_gap(const Arrangement& arrangement, std::size_t items) {
     return items > 1 ? arrangement.gap * static_cast<int>(items - 1) : 0;

@@ -17,8 +17,7 @@ std::vector<std::string> lines_of(const std::string& path) {
 } // namespace
 
 std::vector<std::string> ApplicationLog::messages() const {
-    // The radio stack writes to the same file, "socat" without a line's end: a message may begin inside a
-    // line.
+    // The radio stack writes to the same file, "socat" without a line's end: a message may begin inside a line.
     static const std::regex message(
         R"(([EWI])/(VELMORA\(\d+\): (\w+\.cpp: \w+)\(\d+\) >|PLATFORM\(\d+\):) (.*))");
     static const std::regex failed_status(R"(nRet\[-\d+\])");

@@ -1,5 +1,4 @@
-/** What is drawn on a window's canvas, below the widgets: texts and pictures, as the theme in use has them.
- */
+/** What is drawn on a window's canvas, below the widgets: texts and pictures, as the theme in use has them. */
 #pragma once
 
 #include <Elementary.h>

@@ -1,5 +1,4 @@
-/** A window of this process as a person has it: keys, the mouse, what is on the screen and what has the
- * focus.
+/** A window of this process as a person has it: keys, the mouse, what is on the screen and what has the focus.
  */
 #pragma once
 

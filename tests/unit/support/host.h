@@ -35,6 +35,5 @@ private:
     std::size_t calls_before_ = 0;
 };
 
-/** Drops the process's shared system bus connection, so that the next one is made with the present address.
- */
+/** Drops the process's shared system bus connection, so that the next one is made with the present address. */
 void forget_system_bus();

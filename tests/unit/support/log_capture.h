@@ -16,8 +16,7 @@ public:
     /** All that was written so far. */
     [[nodiscard]] std::string text() const;
 
-    /** The application's messages so far without process and line numbers: "E dbus_client.cpp: Init > [b]".
-     */
+    /** The application's messages so far without process and line numbers: "E dbus_client.cpp: Init > [b]". */
     [[nodiscard]] std::vector<std::string> messages() const;
 
     /** The text of the messages so far of one operation, all of them from one file. */
