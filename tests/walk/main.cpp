@@ -53,10 +53,14 @@ struct Walk {
 };
 
 /** What is left out makes room for what a known difference hides. */
-bool is_left_out(const Options& options, std::size_t transition) {
-    return std::ranges::any_of(options.without, [&](const std::string& text) {
-        return transitions()[transition].name.find(text) != std::string::npos;
-    });
+Choice allowed(const Options& options) {
+    return [&options](const State& state, std::size_t index) {
+        const Transition& transition = transitions()[index];
+        return transition.can_happen(state) &&
+               std::ranges::none_of(options.without, [&transition](const std::string& text) {
+                   return transition.name.find(text) != std::string::npos;
+               });
+    };
 }
 
 /** The tour is divided by pages, so that each television has its own neighbourhood: the tests, and the rest.
@@ -97,11 +101,11 @@ Steps last_life(const Steps& steps) {
 }
 
 /** The nearest way to where the last of the steps begins, and that step. */
-Steps direct_way(const Steps& steps) {
+Steps direct_way(const Steps& steps, const Choice& may) {
     State before;
     for (std::size_t i = 0; i + 1 < steps.size(); ++i)
         before = follow(before, transitions()[steps[i]]).state;
-    return nearest(State{},
+    return nearest(State{}, may,
                    [&](const State& state, std::size_t transition) {
                        return transition == steps.back() && place(state) == place(before);
                    })
@@ -109,7 +113,7 @@ Steps direct_way(const Steps& steps) {
 }
 
 /** The fewest steps that still show a difference. */
-Steps shortened(Walk& walk, Steps steps, std::string& difference) {
+Steps shortened(Walk& walk, Steps steps, const Choice& may, std::string& difference) {
     const auto deadline = std::chrono::steady_clock::now() + 120s;
     const auto shows = [&](const Steps& fewer) {
         const std::string shown = trial(walk, fewer);
@@ -119,7 +123,7 @@ Steps shortened(Walk& walk, Steps steps, std::string& difference) {
         steps.assign(walk.taken.begin(), walk.taken.end());
         return true;
     };
-    if (!shows(direct_way(steps)))
+    if (!shows(direct_way(steps, may)))
         (void)shows(last_life(steps));
     auto attempts = rc::shrink::removeChunks(steps);
     for (auto fewer = attempts.next(); fewer && std::chrono::steady_clock::now() < deadline;
@@ -148,8 +152,9 @@ int report(Walk& walk, const Difference& first, const Options& options) {
               << difference << '\n'
               << std::flush;
     const auto kept = keep_evidence(walk, options);
-    const Steps steps =
-        options.as_it_came || walk.taken.empty() ? walk.taken : shortened(walk, walk.taken, difference);
+    const Steps steps = options.as_it_came || walk.taken.empty()
+                            ? walk.taken
+                            : shortened(walk, walk.taken, allowed(options), difference);
     std::ofstream file(kept / "steps");
     for (std::ostream* const stream : std::initializer_list<std::ostream*>{&std::cout, &file}) {
         *stream << "the steps:\n";
@@ -165,10 +170,11 @@ void tour(Walk& walk, const Options& options) {
     std::set<Crossing> taken;
     std::size_t steps = 0;
     walk.begin();
-    while (const auto way = nearest(walk.state, [&](const State& state, std::size_t transition) {
-               const Crossing next = crossing(state, transition);
-               return !is_left_out(options, transition) && is_in_part(options, next) && !taken.contains(next);
-           }))
+    const Choice is_wanted = [&](const State& state, std::size_t transition) {
+        const Crossing next = crossing(state, transition);
+        return is_in_part(options, next) && !taken.contains(next);
+    };
+    while (const auto way = nearest(walk.state, allowed(options), is_wanted))
         for (const std::size_t step : *way) {
             taken.insert(crossing(walk.state, step));
             walk.take(step);
@@ -180,13 +186,14 @@ void tour(Walk& walk, const Options& options) {
 }
 
 void random_walk(Walk& walk, const Options& options) {
+    const Choice may = allowed(options);
     for (unsigned seed = options.seed; seed < options.seed + options.seeds; ++seed) {
         std::mt19937 random(seed);
         walk.begin();
         for (unsigned step = 0; step < options.steps; ++step) {
             std::vector<double> weights;
-            for (const Transition& transition : transitions())
-                weights.push_back(transition.can_happen(walk.state) ? 1.0 / (30 + transition.cost) : 0.0);
+            for (std::size_t i = 0; i < transitions().size(); ++i)
+                weights.push_back(may(walk.state, i) ? 1.0 / (30 + transitions()[i].cost) : 0.0);
             walk.take(std::discrete_distribution<std::size_t>(weights.begin(), weights.end())(random));
         }
         std::cout << "seed " << seed << ": " << options.steps << " steps taken\n" << std::flush;
