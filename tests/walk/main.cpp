@@ -87,17 +87,25 @@ std::string trial(Walk& walk, const Steps& steps) {
     }
 }
 
-/** What came after the application's last start. */
-Steps last_life(const Steps& steps) {
+/** What came after the application's last start, in the writing direction it then had. */
+Steps last_life(const Steps& steps, const Choice& may) {
     State state;
+    bool mirrored = false;
     auto begin = steps.begin();
     for (auto step = steps.begin(); step + 1 < steps.end(); ++step) {
         const Outcome outcome = follow(state, transitions()[*step]);
         state = outcome.state;
-        if (outcome.ends)
+        if (outcome.ends) {
             begin = step + 1;
+            mirrored = state.mirrored;
+        }
     }
-    return {begin, steps.end()};
+    const auto turns = [](const State&, std::size_t transition) {
+        return transitions()[transition].act == Act::language;
+    };
+    Steps life = mirrored ? nearest(State{}, may, turns).value_or(Steps{}) : Steps{};
+    life.insert(life.end(), begin, steps.end());
+    return life;
 }
 
 /** The nearest way to where the last of the steps begins, and that step. */
@@ -124,7 +132,7 @@ Steps shortened(Walk& walk, Steps steps, const Choice& may, std::string& differe
         return true;
     };
     if (!shows(direct_way(steps, may)))
-        (void)shows(last_life(steps));
+        (void)shows(last_life(steps, may));
     auto attempts = rc::shrink::removeChunks(steps);
     for (auto fewer = attempts.next(); fewer && std::chrono::steady_clock::now() < deadline;
          fewer = attempts.next())
