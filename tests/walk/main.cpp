@@ -108,14 +108,15 @@ Steps last_life(const Steps& steps, const Choice& may) {
     return life;
 }
 
-/** The nearest way to where the last of the steps begins, and that step. */
-Steps direct_way(const Steps& steps, const Choice& may) {
+/** The nearest way to where the last of the steps begins, as far as it matters, and that step. */
+Steps direct_way(const Steps& steps, const Choice& may, std::uint64_t what_matters) {
     State before;
     for (std::size_t i = 0; i + 1 < steps.size(); ++i)
         before = follow(before, transitions()[steps[i]]).state;
     return nearest(State{}, may,
                    [&](const State& state, std::size_t transition) {
-                       return transition == steps.back() && place(state) == place(before);
+                       return transition == steps.back() &&
+                              ((place(state) ^ place(before)) & what_matters) == 0;
                    })
         .value_or(steps);
 }
@@ -131,7 +132,8 @@ Steps shortened(Walk& walk, Steps steps, const Choice& may, std::string& differe
         steps.assign(walk.taken.begin(), walk.taken.end());
         return true;
     };
-    if (!shows(direct_way(steps, may)))
+    const std::uint64_t grain = transitions()[steps.back()].grain;
+    if (!shows(direct_way(steps, may, grain)) && !shows(direct_way(steps, may, ~std::uint64_t{0})))
         (void)shows(last_life(steps, may));
     auto attempts = rc::shrink::removeChunks(steps);
     for (auto fewer = attempts.next(); fewer && std::chrono::steady_clock::now() < deadline;
