@@ -146,7 +146,7 @@ Steps shortened(Walk& walk, Steps steps, const Choice& may, std::string& differe
 /** The logs and the screen at the moment of the difference. */
 std::filesystem::path keep_evidence(const Walk& walk, const Options& options) {
     namespace fs = std::filesystem;
-    const fs::path folder = fs::path(VELMORA_EVIDENCE) / options.name();
+    fs::path folder = fs::path(VELMORA_EVIDENCE) / options.name();
     std::error_code not_there;
     fs::remove_all(folder, not_there);
     fs::create_directories(folder);
