@@ -53,10 +53,14 @@ struct Walk {
 };
 
 /** What is left out makes room for what a known difference hides. */
-bool is_left_out(const Options& options, std::size_t transition) {
-    return std::ranges::any_of(options.without, [&](const std::string& text) {
-        return transitions()[transition].name.find(text) != std::string::npos;
-    });
+Choice allowed(const Options& options) {
+    return [&options](const State& state, std::size_t index) {
+        const Transition& transition = transitions()[index];
+        return transition.can_happen(state) &&
+               std::ranges::none_of(options.without, [&transition](const std::string& text) {
+                   return transition.name.find(text) != std::string::npos;
+               });
+    };
 }
 
 /** The tour is divided by pages, so that each television has its own neighbourhood: the tests, and the rest. */
@@ -82,33 +86,42 @@ std::string trial(Walk& walk, const Steps& steps) {
     }
 }
 
-/** What came after the application's last start. */
-Steps last_life(const Steps& steps) {
+/** What came after the application's last start, in the writing direction it then had. */
+Steps last_life(const Steps& steps, const Choice& may) {
     State state;
+    bool mirrored = false;
     auto begin = steps.begin();
     for (auto step = steps.begin(); step + 1 < steps.end(); ++step) {
         const Outcome outcome = follow(state, transitions()[*step]);
         state = outcome.state;
-        if (outcome.ends)
+        if (outcome.ends) {
             begin = step + 1;
+            mirrored = state.mirrored;
+        }
     }
-    return {begin, steps.end()};
+    const auto turns = [](const State&, std::size_t transition) {
+        return transitions()[transition].act == Act::language;
+    };
+    Steps life = mirrored ? nearest(State{}, may, turns).value_or(Steps{}) : Steps{};
+    life.insert(life.end(), begin, steps.end());
+    return life;
 }
 
-/** The nearest way to where the last of the steps begins, and that step. */
-Steps direct_way(const Steps& steps) {
+/** The nearest way to where the last of the steps begins, as far as it matters, and that step. */
+Steps direct_way(const Steps& steps, const Choice& may, std::uint64_t what_matters) {
     State before;
     for (std::size_t i = 0; i + 1 < steps.size(); ++i)
         before = follow(before, transitions()[steps[i]]).state;
-    return nearest(State{},
+    return nearest(State{}, may,
                    [&](const State& state, std::size_t transition) {
-                       return transition == steps.back() && place(state) == place(before);
+                       return transition == steps.back() &&
+                              ((place(state) ^ place(before)) & what_matters) == 0;
                    })
         .value_or(steps);
 }
 
 /** The fewest steps that still show a difference. */
-Steps shortened(Walk& walk, Steps steps, std::string& difference) {
+Steps shortened(Walk& walk, Steps steps, const Choice& may, std::string& difference) {
     const auto deadline = std::chrono::steady_clock::now() + 120s;
     const auto shows = [&](const Steps& fewer) {
         const std::string shown = trial(walk, fewer);
@@ -118,8 +131,9 @@ Steps shortened(Walk& walk, Steps steps, std::string& difference) {
         steps.assign(walk.taken.begin(), walk.taken.end());
         return true;
     };
-    if (!shows(direct_way(steps)))
-        (void)shows(last_life(steps));
+    const std::uint64_t grain = transitions()[steps.back()].grain;
+    if (!shows(direct_way(steps, may, grain)) && !shows(direct_way(steps, may, ~std::uint64_t{0})))
+        (void)shows(last_life(steps, may));
     auto attempts = rc::shrink::removeChunks(steps);
     for (auto fewer = attempts.next(); fewer && std::chrono::steady_clock::now() < deadline;
          fewer = attempts.next())
@@ -131,7 +145,7 @@ Steps shortened(Walk& walk, Steps steps, std::string& difference) {
 /** The logs and the screen at the moment of the difference. */
 std::filesystem::path keep_evidence(const Walk& walk, const Options& options) {
     namespace fs = std::filesystem;
-    const fs::path folder = fs::path(VELMORA_EVIDENCE) / options.name();
+    fs::path folder = fs::path(VELMORA_EVIDENCE) / options.name();
     std::error_code not_there;
     fs::remove_all(folder, not_there);
     fs::create_directories(folder);
@@ -147,8 +161,9 @@ int report(Walk& walk, const Difference& first, const Options& options) {
               << difference << '\n'
               << std::flush;
     const auto kept = keep_evidence(walk, options);
-    const Steps steps =
-        options.as_it_came || walk.taken.empty() ? walk.taken : shortened(walk, walk.taken, difference);
+    const Steps steps = options.as_it_came || walk.taken.empty()
+                            ? walk.taken
+                            : shortened(walk, walk.taken, allowed(options), difference);
     std::ofstream file(kept / "steps");
     for (std::ostream* const stream : std::initializer_list<std::ostream*>{&std::cout, &file}) {
         *stream << "the steps:\n";
@@ -164,10 +179,11 @@ void tour(Walk& walk, const Options& options) {
     std::set<Crossing> taken;
     std::size_t steps = 0;
     walk.begin();
-    while (const auto way = nearest(walk.state, [&](const State& state, std::size_t transition) {
-               const Crossing next = crossing(state, transition);
-               return !is_left_out(options, transition) && is_in_part(options, next) && !taken.contains(next);
-           }))
+    const Choice is_wanted = [&](const State& state, std::size_t transition) {
+        const Crossing next = crossing(state, transition);
+        return is_in_part(options, next) && !taken.contains(next);
+    };
+    while (const auto way = nearest(walk.state, allowed(options), is_wanted))
         for (const std::size_t step : *way) {
             taken.insert(crossing(walk.state, step));
             walk.take(step);
@@ -179,13 +195,14 @@ void tour(Walk& walk, const Options& options) {
 }
 
 void random_walk(Walk& walk, const Options& options) {
+    const Choice may = allowed(options);
     for (unsigned seed = options.seed; seed < options.seed + options.seeds; ++seed) {
         std::mt19937 random(seed);
         walk.begin();
         for (unsigned step = 0; step < options.steps; ++step) {
             std::vector<double> weights;
-            for (const Transition& transition : transitions())
-                weights.push_back(transition.can_happen(walk.state) ? 1.0 / (30 + transition.cost) : 0.0);
+            for (std::size_t i = 0; i < transitions().size(); ++i)
+                weights.push_back(may(walk.state, i) ? 1.0 / (30 + transitions()[i].cost) : 0.0);
             walk.take(std::discrete_distribution<std::size_t>(weights.begin(), weights.end())(random));
         }
         std::cout << "seed " << seed << ": " << options.steps << " steps taken\n" << std::flush;

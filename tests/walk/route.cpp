@@ -19,8 +19,12 @@ struct Open {
     bool operator<(const Open& other) const { return cost > other.cost; }
 };
 
+bool can_happen(const State& state, std::size_t transition) {
+    return transitions()[transition].can_happen(state);
+}
+
 /** Goes to every place, the cheapest first, until `at` says of a transition there that it is enough. */
-std::optional<Steps> search(const State& from, const std::function<bool(const State&, std::size_t)>& at) {
+std::optional<Steps> search(const State& from, const Choice& may, const Choice& at) {
     std::vector<Visit> visits{{from, 0, 0}};
     std::priority_queue<Open> open;
     open.push({0, 0});
@@ -32,8 +36,7 @@ std::optional<Steps> search(const State& from, const std::function<bool(const St
         if (!seen.insert(place(state)).second)
             continue;
         for (std::size_t i = 0; i < transitions().size(); ++i) {
-            const Transition& transition = transitions()[i];
-            if (!transition.can_happen(state))
+            if (!may(state, i))
                 continue;
             if (at(state, i)) {
                 Steps way{i};
@@ -42,6 +45,7 @@ std::optional<Steps> search(const State& from, const std::function<bool(const St
                 std::ranges::reverse(way);
                 return way;
             }
+            const Transition& transition = transitions()[i];
             const State next = follow(state, transition).state;
             if (seen.contains(place(next)))
                 continue;
@@ -58,15 +62,14 @@ Crossing crossing(const State& state, std::size_t transition) {
     return {transition, place(state) & transitions()[transition].grain};
 }
 
-std::optional<Steps> nearest(const State& from,
-                             const std::function<bool(const State&, std::size_t)>& is_wanted) {
-    return search(from, is_wanted);
+std::optional<Steps> nearest(const State& from, const Choice& may, const Choice& is_wanted) {
+    return search(from, may, is_wanted);
 }
 
 Extent extent(const State& from) {
     Extent extent;
     std::set<std::uint64_t> places;
-    (void)search(from, [&](const State& state, std::size_t transition) {
+    (void)search(from, can_happen, [&](const State& state, std::size_t transition) {
         places.insert(place(state));
         extent.crossings.insert(crossing(state, transition));
         return false;

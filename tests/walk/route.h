@@ -19,10 +19,11 @@ using Steps = std::vector<std::size_t>;
 using Crossing = std::pair<std::size_t, std::uint64_t>;
 Crossing crossing(const State& state, std::size_t transition);
 
-/** The cheapest way from a state to a transition that is wanted, which is its last step; nothing when none
- * leads there. */
-std::optional<Steps> nearest(const State& from,
-                             const std::function<bool(const State&, std::size_t)>& is_wanted);
+using Choice = std::function<bool(const State&, std::size_t)>;
+
+/** The cheapest way, by transitions that may be taken, from a state to one that is wanted, which is its last
+ * step; nothing when none leads there. */
+std::optional<Steps> nearest(const State& from, const Choice& may, const Choice& is_wanted);
 
 /** Everything that can be reached. */
 struct Extent {
