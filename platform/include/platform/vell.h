@@ -55,7 +55,7 @@ void elm_vell_object_weight_set(Evas_Object* object, double weight);
 /** Makes the background of a window; null when it cannot be made. */
 Evas_Object* elm_vell_bg_add(Evas_Object* window);
 
-/** Shows (non-zero) or hides (0) the background's grid of layout units, a designer's aid. */
+/** Hides (0) the background's grid of layout units, a designer's aid of the television's; there is none to show here. */
 void elm_vell_bg_grid_show(Evas_Object* background, int shown);
 
 /* Layout

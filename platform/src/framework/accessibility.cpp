@@ -1,6 +1,6 @@
 #include "accessibility.h"
 
-#include "bridge_key_filter.h"
+#include "efl_1_26/framework/bridge_key_filter.h"
 #include "platform/log.h"
 #include "session_bus.h"
 

@@ -1,17 +1,17 @@
 #include "platform/application.h"
 
 #include "accessibility.h"
+#include "efl_1_26/framework/held_keys.h"
+#include "efl_1_26/framework/still_picture.h"
 #include "event_handlers.h"
 #include "glib_loop.h"
 #include "guarded_call.h"
-#include "held_keys.h"
 #include "keys.h"
 #include "language.h"
 #include "main_loop.h"
 #include "requirements.h"
 #include "session_bus.h"
 #include "single_instance.h"
-#include "still_picture.h"
 #include "visibility.h"
 
 #include <Efreet.h>

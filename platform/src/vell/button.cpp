@@ -1,5 +1,6 @@
 #include "button.h"
 
+#include "efl_1_26/toolkit/focus_bar.h"
 #include "popup.h"
 #include "widget.h"
 
@@ -9,29 +10,12 @@ namespace {
 
 struct Button {
     static constexpr const char* key = "vell/button";
-    ~Button() { ecore_idle_enterer_del(watch); }
-    Button() = default;
-    Button(const Button&) = delete;
-    Button& operator=(const Button&) = delete;
-
     std::string text;
-    bool usable = true;
-    Ecore_Idle_Enterer* watch = nullptr;
 };
 
-/**
- * Elementary tells nobody when a widget is barred from the focus, so each button looks before the main loop
- * rests and changes its looks when it has to.
- */
-Eina_Bool show_whether_usable(void* data) {
-    auto* const object = static_cast<Evas_Object*>(data);
-    auto* const button = vell::attached<Button>(object);
-    const bool usable = elm_object_focus_allow_get(object) != EINA_FALSE;
-    if (usable != button->usable) {
-        button->usable = usable;
-        elm_layout_signal_emit(object, usable ? "vell,state,usable" : "vell,state,unusable", "vell");
-    }
-    return ECORE_CALLBACK_RENEW;
+void show_whether_usable(Evas_Object* button) {
+    const bool usable = elm_object_focus_allow_get(button) != EINA_FALSE;
+    elm_layout_signal_emit(button, usable ? "vell,state,usable" : "vell,state,unusable", "vell");
 }
 
 /** A mouse and an accessibility action reach a button that the focus cannot. */
@@ -64,7 +48,8 @@ Evas_Object* elm_vell_button_add(Evas_Object* parent) {
     Evas_Object* const object = parent == nullptr ? nullptr : elm_button_add(parent);
     if (object == nullptr)
         return nullptr;
-    vell::attach<Button>(object).watch = ecore_idle_enterer_add(show_whether_usable, object);
+    vell::attach<Button>(object);
+    vell::watch_focus_bar(object, show_whether_usable);
     evas_object_smart_callback_add(object, "clicked", on_clicked, nullptr);
     evas_object_smart_callback_add(object, "focused", vell::keep_focus_in_popup, nullptr);
     return vell::adopt(object, vell::Family::button);

@@ -1,6 +1,6 @@
 #include "accessible.h"
 #include "button.h"
-#include "focus_moves.h"
+#include "efl_1_26/toolkit/focus_moves.h"
 #include "items_box.h"
 #include "layout.h"
 #include "manager.h"

@@ -1,8 +1,8 @@
 #include "manager.h"
 
-#include "focus_moves.h"
-#include "focus_ring.h"
-#include "window_manager.h"
+#include "efl_1_26/toolkit/focus_moves.h"
+#include "efl_1_26/toolkit/focus_ring.h"
+#include "efl_1_26/toolkit/window_manager.h"
 
 #include "../services/settings_file.h"
 #include "../services/theme_file.h"

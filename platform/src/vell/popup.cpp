@@ -1,10 +1,10 @@
 #include "popup.h"
 
 #include "accessible.h"
+#include "efl_1_26/toolkit/popup_corrections.h"
 #include "items_box.h"
 #include "layout.h"
 #include "manager.h"
-#include "popup_corrections.h"
 
 #include <platform/vell.h>
 

@@ -1,5 +1,5 @@
+#include "efl_1_26/toolkit/spinner_focus.h"
 #include "popup.h"
-#include "spinner_focus.h"
 #include "widget.h"
 
 #include <platform/vell.h>

@@ -1,6 +1,6 @@
-#include "held_keys.h"
+#include "efl_1_26/framework/held_keys.h"
 
-#include "x_server.h"
+#include "framework/x_server.h"
 
 #include <Ecore_Input.h>
 #include <Ecore_X.h>

@@ -3,10 +3,10 @@
 
 #include <Efl_Ui.h>
 
-#include "focus_moves.h"
-#include "focus_ring.h"
-#include "widget.h"
-#include "window_manager.h"
+#include "efl_1_26/toolkit/focus_moves.h"
+#include "efl_1_26/toolkit/focus_ring.h"
+#include "efl_1_26/toolkit/window_manager.h"
+#include "vell/widget.h"
 
 namespace vell {
 namespace {

@@ -1,7 +1,7 @@
-#include "focus_ring.h"
+#include "efl_1_26/toolkit/focus_ring.h"
 
-#include "placement.h"
-#include "widget.h"
+#include "vell/placement.h"
+#include "vell/widget.h"
 
 #include <cmath>
 #include <string_view>

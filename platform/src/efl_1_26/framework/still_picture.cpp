@@ -1,7 +1,7 @@
-#include "still_picture.h"
+#include "efl_1_26/framework/still_picture.h"
 
+#include "framework/x_server.h"
 #include "platform/log.h"
-#include "x_server.h"
 
 #include <Ecore_Input.h>
 #include <string>

@@ -8,7 +8,7 @@
  * shape, a filter function inside libelementary without start and end functions; that one is refused, which
  * the bridge takes for "not added" and leaves alone. Everything else goes on to libecore.
  */
-#include "bridge_key_filter.h"
+#include "efl_1_26/framework/bridge_key_filter.h"
 
 #include <Ecore.h>
 #include <dlfcn.h>

@@ -1,7 +1,7 @@
 /** Presses on a picture that stands still. */
 #pragma once
 
-#include "ecore_handlers.h"
+#include "framework/ecore_handlers.h"
 
 #include <array>
 #include <chrono>

@@ -1,7 +1,7 @@
 /** Keys that are held down. */
 #pragma once
 
-#include "ecore_handlers.h"
+#include "framework/ecore_handlers.h"
 
 #include <array>
 #include <bitset>
