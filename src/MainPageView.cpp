@@ -2,6 +2,7 @@
 
 #include "GuardedCallback.h"
 #include "TestTab.h"
+#include "WidgetHelpers.h"
 #include "model/ncp_requester.h"
 
 #include <platform/application.h>

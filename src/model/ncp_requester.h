@@ -66,7 +66,7 @@ private:
 
     bool call(const LogOrigin& operation, const char* method, GVariant* parameters, const char* reply_type,
               GVariant*& reply);
-    bool command(const LogOrigin& operation, const char* method, std::optional<int> argument = std::nullopt);
+    bool command(const char* method, std::optional<int> argument, const char* operation);
 
     std::map<DBusSignalCB, void*> listeners;
     DBusClient client;

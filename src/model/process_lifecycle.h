@@ -1,7 +1,14 @@
 /** The radio host stack of the sibling application: choosing its configuration and bringing it up. */
 #pragma once
 
+#include <stdexcept>
 #include <string>
+
+/** A device that the radio cannot be tested without did not appear. */
+class MissingDeviceError : public std::runtime_error {
+public:
+    MissingDeviceError() : std::runtime_error("wait condition error") {}
+};
 
 /**
  * Chooses the `cpcd` configuration whose serial speed the radio firmware speaks, by the version's last
