@@ -68,8 +68,8 @@ protected:
     Evas_Object* addButton(const char* text, Evas_Smart_Cb pressed);
 
     /**
-     * Brings the radio host stack up behind the start button, which tells how it goes; blocks until it is done.
-     * When the service's "ready" is to be waited for, the test's picker popups are deleted, to be made afresh.
+     * Brings the radio host stack up behind the start button, which tells how it goes; blocks until then.
+     * When the service's "ready" is to be waited for, the test's picker popups go, to be made afresh.
      */
     static void startTest(const LogOrigin& origin, Evas_Object* startButton,
                           std::initializer_list<WidgetHandle*> pickerPopups);

@@ -1,5 +1,6 @@
 #include "RXTestView.h"
 
+#include "Log.h"
 #include "ViewCallback.h"
 #include "WidgetHelpers.h"
 #include "model/ncp_requester.h"

@@ -3,6 +3,9 @@
 
 #include "CSingleton.h"
 #include "ContentView.h"
+#include "WidgetHandle.h"
+
+#include <Elementary.h>
 
 class RXTestView : public CSingleton<RXTestView>, public ContentView {
 public:

@@ -1,5 +1,6 @@
 #include "TXTestView.h"
 
+#include "Log.h"
 #include "ViewCallback.h"
 #include "WidgetHelpers.h"
 #include "model/ncp_requester.h"

@@ -5,9 +5,11 @@
 #include "GuardedCallback.h"
 #include "WidgetHelpers.h"
 
+#include <Elementary.h>
+
 /**
- * C callbacks that run the operation of a view, whose `ContentView*` is their data. When the data or the event
- * is missing, they log "Input data is Null!" for the operation and do nothing.
+ * C callbacks that run the operation of a view, whose `ContentView*` is their data. When the data or the
+ * event is missing, they log "Input data is Null!" for the operation and do nothing.
  */
 template <auto operation, class Origin>
 struct ViewCallback;

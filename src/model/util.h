@@ -30,14 +30,13 @@ int exec_shell(const char* command_line);
  */
 void get_command_result(const std::string& process_name);
 
-/** Replaces a file's whole content, byte for byte; a file that cannot be opened is left out without a
- * message. */
+/** Replaces a file's whole content, byte for byte; a file that cannot be opened is left out silently. */
 void write_file(const std::string& path, const std::string& content);
 
 /**
  * Waits for a path to exist: at most 30 tests, 100 ms after each.
  *
- * @param make_report called after a time-out with the message that tells of it, and may throw; null for nothing.
+ * @param make_report called with the message after a time-out, and may throw; null for nothing.
  * @return 1 when the path exists, 0 after a time-out.
  */
 int wait_condition(const std::string& path, void (*make_report)(const std::string& message));
