@@ -10,7 +10,9 @@
 #include <platform/settings.h>
 #include <platform/vell.h>
 
+#include <Elementary.h>
 #include <array>
+#include <cstddef>
 #include <cstdlib>
 #include <memory>
 

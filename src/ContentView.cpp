@@ -1,7 +1,7 @@
 #include "ContentView.h"
 
 #include "GuardedCallback.h"
-#include "model/ncp_requester.h"
+#include "WidgetHelpers.h"
 #include "model/process_lifecycle.h"
 #include "model/util.h"
 
@@ -53,15 +53,14 @@ void ContentView::showPopup(Evas_Object* popup) {
 }
 
 void ContentView::startTest(const LogOrigin& origin, Evas_Object* startButton,
-                            std::initializer_list<WidgetHandle*> pickers) {
+                            std::initializer_list<WidgetHandle*> pickerPopups) {
     if (!bringUpRadio(origin, startButton))
         return;
-    for (WidgetHandle* const picker : pickers)
-        picker->deleteWidget();
+    for (WidgetHandle* const popup : pickerPopups)
+        popup->deleteWidget();
     LOG_ERROR_AT(origin, "Please Wait...");
 }
 
-/** True when the service's "ready" is to be waited for. */
 bool ContentView::bringUpRadio(const LogOrigin& origin, Evas_Object* startButton) {
     elm_vell_button_text_set(startButton, "Please Wait...");
     elm_object_focus_set(startButton, EINA_FALSE);
@@ -79,28 +78,29 @@ bool ContentView::bringUpRadio(const LogOrigin& origin, Evas_Object* startButton
     return false;
 }
 
-bool ContentView::createPicker(const LogOrigin& origin, const Picker& picker) {
+bool ContentView::createPicker(const LogOrigin& origin, const Picker& picker, WidgetHandle& popup,
+                               WidgetHandle& spinner, Evas_Object_Event_Cb keyCallback) {
     return runPageStep(origin, [&] {
-        picker.popup = createPopup(parentLayout, picker.title);
-        Evas_Object* const spinner = createSpinner(createPopupContent(parentLayout, picker.popup));
-        focusWhenShown(spinner);
-        picker.spinner = setupSpinner(spinner, picker.minimum, picker.maximum);
-        evas_object_event_callback_add(spinner, EVAS_CALLBACK_KEY_DOWN, picker.keyCallback, this);
+        popup = createPopup(parentLayout, picker.title);
+        Evas_Object* const focused = createSpinner(createPopupContent(parentLayout, popup));
+        focusWhenShown(focused);
+        spinner = setupSpinner(focused, picker.minimum, picker.maximum);
+        evas_object_event_callback_add(focused, EVAS_CALLBACK_KEY_DOWN, keyCallback, this);
     });
 }
 
-void ContentView::handlePickerKey(const LogOrigin& origin, const Evas_Event_Key_Down& event,
-                                  const PickerChoice& choice, Evas_Object* spinner, Evas_Object* button) {
-    if (event.key == nullptr || std::string_view(event.key) != "Return")
-        return;
-    const int value = static_cast<int>(elm_spinner_value_get(spinner));
-    if (choice.logsValue)
-        LOG_INFO_AT(origin, "%s value [%d]", choice.name, value);
-    if (!(ncp_requester::getInstance().*choice.operation)(value)) {
-        LOG_ERROR_AT(origin, "failed to set %s", choice.name);
+std::optional<int> ContentView::chosenNumber(const Evas_Event_Key_Down& key, const Evas_Object* spinner) {
+    if (key.key == nullptr || std::string_view(key.key) != "Return")
+        return std::nullopt;
+    return static_cast<int>(elm_spinner_value_get(spinner));
+}
+
+void ContentView::sendNumber(const LogOrigin& origin, const Picker& picker, int number, Evas_Object* button) {
+    if (!(ncp_requester::getInstance().*picker.command)(number)) {
+        LOG_ERROR_AT(origin, "failed to set %s", picker.name);
         return;
     }
-    elm_vell_button_text_set(button, std::to_string(value).c_str());
+    elm_vell_button_text_set(button, std::to_string(number).c_str());
     dismissPopup();
 }
 

@@ -1,29 +1,26 @@
 /** A test page in the main page's content area, and what the test pages share. */
 #pragma once
 
+#include "Log.h"
 #include "WidgetHandle.h"
-#include "WidgetHelpers.h"
+#include "model/ncp_requester.h"
 
+#include <Elementary.h>
 #include <initializer_list>
+#include <optional>
 
-class ncp_requester;
-
-/** A popup with a number, and where the view keeps its widgets. */
+/** A number that the operator chooses in a popup and the radio is given. */
 struct Picker {
+    const char* name; /**< for the messages */
     const char* title;
     int minimum;
     int maximum;
-    Evas_Object_Event_Cb keyCallback; /**< gets every key press in the picker's spinner, and the view */
-    WidgetHandle& popup;
-    WidgetHandle& spinner;
+    bool (ncp_requester::*command)(int); /**< gives the number to the radio */
 };
 
-/** What Return in a picker does with the value that it shows. */
-struct PickerChoice {
-    const char* name;                      /**< what is chosen, for the messages: "power" or "channel" */
-    bool (ncp_requester::*operation)(int); /**< sends the value to the radio */
-    bool logsValue;                        /**< whether the value is logged before it is sent */
-};
+inline constexpr Picker powerPicker{"power", "Zigbee TX Power", 0, 20, &ncp_requester::ember_set_power};
+inline constexpr Picker channelPicker{"channel", "Zigbee TX Channel", 11, 26,
+                                      &ncp_requester::ember_set_channel};
 
 /**
  * One test: a start page with one button, and a test page.
@@ -67,37 +64,37 @@ protected:
     /** Clears the content area for a test page. */
     void clearForTestPage() const;
 
-    /** The view of a callback, whose data is its `ContentView*`; null, logged for `origin`, without one or
-     * without what else it needs. */
-    template <class View, class... Pointers>
-    static View* viewOf(const LogOrigin& origin, void* data, const Pointers*... pointers) {
-        return inputIsThere(origin, data, pointers...) ? static_cast<View*>(static_cast<ContentView*>(data))
-                                                       : nullptr;
-    }
-
     /** A button of the content area; its "pressed" callback gets the view. */
     Evas_Object* addButton(const char* text, Evas_Smart_Cb pressed);
 
-    /** Brings the radio up for this test; its pickers are made afresh when that came to an end. Blocks. */
+    /**
+     * Brings the radio host stack up behind the start button, which tells how it goes; blocks until then.
+     * When the service's "ready" is to be waited for, the test's picker popups go, to be made afresh.
+     */
     static void startTest(const LogOrigin& origin, Evas_Object* startButton,
-                          std::initializer_list<WidgetHandle*> pickers);
+                          std::initializer_list<WidgetHandle*> pickerPopups);
 
-    /** Makes a picker popup; false when a widget could not be made (logged for `origin`). */
-    bool createPicker(const LogOrigin& origin, const Picker& picker);
+    /**
+     * Makes a picker's popup and spinner, whose key presses `keyCallback` gets with the view.
+     *
+     * @return false when a widget could not be made (logged for `origin`).
+     */
+    bool createPicker(const LogOrigin& origin, const Picker& picker, WidgetHandle& popup,
+                      WidgetHandle& spinner, Evas_Object_Event_Cb keyCallback);
 
     /** Shows a popup and remembers it as the one showing. */
     void showPopup(Evas_Object* popup);
 
-    /**
-     * Handles a key press in a picker: Return sends its value to the radio, and on success the button shows
-     * it and the picker closes; other keys are left to the spinner.
-     */
-    void handlePickerKey(const LogOrigin& origin, const Evas_Event_Key_Down& event,
-                         const PickerChoice& choice, Evas_Object* spinner, Evas_Object* button);
+    /** The number in a picker's spinner when the key chooses it, Return; other keys are the spinner's own. */
+    static std::optional<int> chosenNumber(const Evas_Event_Key_Down& key, const Evas_Object* spinner);
+
+    /** Gives the number to the radio; when it takes it, the button shows it and the picker closes. */
+    void sendNumber(const LogOrigin& origin, const Picker& picker, int number, Evas_Object* button);
 
     /** Ends the test: the start page when the radio stopped. */
     void stopTest(const LogOrigin& origin);
 
 private:
+    /** True when the service's "ready" is to be waited for. */
     static bool bringUpRadio(const LogOrigin& origin, Evas_Object* startButton);
 };

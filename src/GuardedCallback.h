@@ -34,5 +34,9 @@ struct GuardedCallback<callback, Origin> {
     }
 };
 
+/** The type of a function that gives the named operation's origin. */
+#define ORIGIN_OF(operation) decltype([] { return LOG_ORIGIN(#operation); })
+/** What C code is given in the place of a callback that serves the named operation. */
+#define GUARDED_FOR(operation, ...) (&GuardedCallback<__VA_ARGS__, ORIGIN_OF(operation)>::call)
 /** What C code is given in the place of a callback, a function's name. */
-#define GUARDED(callback) (&GuardedCallback<callback, decltype([] { return LOG_ORIGIN(#callback); })>::call)
+#define GUARDED(callback) GUARDED_FOR(callback, callback)

@@ -1,7 +1,9 @@
 #include "MainPageView.h"
 
 #include "GuardedCallback.h"
+#include "Log.h"
 #include "TestTab.h"
+#include "WidgetHelpers.h"
 #include "model/ncp_requester.h"
 
 #include <platform/application.h>
@@ -10,6 +12,7 @@
 #include <platform/window.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <string_view>
 
 namespace {

@@ -4,6 +4,7 @@
 #include "CSingleton.h"
 #include "WidgetHandle.h"
 
+#include <Elementary.h>
 #include <string>
 
 /** No tab was pressed yet, so that an early "ready" starts nothing. */
@@ -14,8 +15,7 @@ public:
     ~MainPageView() override = default;
 
     // The steps of the create callback, in the order in which it runs them. A widget that cannot be made is
-    // logged
-    // ("Input data is Null!"), the rest of its step is skipped, and the later steps run without it.
+    // logged ("Input data is Null!"), the rest of its step is skipped, and the later steps run without it.
     void createWindow();
     void createBackground();
     void createMainPage();

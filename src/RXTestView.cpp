@@ -1,6 +1,8 @@
 #include "RXTestView.h"
 
-#include "GuardedCallback.h"
+#include "Log.h"
+#include "ViewCallback.h"
+#include "WidgetHelpers.h"
 #include "model/ncp_requester.h"
 
 #include <platform/vell.h>
@@ -43,7 +45,7 @@ void RXTestView::ShowTestPage() {
 
 void RXTestView::createRxTestStartButton() {
     runPageStep(LOG_ORIGIN(__func__), [this] {
-        startButton = addButton("Start RX Test", GUARDED(rxTestStartButtonPressedCb));
+        startButton = addButton("Start RX Test", PRESSED(RXTestView, rxTestStartButtonPressedCb));
         focusWhenShown(startButton);
     });
 }
@@ -55,13 +57,14 @@ void RXTestView::createReceivedPacketsLabel() {
 
 void RXTestView::createCountReceivedPacketsButton() {
     runPageStep(LOG_ORIGIN(__func__), [this] {
-        countReceivedPacketsButton = addButton("Count Received Packets", GUARDED(countReceivedPacketsCb));
+        countReceivedPacketsButton =
+            addButton("Count Received Packets", PRESSED(RXTestView, countReceivedPacketsCb));
     });
 }
 
 void RXTestView::createResetReceivedPacketCount() {
     runPageStep(LOG_ORIGIN(__func__),
-                [this] { addButton("Reset Count", GUARDED(resetReceivedPacketCountCb)); });
+                [this] { addButton("Reset Count", PRESSED(RXTestView, resetReceivedPacketCountCb)); });
 }
 
 void RXTestView::createChannelLabel() {
@@ -70,66 +73,50 @@ void RXTestView::createChannelLabel() {
 
 void RXTestView::createSetChannelButton() {
     runPageStep(LOG_ORIGIN(__func__), [this] {
-        setChannelButton = addButton("11", GUARDED(setChannelButtonPressedCb));
+        setChannelButton = addButton("11", PRESSED(RXTestView, setChannelButtonPressedCb));
         focusWhenShown(setChannelButton);
     });
 }
 
 void RXTestView::createStopButton() {
-    runPageStep(LOG_ORIGIN(__func__), [this] { addButton("Stop", GUARDED(stopButtonPressedCb)); });
+    runPageStep(LOG_ORIGIN(__func__),
+                [this] { addButton("Stop", PRESSED(RXTestView, stopButtonPressedCb)); });
 }
 
 void RXTestView::createChannelPickerPopup() {
-    createPicker(LOG_ORIGIN(__func__), {"Zigbee TX Channel", 11, 26, GUARDED(channelSpinnerPressedCb),
-                                        channelPopup, channelSpinner});
+    createPicker(LOG_ORIGIN(__func__), channelPicker, channelPopup, channelSpinner,
+                 KEY_DOWN(RXTestView, channelSpinnerPressedCb));
 }
 
-void RXTestView::rxTestStartButtonPressedCb(void* data, Evas_Object*, void*) {
-    if (auto* const view = viewOf<RXTestView>(LOG_ORIGIN(__func__), data))
-        startTest(LOG_ORIGIN(__func__), view->startButton, {&view->channelPopup});
+void RXTestView::rxTestStartButtonPressedCb() {
+    startTest(LOG_ORIGIN(__func__), startButton, {&channelPopup});
 }
 
-void RXTestView::countReceivedPacketsCb(void* data, Evas_Object*, void*) {
-    auto* const view = viewOf<RXTestView>(LOG_ORIGIN(__func__), data);
-    if (view == nullptr)
-        return;
+void RXTestView::countReceivedPacketsCb() {
     std::string statistics;
     if (!ncp_requester::getInstance().ember_get_rx_statistics(statistics)) {
         LOG_ERROR("failed to get rx statistics");
         return;
     }
     const std::string text = "Received Packets: " + firstWord(statistics);
-    elm_vell_textbox_text_set(view->receivedPacketsLabel, text.c_str());
+    elm_vell_textbox_text_set(receivedPacketsLabel, text.c_str());
 }
 
-void RXTestView::resetReceivedPacketCountCb(void* data, Evas_Object*, void*) {
-    auto* const view = viewOf<RXTestView>(LOG_ORIGIN(__func__), data);
-    if (view == nullptr)
-        return;
+void RXTestView::resetReceivedPacketCountCb() {
     const bool reset = ncp_requester::getInstance().ember_reset_rx_statistics();
-    elm_vell_textbox_text_set(view->receivedPacketsLabel,
+    elm_vell_textbox_text_set(receivedPacketsLabel,
                               reset ? "Received Packets: 0" : "Received Packets: Reset Failed");
 }
 
-void RXTestView::setChannelButtonPressedCb(void* data, Evas_Object*, void*) {
-    auto* const view = viewOf<RXTestView>(LOG_ORIGIN(__func__), data);
-    if (view == nullptr)
-        return;
-    if (view->channelPopup == nullptr)
-        view->createChannelPickerPopup();
-    view->showPopup(view->channelPopup);
+void RXTestView::setChannelButtonPressedCb() {
+    if (channelPopup == nullptr)
+        createChannelPickerPopup();
+    showPopup(channelPopup);
 }
 
-void RXTestView::channelSpinnerPressedCb(void* data, Evas*, Evas_Object*, void* event) {
-    auto* const view = viewOf<RXTestView>(LOG_ORIGIN(__func__), data, event);
-    if (view == nullptr)
-        return;
-    view->handlePickerKey(LOG_ORIGIN(__func__), *static_cast<Evas_Event_Key_Down*>(event),
-                          {"channel", &ncp_requester::ember_set_channel, false}, view->channelSpinner,
-                          view->setChannelButton);
+void RXTestView::channelSpinnerPressedCb(const Evas_Event_Key_Down& key) {
+    if (const auto channel = chosenNumber(key, channelSpinner))
+        sendNumber(LOG_ORIGIN(__func__), channelPicker, *channel, setChannelButton);
 }
 
-void RXTestView::stopButtonPressedCb(void* data, Evas_Object*, void*) {
-    if (auto* const view = viewOf<RXTestView>(LOG_ORIGIN(__func__), data))
-        view->stopTest(LOG_ORIGIN(__func__));
-}
+void RXTestView::stopButtonPressedCb() { stopTest(LOG_ORIGIN(__func__)); }

@@ -3,6 +3,9 @@
 
 #include "CSingleton.h"
 #include "ContentView.h"
+#include "WidgetHandle.h"
+
+#include <Elementary.h>
 
 class RXTestView : public CSingleton<RXTestView>, public ContentView {
 public:
@@ -25,13 +28,13 @@ private:
     void createStopButton();
     void createChannelPickerPopup();
 
-    // "pressed" callbacks of the buttons and the picker's key callback; their data is the `ContentView*`.
-    static void rxTestStartButtonPressedCb(void* data, Evas_Object* button, void* event);
-    static void countReceivedPacketsCb(void* data, Evas_Object* button, void* event);
-    static void resetReceivedPacketCountCb(void* data, Evas_Object* button, void* event);
-    static void setChannelButtonPressedCb(void* data, Evas_Object* button, void* event);
-    static void stopButtonPressedCb(void* data, Evas_Object* button, void* event);
-    static void channelSpinnerPressedCb(void* data, Evas* canvas, Evas_Object* spinner, void* event);
+    // "pressed" callbacks of the buttons, and the key callback of the picker.
+    void rxTestStartButtonPressedCb();
+    void countReceivedPacketsCb();
+    void resetReceivedPacketCountCb();
+    void setChannelButtonPressedCb();
+    void stopButtonPressedCb();
+    void channelSpinnerPressedCb(const Evas_Event_Key_Down& key);
 
     WidgetHandle startButton;
     WidgetHandle setChannelButton;

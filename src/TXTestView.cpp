@@ -1,6 +1,8 @@
 #include "TXTestView.h"
 
-#include "GuardedCallback.h"
+#include "Log.h"
+#include "ViewCallback.h"
+#include "WidgetHelpers.h"
 #include "model/ncp_requester.h"
 
 #include <platform/vell.h>
@@ -36,7 +38,7 @@ void TXTestView::ShowTestPage() {
 
 void TXTestView::createTxTestStartButton() {
     runPageStep(LOG_ORIGIN(__func__), [this] {
-        startButton = addButton("Start TX Test", GUARDED(txTestStartButtonClickedCb));
+        startButton = addButton("Start TX Test", PRESSED(TXTestView, txTestStartButtonClickedCb));
         focusWhenShown(startButton);
     });
 }
@@ -47,7 +49,7 @@ void TXTestView::createPowerLabel() {
 
 void TXTestView::createSetPowerButton() {
     runPageStep(LOG_ORIGIN(__func__), [this] {
-        setPowerButton = addButton("Set Power", GUARDED(setPowerButtonPressedCb));
+        setPowerButton = addButton("Set Power", PRESSED(TXTestView, setPowerButtonPressedCb));
         focusWhenShown(setPowerButton);
     });
 }
@@ -57,27 +59,30 @@ void TXTestView::createChannelLabel() {
 }
 
 void TXTestView::createSetChannelButton() {
-    runPageStep(LOG_ORIGIN(__func__),
-                [this] { setChannelButton = addButton("Set Channel", GUARDED(setChannelButtonPressedCb)); });
+    runPageStep(LOG_ORIGIN(__func__), [this] {
+        setChannelButton = addButton("Set Channel", PRESSED(TXTestView, setChannelButtonPressedCb));
+    });
 }
 
 void TXTestView::createStartStreamButton() {
-    runPageStep(LOG_ORIGIN(__func__),
-                [this] { streamButton = addButton("Start Stream", GUARDED(streamButtonPressedCb)); });
+    runPageStep(LOG_ORIGIN(__func__), [this] {
+        streamButton = addButton("Start Stream", PRESSED(TXTestView, streamButtonPressedCb));
+    });
 }
 
 void TXTestView::createStopTestButton() {
-    runPageStep(LOG_ORIGIN(__func__), [this] { addButton("Stop Test", GUARDED(stopTestButtonPressedCb)); });
+    runPageStep(LOG_ORIGIN(__func__),
+                [this] { addButton("Stop Test", PRESSED(TXTestView, stopTestButtonPressedCb)); });
 }
 
 bool TXTestView::createPowerPickerPopup() {
-    return createPicker(LOG_ORIGIN(__func__),
-                        {"Zigbee TX Power", 0, 20, GUARDED(powerSpinnerPressedCb), powerPopup, powerSpinner});
+    return createPicker(LOG_ORIGIN(__func__), powerPicker, powerPopup, powerSpinner,
+                        KEY_DOWN(TXTestView, powerSpinnerPressedCb));
 }
 
 bool TXTestView::createChannelPickerPopup() {
-    return createPicker(LOG_ORIGIN(__func__), {"Zigbee TX Channel", 11, 26, GUARDED(channelSpinnerPressedCb),
-                                               channelPopup, channelSpinner});
+    return createPicker(LOG_ORIGIN(__func__), channelPicker, channelPopup, channelSpinner,
+                        KEY_DOWN(TXTestView, channelSpinnerPressedCb));
 }
 
 void TXTestView::allowSettings(bool allowed) {
@@ -85,72 +90,55 @@ void TXTestView::allowSettings(bool allowed) {
     elm_object_focus_allow_set(setPowerButton, allowed);
 }
 
-void TXTestView::txTestStartButtonClickedCb(void* data, Evas_Object*, void*) {
-    if (auto* const view = viewOf<TXTestView>(LOG_ORIGIN(__func__), data))
-        startTest(LOG_ORIGIN(__func__), view->startButton, {&view->powerPopup, &view->channelPopup});
+void TXTestView::txTestStartButtonClickedCb() {
+    startTest(LOG_ORIGIN(__func__), startButton, {&powerPopup, &channelPopup});
 }
 
-void TXTestView::setPowerButtonPressedCb(void* data, Evas_Object*, void*) {
-    auto* const view = viewOf<TXTestView>(LOG_ORIGIN(__func__), data);
-    if (view == nullptr)
-        return;
-    if (view->powerPopup == nullptr && view->createPowerPickerPopup())
+void TXTestView::setPowerButtonPressedCb() {
+    if (powerPopup == nullptr && createPowerPickerPopup())
         LOG_INFO("power picker popoup created!");
-    view->showPopup(view->powerPopup);
+    showPopup(powerPopup);
 }
 
-void TXTestView::setChannelButtonPressedCb(void* data, Evas_Object*, void*) {
-    auto* const view = viewOf<TXTestView>(LOG_ORIGIN(__func__), data);
-    if (view == nullptr)
-        return;
-    if (view->channelPopup == nullptr) {
-        view->createChannelPickerPopup();
+void TXTestView::setChannelButtonPressedCb() {
+    if (channelPopup == nullptr) {
+        createChannelPickerPopup();
         LOG_INFO("channel picker popoup created!");
     }
-    view->showPopup(view->channelPopup);
+    showPopup(channelPopup);
 }
 
-void TXTestView::powerSpinnerPressedCb(void* data, Evas*, Evas_Object*, void* event) {
-    auto* const view = viewOf<TXTestView>(LOG_ORIGIN(__func__), data, event);
-    if (view == nullptr)
-        return;
-    view->handlePickerKey(LOG_ORIGIN(__func__), *static_cast<Evas_Event_Key_Down*>(event),
-                          {"power", &ncp_requester::ember_set_power, true}, view->powerSpinner,
-                          view->setPowerButton);
+void TXTestView::powerSpinnerPressedCb(const Evas_Event_Key_Down& key) {
+    if (const auto power = chosenNumber(key, powerSpinner)) {
+        LOG_INFO("power value [%d]", *power);
+        sendNumber(LOG_ORIGIN(__func__), powerPicker, *power, setPowerButton);
+    }
 }
 
-void TXTestView::channelSpinnerPressedCb(void* data, Evas*, Evas_Object*, void* event) {
-    auto* const view = viewOf<TXTestView>(LOG_ORIGIN(__func__), data, event);
-    if (view == nullptr)
-        return;
-    view->handlePickerKey(LOG_ORIGIN(__func__), *static_cast<Evas_Event_Key_Down*>(event),
-                          {"channel", &ncp_requester::ember_set_channel, true}, view->channelSpinner,
-                          view->setChannelButton);
+void TXTestView::channelSpinnerPressedCb(const Evas_Event_Key_Down& key) {
+    if (const auto channel = chosenNumber(key, channelSpinner)) {
+        LOG_INFO("channel value [%d]", *channel);
+        sendNumber(LOG_ORIGIN(__func__), channelPicker, *channel, setChannelButton);
+    }
 }
 
-void TXTestView::streamButtonPressedCb(void* data, Evas_Object*, void*) {
-    auto* const view = viewOf<TXTestView>(LOG_ORIGIN(__func__), data);
-    if (view == nullptr)
-        return;
-    const std::string_view text = elm_vell_button_text_get(view->streamButton);
+void TXTestView::streamButtonPressedCb() {
+    const std::string_view text = elm_vell_button_text_get(streamButton);
     if (text == "Start Stream") {
         if (!ncp_requester::getInstance().ember_start_stream()) {
             LOG_ERROR("start Stream failed");
             return;
         }
-        elm_vell_button_text_set(view->streamButton, "Stop Stream");
-        view->allowSettings(false);
+        elm_vell_button_text_set(streamButton, "Stop Stream");
+        allowSettings(false);
     } else if (text == "Stop Stream") {
         if (!ncp_requester::getInstance().ember_stop_stream()) {
             LOG_ERROR("stop Stream failed");
             return;
         }
-        elm_vell_button_text_set(view->streamButton, "Start Stream");
-        view->allowSettings(true);
+        elm_vell_button_text_set(streamButton, "Start Stream");
+        allowSettings(true);
     }
 }
 
-void TXTestView::stopTestButtonPressedCb(void* data, Evas_Object*, void*) {
-    if (auto* const view = viewOf<TXTestView>(LOG_ORIGIN(__func__), data))
-        view->stopTest(LOG_ORIGIN(__func__));
-}
+void TXTestView::stopTestButtonPressedCb() { stopTest(LOG_ORIGIN(__func__)); }

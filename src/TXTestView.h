@@ -3,6 +3,9 @@
 
 #include "CSingleton.h"
 #include "ContentView.h"
+#include "WidgetHandle.h"
+
+#include <Elementary.h>
 
 class TXTestView : public CSingleton<TXTestView>, public ContentView {
 public:
@@ -30,14 +33,14 @@ private:
     /** Bars power and channel from the focus while the stream runs. */
     void allowSettings(bool allowed);
 
-    // "pressed" callbacks of the buttons and key callbacks of the pickers; their data is the `ContentView*`.
-    static void txTestStartButtonClickedCb(void* data, Evas_Object* button, void* event);
-    static void setPowerButtonPressedCb(void* data, Evas_Object* button, void* event);
-    static void setChannelButtonPressedCb(void* data, Evas_Object* button, void* event);
-    static void streamButtonPressedCb(void* data, Evas_Object* button, void* event);
-    static void stopTestButtonPressedCb(void* data, Evas_Object* button, void* event);
-    static void powerSpinnerPressedCb(void* data, Evas* canvas, Evas_Object* spinner, void* event);
-    static void channelSpinnerPressedCb(void* data, Evas* canvas, Evas_Object* spinner, void* event);
+    // "pressed" callbacks of the buttons, and key callbacks of the pickers.
+    void txTestStartButtonClickedCb();
+    void setPowerButtonPressedCb();
+    void setChannelButtonPressedCb();
+    void streamButtonPressedCb();
+    void stopTestButtonPressedCb();
+    void powerSpinnerPressedCb(const Evas_Event_Key_Down& key);
+    void channelSpinnerPressedCb(const Evas_Event_Key_Down& key);
 
     WidgetHandle powerLabel;
     WidgetHandle startButton;

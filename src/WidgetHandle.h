@@ -25,9 +25,8 @@ public:
         return *this;
     }
 
-    operator Evas_Object*() const {
-        return object;
-    } // NOLINT(google-explicit-constructor): a handle is its widget
+    /** A handle is its widget. */
+    operator Evas_Object*() const { return object; }
 
     /** Deletes the widget, if it is still there. */
     void deleteWidget() {

@@ -1,7 +1,4 @@
-/**
- * The link to the NCP host service on the D-Bus system bus: synchronous method calls, and callbacks by signal
- * name.
- */
+/** The link to the NCP host service on the D-Bus system bus: synchronous calls, and signals. */
 #pragma once
 
 #include <gio/gio.h>
@@ -54,9 +51,9 @@ public:
      * @param method     the method's name without its interface.
      * @param parameters a tuple, or null for none; a floating value is consumed whether it is sent or not.
      * @param reply      receives the reply, which the caller releases with `g_variant_unref`; unwritten on
-     * failure.
+     *                   failure.
      * @return false (logged) when the client is not initialised, nobody answers in time or the answer is an
-     * error.
+     *         error.
      */
     bool ProcessSyncCall(const std::string& method, GVariant* parameters, GVariant*& reply);
 
@@ -64,7 +61,7 @@ public:
      * Adds a callback for a signal, called after those that were added before it.
      *
      * @return false (logged) when the name is empty, the callback is null or there with that name already, or
-     * the client is not initialised.
+     *         the client is not initialised.
      */
     bool RegisterDBusSignalCB(const std::string& signal_name, DBusSignalCB callback, void* user_data);
 
@@ -72,15 +69,14 @@ public:
      * Removes a callback from a signal; a dispatch in progress still calls it.
      *
      * @return false (logged) when the name is empty, the callback is null or not there with that name, or the
-     * client is not initialised.
+     *         client is not initialised.
      */
     bool UnregisterDBusSignalCB(const std::string& signal_name, DBusSignalCB callback);
 
     /** Logs an error's code and message; the error may be null and stays the caller's. */
     static void print_dbus_error(const GError* error);
 
-    /** The subscription's `GDBusSignalCallback`; the user data is the client. A signal not of type (s) is
-     * logged. */
+    /** The subscription's `GDBusSignalCallback`, given the client. Logs a signal that is not of type (s). */
     static void signal_callback(GDBusConnection* connection, const gchar* sender_name,
                                 const gchar* object_path, const gchar* interface_name,
                                 const gchar* signal_name, GVariant* parameters, gpointer user_data);
@@ -107,8 +103,8 @@ private:
     GObjectHandle<GDBusProxy> proxy;
     guint subscription_id = 0; // 0: none
     gulong closed_handler = 0; // the same
-    std::recursive_mutex
-        state_mutex; // guards the fields above; locked before the registry's, never in a dispatch
+    // Guards the fields above; locked before the registry's, never in a dispatch.
+    std::recursive_mutex state_mutex;
     std::vector<Registration> registry;
     std::mutex registry_mutex;
 };

@@ -6,6 +6,7 @@
 #include "model/secure_data.h"
 
 #include <fstream>
+#include <unistd.h>
 
 namespace {
 

@@ -3,7 +3,9 @@
 #include "Log.h"
 
 #include <array>
+#include <cstddef>
 #include <fstream>
+#include <ios>
 
 namespace {
 

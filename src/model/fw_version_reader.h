@@ -11,7 +11,7 @@ public:
      *
      * @param image_path the image file.
      * @return three numbers of 0 to 255 joined by ".", or empty when the file cannot be opened or read
-     * (logged) or is too short to have a version.
+     *         (logged) or is too short to have a version.
      */
     static std::string GetVersion(const std::string& image_path);
 };

@@ -49,23 +49,25 @@ void ncp_requester::ncp_event_callback(const std::string& event_text, void* requ
         handler(event_text, user_data);
 }
 
-// clang-format off: a line for each command
-bool ncp_requester::ember_start(int test_mode) {
-    return command(LOG_ORIGIN(__func__), "ember_start", test_mode);
+// A command whose reply is the result code alone. Its messages speak for the operation that calls it.
+bool ncp_requester::command(const char* method, std::optional<int> argument = {},
+                            const char* operation = __builtin_FUNCTION()) {
+    g_autoptr(GVariant) reply = nullptr;
+    GVariant* const parameters = argument ? g_variant_new("(i)", *argument) : nullptr;
+    if (!call(LOG_ORIGIN(operation), method, parameters, "(i)", reply))
+        return false;
+    int result = 0;
+    g_variant_get(reply, "(i)", &result);
+    return check_result(result);
 }
-bool ncp_requester::ember_stop() { return command(LOG_ORIGIN(__func__), "ember_stop"); }
-bool ncp_requester::ember_set_channel(int channel) {
-    return command(LOG_ORIGIN(__func__), "ember_set_channel", channel);
-}
-bool ncp_requester::ember_set_power(int power) {
-    return command(LOG_ORIGIN(__func__), "ember_set_power", power);
-}
-bool ncp_requester::ember_start_stream() { return command(LOG_ORIGIN(__func__), "ember_start_stream"); }
-bool ncp_requester::ember_stop_stream() { return command(LOG_ORIGIN(__func__), "ember_stop_stream"); }
-bool ncp_requester::ember_reset_rx_statistics() {
-    return command(LOG_ORIGIN(__func__), "ember_reset_rx_statistics");
-}
-// clang-format on
+
+bool ncp_requester::ember_start(int test_mode) { return command("ember_start", test_mode); }
+bool ncp_requester::ember_stop() { return command("ember_stop"); }
+bool ncp_requester::ember_set_channel(int channel) { return command("ember_set_channel", channel); }
+bool ncp_requester::ember_set_power(int power) { return command("ember_set_power", power); }
+bool ncp_requester::ember_start_stream() { return command("ember_start_stream"); }
+bool ncp_requester::ember_stop_stream() { return command("ember_stop_stream"); }
+bool ncp_requester::ember_reset_rx_statistics() { return command("ember_reset_rx_statistics"); }
 
 bool ncp_requester::ember_get_rx_statistics(std::string& statistics) {
     const LogOrigin operation = LOG_ORIGIN(__func__);
@@ -77,16 +79,6 @@ bool ncp_requester::ember_get_rx_statistics(std::string& statistics) {
     g_variant_get(reply, "(&si)", &text, &result);
     statistics = text;
     LOG_ERROR_AT(operation, "RX statistics [%s]", statistics.c_str());
-    return check_result(result);
-}
-
-// A command whose reply is the result code alone.
-bool ncp_requester::command(const LogOrigin& operation, const char* method, std::optional<int> argument) {
-    g_autoptr(GVariant) reply = nullptr;
-    if (!call(operation, method, argument ? g_variant_new("(i)", *argument) : nullptr, "(i)", reply))
-        return false;
-    int result = 0;
-    g_variant_get(reply, "(i)", &result);
     return check_result(result);
 }
 

@@ -5,6 +5,7 @@
 #include "Log.h"
 #include "model/dbus_client.h"
 
+#include <gio/gio.h>
 #include <map>
 #include <optional>
 #include <string>
@@ -21,14 +22,12 @@ class ncp_requester : public CSingleton<ncp_requester> {
 public:
     ~ncp_requester() override = default;
 
-    /** Adds a listener, called with the text of every event; one that is there already keeps its user data.
-     */
+    /** Adds a listener, called with the text of every event; one that is there keeps its user data. */
     void register_callback(DBusSignalCB handler, void* user_data);
     /** Removes a listener, if it is there. */
     void unregister_callback(DBusSignalCB handler);
 
-    /** Connects to the bus, in at most 20 attempts 500 ms apart, and listens for events; failures are logged.
-     */
+    /** Connects to the bus, in at most 20 attempts 500 ms apart, and listens for events; logs failures. */
     void start();
     /** Stops listening and leaves the bus; the listeners stay. */
     void stop();
@@ -49,7 +48,7 @@ public:
      * Asks for the reception statistics.
      *
      * @param statistics replaced by the service's text, also when its result code is not 0; its first word is
-     * the number of received packets.
+     *                   the number of received packets.
      */
     bool ember_get_rx_statistics(std::string& statistics);
     /** Sets the reception statistics back to zero. */
@@ -66,7 +65,7 @@ private:
 
     bool call(const LogOrigin& operation, const char* method, GVariant* parameters, const char* reply_type,
               GVariant*& reply);
-    bool command(const LogOrigin& operation, const char* method, std::optional<int> argument = std::nullopt);
+    bool command(const char* method, std::optional<int> argument, const char* operation);
 
     std::map<DBusSignalCB, void*> listeners;
     DBusClient client;

@@ -17,9 +17,10 @@ const std::string serial_device = "/dev/ttyIOT";
 const std::string relay_link = "/opt/usr/home/owner/share/com.kelsor.tv.brimhub/ttyZigbeeNCP";
 const std::string program_folder = "/opt/usr/apps/com.kelsor.tv.brimhub/bin/";
 
-void report_missing_device(const std::string& message) {
+[[noreturn]] void report_missing_device(const std::string& message) {
     make_failure_report(message);
     req_terminate_main_loop();
+    throw MissingDeviceError();
 }
 
 } // namespace
@@ -27,8 +28,8 @@ void report_missing_device(const std::string& message) {
 std::string get_cpcd_conf_name(const std::string& version) {
     if (version.empty())
         return slow_configuration;
-    const std::string last_number =
-        version.substr(version.rfind('.') + 1); // of a text without a dot, all of it
+    // Without a dot, rfind's npos + 1 is 0: the whole text.
+    const std::string last_number = version.substr(version.rfind('.') + 1);
     try {
         const int minor = std::stoi(last_number);
         LOG_ERROR("FW version[%s], minor[%d]", version.c_str(), minor);

@@ -1,11 +1,17 @@
 /** The radio host stack of the sibling application: choosing its configuration and bringing it up. */
 #pragma once
 
+#include <stdexcept>
 #include <string>
 
+/** A device that the radio cannot be tested without did not appear. */
+class MissingDeviceError : public std::runtime_error {
+public:
+    MissingDeviceError() : std::runtime_error("wait condition error") {}
+};
+
 /**
- * Chooses the `cpcd` configuration whose serial speed the radio firmware speaks, by the version's last
- * number.
+ * Chooses the `cpcd` configuration of the serial speed that the radio firmware speaks, by its last number.
  *
  * @param version three numbers joined by "."; may be empty.
  * @return "cpcd_921600.conf" when the text after the last dot begins with a number of 9 or more, else
@@ -21,8 +27,8 @@ void req_terminate_main_loop();
  * terminal link before `zigbeed`. An old stack is to be stopped before.
  *
  * @return 1 when all three were started, 0 when the relay link did not appear within 3 s; then `cpcd` and
- * `socat` are left running.
+ *         `socat` are left running.
  * @throw MissingDeviceError when the serial device did not appear within 3 s; the failure report is written,
- * the stack stopped and the main loop asked to quit.
+ *        the stack stopped and the main loop asked to quit.
  */
 int prepare_background_app();

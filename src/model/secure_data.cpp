@@ -4,6 +4,8 @@
 
 #include <array>
 #include <bit>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <platform/secure_storage.h>
 

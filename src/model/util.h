@@ -7,7 +7,6 @@
  */
 #pragma once
 
-#include <stdexcept>
 #include <string>
 
 /**
@@ -31,27 +30,16 @@ int exec_shell(const char* command_line);
  */
 void get_command_result(const std::string& process_name);
 
-/** Replaces a file's whole content, byte for byte; a file that cannot be opened is left out without a
- * message. */
+/** Replaces a file's whole content, byte for byte; a file that cannot be opened is left out silently. */
 void write_file(const std::string& path, const std::string& content);
-
-/** A device that the radio cannot be tested without did not appear. */
-class MissingDeviceError : public std::runtime_error {
-public:
-    MissingDeviceError() : std::runtime_error("wait condition error") {}
-};
-
-/** What is done about a time-out, with the message that tells of it. */
-using TimeoutReport = void (*)(const std::string& message);
 
 /**
  * Waits for a path to exist: at most 30 tests, 100 ms after each.
  *
- * @param make_report what a time-out does besides its message, which it is given; null for nothing.
- * @return 1 when the path exists, 0 after a time-out without a report.
- * @throw MissingDeviceError after a time-out with a report.
+ * @param make_report called with the message after a time-out, and may throw; null for nothing.
+ * @return 1 when the path exists, 0 after a time-out.
  */
-int wait_condition(const std::string& path, TimeoutReport make_report);
+int wait_condition(const std::string& path, void (*make_report)(const std::string& message));
 
 /**
  * Writes the factory line's failure report: the message to "/opt/data/BM/EW/result/iot_test_bin_result", and
