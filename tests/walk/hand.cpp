@@ -30,6 +30,7 @@ constexpr auto hold_time_to_a_limit = 1100ms;
 constexpr auto late = "late 500"; // longer than a press may wait
 constexpr auto late_key_after = 80ms;
 constexpr auto unseen_change = 200ms;
+constexpr auto was_started = "/tmp/silent_program_was_started";
 const fs::path programs = "/opt/usr/apps/com.kelsor.tv.brimhub/bin";
 
 /** While it lives, a program of the radio is not there, or ends at once. */
@@ -42,14 +43,19 @@ public:
             return;
         fs::rename(program_, away_);
         if (how == BringUp::silent) {
-            std::ofstream(program_) << "#!/bin/sh\nexit 0\n";
+            fs::remove(was_started);
+            std::ofstream(program_) << "#!/bin/sh\ntouch " << was_started << "\n";
             fs::permissions(program_, fs::perms::owner_all);
         }
     }
     ~Spoiled() {
+        if (!spoils_)
+            return;
+        // The application starts it in the background, on a busy machine later than the screen says so.
+        for (int look = 0; fs::exists(program_) && !fs::exists(was_started) && look < 1000; ++look)
+            std::this_thread::sleep_for(look_interval);
         std::error_code not_there;
-        if (spoils_)
-            fs::rename(away_, program_, not_there);
+        fs::rename(away_, program_, not_there);
     }
     Spoiled(const Spoiled&) = delete;
     Spoiled& operator=(const Spoiled&) = delete;
