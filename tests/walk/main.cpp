@@ -1,7 +1,6 @@
 /** Walks over the application: every transition of the model once, or some at random. */
 
-#include "hand.h"
-#include "route.h"
+#include "shortening.h"
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
@@ -9,7 +8,6 @@
 #include <iostream>
 #include <map>
 #include <random>
-#include <rapidcheck/shrink/Shrink.h>
 
 namespace {
 
@@ -20,8 +18,7 @@ struct Options {
     unsigned steps = 0; /**< 0: the tour */
     unsigned seed = 1;
     unsigned seeds = 1;
-    unsigned part = 1;
-    unsigned parts = 1;
+    unsigned part = 0; /**< of the tour; 0: all of it */
     bool count = false;
     bool as_it_came = false;
     std::vector<std::string> without;
@@ -29,26 +26,6 @@ struct Options {
 
     [[nodiscard]] std::string name() const {
         return steps > 0 ? "walk-random-" + std::to_string(seed) : "walk-tour-" + std::to_string(part);
-    }
-};
-
-/** Where the walk is, and how it came there since the application's first start. */
-struct Walk {
-    explicit Walk(const std::string& program) : hand(program) {}
-
-    Hand hand;
-    State state;
-    Steps taken;
-
-    void begin() {
-        hand.begin();
-        state = State{};
-        taken.clear();
-    }
-    void take(std::size_t transition) {
-        taken.push_back(transition);
-        hand.take(state, transitions()[transition]);
-        state = follow(state, transitions()[transition]).state;
     }
 };
 
@@ -63,89 +40,17 @@ Choice allowed(const Options& options) {
     };
 }
 
-/** The tour is divided by pages, so that each television has its own neighbourhood: the tests, and the rest. */
+/** The tour is divided by pages, so that each television has its own neighbourhood: 1 the tests, 2 the rest. */
 bool is_in_part(const Options& options, const Crossing& crossing) {
     const auto where = static_cast<Page>(crossing.second & page);
     const bool in_test = where == Page::tx_test || where == Page::rx_test;
-    return options.parts == 1 || in_test == (options.part == 1);
-}
-
-/** What the steps do differently from the model; empty when nothing. */
-std::string trial(Walk& walk, const Steps& steps) {
-    try {
-        walk.hand.be_patient(150ms);
-        walk.begin();
-        for (const std::size_t step : steps) {
-            if (!transitions()[step].can_happen(walk.state))
-                return {};
-            walk.take(step);
-        }
-        return {};
-    } catch (const Difference& difference) {
-        return difference.what();
-    }
-}
-
-/** What came after the application's last start, in the writing direction it then had. */
-Steps last_life(const Steps& steps, const Choice& may) {
-    State state;
-    bool mirrored = false;
-    auto begin = steps.begin();
-    for (auto step = steps.begin(); step + 1 < steps.end(); ++step) {
-        const Outcome outcome = follow(state, transitions()[*step]);
-        state = outcome.state;
-        if (outcome.ends) {
-            begin = step + 1;
-            mirrored = state.mirrored;
-        }
-    }
-    const auto turns = [](const State&, std::size_t transition) {
-        return transitions()[transition].act == Act::language;
-    };
-    Steps life = mirrored ? nearest(State{}, may, turns).value_or(Steps{}) : Steps{};
-    life.insert(life.end(), begin, steps.end());
-    return life;
-}
-
-/** The nearest way to where the last of the steps begins, as far as it matters, and that step. */
-Steps direct_way(const Steps& steps, const Choice& may, std::uint64_t what_matters) {
-    State before;
-    for (std::size_t i = 0; i + 1 < steps.size(); ++i)
-        before = follow(before, transitions()[steps[i]]).state;
-    return nearest(State{}, may,
-                   [&](const State& state, std::size_t transition) {
-                       return transition == steps.back() &&
-                              ((place(state) ^ place(before)) & what_matters) == 0;
-                   })
-        .value_or(steps);
-}
-
-/** The fewest steps that still show a difference. */
-Steps shortened(Walk& walk, Steps steps, const Choice& may, std::string& difference) {
-    const auto deadline = std::chrono::steady_clock::now() + 120s;
-    const auto shows = [&](const Steps& fewer) {
-        const std::string shown = trial(walk, fewer);
-        if (shown.empty())
-            return false;
-        difference = shown;
-        steps.assign(walk.taken.begin(), walk.taken.end());
-        return true;
-    };
-    const std::uint64_t grain = transitions()[steps.back()].grain;
-    if (!shows(direct_way(steps, may, grain)) && !shows(direct_way(steps, may, ~std::uint64_t{0})))
-        (void)shows(last_life(steps, may));
-    auto attempts = rc::shrink::removeChunks(steps);
-    for (auto fewer = attempts.next(); fewer && std::chrono::steady_clock::now() < deadline;
-         fewer = attempts.next())
-        if (shows(*fewer))
-            attempts = rc::shrink::removeChunks(steps);
-    return steps;
+    return options.part == 0 || in_test == (options.part == 1);
 }
 
 /** The logs and the screen at the moment of the difference. */
 std::filesystem::path keep_evidence(const Walk& walk, const Options& options) {
     namespace fs = std::filesystem;
-    fs::path folder = fs::path(VELMORA_EVIDENCE) / options.name();
+    const fs::path folder = fs::path(VELMORA_EVIDENCE) / options.name();
     std::error_code not_there;
     fs::remove_all(folder, not_there);
     fs::create_directories(folder);
@@ -209,6 +114,17 @@ void random_walk(Walk& walk, const Options& options) {
     }
 }
 
+int count() {
+    const Extent all = extent(State{});
+    std::cout << all.places << " places, " << all.crossings.size() << " transitions\n";
+    std::map<std::size_t, int> each;
+    for (const Crossing& one : all.crossings)
+        ++each[one.first];
+    for (const auto& [transition, times] : each)
+        std::cout << "  " << times << " " << transitions()[transition].name << "\n";
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -219,31 +135,18 @@ int main(int argc, char** argv) {
                          "as many steps at random instead of every transition once");
     arguments.add_option("--seed", options.seed, "the seed of the random steps");
     arguments.add_option("--seeds", options.seeds, "as many walks, each from the next seed");
-    arguments.add_option("--part", options.part, "take this part of the transitions");
-    arguments.add_option("--parts", options.parts, "into how many parts they are divided");
+    arguments
+        .add_option("--part", options.part,
+                    "only the transitions of the test pages (1), or only the others (2)")
+        ->check(CLI::Range(1, 2));
     arguments.add_flag("--as-it-came", options.as_it_came,
                        "do not look for fewer steps that show a difference");
     arguments.add_option("--without", options.without, "leave out the transitions with this in their name");
     arguments.add_option("--program", options.program, "the application, a file named velmora");
     arguments.add_flag("--count", options.count, "only say how many places and transitions there are");
     CLI11_PARSE(arguments, argc, argv);
-    if (options.count) {
-        const Extent all = extent(State{});
-        std::cout << all.places << " places, " << all.crossings.size() << " transitions\n";
-        for (unsigned part = 1; part <= options.parts; ++part) {
-            options.part = part;
-            std::cout << "part " << part << ": "
-                      << std::ranges::count_if(all.crossings,
-                                               [&](const Crossing& one) { return is_in_part(options, one); })
-                      << "\n";
-        }
-        std::map<std::size_t, int> each;
-        for (const Crossing& one : all.crossings)
-            ++each[one.first];
-        for (const auto& [transition, count] : each)
-            std::cout << "  " << count << " " << transitions()[transition].name << "\n";
-        return 0;
-    }
+    if (options.count)
+        return count();
     Walk walk(options.program);
     try {
         if (options.steps == 0)

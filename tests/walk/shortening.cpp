@@ -1,0 +1,83 @@
+#include "shortening.h"
+
+#include <rapidcheck/shrink/Shrink.h>
+
+namespace walk {
+namespace {
+
+using namespace std::chrono_literals;
+
+/** What the steps do differently from the model; empty when nothing. */
+std::string trial(Walk& walk, const Steps& steps) {
+    try {
+        walk.hand.be_patient(150ms);
+        walk.begin();
+        for (const std::size_t step : steps) {
+            if (!transitions()[step].can_happen(walk.state))
+                return {};
+            walk.take(step);
+        }
+        return {};
+    } catch (const Difference& difference) {
+        return difference.what();
+    }
+}
+
+/** What came after the application's last start, in the writing direction it then had. */
+Steps last_life(const Steps& steps, const Choice& may) {
+    State state;
+    bool mirrored = false;
+    auto begin = steps.begin();
+    for (auto step = steps.begin(); step + 1 < steps.end(); ++step) {
+        const Outcome outcome = follow(state, transitions()[*step]);
+        state = outcome.state;
+        if (outcome.ends) {
+            begin = step + 1;
+            mirrored = state.mirrored;
+        }
+    }
+    const auto turns = [](const State&, std::size_t transition) {
+        return transitions()[transition].act == Act::language;
+    };
+    Steps life = mirrored ? nearest(State{}, may, turns).value_or(Steps{}) : Steps{};
+    life.insert(life.end(), begin, steps.end());
+    return life;
+}
+
+/** The nearest way to where the last of the steps begins, as far as it matters, and that step. */
+Steps direct_way(const Steps& steps, const Choice& may, std::uint64_t what_matters) {
+    State before;
+    for (std::size_t i = 0; i + 1 < steps.size(); ++i)
+        before = follow(before, transitions()[steps[i]]).state;
+    return nearest(State{}, may,
+                   [&](const State& state, std::size_t transition) {
+                       return transition == steps.back() &&
+                              ((place(state) ^ place(before)) & what_matters) == 0;
+                   })
+        .value_or(steps);
+}
+
+} // namespace
+
+Steps shortened(Walk& walk, Steps steps, const Choice& may, std::string& difference) {
+    const auto deadline = std::chrono::steady_clock::now() + 120s;
+    const auto shows = [&](const Steps& fewer) {
+        const std::string shown = trial(walk, fewer);
+        if (shown.empty())
+            return false;
+        difference = shown;
+        steps.assign(walk.taken.begin(), walk.taken.end());
+        return true;
+    };
+    const std::uint64_t grain = transitions()[steps.back()].grain;
+    if (!shows(direct_way(steps, may, grain)) && !shows(direct_way(steps, may, ~std::uint64_t{0})))
+        (void)shows(last_life(steps, may));
+    auto attempts = rc::shrink::removeChunks(steps);
+    for (auto fewer = attempts.next(); fewer && std::chrono::steady_clock::now() < deadline;
+         fewer = attempts.next())
+        if (shows(*fewer))
+            attempts = rc::shrink::removeChunks(steps);
+    return steps;
+}
+
+} // namespace walk
