@@ -157,7 +157,7 @@ void CommandLine::add_radio_verbs() {
         output_.say(texts_of(first_of(remote.call(ncp_host, "Asked")).get()));
     });
     add_verb("answer", {"METHOD", "BEHAVIOUR"},
-             R"(how the NCP host answers: normal, "code N", error, "late MS", never, "wrong signature")",
+             R"(how the NCP host answers: normal, "code N", error, "late MS", never, "wrong signature", "reply TUPLE")",
              [this](Remote& remote) {
                  remote.call(ncp_host, "Answer", g_variant_new("(ss)", words_[0].c_str(), words_[1].c_str()));
                  output_.say(words_[0] + " " + words_[1]);

@@ -8,18 +8,20 @@ namespace station {
 
 struct Behaviour {
     enum class Kind {
-        normal,          /**< what the radio module says */
-        code,            /**< that result code, without asking the module */
-        error,           /**< a D-Bus error */
-        late,            /**< what the module says, so many milliseconds later */
-        never,           /**< no reply at all */
-        wrong_signature, /**< a reply of another type */
+        normal, /**< what the radio module says */
+        code,   /**< that result code, without asking the module */
+        error,  /**< a D-Bus error */
+        late,   /**< what the module says, so many milliseconds later */
+        never,  /**< no reply at all */
+        reply,  /**< that reply, whatever its type */
     };
     Kind kind = Kind::normal;
-    int number = 0; /**< the code, or the milliseconds */
+    int number = 0;         /**< the code, or the milliseconds */
+    std::string reply = {}; /**< a tuple in GVariant text */
 };
 
-/** Reads "normal", "code N", "error", "late MS", "never" or "wrong signature"; nothing for another text. */
+/** Reads "normal", "code N", "error", "late MS", "never", "reply TUPLE" or "wrong signature", which is one
+ * such tuple; nothing for another text. */
 std::optional<Behaviour> parse_behaviour(const std::string& text);
 
 } // namespace station

@@ -58,8 +58,8 @@ inline constexpr auto simulation_introspection = R"xml(<node>
   <interface name="org.velmora.Station.NcpHost">
     <method name="Answer">
       <annotation name="org.gtk.GDBus.DocString" value="From now on a method of the NCP host answers like that:
-        'normal', 'code N', 'error', 'late MS', 'never' or 'wrong signature'. NoSuchAnswer: there is no such
-        method or behaviour."/>
+        'normal', 'code N', 'error', 'late MS', 'never', 'wrong signature', or 'reply TUPLE' with a tuple in
+        GVariant text. NoSuchAnswer: there is no such method or behaviour."/>
       <arg name="method" type="s" direction="in"/><arg name="behaviour" type="s" direction="in"/>
     </method>
     <method name="Emit">

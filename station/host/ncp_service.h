@@ -31,7 +31,7 @@ private:
     void handle_call(const std::string& method, GVariant* arguments, GDBusMethodInvocation* invocation);
     void ask_module(const Call& call, std::optional<int> argument, int late_by);
     void reply(const Call& call, int code, const std::string& text) const;
-    void reply_with_wrong_signature(const Call& call) const;
+    void reply_unchecked(const Call& call, const std::string& tuple) const;
     void emit(GVariant* parameters) const;
 
     void handle_simulation_call(const std::string& method, GVariant* arguments,
