@@ -26,7 +26,7 @@ TEST_F(RxPage, ItemsInOrderWithTheChannelFocused) {
     EXPECT_NE(screen->find("popup Zigbee TX Channel"), nullptr);
     screen->press("Up", 9);
     screen->press("Return");
-    EXPECT_THAT(asked(), ElementsAre("ember_set_channel (20,)"));
+    EXPECT_THAT(asked(), ElementsAre("ember_set_channel(20)"));
     EXPECT_EQ(screen->focused(), "20");
     emit("ready");
     EXPECT_THAT(content(), fresh);

@@ -53,7 +53,7 @@ TEST_F(TxPage, ReturnSendsTheValueShownAndClosesThePicker) {
         EXPECT_THAT(asked(), IsEmpty());
         screen->press("Return");
         const std::string chosen = std::to_string(picker.low + 4);
-        EXPECT_THAT(asked(), ElementsAre(picker.method + (" (" + chosen + ",)")));
+        EXPECT_THAT(asked(), ElementsAre(std::string(picker.method) + "(" + chosen + ")"));
         EXPECT_EQ(screen->find(picker.title), nullptr);
         EXPECT_EQ(screen->focused(), chosen);
         // The same picker again, at the value chosen, up to its end.

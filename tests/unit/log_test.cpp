@@ -18,16 +18,12 @@ using platform::LogBuffer;
 using platform::LogPriority;
 using testing::HasSubstr;
 
-struct Pipe {
-    Pipe() {
-        std::array<int, 2> ends{};
-        EXPECT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
-        reading = Descriptor(ends[0]);
-        writing = Descriptor(ends[1]);
-    }
-    Descriptor reading;
-    Descriptor writing;
-};
+// A pipe's reading and its writing end.
+std::pair<Descriptor, Descriptor> make_pipe() {
+    std::array<int, 2> ends{};
+    EXPECT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
+    return {Descriptor(ends[0]), Descriptor(ends[1])};
+}
 
 // Everything that can be read until the other side closes or is silent for a while.
 std::string read_out(const Descriptor& from) {
@@ -68,16 +64,16 @@ TEST(Log, WritesOneLineThatATerminalCannotBeTrickedBy) {
 
 TEST(Log, KeepsLongLinesOfSeveralProcessesWhole) {
     constexpr std::size_t length = 200'000; // more than a pipe holds, so that a writer waits in the middle
-    Pipe pipe;
+    auto [reading, writing] = make_pipe();
     for (const char letter : {'a', 'b', 'c', 'd'})
-        start_process([&] {
-            const StandardErrorTo redirected(pipe.writing);
+        start_process([&, &target = writing] {
+            const StandardErrorTo redirected(target);
             for (int line = 0; line < 10; ++line)
                 print(LogPriority::info, std::string(length, letter).c_str());
             return true;
         });
-    pipe.writing = Descriptor();
-    std::istringstream text(read_out(pipe.reading));
+    writing = Descriptor();
+    std::istringstream text(read_out(reading));
     int whole_lines = 0;
     for (std::string line; std::getline(text, line); ++whole_lines)
         ASSERT_EQ(line.substr(line.find(": ") + 2), std::string(length, line.back())) << whole_lines;
@@ -102,9 +98,7 @@ TEST(Log, ColoursOnATerminal) {
 }
 
 TEST(Log, ReportsWhatItCannotWriteAndLeavesErrnoAlone) {
-    Pipe pipe;
-    pipe.reading = Descriptor();
-    const StandardErrorTo redirected(pipe.writing);
+    const StandardErrorTo redirected(make_pipe().second);
     errno = ERANGE;
     EXPECT_EQ(print(LogPriority::error, "nobody reads"), -EPIPE);
     EXPECT_EQ(errno, ERANGE);
@@ -123,19 +117,19 @@ TEST(Log, SpeaksTheJournalsLanguageWhenStandardErrorIsTheJournal) {
     path.copy(address.sun_path, sizeof address.sun_path - 1);
     ASSERT_EQ(bind(journal.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
 
-    const Pipe stream;
+    const auto [reading, writing] = make_pipe();
     struct stat status {};
-    fstat(stream.writing.get(), &status);
+    fstat(writing.get(), &status);
     const std::string name = std::to_string(status.st_dev) + ":" + std::to_string(status.st_ino);
     {
-        const StandardErrorTo redirected(stream.writing);
+        const StandardErrorTo redirected(writing);
         const ScopedEnvironment journal_stream("JOURNAL_STREAM", name);
         print(LogPriority::error, "failed\n");
         const ScopedEnvironment another("JOURNAL_STREAM", name + "0");
         print(LogPriority::error, "another stream");
     }
     EXPECT_EQ(read_out(journal), "MESSAGE=failed\nPRIORITY=3\nSYSLOG_IDENTIFIER=VELMORA\n");
-    EXPECT_EQ(read_out(stream.reading), head('E') + "another stream\n");
+    EXPECT_EQ(read_out(reading), head('E') + "another stream\n");
     std::filesystem::remove(path);
 }
 

@@ -28,6 +28,7 @@ protected:
 };
 
 TEST_F(NcpRequesterTest, StartsOnceAndStopsOnceAndIsMadeAnewWithoutListeners) {
+    const station::BusConnection shared = station::connect_to_system_bus(); // outlives the requester
     requester.register_callback(note<1>, &notes);
     requester.stop();
     EXPECT_EQ(own_messages("stop").back(), "Not yet Started");
@@ -37,7 +38,11 @@ TEST_F(NcpRequesterTest, StartsOnceAndStopsOnceAndIsMadeAnewWithoutListeners) {
     service.emit("ncp_event", "('ready',)");
     requester.stop();
     service.emit("ncp_event", "('ready',)");
+    requester.start();
     ncp_requester::destroyInstance();
+    log.clear();
+    service.emit("ncp_event", "('ready',)");
+    EXPECT_THAT(log.messages(), IsEmpty()) << "a requester that is gone is called";
     ncp_requester::getInstance().start();
     service.emit("ncp_event", "('ready',)");
     EXPECT_THAT(notes, ElementsAre("1 ready"));

@@ -4,7 +4,10 @@
 #include "platform/secure_storage.h"
 #include "support/surroundings.h"
 
+#include <algorithm>
+#include <bit>
 #include <gtest/gtest.h>
+#include <memory>
 
 namespace secure_store {
 
@@ -16,7 +19,15 @@ inline const std::filesystem::path damaged_file = folder / "aaba977f.damaged";
 inline constexpr int private_record = 0x4001;
 
 /** The credential of an application with this identity of 20 characters. */
-platform::SecureStorageCredential credential(std::string_view identity = "tests.of.the.storage");
+inline platform::SecureStorageCredential credential(std::string_view identity = "tests.of.the.storage") {
+    std::array<char, 20> characters{};
+    std::ranges::copy(identity, characters.begin());
+    const auto words = std::bit_cast<std::array<std::uint32_t, 5>>(characters);
+    platform::SecureStorageCredential made;
+    EXPECT_EQ(ss_init_credential(&made, words[0], words[1], words[2], words[3], words[4], 1, 0),
+              platform::ok);
+    return made;
+}
 
 struct ReadRecord {
     int result = 0;
@@ -24,14 +35,23 @@ struct ReadRecord {
 };
 
 /** Reads a record; it has data exactly when the result is `ok`. */
-ReadRecord read(const std::string& key, const platform::SecureStorageCredential& by = credential());
+inline ReadRecord read(const std::string& key, const platform::SecureStorageCredential& by = credential()) {
+    char* data = nullptr;
+    std::size_t length = 0;
+    const int result = ss_read(&data, &length, 0, 0, key.c_str(), &by, private_record);
+    const std::unique_ptr<char, decltype(&ss_free_buffer)> owned(data, ss_free_buffer);
+    EXPECT_EQ(data != nullptr, result == platform::ok);
+    return {result, data != nullptr ? std::string(data, length) : ""};
+}
 
 /** Writes a record and tells the result. */
-int write(const std::string& key, const std::string& data,
-          const platform::SecureStorageCredential& by = credential());
+inline int write(const std::string& key, const std::string& data,
+                 const platform::SecureStorageCredential& by = credential()) {
+    return ss_write(data.data(), data.size(), 0, 0, key.c_str(), &by, private_record);
+}
 
 /** The number of files in the store's folder. */
-std::ptrdiff_t file_count();
+inline std::ptrdiff_t file_count() { return std::distance(std::filesystem::directory_iterator(folder), {}); }
 
 /** Starts every test without a store. */
 class WithoutStore : public testing::Test {
