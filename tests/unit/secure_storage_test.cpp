@@ -1,12 +1,16 @@
+#include "services/secure_record.h"
 #include "support/secure_store.h"
 
 #include <algorithm>
+#include <gmock/gmock.h>
+#include <sodium.h>
 
 using namespace secure_store;
 
 namespace {
 
 using platform::SecureStorageCredential;
+using testing::AnyOf;
 
 class SecureStorage : public WithoutStore {};
 
@@ -24,51 +28,88 @@ TEST_F(SecureStorage, KeepsRecordsApartAndReplacesThem) {
     EXPECT_EQ(read("version").data, "1.2.9");
     EXPECT_EQ(read("version", other).data, "of another application");
     EXPECT_EQ(read("none").result, platform::no_such_record);
-
     EXPECT_EQ(content_of(file)->find("1.2.9"), std::string::npos) << "the record lies open in the file";
     EXPECT_EQ(file_count(), 1) << "a temporary file is left";
 }
 
-TEST_F(SecureStorage, LosesNothingWhenProcessesWriteAtOnce) {
-    constexpr int writers = 4;
-    constexpr int records_each = 10;
-    std::vector<pid_t> processes;
-    processes.reserve(writers);
-    for (int writer = 0; writer < writers; ++writer) {
-        processes.push_back(start_process([writer] {
-            bool written = true;
-            for (int record = 0; record < records_each; ++record)
-                written =
-                    write(std::to_string(writer * records_each + record), "own") == platform::ok &&
-                    write("shared", std::string(1000, static_cast<char>('0' + writer))) == platform::ok &&
-                    written;
-            return written;
-        }));
-    }
-    EXPECT_EQ(std::ranges::count_if(processes, succeeds), writers);
-    for (int record = 0; record < writers * records_each; ++record)
-        EXPECT_EQ(read(std::to_string(record)).data, "own") << record;
-    const std::string shared = read("shared").data;
-    ASSERT_EQ(shared.size(), 1000U);
-    EXPECT_EQ(shared, std::string(1000, shared[0])) << "a mixture of two writers' records";
-    EXPECT_EQ(file_count(), 1);
-}
-
 TEST_F(SecureStorage, RefusesBadArguments) {
+    constexpr std::size_t largest = 1024UL * 1024;
     const SecureStorageCredential good = credential();
     SecureStorageCredential bad;
-    EXPECT_EQ(ss_init_credential(nullptr, 1, 2, 3, 4, 5, 1, 0), platform::invalid_argument);
-    EXPECT_EQ(ss_init_credential(&bad, 1, 2, 3, 4, 5, 2, 0), platform::invalid_argument);
-    EXPECT_EQ(write("key", "data", bad), platform::invalid_argument);
-    EXPECT_EQ(write("", "data"), platform::invalid_argument);
-    EXPECT_EQ(write(std::string(256, 'k'), "data"), platform::invalid_argument);
-    EXPECT_EQ(write("key", std::string(1024 * 1024 + 1, 'd')), platform::invalid_argument);
-    EXPECT_EQ(ss_write(nullptr, 0, 0, 0, "key", &good, private_record), platform::invalid_argument);
-    EXPECT_EQ(ss_write("d", 1, 0, 0, "key", &good, 0x4002), platform::invalid_argument);
-    EXPECT_EQ(ss_write("d", 1, 0, 0, "key", nullptr, private_record), platform::invalid_argument);
     std::size_t length = 0;
-    EXPECT_EQ(ss_read(nullptr, &length, 0, 0, "key", &good, private_record), platform::invalid_argument);
+    EXPECT_THAT(std::vector({ss_init_credential(nullptr, 1, 2, 3, 4, 5, 1, 0),
+                             ss_init_credential(&bad, 1, 2, 3, 4, 5, 2, 0), write("key", "data", bad),
+                             write("", "data"), write(std::string(256, 'k'), "data"),
+                             write("key", std::string(largest + 1, 'd')),
+                             ss_write(nullptr, 0, 0, 0, "key", &good, private_record),
+                             ss_write("d", 1, 0, 0, "key", &good, 0x4002),
+                             ss_write("d", 1, 0, 0, "key", nullptr, private_record),
+                             ss_read(nullptr, &length, 0, 0, "key", &good, private_record)}),
+                testing::Each(platform::invalid_argument));
     EXPECT_FALSE(std::filesystem::exists(file));
+    EXPECT_EQ(write(std::string(255, 'k'), std::string(largest, 'd')), platform::ok);
+}
+
+std::string with_flipped_bit(std::string bytes, std::size_t bit) {
+    bytes[bit / 8] = static_cast<char>(bytes[bit / 8] ^ (1 << (bit % 8)));
+    return bytes;
+}
+
+// A store's bytes with the hash at their end made to fit what is before it.
+std::string with_fitting_hash(std::string bytes) {
+    const std::size_t size = bytes.size() - crypto_generichash_BYTES;
+    const std::vector<unsigned char> hashed(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(size));
+    std::array<unsigned char, crypto_generichash_BYTES> hash{};
+    crypto_generichash(hash.data(), hash.size(), hashed.data(), hashed.size(), nullptr, 0);
+    return bytes.replace(size, hash.size(), std::string(hash.begin(), hash.end()));
+}
+
+std::string too_large_for_a_store() {
+    std::string bytes;
+    bytes.resize(17'000'000, 'x');
+    return bytes;
+}
+
+// Anyone can make the hash over the file fit; the record's own authentication does not depend on it.
+TEST_F(SecureStorage, FindsDamageInEveryBitAndAtEveryLength) {
+    ASSERT_EQ(write("version", "7.4.10"), platform::ok);
+    const std::string good = content_of(file).value();
+    ASSERT_EQ(with_fitting_hash(good), good);
+    const auto expect_refusal = [&good](const std::string& damaged, std::size_t place) {
+        put_file(file, damaged);
+        ASSERT_EQ(read("version").result, platform::not_authentic) << place << " of " << damaged.size();
+        if (damaged.size() < crypto_generichash_BYTES || with_fitting_hash(damaged) == good)
+            return;
+        put_file(file, with_fitting_hash(damaged));
+        ASSERT_THAT(read("version").result, AnyOf(platform::not_authentic, platform::no_such_record))
+            << place << " of " << damaged.size() << " with a fitting hash";
+    };
+    for (std::size_t bit = 0; bit < good.size() * 8; ++bit)
+        expect_refusal(with_flipped_bit(good, bit), bit);
+    for (std::size_t length = 0; length < good.size(); ++length)
+        expect_refusal(good.substr(0, length), length);
+    for (const std::string& more : {std::string(1, '\0'), good, too_large_for_a_store()})
+        expect_refusal(good + more, good.size());
+}
+
+TEST_F(SecureStorage, OpensARecordOnItsOwnMachineInItsOwnPlaceAlone) {
+    using namespace platform::secure;
+    const std::string machine = machine_identity().value();
+    Record record = seal("version", {}, credential(), machine);
+    EXPECT_NE(open(record, credential(), machine), std::nullopt);
+    EXPECT_EQ(open(record, credential(), std::string(32, 'b')), std::nullopt);
+    record.name = "other";
+    EXPECT_EQ(open(record, credential(), machine), std::nullopt);
+}
+
+TEST_F(SecureStorage, HealsADamagedStoreAndKeepsItAside) {
+    for (const std::string& damaged : {std::string("damaged"), std::string(), too_large_for_a_store()}) {
+        put_file(file, damaged);
+        ASSERT_EQ(write("version", "1.2.9"), platform::ok) << damaged.size() << " bytes";
+        EXPECT_EQ(read("version").data, "1.2.9");
+        EXPECT_TRUE(content_of(damaged_file) == damaged) << damaged.size() << " bytes";
+        EXPECT_EQ(file_count(), 2);
+    }
 }
 
 } // namespace

@@ -14,7 +14,7 @@ Pages::Pages() {
     start_elementary();
     for (const char* const method : {"ember_start", "ember_stop", "ember_set_channel", "ember_set_power",
                                      "ember_start_stream", "ember_stop_stream", "ember_reset_rx_statistics"})
-        radio.answer(method, "reply (0,)");
+        radio.answer(method, "(0,)");
     MainPageView& page = MainPageView::getInstance();
     ncp_requester::getInstance().register_callback(MainPageView::requesterCb, &page);
     ncp_requester::getInstance().start();
@@ -52,7 +52,7 @@ void Pages::activate(const std::string& text) {
 }
 
 void Pages::emit(const std::string& event) {
-    radio.emit("('" + event + "',)");
+    radio.emit("ncp_event", "('" + event + "',)");
     settle();
 }
 

@@ -1,9 +1,9 @@
 /** The application's pages in a window of this process, before a radio that does as it is told. */
 #pragma once
 
-#include "support/host.h"
 #include "support/log_capture.h"
 #include "support/screen.h"
+#include "support/scripted_service.h"
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -27,7 +27,7 @@ protected:
     [[nodiscard]] std::vector<std::string> content() const;
 
     LogCapture log; // what the application logs stays out of the test's output
-    Host radio;
+    ScriptedService radio;
     std::unique_ptr<Screen> screen;
 
 private:

@@ -1,34 +1,49 @@
 #pragma once
 
-#include <cstdio>
-#include <memory>
-#include <string>
-#include <vector>
+#include "services/descriptor.h"
+#include "support/application_log.h"
+#include "support/surroundings.h"
 
-/** Captures what this process and its children write to standard error, as long as it lives. */
-class LogCapture {
+#include <fcntl.h>
+#include <unistd.h>
+
+/** Gives standard error to another file as long as it lives. */
+class StandardErrorTo {
 public:
-    LogCapture();
-    LogCapture(const LogCapture&) = delete;
-    LogCapture& operator=(const LogCapture&) = delete;
-    ~LogCapture();
-
-    /** All that was written so far. */
-    [[nodiscard]] std::string text() const;
-
-    /** The application's messages so far without process and line numbers: "E dbus_client.cpp: Init > [b]". */
-    [[nodiscard]] std::vector<std::string> messages() const;
-
-    /** The text of the messages so far of one operation, all of them from one file. */
-    [[nodiscard]] std::vector<std::string> messages_of(const std::string& file_and_operation) const;
-
-    /** Forgets the messages so far. */
-    void clear();
+    explicit StandardErrorTo(const platform::Descriptor& target) : former_(dup(STDERR_FILENO)) {
+        dup2(target.get(), STDERR_FILENO);
+    }
+    StandardErrorTo(const StandardErrorTo&) = delete;
+    StandardErrorTo& operator=(const StandardErrorTo&) = delete;
+    ~StandardErrorTo() { dup2(former_.get(), STDERR_FILENO); }
 
 private:
-    struct Close {
-        void operator()(FILE* stream) const { fclose(stream); } // NOLINT(cppcoreguidelines-owning-memory)
-    };
-    std::unique_ptr<FILE, Close> file;
-    int standard_error;
+    platform::Descriptor former_;
+};
+
+/** Captures what this process and its children write to standard error, as long as it lives. */
+class LogCapture : public ApplicationLog {
+public:
+    LogCapture() : capture_(platform::Descriptor(open(path().c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600))) {
+        clear();
+    }
+
+    /** All that was written so far. */
+    [[nodiscard]] std::string text() const { return content_of(path()).value(); }
+
+    /** The text of the messages so far of one operation, all of them from one file. */
+    [[nodiscard]] std::vector<std::string> messages_of(const std::string& file_and_operation) const {
+        std::vector<std::string> result = messages();
+        const std::string start = "E " + file_and_operation + " > ";
+        std::erase_if(result, [&](const std::string& message) { return !message.starts_with(start); });
+        for (std::string& message : result)
+            message.erase(0, start.size());
+        return result;
+    }
+
+    /** Forgets the messages so far. */
+    void clear() { std::filesystem::resize_file(path(), 0); }
+
+private:
+    StandardErrorTo capture_;
 };

@@ -1,24 +1,33 @@
-/** The secure store as the tests see it: its operations with C++ types, its files, and other processes that
- * use it. */
+/** The secure store as the tests see it: its operations with C++ types, and its files. */
 #pragma once
 
 #include "platform/secure_storage.h"
-#include "services/secure_store.h"
 #include "support/surroundings.h"
 
-#include <functional>
+#include <algorithm>
+#include <bit>
 #include <gtest/gtest.h>
-#include <sys/types.h>
+#include <memory>
 
 namespace secure_store {
 
 inline const std::filesystem::path top = "/opt/share/securestorage";
 inline const std::filesystem::path folder = top / "data";
 inline const std::filesystem::path file = folder / "aaba977f";
+inline const std::filesystem::path temporary_file = folder / "aaba977f.new";
+inline const std::filesystem::path damaged_file = folder / "aaba977f.damaged";
 inline constexpr int private_record = 0x4001;
 
 /** The credential of an application with this identity of 20 characters. */
-platform::SecureStorageCredential credential(std::string_view identity = "tests.of.the.storage");
+inline platform::SecureStorageCredential credential(std::string_view identity = "tests.of.the.storage") {
+    std::array<char, 20> characters{};
+    std::ranges::copy(identity, characters.begin());
+    const auto words = std::bit_cast<std::array<std::uint32_t, 5>>(characters);
+    platform::SecureStorageCredential made;
+    EXPECT_EQ(ss_init_credential(&made, words[0], words[1], words[2], words[3], words[4], 1, 0),
+              platform::ok);
+    return made;
+}
 
 struct ReadRecord {
     int result = 0;
@@ -26,30 +35,23 @@ struct ReadRecord {
 };
 
 /** Reads a record; it has data exactly when the result is `ok`. */
-ReadRecord read(const std::string& key, const platform::SecureStorageCredential& by = credential());
+inline ReadRecord read(const std::string& key, const platform::SecureStorageCredential& by = credential()) {
+    char* data = nullptr;
+    std::size_t length = 0;
+    const int result = ss_read(&data, &length, 0, 0, key.c_str(), &by, private_record);
+    const std::unique_ptr<char, decltype(&ss_free_buffer)> owned(data, ss_free_buffer);
+    EXPECT_EQ(data != nullptr, result == platform::ok);
+    return {result, data != nullptr ? std::string(data, length) : ""};
+}
 
 /** Writes a record and tells the result. */
-int write(const std::string& key, const std::string& data,
-          const platform::SecureStorageCredential& by = credential());
-
-/** The bytes of a store with one record, sealed on a machine. */
-std::string store_of(const std::string& key, const std::string& data,
-                     const platform::SecureStorageCredential& by, const std::string& machine);
-
-/** A store's bytes with the hash at their end made to fit what is before it. */
-std::string with_fitting_hash(std::string bytes);
-
-/** The text with one bit inverted. */
-std::string with_flipped_bit(std::string bytes, std::size_t bit);
+inline int write(const std::string& key, const std::string& data,
+                 const platform::SecureStorageCredential& by = credential()) {
+    return ss_write(data.data(), data.size(), 0, 0, key.c_str(), &by, private_record);
+}
 
 /** The number of files in the store's folder. */
-std::ptrdiff_t file_count();
-
-/** Runs an action in another process; the process's number. It must end by itself or be killed. */
-pid_t start_process(const std::function<bool()>& action);
-
-/** Whether a process ended by itself and its action succeeded. */
-bool succeeds(pid_t process);
+inline std::ptrdiff_t file_count() { return std::distance(std::filesystem::directory_iterator(folder), {}); }
 
 /** Starts every test without a store. */
 class WithoutStore : public testing::Test {

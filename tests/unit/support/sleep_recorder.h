@@ -2,23 +2,33 @@
 
 #include <functional>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 /** Records every `usleep` of the program under test, which then takes a few milliseconds at most. */
 class SleepRecorder {
 public:
-    /** @param action called in every sleep with the number of sleeps so far. */
-    explicit SleepRecorder(std::function<void(std::size_t)> action = {});
+    /** @param during_sleep called in every sleep with the number of sleeps so far. */
+    explicit SleepRecorder(std::function<void(std::size_t)> during_sleep = {})
+        : during_sleep_(std::move(during_sleep)) {
+        current = this;
+    }
     SleepRecorder(const SleepRecorder&) = delete;
     SleepRecorder& operator=(const SleepRecorder&) = delete;
-    ~SleepRecorder();
+    ~SleepRecorder() { current = nullptr; }
 
     /** The sleeps so far, in microseconds. */
-    [[nodiscard]] const std::vector<useconds_t>& sleeps() const { return recorded; }
+    [[nodiscard]] const std::vector<useconds_t>& sleeps() const { return recorded_; }
 
-    void record(useconds_t microseconds);
+    void record(useconds_t microseconds) {
+        recorded_.push_back(microseconds);
+        if (during_sleep_)
+            during_sleep_(recorded_.size());
+    }
+
+    static inline SleepRecorder* current = nullptr;
 
 private:
-    std::function<void(std::size_t)> during_sleep;
-    std::vector<useconds_t> recorded;
+    std::function<void(std::size_t)> during_sleep_;
+    std::vector<useconds_t> recorded_;
 };

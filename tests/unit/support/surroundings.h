@@ -1,24 +1,20 @@
-/** Files and environment variables of the television that a test sets up. */
+/** Files, environment variables and processes of the television that a test sets up. */
 #pragma once
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <optional>
 #include <string>
+#include <sys/wait.h>
+#include <unistd.h>
 
 /** Writes a file and the folders above it. */
 inline void put_file(const std::filesystem::path& path, const std::string& content) {
     std::filesystem::create_directories(path.parent_path());
     std::ofstream(path, std::ios::binary) << content;
-}
-
-/** Writes an executable shell script and the folders above it. */
-inline void put_script(const std::filesystem::path& path, const std::string& commands) {
-    std::filesystem::remove(path);
-    put_file(path, "#!/bin/sh\n" + commands + "\n");
-    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
 }
 
 /** A file's whole content, or nothing when it cannot be opened. */
@@ -32,24 +28,35 @@ inline std::optional<std::string> content_of(const std::filesystem::path& path) 
 /** Sets an environment variable for as long as it lives. */
 class ScopedEnvironment {
 public:
-    ScopedEnvironment(const char* variable, const std::string& value) : name(variable) {
+    ScopedEnvironment(const char* variable, const std::string& value) : name_(variable) {
         if (const char* const present = getenv(variable))
-            before = present;
+            before_ = present;
         setenv(variable, value.c_str(), 1);
     }
     ScopedEnvironment(const ScopedEnvironment&) = delete;
     ScopedEnvironment& operator=(const ScopedEnvironment&) = delete;
-    ~ScopedEnvironment() { restore(); }
-
-    /** Gives the variable its earlier value. */
-    void restore() const {
-        if (before)
-            setenv(name, before->c_str(), 1);
+    ~ScopedEnvironment() {
+        if (before_)
+            setenv(name_, before_->c_str(), 1);
         else
-            unsetenv(name);
+            unsetenv(name_);
     }
 
 private:
-    const char* name;
-    std::optional<std::string> before;
+    const char* name_;
+    std::optional<std::string> before_;
 };
+
+/** Runs an action in another process; the process's number. It must end by itself or be killed. */
+inline pid_t start_process(const std::function<bool()>& action) {
+    const pid_t process = fork();
+    if (process == 0)
+        _exit(action() ? 0 : 1);
+    return process;
+}
+
+/** Whether a process ended by itself and its action succeeded. */
+inline bool succeeds(pid_t process) {
+    int status = 0;
+    return waitpid(process, &status, 0) == process && status == 0;
+}
