@@ -32,7 +32,7 @@ namespace {
 
 class DBusClientTest : public testing::Test {
 public:
-    std::vector<std::string> own_messages(const std::string& operation) const {
+    [[nodiscard]] std::vector<std::string> own_messages(const std::string& operation) const {
         return log.messages_of("dbus_client.cpp: " + operation);
     }
 

@@ -16,7 +16,7 @@ class NcpRequesterTest : public testing::Test {
 protected:
     ~NcpRequesterTest() override { ncp_requester::destroyInstance(); }
 
-    std::vector<std::string> own_messages(const std::string& operation) const {
+    [[nodiscard]] std::vector<std::string> own_messages(const std::string& operation) const {
         return log.messages_of("ncp_requester.cpp: " + operation);
     }
 
@@ -97,13 +97,13 @@ TEST_F(NcpRequesterTest, CommandSucceedsOnlyWithResultCodeZero) {
         std::function<bool(Requester&)> run;
     };
     const std::vector<Operation> operations = {
-        {"ember_start", "0", [](Requester& self) { return self.ember_start(0); }},
-        {"ember_stop", "", &Requester::ember_stop},
-        {"ember_set_channel", "-99", [](Requester& self) { return self.ember_set_channel(-99); }},
-        {"ember_set_power", "20", [](Requester& self) { return self.ember_set_power(20); }},
-        {"ember_start_stream", "", &Requester::ember_start_stream},
-        {"ember_stop_stream", "", &Requester::ember_stop_stream},
-        {"ember_reset_rx_statistics", "", &Requester::ember_reset_rx_statistics},
+        {"ember_start", "(0)", [](Requester& self) { return self.ember_start(0); }},
+        {"ember_stop", "()", &Requester::ember_stop},
+        {"ember_set_channel", "(-99)", [](Requester& self) { return self.ember_set_channel(-99); }},
+        {"ember_set_power", "(20)", [](Requester& self) { return self.ember_set_power(20); }},
+        {"ember_start_stream", "()", &Requester::ember_start_stream},
+        {"ember_stop_stream", "()", &Requester::ember_stop_stream},
+        {"ember_reset_rx_statistics", "()", &Requester::ember_reset_rx_statistics},
     };
     for (const auto& [name, argument, run] : operations)
         EXPECT_FALSE(run(requester)) << name << " before start";
@@ -113,7 +113,7 @@ TEST_F(NcpRequesterTest, CommandSucceedsOnlyWithResultCodeZero) {
         SCOPED_TRACE(name);
         service.answer(name, "(0,)");
         EXPECT_TRUE(run(requester));
-        EXPECT_EQ(service.calls().back(), name + "(" + argument + ")");
+        EXPECT_EQ(service.calls().back(), name + argument);
         service.refuse(name);
         EXPECT_FALSE(run(requester));
         EXPECT_EQ(own_messages(name).back(), "Fail to call " + name);
