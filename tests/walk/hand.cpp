@@ -29,7 +29,7 @@ constexpr auto hold_time = 400ms;
 constexpr auto hold_time_to_a_limit = 1100ms;
 constexpr auto late = "late 500"; // longer than a press may wait
 constexpr auto late_key_after = 80ms;
-constexpr auto unseen_change = 200ms;
+constexpr auto unseen_change = 700ms; // on a busy machine
 constexpr auto was_started = "/tmp/silent_program_was_started";
 const fs::path programs = "/opt/usr/apps/com.kelsor.tv.brimhub/bin";
 
