@@ -45,7 +45,7 @@ public:
 
     /** In reading order, those without a name left out. */
     [[nodiscard]] const std::vector<Widget>& widgets() const { return widgets_; }
-    /** What a dialog covers, with nothing but its name and where the application keeps it. */
+    /** What a dialog covers: name, role and place. */
     [[nodiscard]] const std::vector<Widget>& covered() const { return covered_; }
     [[nodiscard]] std::vector<std::string> texts() const;
     [[nodiscard]] bool shows(const std::string& text) const { return find(text) != nullptr; }

@@ -182,15 +182,16 @@ Screen ScreenReader::read(const std::string& application) const {
         look_below(items, items.by_path.at(items.root), 0, true, look);
         const auto covered_ones = std::ranges::stable_partition(
             look.found, [&look](const auto& found) { return found.dialog == look.dialogs; });
-        std::vector<Widget> covered;
-        for (const auto& [item, dialog] : covered_ones) {
-            Widget& widget = covered.emplace_back();
-            widget.name = item->name;
-            widget.accessible = item->accessible;
+        std::vector<Question> questions;
+        std::vector<Widget> covered(covered_ones.size());
+        for (std::size_t i = 0; i < covered.size(); ++i) {
+            const Item& item = *covered_ones[i].item;
+            covered[i].name = item.name;
+            covered[i].accessible = item.accessible;
+            add_questions(item, covered[i], questions);
         }
         look.found.erase(covered_ones.begin(), covered_ones.end());
         std::vector<Widget> widgets(look.found.size());
-        std::vector<Question> questions;
         for (std::size_t i = 0; i < widgets.size(); ++i) {
             const Item& item = *look.found[i].item;
             widgets[i].name = item.name;

@@ -29,7 +29,6 @@ constexpr auto hold_time = 400ms;
 constexpr auto hold_time_to_a_limit = 1100ms;
 constexpr auto late = "late 500"; // longer than a press may wait
 constexpr auto late_key_after = 80ms;
-constexpr auto unseen_change = 700ms; // on a busy machine
 constexpr auto was_started = "/tmp/silent_program_was_started";
 const fs::path programs = "/opt/usr/apps/com.kelsor.tv.brimhub/bin";
 
@@ -206,7 +205,7 @@ void Hand::act(const State& from, const Transition& transition) {
     case Act::language:
         set_language(!from.mirrored);
         if (from.popup == Popup::power || from.popup == Popup::channel)
-            std::this_thread::sleep_for(unseen_change); // a picker reads the same in both directions
+            await_direction(!from.mirrored);
         break;
     case Act::launch: {
         station::Process second({program_}, station::written_to("/tmp/second.log"));
@@ -240,6 +239,23 @@ void Hand::set_language(bool mirrored) {
     const fs::path next = file.string() + ".next";
     std::ofstream(next) << "[db/menu_widget]\nlanguage=" << (mirrored ? "ar_AE.utf8" : "en_GB.utf8") << "\n";
     fs::rename(next, file);
+}
+
+/** A picker reads the same in both directions; what it covers does not. */
+void Hand::await_direction(bool mirrored) const {
+    const auto x_of = [](const station::Screen& screen, const std::string& name) {
+        const auto found = std::ranges::find(screen.covered(), name, &station::Widget::name);
+        return found == screen.covered().end() ? 0 : found->x;
+    };
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    while (std::chrono::steady_clock::now() < deadline) {
+        const station::Screen screen = reader_.read("velmora");
+        const int way = x_of(screen, "Exit") - x_of(screen, "TX Test");
+        if (way != 0 && (way < 0) == mirrored)
+            return;
+        std::this_thread::sleep_for(look_interval);
+    }
+    throw Difference("what the picker covers does not follow the language");
 }
 
 std::string Hand::look() {

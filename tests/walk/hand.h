@@ -50,6 +50,7 @@ private:
     void act(const State& from, const Transition& transition);
     void activate(const std::string& name);
     static void set_language(bool mirrored);
+    void await_direction(bool mirrored) const;
     void expect(const State& state, const std::vector<std::string>& calls);
     [[nodiscard]] std::string look();
     [[nodiscard]] std::vector<std::string> new_calls() const;
