@@ -13,6 +13,7 @@
 #include "session_bus.h"
 #include "single_instance.h"
 #include "visibility.h"
+#include "x_server.h"
 
 #include <Efreet.h>
 #include <Elementary.h>
@@ -79,7 +80,7 @@ int run(const Application& application, GDBusConnection* session_bus, SingleInst
     {
         const LanguageWatch language([] { EventHandlers::instance().deliver(EventType::language_changed); });
         const Visibility visibility([&application](bool visible) { application.set_visible(visible); });
-        const HeldKeys held_keys; // Ecore X has event types only after Visibility
+        const HeldKeys held_keys;
         if (!application.create())
             return application_create_failed;
         application.launch();
@@ -107,7 +108,8 @@ int ui_app_main(int argc, char** argv, const platform::LifecycleCallbacks* callb
     const Toolkit toolkit(argc, argv);
     if (!toolkit)
         return application_toolkit_failed;
-    if (const auto result = check_requirements(); result != application_ok)
+    const XConnection display;
+    if (const auto result = check_requirements(display); result != application_ok)
         return result;
     return run(application, instance.has_bus() ? session_bus.get() : nullptr, instance);
 }

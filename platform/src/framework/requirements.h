@@ -5,11 +5,13 @@
 
 namespace platform {
 
+class XConnection;
+
 /**
- * Looks for the display and for the toolkit's theme, while Elementary is up.
+ * Looks for the toolkit's theme, and whether the display answered.
  *
  * @return `application_ok`, or the result for what is missing (logged).
  */
-ApplicationResult check_requirements();
+ApplicationResult check_requirements(const XConnection& display);
 
 } // namespace platform

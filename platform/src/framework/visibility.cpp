@@ -19,11 +19,7 @@ bool has_canvas(Ecore_X_Window window) {
 
 } // namespace
 
-// Elementary connects to the display only with the first window, and Ecore X has no event types before that.
-Visibility::Visibility(std::function<void(bool)> changed)
-    : changed_(std::move(changed)), has_x_(ecore_x_init(nullptr) > 0) {
-    if (!has_x_)
-        return;
+Visibility::Visibility(std::function<void(bool)> changed) : changed_(std::move(changed)) {
     handlers_[0].reset(ecore_event_handler_add(ECORE_X_EVENT_WINDOW_VISIBILITY_CHANGE, obscured, this));
     handlers_[1].reset(ecore_event_handler_add(ECORE_X_EVENT_WINDOW_HIDE, hidden, this));
     handlers_[2].reset(ecore_event_handler_add(ECORE_X_EVENT_WINDOW_DESTROY, destroyed, this));
@@ -32,9 +28,6 @@ Visibility::Visibility(std::function<void(bool)> changed)
 Visibility::~Visibility() {
     if (judgement_)
         ecore_job_del(judgement_);
-    handlers_ = {};
-    if (has_x_)
-        ecore_x_shutdown();
 }
 
 Eina_Bool Visibility::obscured(void* self, int /*type*/, void* event) {

@@ -17,7 +17,7 @@ namespace platform {
  * Elementary asks the X server for visibility and structure events of each of its windows (measured, also for
  * a window with an alpha channel). The events of one turn of the main loop are judged together, so that a
  * window manager that unmaps and maps a window while it takes it over does not count. Deleting the last
- * window is no pause.
+ * window is no pause. There is an XConnection as long as it lives.
  */
 class Visibility {
 public:
@@ -38,7 +38,6 @@ private:
     void judge_later();
 
     std::function<void(bool)> changed_;
-    bool has_x_;
     std::array<OwnedEventHandler, 3> handlers_;
     std::map<Ecore_X_Window, bool> windows_; // those that were ever mapped, and whether they can be seen
     Ecore_Job* judgement_ = nullptr;

@@ -13,6 +13,13 @@ Display* x_display() { return static_cast<Display*>(ecore_x_display_get()); }
 
 } // namespace
 
+XConnection::XConnection() : open_(ecore_x_init(nullptr) > 0) {}
+
+XConnection::~XConnection() {
+    if (open_)
+        ecore_x_shutdown();
+}
+
 // A property's change is reported with the server's time; one of a window that Ecore does not know is waited
 // for, and everything else that comes meanwhile stays in Xlib's queue for Ecore.
 std::optional<unsigned> x_server_time() {

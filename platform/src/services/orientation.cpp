@@ -1,18 +1,22 @@
 #include "platform/orientation.h"
 
+#include "../writing_direction/writing_direction.h"
+#include "installed_files.h"
+#include "platform/log.h"
 #include "settings_file.h"
 
-#include <array>
-#include <unicode/uloc.h>
+#include <dlfcn.h>
 
 namespace {
 
-/** Language settings are written as a POSIX locale ("ar_AE.utf8") or as a language tag ("ar-AE"). */
-bool is_right_to_left(const std::string& language) {
-    std::array<char, ULOC_FULLNAME_CAPACITY> locale{};
-    UErrorCode error = U_ZERO_ERROR;
-    uloc_canonicalize(language.c_str(), locale.data(), ULOC_FULLNAME_CAPACITY, &error);
-    return U_SUCCESS(error) && error != U_STRING_NOT_TERMINATED_WARNING && uloc_isRightToLeft(locale.data());
+/** The module's operation, which stays loaded; null when it cannot be (logged). */
+decltype(&is_right_to_left) load_writing_direction() {
+    void* const module = dlopen(platform::writing_direction_module().c_str(), RTLD_NOW | RTLD_LOCAL);
+    void* const operation = module != nullptr ? dlsym(module, "is_right_to_left") : nullptr;
+    if (operation == nullptr)
+        __dlog_print(platform::LogBuffer::main, platform::LogPriority::error, "PLATFORM",
+                     "every language counts as written from the left: %s", dlerror());
+    return reinterpret_cast<decltype(&is_right_to_left)>(operation);
 }
 
 } // namespace
@@ -21,5 +25,8 @@ int ua_UI_orientation_get() {
     if (const std::optional<bool> mirrored = platform::settings::boolean("db/menu_widget/mirrored"))
         return *mirrored ? 1 : 0;
     const std::optional<std::string> language = platform::settings::text("db/menu_widget/language");
-    return language && is_right_to_left(*language) ? 1 : 0;
+    if (!language)
+        return 0;
+    static const auto is_right_to_left = load_writing_direction();
+    return is_right_to_left != nullptr && is_right_to_left(language->c_str()) ? 1 : 0;
 }

@@ -40,21 +40,22 @@ std::optional<Color> theme_color(Evas_Object* widget, const char* color_class) {
 
 } // namespace
 
-void set_color(Evas_Object* widget, const char* color_class, const char* color, int percent) {
+std::optional<int> set_color(Evas_Object* widget, const char* color_class, const char* color, int percent) {
     if (color == nullptr)
-        return;
+        return std::nullopt;
     auto value = parse_hexadecimal(color);
     if (!value)
         value = theme_color(widget, color);
     if (!value) {
         __dlog_print(platform::LogBuffer::main, platform::LogPriority::error, "VELL", "no such colour: %s",
                      color);
-        return;
+        return std::nullopt;
     }
     const auto& [red, green, blue, own_opacity] = *value;
     const int opacity = own_opacity * percent / 100;
     edje_object_color_class_set(elm_layout_edje_get(widget), color_class, red, green, blue, opacity, 0, 0, 0,
                                 0, 0, 0, 0, 0);
+    return opacity;
 }
 
 } // namespace vell

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <Elementary.h>
+#include <optional>
 
 namespace vell {
 
@@ -11,7 +12,9 @@ namespace vell {
  * @param color "#RRGGBBAA", "#RRGGBB", or the name of a colour class of the theme; anything else is logged
  * and changes nothing.
  * @param percent its opacity, on top of the colour's own.
+ * @return the opacity that it has now, 0 to 255; nothing when nothing was changed.
  */
-void set_color(Evas_Object* widget, const char* color_class, const char* color, int percent = 100);
+std::optional<int> set_color(Evas_Object* widget, const char* color_class, const char* color,
+                             int percent = 100);
 
 } // namespace vell

@@ -123,8 +123,11 @@ void elm_vell_layout_padding_set(Evas_Object* layout, int left, int right, int t
 }
 
 void elm_vell_layout_bg_color_set(Evas_Object* layout, const char* color) {
-    if (attached<Layout>(layout) != nullptr)
-        vell::set_color(layout, "vell/layout/background", color);
+    if (attached<Layout>(layout) == nullptr)
+        return;
+    if (const auto opacity = vell::set_color(layout, "vell/layout/background", color))
+        elm_layout_signal_emit(
+            layout, *opacity == 255 ? "vell,background,opaque" : "vell,background,translucent", "vell");
 }
 
 void elm_vell_layout_item_append(Evas_Object* layout, Evas_Object* item, int width, int height) {

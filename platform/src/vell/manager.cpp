@@ -4,8 +4,8 @@
 #include "efl_1_26/toolkit/focus_ring.h"
 #include "efl_1_26/toolkit/window_manager.h"
 
+#include "../services/installed_files.h"
 #include "../services/settings_file.h"
-#include "../services/theme_file.h"
 
 #include <platform/vell.h>
 
