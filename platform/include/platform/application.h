@@ -26,14 +26,8 @@ struct LifecycleCallbacks {
     void (*app_control)(LaunchRequest* request, void* user_data) = nullptr; /**< on every launch request */
 };
 
-/** Kinds of platform events; the framework keeps one slot for each. */
-enum class EventType : int {
-    low_memory = 0,
-    low_battery = 1,
-    language_changed = 2,
-    orientation_changed = 3,
-    region_format_changed = 4,
-};
+/** Kinds of platform events, in the platform's numbering; of the others none occurs on an ordinary Linux machine. */
+enum class EventType : int { language_changed = 2 };
 
 /** Called on the main thread when an event of the registered type occurs. */
 using EventCallback = void (*)(EventInformation* information, void* user_data);
@@ -41,7 +35,7 @@ using EventCallback = void (*)(EventInformation* information, void* user_data);
 /** Failures of the framework; 0 is success. */
 enum ApplicationResult : int {
     application_ok = 0,
-    application_invalid_argument = 1, /**< a callback that must be there is null, or an unknown event type */
+    application_invalid_argument = 1, /**< a callback that must be there is null, or another event type */
     application_toolkit_failed = 2,   /**< Elementary could not be initialised */
     application_create_failed = 3,    /**< the create callback answered false */
     application_display_missing = 4,  /**< there is no display to draw on */

@@ -21,9 +21,9 @@ enum class LogPriority { verbose = 2, debug = 3, info = 4, warning = 5, error = 
  * Writes one message.
  *
  * A message is one line and one write: a line feed at its end is dropped, one inside it is shown as `\n`, and
- * so are other control characters (`\x1b`) and bytes that are not UTF-8 (`\xff`). It is never cut and never
- * interleaved with another process's message on the same pipe, terminal or file. A reader that went away is
- * an error, not a signal; errno is left as it was.
+ * so are other control characters (`\x1b`) and bytes that are not UTF-8 (`\xff`). It is never cut. Terminals
+ * and files take a line whole, and so do pipes one of at most PIPE_BUF bytes. A reader that went away is an
+ * error, not a signal (which is caught from the first message on); errno is left as it was.
  *
  * @param buffer   the log buffer.
  * @param priority the message's priority.

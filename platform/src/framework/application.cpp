@@ -78,7 +78,7 @@ int run(const Application& application, GDBusConnection* session_bus, SingleInst
     const EndingSignals signals;
     MainLoop::instance().reset();
     {
-        const LanguageWatch language([] { EventHandlers::instance().deliver(EventType::language_changed); });
+        const LanguageWatch language([] { language_changed_handler().deliver(); });
         const Visibility visibility([&application](bool visible) { application.set_visible(visible); });
         const HeldKeys held_keys;
         if (!application.create())

@@ -2,42 +2,28 @@
 
 #include "guarded_call.h"
 
-#include <cstddef>
-
 namespace platform {
 
-void EventHandler::deliver(EventType type) const {
-    EventInformation information(type);
-    guarded_call("event handler", callback_, &information, user_data_);
+void EventHandler::deliver() const {
+    EventInformation information;
+    if (callback_)
+        guarded_call("event handler", callback_, &information, user_data_);
 }
 
-EventHandlers& EventHandlers::instance() {
-    static EventHandlers handlers;
-    return handlers;
-}
-
-EventHandler* EventHandlers::add(EventType type, EventCallback callback, void* user_data) {
-    const auto slot = static_cast<std::size_t>(type); // a negative type becomes a huge one
-    if (!callback || slot >= slots_.size())
-        return nullptr;
-    return &slots_[slot].emplace(callback, user_data);
-}
-
-void EventHandlers::deliver(EventType type) const {
-    const auto handler =
-        slots_[static_cast<std::size_t>(type)]; // a copy: the callback may replace its own slot
-    if (handler)
-        handler->deliver(type);
+EventHandler& language_changed_handler() {
+    static EventHandler handler;
+    return handler;
 }
 
 } // namespace platform
 
 int ui_app_add_event_handler(platform::EventHandler** handler, platform::EventType type,
                              platform::EventCallback callback, void* user_data) {
-    auto* const added = platform::EventHandlers::instance().add(type, callback, user_data);
-    if (!added)
+    if (type != platform::EventType::language_changed || !callback)
         return platform::application_invalid_argument;
+    auto& registered = platform::language_changed_handler();
+    registered = {callback, user_data};
     if (handler)
-        *handler = added;
+        *handler = &registered;
     return platform::application_ok;
 }

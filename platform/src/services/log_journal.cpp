@@ -2,13 +2,11 @@
 
 #include "log_line.h"
 
-#define SD_JOURNAL_SUPPRESS_LOCATION // the place in this file says nothing about the message's origin
 #include <array>
 #include <cstdlib>
+#include <glib.h>
 #include <string>
-#include <sys/uio.h>
 #include <syslog.h>
-#include <systemd/sd-journal.h>
 
 namespace platform {
 namespace {
@@ -30,7 +28,9 @@ int journal_priority(LogPriority priority) {
     return LOG_ERR;
 }
 
-iovec field(std::string& text) { return {text.data(), text.size()}; }
+GLogField field(const char* key, std::string_view value) {
+    return {.key = key, .value = value.data(), .length = static_cast<gssize>(value.size())};
+}
 
 } // namespace
 
@@ -39,12 +39,12 @@ bool is_journal_stream(const struct stat& status) {
     return stream != nullptr && std::to_string(status.st_dev) + ':' + std::to_string(status.st_ino) == stream;
 }
 
-int send_to_journal(LogPriority priority, std::string_view tag, std::string_view message) {
-    std::string text = "MESSAGE=" + std::string(without_line_end(message));
-    std::string level = "PRIORITY=" + std::to_string(journal_priority(priority));
-    std::string identifier = "SYSLOG_IDENTIFIER=" + std::string(tag);
-    const std::array<iovec, 3> fields{field(text), field(level), field(identifier)};
-    return sd_journal_sendv(fields.data(), static_cast<int>(fields.size()));
+bool send_to_journal(LogPriority priority, std::string_view tag, std::string_view message) {
+    const std::string level = std::to_string(journal_priority(priority));
+    const std::array fields{field("MESSAGE", without_line_end(message)), field("PRIORITY", level),
+                            field("SYSLOG_IDENTIFIER", tag)};
+    return g_log_writer_journald(G_LOG_LEVEL_MESSAGE, fields.data(), fields.size(), nullptr) ==
+           G_LOG_WRITER_HANDLED;
 }
 
 } // namespace platform

@@ -15,8 +15,8 @@ bool is_journal_stream(const struct stat& status);
 /**
  * Sends one message to the journal, with its priority, tag and text as the journal's own fields.
  *
- * @return 0, or a negative errno value.
+ * @return whether the journal took it.
  */
-int send_to_journal(LogPriority priority, std::string_view tag, std::string_view message);
+bool send_to_journal(LogPriority priority, std::string_view tag, std::string_view message);
 
 } // namespace platform
