@@ -104,9 +104,9 @@ TEST(Log, SpeaksTheJournalsLanguageWhenStandardErrorIsTheJournal) {
         const ScopedEnvironment another("JOURNAL_STREAM", name + "0");
         print(LogPriority::error, "another stream");
     }
-    const auto field = [](const std::string& name, const std::string& value) {
+    const auto field = [](const std::string& key, const std::string& value) {
         const std::string length(1, static_cast<char>(value.size())); // of eight bytes, the lowest first
-        return name + '\n' + length + std::string(7, '\0') + value + '\n';
+        return key + '\n' + length + std::string(7, '\0') + value + '\n';
     };
     EXPECT_EQ(read_out(journal),
               field("MESSAGE", "failed") + field("PRIORITY", "3") + field("SYSLOG_IDENTIFIER", "VELMORA"));

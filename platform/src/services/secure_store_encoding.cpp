@@ -1,13 +1,17 @@
 #include "secure_store.h"
 
 #include <algorithm>
+#include <glib.h>
 #include <sodium.h>
 
 namespace platform::secure {
 namespace {
 
-constexpr std::string_view mark = "PSSTORE1";
+constexpr std::string_view mark = "PSSTORE2";
 constexpr std::size_t hash_size = crypto_generichash_BYTES;
+
+/** Name, owner and sealed bytes of each record. */
+const GVariantType* records_type() { return G_VARIANT_TYPE("a(ayayay)"); }
 
 using Hash = std::array<unsigned char, hash_size>;
 
@@ -18,71 +22,44 @@ Hash hash_of(ByteView bytes) {
 }
 
 template <typename Range>
-void append(Bytes& bytes, const Range& more) {
-    bytes.insert(bytes.end(), more.begin(), more.end());
+GVariant* byte_array(const Range& bytes) {
+    return g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, bytes.data(), bytes.size(), 1);
 }
 
-void append_size(Bytes& bytes, std::size_t size) {
-    for (unsigned shift = 0; shift < 32; shift += 8)
-        bytes.push_back(static_cast<unsigned char>(size >> shift));
+ByteView bytes_of(GVariant* array) {
+    gsize size = 0;
+    const auto* const bytes = static_cast<const unsigned char*>(g_variant_get_fixed_array(array, &size, 1));
+    return {bytes, size};
 }
 
-/** Takes pieces off the front of bytes; asked for more than there is it fails, and stays failed. */
-class Reader {
-public:
-    explicit Reader(ByteView bytes) : bytes_(bytes) {}
-
-    ByteView take(std::size_t size) {
-        failed_ = failed_ || size > bytes_.size();
-        if (failed_)
-            return {};
-        const ByteView piece = bytes_.first(size);
-        bytes_ = bytes_.subspan(size);
-        return piece;
-    }
-
-    std::size_t take_size() {
-        std::size_t size = 0;
-        unsigned shift = 0;
-        for (const unsigned char byte : take(4)) {
-            size |= static_cast<std::size_t>(byte) << shift;
-            shift += 8;
-        }
-        return size;
-    }
-
-    [[nodiscard]] bool failed() const { return failed_; }
-    [[nodiscard]] bool done() const { return bytes_.empty(); }
-
-private:
-    ByteView bytes_;
-    bool failed_ = false;
-};
-
-Record take_record(Reader& reader) {
+/** Nothing when the owner is not as long as owners are. */
+std::optional<Record> record_of(GVariant* fields) {
+    g_autoptr(GVariant) name = g_variant_get_child_value(fields, 0);
+    g_autoptr(GVariant) owner = g_variant_get_child_value(fields, 1);
+    g_autoptr(GVariant) sealed = g_variant_get_child_value(fields, 2);
     Record record;
-    const std::size_t name_size = reader.take_size();
-    const std::size_t sealed_size = reader.take_size();
-    const ByteView name = reader.take(name_size);
-    record.name.assign(name.begin(), name.end());
-    std::ranges::copy(reader.take(record.owner.size()), record.owner.begin());
-    const ByteView sealed = reader.take(sealed_size);
-    record.sealed.assign(sealed.begin(), sealed.end());
+    if (bytes_of(owner).size() != record.owner.size())
+        return std::nullopt;
+    std::ranges::copy(bytes_of(owner), record.owner.begin());
+    record.name.assign(bytes_of(name).begin(), bytes_of(name).end());
+    record.sealed.assign(bytes_of(sealed).begin(), bytes_of(sealed).end());
     return record;
 }
 
 } // namespace
 
 Bytes encode(const Records& records) {
+    GVariantBuilder builder;
+    g_variant_builder_init(&builder, records_type());
+    for (const Record& record : records)
+        g_variant_builder_add(&builder, "(@ay@ay@ay)", byte_array(record.name), byte_array(record.owner),
+                              byte_array(record.sealed));
+    g_autoptr(GVariant) encoded = g_variant_ref_sink(g_variant_builder_end(&builder));
     Bytes bytes(mark.begin(), mark.end());
-    for (const Record& record : records) {
-        append_size(bytes, record.name.size());
-        append_size(bytes, record.sealed.size());
-        append(bytes, record.name);
-        append(bytes, record.owner);
-        append(bytes, record.sealed);
-    }
-    append(bytes, hash_of(bytes));
+    const auto* const data = static_cast<const unsigned char*>(g_variant_get_data(encoded));
+    bytes.insert(bytes.end(), data, data + g_variant_get_size(encoded));
+    const Hash hash = hash_of(bytes);
+    bytes.insert(bytes.end(), hash.begin(), hash.end());
     return bytes;
 }
 
@@ -93,11 +70,20 @@ std::optional<Records> decode(ByteView file) {
     if (!std::ranges::equal(hashed.first(mark.size()), mark) ||
         !std::ranges::equal(hash_of(hashed), file.last(hash_size)))
         return std::nullopt;
-    Reader reader(hashed.subspan(mark.size()));
+    const ByteView data = hashed.subspan(mark.size());
+    g_autoptr(GVariant) encoded = g_variant_ref_sink(
+        g_variant_new_from_data(records_type(), data.data(), data.size(), FALSE, nullptr, nullptr));
+    if (!g_variant_is_normal_form(encoded))
+        return std::nullopt;
     Records records;
-    while (!reader.done() && !reader.failed())
-        records.push_back(take_record(reader));
-    return reader.failed() ? std::nullopt : std::optional(std::move(records));
+    for (gsize i = 0; i < g_variant_n_children(encoded); ++i) {
+        g_autoptr(GVariant) fields = g_variant_get_child_value(encoded, i);
+        auto record = record_of(fields);
+        if (!record)
+            return std::nullopt;
+        records.push_back(std::move(*record));
+    }
+    return records;
 }
 
 } // namespace platform::secure
