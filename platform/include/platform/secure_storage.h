@@ -1,10 +1,13 @@
 /**
- * The platform's secure storage: small records, each readable only with the credential that wrote it.
+ * The platform's secure storage: small records, each opened only with the credential that wrote it.
  *
- * On an ordinary Linux machine the records are kept encrypted and authenticated in
- * "/opt/share/securestorage/data/aaba977f" (mode 0600, replaced atomically), under a key derived from the
- * credential and the machine's identity (/etc/machine-id, else /var/lib/dbus/machine-id). A machine without
- * an identity has no secure storage: reading and writing answer `storage_failed`.
+ * On an ordinary Linux machine the records are kept in "/opt/share/securestorage/data/aaba977f" (mode 0600, replaced
+ * atomically, its owner kept), encrypted and authenticated under a key derived from the credential and the machine's
+ * identity (/etc/machine-id, else /var/lib/dbus/machine-id). The credential is in the program and the identity in a
+ * file that everyone may read, so this finds damage, and keeps a store that was copied to another machine from being
+ * read there. It does not protect against who can read the store on this machine: that is what its mode is for.
+ * A machine without an identity has no secure storage: reading and writing answer `storage_failed`, and so they do
+ * when a part of the store's path is a link.
  */
 #pragma once
 

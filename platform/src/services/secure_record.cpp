@@ -10,21 +10,7 @@ namespace {
 constexpr std::size_t nonce_size = crypto_aead_xchacha20poly1305_ietf_NPUBBYTES;
 constexpr std::size_t tag_size = crypto_aead_xchacha20poly1305_ietf_ABYTES;
 
-/** The encryption key, wiped when it is no longer needed. */
-class Key {
-public:
-    Key(const SecureStorageCredential& credential, std::string_view machine);
-    ~Key() { sodium_memzero(bytes_.data(), bytes_.size()); }
-    Key(const Key&) = delete;
-    Key& operator=(const Key&) = delete;
-    Key(Key&&) = delete;
-    Key& operator=(Key&&) = delete;
-
-    [[nodiscard]] const unsigned char* data() const { return bytes_.data(); }
-
-private:
-    std::array<unsigned char, crypto_aead_xchacha20poly1305_ietf_KEYBYTES> bytes_{};
-};
+using Key = std::array<unsigned char, crypto_aead_xchacha20poly1305_ietf_KEYBYTES>;
 
 void append(Bytes& bytes, std::string_view text) { bytes.insert(bytes.end(), text.begin(), text.end()); }
 
@@ -42,11 +28,12 @@ Bytes material(std::string_view purpose, const SecureStorageCredential& credenti
     return bytes;
 }
 
-Key::Key(const SecureStorageCredential& credential, std::string_view machine) {
+Key key_of(const SecureStorageCredential& credential, std::string_view machine) {
     Bytes secret = material("secure storage record key 1", credential);
     append(secret, machine);
-    crypto_generichash(bytes_.data(), bytes_.size(), secret.data(), secret.size(), nullptr, 0);
-    sodium_memzero(secret.data(), secret.size());
+    Key key{};
+    crypto_generichash(key.data(), key.size(), secret.data(), secret.size(), nullptr, 0);
+    return key;
 }
 
 Bytes authenticated_part(const Record& record) {
@@ -84,7 +71,7 @@ std::optional<std::string> machine_identity() {
 Record seal(std::string_view name, ByteView data, const SecureStorageCredential& credential,
             std::string_view machine) {
     Record record{std::string(name), owner_of(credential), Bytes(nonce_size + data.size() + tag_size)};
-    const Key key(credential, machine);
+    const Key key = key_of(credential, machine);
     const Bytes authenticated = authenticated_part(record);
     randombytes_buf(record.sealed.data(), nonce_size);
     crypto_aead_xchacha20poly1305_ietf_encrypt(record.sealed.data() + nonce_size, nullptr, data.data(),
@@ -97,7 +84,7 @@ std::optional<Bytes> open(const Record& record, const SecureStorageCredential& c
                           std::string_view machine) {
     if (record.sealed.size() < nonce_size + tag_size)
         return std::nullopt;
-    const Key key(credential, machine);
+    const Key key = key_of(credential, machine);
     const Bytes authenticated = authenticated_part(record);
     Bytes data(record.sealed.size() - nonce_size - tag_size);
     const int result = crypto_aead_xchacha20poly1305_ietf_decrypt(

@@ -17,7 +17,8 @@ constexpr std::size_t largest_record = 1U << 20U;
 bool are_valid(const char* key, const SecureStorageCredential* credential, int reserved1, int reserved2,
                int option) {
     return key != nullptr && *key != '\0' && std::strlen(key) <= longest_name && credential != nullptr &&
-           credential->kind == own_credential && reserved1 == 0 && reserved2 == 0 && option == private_record;
+           credential->kind == own_credential && credential->flags == 0 && reserved1 == 0 && reserved2 == 0 &&
+           option == private_record;
 }
 
 /** Finds the record, or the reason why it cannot be read with this credential. */

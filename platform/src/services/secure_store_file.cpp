@@ -16,7 +16,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr const char* folder_path = "/opt/share/securestorage/data";
 constexpr const char* store_name = "aaba977f";
 constexpr const char* new_name = "aaba977f.new";
 constexpr const char* damaged_name = "aaba977f.damaged";
@@ -25,25 +24,34 @@ constexpr auto lock_patience = 5s;
 constexpr auto lock_pause = 1ms; // short, to meet the moment between two writes of a busy writer
 
 struct Folder {
-    const char* path;
+    const char* name;
     mode_t mode;
 };
 
-/** Leaves a folder that is there as it is; a new one gets its mode whatever the process's file mode mask. */
-bool make_folder(const Folder& folder) {
-    if (mkdir(folder.path, folder.mode) < 0)
+/** /opt/share/securestorage/data, from the root. Others may not enter the last two; those above are shared. */
+constexpr std::array<Folder, 4> folders{
+    {{"opt", 0755}, {"share", 0755}, {"securestorage", 0700}, {"data", 0700}}};
+
+/** Leaves a folder that is there as it is; a new one gets its mode whatever the process's file mode mask, and is on
+ * the disk. */
+bool make_folder(const Descriptor& parent, const Folder& folder) {
+    if (mkdirat(parent.get(), folder.name, folder.mode) < 0)
         return errno == EEXIST;
-    return chmod(folder.path, folder.mode) == 0;
+    return fchmodat(parent.get(), folder.name, folder.mode, 0) == 0 && fsync(parent.get()) == 0;
 }
 
-/** The folders that others may not enter; those above them are shared. */
-bool make_folders() {
-    constexpr std::array<Folder, 4> folders{
-        {{"/opt", 0755}, {"/opt/share", 0755}, {"/opt/share/securestorage", 0700}, {folder_path, 0700}}};
-    return std::ranges::all_of(folders, make_folder);
+/** The store's folder, no part of whose path is a link; nothing, and errno, when it is not to be had. */
+Descriptor open_folder(bool make) {
+    Descriptor folder(::open("/", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    for (const Folder& next : folders) {
+        if (make && !make_folder(folder, next))
+            return {};
+        folder = Descriptor(openat(folder.get(), next.name, O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW));
+        if (!folder)
+            return {};
+    }
+    return folder;
 }
-
-Descriptor open_folder() { return Descriptor(::open(folder_path, O_RDONLY | O_DIRECTORY | O_CLOEXEC)); }
 
 /** The folder itself is locked, so whoever may write the store may also lock it. */
 bool lock(const Descriptor& folder) {
@@ -88,12 +96,22 @@ Store read_store_in(const Descriptor& folder) {
     return records ? Store{ok, std::move(*records)} : Store{not_authentic, {}};
 }
 
+/** A store that was given to somebody stays theirs. */
+bool keep_owner(const Descriptor& folder, const Descriptor& file) {
+    struct stat former {};
+    if (fstatat(folder.get(), store_name, &former, AT_SYMLINK_NOFOLLOW) < 0)
+        return errno == ENOENT;
+    struct stat own {};
+    return fstat(file.get(), &own) == 0 && ((own.st_uid == former.st_uid && own.st_gid == former.st_gid) ||
+                                            fchown(file.get(), former.st_uid, former.st_gid) == 0);
+}
+
 bool write_new(const Descriptor& folder, const Bytes& bytes) {
     (void)unlinkat(folder.get(), new_name, 0); // left by a crash
     const Descriptor file(openat(folder.get(), new_name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
     const std::span<const char> characters(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-    return file && fchmod(file.get(), 0600) == 0 && write_all(file.get(), characters) == 0 &&
-           fsync(file.get()) == 0;
+    return file && keep_owner(folder, file) && fchmod(file.get(), 0600) == 0 &&
+           write_all(file.get(), characters) == 0 && fsync(file.get()) == 0;
 }
 
 /** Gives the damaged store its second name, so that there is a store at every moment; where a file has one
@@ -113,16 +131,14 @@ bool put_in_place(const Descriptor& folder, bool keep_damaged) {
 } // namespace
 
 Store read_store() {
-    const Descriptor folder = open_folder();
+    const Descriptor folder = open_folder(false);
     if (!folder)
         return {errno == ENOENT ? no_such_record : storage_failed, {}};
     return read_store_in(folder);
 }
 
 SecureStorageResult change_store(const std::function<void(Records&)>& change) {
-    if (!make_folders())
-        return storage_failed;
-    const Descriptor folder = open_folder();
+    const Descriptor folder = open_folder(true);
     if (!folder || !lock(folder))
         return storage_failed;
     Store store = read_store_in(folder);
