@@ -42,6 +42,16 @@ TEST_F(SecureStorageFiles, KeepOthersOutWhateverTheFileModeMask) {
         EXPECT_EQ(mode_of(file), 0600U);
         fs::remove_all(share);
     }
+    if (geteuid() == 0) {
+        ASSERT_EQ(write("version", "7.4.10"), platform::ok);
+        ASSERT_EQ(chown(file.c_str(), 1234, 5678), 0);
+        EXPECT_EQ(write("version", "1.2.9"), platform::ok);
+        struct stat status {};
+        ASSERT_EQ(stat(file.c_str(), &status), 0);
+        EXPECT_EQ(status.st_uid, 1234U) << "a store that was given away";
+        EXPECT_EQ(status.st_gid, 5678U);
+        fs::remove_all(share);
+    }
     fs::rename(aside, share);
 }
 
@@ -72,7 +82,13 @@ TEST_F(SecureStorageFiles, AreLeftAloneWhenTheyAreOfAnotherKind) {
     EXPECT_EQ(read("version").data, "1.2.9");
     EXPECT_EQ(content_of(elsewhere), good);
 
-    fs::remove_all(folder);
+    const fs::path moved = top / "elsewhere";
+    fs::rename(folder, moved);
+    fs::create_directory_symlink(moved, folder);
+    EXPECT_EQ(read("version").result, platform::storage_failed);
+    EXPECT_EQ(write("version", "7.4.10"), platform::storage_failed);
+    fs::remove(folder);
+
     put_file(folder, "no folder");
     EXPECT_EQ(read("version").result, platform::storage_failed);
     EXPECT_EQ(write("version", "1.2.9"), platform::storage_failed);
@@ -132,13 +148,18 @@ TEST_F(SecureStorageFiles, HoldTheOldOrTheNewRecordWhereverAWriteIsKilled) {
         std::optional<std::string> store;
         std::optional<std::string> temporary;
         ReadRecord before;
+        const char* calls;
     };
     const std::vector<Case> cases = {
-        {"no store", {}, {}, {platform::no_such_record, ""}},
-        {"a record, and what an earlier kill left", good, good.substr(0, 9), {platform::ok, "old"}},
-        {"a damaged store", "damaged", {}, {platform::not_authentic, ""}},
+        {"no store", {}, {}, {platform::no_such_record, ""}, "^ssw+srs$"},
+        {"a record, and what an earlier kill left",
+         good,
+         good.substr(0, 9),
+         {platform::ok, "old"},
+         "^w+srs$"},
+        {"a damaged store", "damaged", {}, {platform::not_authentic, ""}, "^w+srs$"},
     };
-    for (const auto& [what, store, temporary, before] : cases) {
+    for (const auto& [what, store, temporary, before, expected_calls] : cases) {
         std::string calls;
         bool is_killed = true;
         int stop = 0;
@@ -161,8 +182,8 @@ TEST_F(SecureStorageFiles, HoldTheOldOrTheNewRecordWhereverAWriteIsKilled) {
             ASSERT_FALSE(fs::exists(temporary_file));
         }
         EXPECT_GT(stop, 20) << what;
-        EXPECT_THAT(calls, testing::ContainsRegex("w+srs$"))
-            << what << ": synced, renamed, the folder synced";
+        EXPECT_THAT(calls, testing::ContainsRegex(expected_calls))
+            << what << ": new folders synced, the file written, synced and renamed, its folder synced";
     }
 }
 

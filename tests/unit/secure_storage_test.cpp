@@ -34,16 +34,19 @@ TEST_F(SecureStorage, RefusesBadArguments) {
     constexpr std::size_t largest = 1024UL * 1024;
     const SecureStorageCredential good = credential();
     SecureStorageCredential bad;
+    SecureStorageCredential flagged = good;
+    flagged.flags = 1;
     std::size_t length = 0;
-    EXPECT_THAT(std::vector({ss_init_credential(nullptr, 1, 2, 3, 4, 5, 1, 0),
-                             ss_init_credential(&bad, 1, 2, 3, 4, 5, 2, 0), write("key", "data", bad),
-                             write("", "data"), write(std::string(256, 'k'), "data"),
-                             write("key", std::string(largest + 1, 'd')),
-                             ss_write(nullptr, 0, 0, 0, "key", &good, private_record),
-                             ss_write("d", 1, 0, 0, "key", &good, 0x4002),
-                             ss_write("d", 1, 0, 0, "key", nullptr, private_record),
-                             ss_read(nullptr, &length, 0, 0, "key", &good, private_record)}),
-                testing::Each(platform::invalid_argument));
+    EXPECT_THAT(
+        std::vector({ss_init_credential(nullptr, 1, 2, 3, 4, 5, 1, 0),
+                     ss_init_credential(&bad, 1, 2, 3, 4, 5, 2, 0), write("key", "data", bad),
+                     write("key", "data", flagged), write("", "data"), write(std::string(256, 'k'), "data"),
+                     write("key", std::string(largest + 1, 'd')),
+                     ss_write(nullptr, 0, 0, 0, "key", &good, private_record),
+                     ss_write("d", 1, 0, 0, "key", &good, 0x4002),
+                     ss_write("d", 1, 0, 0, "key", nullptr, private_record),
+                     ss_read(nullptr, &length, 0, 0, "key", &good, private_record)}),
+        testing::Each(platform::invalid_argument));
     EXPECT_FALSE(std::filesystem::exists(file));
     EXPECT_EQ(write(std::string(255, 'k'), std::string(largest, 'd')), platform::ok);
 }
