@@ -7,6 +7,7 @@
 #include "remote/failure.h"
 #include "verbs.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -113,7 +114,7 @@ void pack(const fs::path& folder, const std::string& name, const std::string& fi
 void report(Remote& remote, const std::string& file) {
     const ScratchFolder scratch;
     std::string name = fs::path(file).filename();
-    name = name.substr(0, name.find(".tar"));
+    name.resize(std::min(name.size(), name.find(".tar")));
     if (name.empty() || name == ".")
         throw WrongUse(file + " is not the name of a file");
     Report(remote, scratch.path() / name).collect();

@@ -32,7 +32,7 @@ NcpService::NcpService(GDBusConnection* connection, guint limit, const StationLo
                       handle_simulation_call(method, arguments, invocation);
                   }) {}
 
-bool NcpService::set_behaviour(const std::string& method, Behaviour behaviour) {
+bool NcpService::set_behaviour(const std::string& method, const Behaviour& behaviour) {
     if (!is_method(method))
         return false;
     behaviours_[method] = behaviour;

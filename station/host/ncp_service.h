@@ -18,7 +18,7 @@ public:
     NcpService(GDBusConnection* connection, guint limit, const StationLog& log);
 
     /** From now on the method answers like that. @return false for an unknown method. */
-    bool set_behaviour(const std::string& method, Behaviour behaviour);
+    bool set_behaviour(const std::string& method, const Behaviour& behaviour);
 
 private:
     /** One call that waits for its answer. */
