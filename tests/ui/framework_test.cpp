@@ -12,6 +12,7 @@
 #include <gio/gio.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <optional>
 #include <thread>
 
 namespace {
@@ -104,6 +105,30 @@ TEST_F(Ending, SignalDuringALongCallbackTakesEffectAfterItAndTheFirstIsTheReason
     kill(probe.id(), SIGHUP);
     EXPECT_EQ(probe.await("blocked"), "blocked");
     expect_orderly_end(probe, "SIGTERM");
+}
+
+TEST_F(Ending, TheDisplaysEndIsAnOrderlyOneToo) {
+    const std::string display = g_getenv("DISPLAY");
+    std::optional<ProbeProcess> server(std::in_place, std::vector<std::string>{"-displayfd", "1"},
+                                       "/usr/bin/Xvfb");
+    g_setenv("DISPLAY", (":" + server->await("")).c_str(), TRUE);
+    ProbeProcess probe({"window"});
+    g_setenv("DISPLAY", display.c_str(), TRUE);
+    ASSERT_NE(probe.await("app_control"), "");
+    server.reset();
+    expect_orderly_end(probe, "the display has gone");
+}
+
+TEST_F(Ending, MissingStandardDescriptorsAreTheNullDevice) {
+    namespace fs = std::filesystem;
+    ProbeProcess probe({"-c", "exec " FRAMEWORK_PROBE " window <&- >&- 2>&-"}, "/bin/sh");
+    const fs::path descriptors = "/proc/" + std::to_string(probe.id()) + "/fd";
+    for (int look = 0; !fs::exists(descriptors / "20") && look < 1000; ++look)
+        g_usleep(10'000);
+    for (const char* const number : {"0", "1", "2"})
+        EXPECT_EQ(fs::read_symlink(descriptors / number), "/dev/null") << number;
+    kill(probe.id(), SIGTERM);
+    EXPECT_EQ(probe.wait(), 0);
 }
 
 TEST_F(Ending, QuitInCreateIsRemembered) {

@@ -2,8 +2,9 @@
  * The application framework: lifecycle callbacks around one main loop.
  *
  * On an ordinary Linux machine the framework brings up Elementary, runs its main loop with GLib's default
- * context in it, keeps one process an application, ends in order on SIGTERM, SIGINT, SIGQUIT and SIGHUP, and
- * logs why the main loop ends.
+ * context in it, keeps one process an application, ends in order on SIGTERM, SIGINT, SIGQUIT and SIGHUP and when
+ * the display server has gone, and logs why the main loop ends. A standard descriptor that the process was started
+ * without is opened on the null device.
  */
 #pragma once
 

@@ -1,6 +1,7 @@
 #include "platform/application.h"
 
 #include "accessibility.h"
+#include "display_loss.h"
 #include "efl_1_26/framework/held_keys.h"
 #include "efl_1_26/framework/still_picture.h"
 #include "event_handlers.h"
@@ -12,6 +13,7 @@
 #include "requirements.h"
 #include "session_bus.h"
 #include "single_instance.h"
+#include "standard_descriptors.h"
 #include "visibility.h"
 #include "x_server.h"
 
@@ -81,6 +83,7 @@ int run(const Application& application, GDBusConnection* session_bus, SingleInst
         const LanguageWatch language([] { language_changed_handler().deliver(); });
         const Visibility visibility([&application](bool visible) { application.set_visible(visible); });
         const HeldKeys held_keys;
+        survive_display_loss();
         if (!application.create())
             return application_create_failed;
         application.launch();
@@ -96,6 +99,7 @@ int run(const Application& application, GDBusConnection* session_bus, SingleInst
 
 int ui_app_main(int argc, char** argv, const platform::LifecycleCallbacks* callbacks, void* user_data) {
     using namespace platform;
+    open_missing_standard_descriptors();
     if (!callbacks || !callbacks->create || !callbacks->terminate || argc < 1 || !argv)
         return application_invalid_argument;
     const Application application(*callbacks, user_data);
