@@ -26,6 +26,9 @@ class LaunchRequest {};
 
 namespace {
 
+/** EFL frees what was deleted once the loop has nothing else to do, or when it is more than this; 32 MB of its own. */
+constexpr std::size_t most_unfreed_bytes = 1U << 20U;
+
 /** Elementary, up while it lives. */
 class Toolkit {
 public:
@@ -33,6 +36,7 @@ public:
         // No desktop files are looked up here, and the daemon that caches them would be left running.
         efreet_cache_disable();
         up_ = elm_init(argc, argv) > 0;
+        eina_freeq_mem_max_set(eina_freeq_main_get(), most_unfreed_bytes);
     }
     ~Toolkit() {
         if (up_)
