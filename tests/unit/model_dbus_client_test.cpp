@@ -136,17 +136,12 @@ TEST_F(DBusClientTest, RemovalDuringADispatchTakesEffectFromTheNextSignalOn) {
     EXPECT_THAT(notes, ElementsAre("1 a", "2 a", "3 a", "1 b", "3 b"));
 }
 
-TEST_F(DBusClientTest, EventsOfAnotherTypeAndExceptionsOfListenersGoToTheLogAndNoFurther) {
+TEST_F(DBusClientTest, AnExceptionOfAListenerGoesToTheLogAndNoFurther) {
     client.Init();
     client.RegisterDBusSignalCB(
         "ncp_event", [](const std::string& text, void*) { throw std::runtime_error("not " + text); },
         nullptr);
-    for (const char* const arguments : {"(7,)", "()", "('ready', 0)", "('ready',)"})
-        service.emit("ncp_event", arguments);
-    EXPECT_THAT(own_messages("invoke_callback"),
-                ElementsAre("Signal ncp_event has the type (i), expected (s)",
-                            "Signal ncp_event has the type (), expected (s)",
-                            "Signal ncp_event has the type (si), expected (s)", "Event Data: [ready]"));
+    service.emit("ncp_event", "('ready',)");
     EXPECT_EQ(own_messages("signal_callback").back(), "ended with an exception: not ready");
 }
 

@@ -89,40 +89,14 @@ TEST_F(NcpRequesterTest, StartGivesUpAfterTwentyAttemptsWhateverTheLastOneGives)
     EXPECT_EQ(own_messages("stop").back(), "Success to Deinit Dbus");
 }
 
-TEST_F(NcpRequesterTest, CommandSucceedsOnlyWithResultCodeZero) {
+TEST_F(NcpRequesterTest, NoCommandReachesTheServiceBeforeTheStart) {
     using Requester = ncp_requester;
-    struct Operation {
-        std::string name;
-        std::string argument; // as the service sees it
-        std::function<bool(Requester&)> run;
-    };
-    const std::vector<Operation> operations = {
-        {"ember_start", "(0)", [](Requester& self) { return self.ember_start(0); }},
-        {"ember_stop", "()", &Requester::ember_stop},
-        {"ember_set_channel", "(-99)", [](Requester& self) { return self.ember_set_channel(-99); }},
-        {"ember_set_power", "(20)", [](Requester& self) { return self.ember_set_power(20); }},
-        {"ember_start_stream", "()", &Requester::ember_start_stream},
-        {"ember_stop_stream", "()", &Requester::ember_stop_stream},
-        {"ember_reset_rx_statistics", "()", &Requester::ember_reset_rx_statistics},
-    };
-    for (const auto& [name, argument, run] : operations)
-        EXPECT_FALSE(run(requester)) << name << " before start";
+    std::string statistics;
+    for (const std::function<bool(Requester&)>& command : std::vector<std::function<bool(Requester&)>>{
+             [](Requester& self) { return self.ember_start(0); }, &Requester::ember_stop,
+             [&](Requester& self) { return self.ember_get_rx_statistics(statistics); }})
+        EXPECT_FALSE(command(requester));
     EXPECT_THAT(service.calls(), IsEmpty());
-    requester.start();
-    for (const auto& [name, argument, run] : operations) {
-        SCOPED_TRACE(name);
-        service.answer(name, "(0,)");
-        EXPECT_TRUE(run(requester));
-        EXPECT_EQ(service.calls().back(), name + argument);
-        service.refuse(name);
-        EXPECT_FALSE(run(requester));
-        EXPECT_EQ(own_messages(name).back(), "Fail to call " + name);
-        for (const char* const reply : {"(-3,)", "(5,)", "()", "('0',)", "(uint32 0,)", "(0, 0)"}) {
-            service.answer(name, reply);
-            EXPECT_FALSE(run(requester)) << reply;
-        }
-        EXPECT_EQ(own_messages(name).back(), "Reply of " + name + " has the type (ii), expected (i)");
-    }
 }
 
 TEST_F(NcpRequesterTest, StatisticsTextIsReplacedWheneverTheReplyIsUsable) {

@@ -28,9 +28,9 @@ std::string label_of(Spot spot) {
     return spot == Spot::power ? "Power:" : spot == Spot::channel ? "Channel:" : "";
 }
 
-std::string packets_text(const State& state) {
-    static const std::array<const char*, 4> texts{"?", "0", "N", "Reset Failed"};
-    return std::string("Received Packets: ") + texts.at(static_cast<std::size_t>(state.packets));
+std::string packets_text(const State& state, const std::string& packets) {
+    const std::array<std::string, 4> texts{"?", "0", packets, "Reset Failed"};
+    return "Received Packets: " + texts.at(static_cast<std::size_t>(state.packets));
 }
 
 } // namespace
@@ -69,7 +69,7 @@ std::string name_of(const State& state, Spot spot) {
     return {};
 }
 
-std::string appearance(const State& state) {
+std::string appearance(const State& state, const std::string& packets) {
     const auto button = [&state](Spot spot) {
         const std::string text = name_of(state, spot) + (is_barred(state, spot) ? "" : "*");
         return spot == state.focus && !state.behind ? "[" + text + "]"
@@ -90,7 +90,7 @@ std::string appearance(const State& state) {
         items = {"Velmora"}; // as wide as the screen in both directions
         add_row({button(Spot::tx_tab), button(Spot::rx_tab), button(Spot::exit)});
         if (state.page == Page::rx_test)
-            items.push_back(packets_text(state));
+            items.push_back(packets_text(state, packets));
         for (const Spot spot : content(state)) {
             const std::string label = label_of(spot);
             if (!label.empty())

@@ -1,10 +1,9 @@
 #include "hand.h"
 
-#include "appearance.h"
 #include "common/bus_object.h"
 #include "common/texts.h"
+#include "host/ncp_contract.h"
 #include "operator/front_window.h"
-#include "remote/remote.h"
 
 #include <X11/XKBlib.h>
 
@@ -27,7 +26,6 @@ constexpr auto repeat_after = 250ms;
 constexpr auto repeat_interval = 30ms;
 constexpr auto hold_time = 400ms;
 constexpr auto hold_time_to_a_limit = 1100ms;
-constexpr auto late = "late 500"; // longer than a press may wait
 constexpr auto late_key_after = 80ms;
 constexpr auto was_started = "/tmp/silent_program_was_started";
 const fs::path programs = "/opt/usr/apps/com.kelsor.tv.brimhub/bin";
@@ -65,28 +63,6 @@ private:
     bool spoils_;
 };
 
-std::string behaviour(Answer answer) {
-    switch (answer) {
-    case Answer::code:
-        return "code 5";
-    case Answer::error:
-        return "error";
-    case Answer::wrong_signature:
-        return "reply (0.5, 'neither text nor code')";
-    case Answer::late:
-        return late;
-    case Answer::normal:
-        break;
-    }
-    return "normal";
-}
-
-station::Remote television() { return station::Remote(station::connect_to_system_bus()); }
-
-void let_host_answer(const std::string& method, const std::string& behaviour) {
-    television().call(station::ncp_host, "Answer", g_variant_new("(ss)", method.c_str(), behaviour.c_str()));
-}
-
 std::vector<std::string> asked_of_host() {
     return station::texts_of(station::first_of(television().call(station::ncp_host, "Asked")).get());
 }
@@ -94,12 +70,12 @@ std::vector<std::string> asked_of_host() {
 /** While it lives, the method of a call is answered in another way. */
 class Answering {
 public:
-    Answering(const std::vector<std::string>& calls, Answer answer)
-        : method_(answer == Answer::normal || calls.empty()
+    Answering(const std::vector<std::string>& calls, const Transition& transition)
+        : method_(transition.answer == Answer::normal || calls.empty()
                       ? ""
                       : calls.front().substr(0, calls.front().find('('))) {
         if (!method_.empty())
-            let_host_answer(method_, behaviour(answer));
+            let_host_answer(method_, transition.behaviour);
     }
     ~Answering() {
         if (!method_.empty())
@@ -124,10 +100,24 @@ std::string without_count(const std::string& text) {
     const std::string label = "Received Packets: ";
     const bool counts = text.starts_with(label) && text.size() > label.size() && text[label.size()] > '0' &&
                         text[label.size()] <= '9';
-    return counts ? label + "N" : text;
+    return counts ? label + some_packets : text;
 }
 
 } // namespace
+
+station::Remote television() { return station::Remote(station::connect_to_system_bus()); }
+
+void let_host_answer(const std::string& method, const std::string& behaviour) {
+    television().call(station::ncp_host, "Answer", g_variant_new("(ss)", method.c_str(), behaviour.c_str()));
+}
+
+void send_event(GVariant* values) {
+    using namespace station::contract;
+    const auto bus = station::connect_to_system_bus();
+    g_dbus_connection_emit_signal(bus.get(), nullptr, service_path, service_interface, event_signal, values,
+                                  nullptr);
+    g_dbus_connection_flush_sync(bus.get(), nullptr, nullptr);
+}
 
 Hand::Hand(std::string program)
     : program_(std::move(program)), display_(station::open_display()), reader_(1s) {
@@ -145,7 +135,7 @@ void Hand::begin() {
     set_language(false);
     calls_seen_ = asked_of_host().size();
     start_application();
-    expect(State{}, {});
+    expect(State{}, std::vector<std::string>{});
 }
 
 void Hand::start_application() {
@@ -165,7 +155,7 @@ void Hand::take(const State& from, const Transition& transition) {
     const Outcome outcome = follow(from, transition);
     {
         const Spoiled spoiled(transition.bring_up);
-        const Answering answering(outcome.calls, transition.answer);
+        const Answering answering(outcome.calls, transition);
         act(from, transition);
         if (transition.answer == Answer::late) {
             std::this_thread::sleep_for(late_key_after);
@@ -180,7 +170,7 @@ void Hand::take(const State& from, const Transition& transition) {
     }
     if (afterwards_ > 0ms) {
         std::this_thread::sleep_for(afterwards_);
-        expect(outcome.state, {});
+        expect(outcome.state, std::vector<std::string>{});
     }
 }
 
@@ -197,10 +187,7 @@ void Hand::act(const State& from, const Transition& transition) {
         activate(name_of(from, transition.spot));
         break;
     case Act::event:
-        television().call(station::ncp_host, "Emit", g_variant_new("(s)", transition.key.c_str()));
-        break;
-    case Act::bad_event:
-        television().call(station::ncp_host, "EmitValue", g_variant_new("(s)", "(uint32 7, -7)"));
+        send_event(g_variant_new("(s)", transition.key.c_str()));
         break;
     case Act::language:
         set_language(!from.mirrored);
@@ -285,23 +272,27 @@ std::vector<std::string> Hand::new_calls() const {
 }
 
 /** Two looks that show it, one after the other: what came before the second has been dealt with. */
-void Hand::expect(const State& state, const std::vector<std::string>& calls) {
-    const std::string wanted = appearance(state);
+void Hand::expect(const State& state, const std::optional<std::vector<std::string>>& calls,
+                  const std::string& packets) {
+    constexpr std::size_t longest_line = 1000;
+    const std::string wanted = appearance(state, packets);
     const auto deadline =
         std::chrono::steady_clock::now() + (afterwards_ > 0ms ? patience_of_a_trial : patience);
     for (int as_wanted = 0;;) {
         const std::string seen = look();
-        const std::vector<std::string> asked = new_calls();
-        as_wanted = seen == wanted && asked == calls ? as_wanted + 1 : 0;
+        const std::vector<std::string> asked = calls ? new_calls() : std::vector<std::string>{};
+        const bool is_asked = asked == calls.value_or(asked);
+        as_wanted = seen == wanted && is_asked ? as_wanted + 1 : 0;
         if (as_wanted == 2)
             break;
         if (std::chrono::steady_clock::now() >= deadline)
             throw Difference(
-                "  expected " + wanted + "\n  seen     " + seen +
-                (asked == calls ? "" : "\n  asked    " + joined(asked) + "; expected " + joined(calls)));
+                "  expected " + wanted.substr(0, longest_line) + "\n  seen     " +
+                seen.substr(0, longest_line) +
+                (is_asked ? "" : "\n  asked    " + joined(asked) + "; expected " + joined(*calls)));
         std::this_thread::sleep_for(look_interval);
     }
-    calls_seen_ += calls.size();
+    calls_seen_ += calls ? calls->size() : 0;
 }
 
 } // namespace walk

@@ -1,12 +1,14 @@
 /** Does on the simulated television what the model's transitions say, and sees what comes of it. */
 #pragma once
 
+#include "appearance.h"
 #include "model.h"
 
 #include "common/process.h"
 #include "operator/display.h"
 #include "operator/other_window.h"
 #include "operator/screen_reader.h"
+#include "remote/remote.h"
 
 #include <chrono>
 #include <map>
@@ -20,6 +22,15 @@ class Difference : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
+
+/** Calls to what the television has on its system bus. */
+station::Remote television();
+
+/** From now on the radio's service answers a method like that. */
+void let_host_answer(const std::string& method, const std::string& behaviour);
+
+/** Says "ncp_event" with these values, a floating tuple. */
+void send_event(GVariant* values);
 
 class Hand {
 public:
@@ -39,6 +50,22 @@ public:
     /** Takes a transition from a state. @throws Difference. */
     void take(const State& from, const Transition& transition);
 
+    /** Does what a transition from a state says, and no more. */
+    void act(const State& from, const Transition& transition);
+
+    /**
+     * Waits until the screen shows a state and the radio's service was asked these calls since the last time.
+     *
+     * @param calls   nothing: the service cannot be asked.
+     * @param packets what the page says that were received.
+     * @throws Difference.
+     */
+    void expect(const State& state, const std::optional<std::vector<std::string>>& calls,
+                const std::string& packets = some_packets);
+
+    /** The radio's service has been asked nothing yet, since it is another process. */
+    void expect_new_host() { calls_seen_ = 0; }
+
     /** From now on a step waits this long for what must not come. */
     void be_patient(std::chrono::milliseconds time) { afterwards_ = time; }
 
@@ -47,11 +74,9 @@ public:
 private:
     void start_application();
     void expect_end();
-    void act(const State& from, const Transition& transition);
     void activate(const std::string& name);
     static void set_language(bool mirrored);
     void await_direction(bool mirrored) const;
-    void expect(const State& state, const std::vector<std::string>& calls);
     [[nodiscard]] std::string look();
     [[nodiscard]] std::vector<std::string> new_calls() const;
 

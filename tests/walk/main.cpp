@@ -1,6 +1,6 @@
 /** Walks over the application: every transition of the model once, or some at random. */
 
-#include "shortening.h"
+#include "faults.h"
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
@@ -21,10 +21,13 @@ struct Options {
     unsigned part = 0; /**< of the tour; 0: all of it */
     bool count = false;
     bool as_it_came = false;
+    bool faults = false;
     std::vector<std::string> without;
     std::string program = VELMORA_PROGRAM;
 
     [[nodiscard]] std::string name() const {
+        if (faults)
+            return "walk-faults-" + std::to_string(part);
         return steps > 0 ? "walk-random-" + std::to_string(seed) : "walk-tour-" + std::to_string(part);
     }
 };
@@ -66,6 +69,8 @@ int report(Walk& walk, const Difference& first, const Options& options) {
               << difference << '\n'
               << std::flush;
     const auto kept = keep_evidence(walk, options);
+    if (options.faults)
+        return 1;
     const Steps steps = options.as_it_came || walk.taken.empty()
                             ? walk.taken
                             : shortened(walk, walk.taken, allowed(options), difference);
@@ -136,9 +141,12 @@ int main(int argc, char** argv) {
     arguments.add_option("--seed", options.seed, "the seed of the random steps");
     arguments.add_option("--seeds", options.seeds, "as many walks, each from the next seed");
     arguments
-        .add_option("--part", options.part,
-                    "only the transitions of the test pages (1), or only the others (2)")
+        .add_option(
+            "--part", options.part,
+            "only the transitions of the test pages (1), or only the others (2); of the faults one half")
         ->check(CLI::Range(1, 2));
+    arguments.add_flag("--faults", options.faults,
+                       "the radio's service goes wrong in every way at every command");
     arguments.add_flag("--as-it-came", options.as_it_came,
                        "do not look for fewer steps that show a difference");
     arguments.add_option("--without", options.without, "leave out the transitions with this in their name");
@@ -149,7 +157,9 @@ int main(int argc, char** argv) {
         return count();
     Walk walk(options.program);
     try {
-        if (options.steps == 0)
+        if (options.faults)
+            std::cout << take_faults(walk, options.part) << " faults made to happen\n";
+        else if (options.steps == 0)
             tour(walk, options);
         else
             random_walk(walk, options);

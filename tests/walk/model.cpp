@@ -81,8 +81,8 @@ bool radio_obeys(Radio& radio, const std::string& method, int argument) {
 bool ask(State& state, Calls& calls, Answer answer, const std::string& method,
          std::optional<int> argument = std::nullopt) {
     calls.push_back(method + "(" + (argument ? std::to_string(*argument) : "") + ")");
-    const bool reaches = answer == Answer::normal || answer == Answer::late;
-    return reaches && radio_obeys(state.radio, method, argument.value_or(0));
+    const bool obeys = answer != Answer::refused && radio_obeys(state.radio, method, argument.value_or(0));
+    return obeys && answer != Answer::lost;
 }
 
 // Pages and popups.
@@ -100,11 +100,11 @@ void show_start_page(State& state, bool tx) {
     put_focus(state, Spot::start);
 }
 
-void be_ready(State& state, Calls& calls) {
+void be_ready(State& state, Calls& calls, Answer answer = Answer::normal) {
     if (state.page == Page::first)
         return;
     const bool tx = is_tx(state);
-    ask(state, calls, Answer::normal, "ember_start", tx ? 0 : 1);
+    ask(state, calls, answer, "ember_start", tx ? 0 : 1);
     show_start_page(state, tx);
     state.page = tx ? Page::tx_test : Page::rx_test;
     put_focus(state, tx ? Spot::power : Spot::channel);
@@ -253,12 +253,11 @@ Outcome follow(const State& state, const Transition& transition) {
         break;
     case Act::event:
         if (transition.key == "ready")
-            be_ready(outcome.state, outcome.calls);
+            be_ready(outcome.state, outcome.calls, transition.answer);
         break;
     case Act::language:
         outcome.state.mirrored = !state.mirrored;
         break;
-    case Act::bad_event:
     case Act::launch:
         break;
     case Act::terminate:

@@ -10,15 +10,19 @@
 
 namespace walk {
 
-/** How the radio's service answers the one command of a step. */
-enum class Answer : std::uint8_t { normal, code, error, wrong_signature, late };
+/** What becomes of the one command of a step. */
+enum class Answer : std::uint8_t {
+    normal,  /**< the radio says */
+    refused, /**< the radio does not hear of it */
+    late,    /**< as normal, and keys are pressed meanwhile */
+    lost     /**< the radio obeys, and its answer is lost */
+};
 
 enum class Act : std::uint8_t {
     press,     /**< `key`, `times` times */
     hold,      /**< `key` */
     activate,  /**< `spot`, through its accessible action */
     event,     /**< the radio's service says `key` */
-    bad_event, /**< the radio's service says "ncp_event" with a wrong signature */
     language,  /**< one of the other direction */
     launch,    /**< a second time */
     terminate, /**< SIGTERM, then start anew */
@@ -36,6 +40,7 @@ struct Transition {
     int times = 1;
     Spot spot = Spot::none;
     Answer answer = Answer::normal;
+    std::string behaviour = "normal"; /**< of the radio's service meanwhile */
     BringUp bring_up = BringUp::ready;
     std::uint64_t grain = 0; /**< it counts once for each `place & grain` */
     int cost = 1;            /**< about how long it takes, in milliseconds */

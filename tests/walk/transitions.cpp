@@ -112,18 +112,18 @@ void add_ok(std::vector<Transition>& all) {
                    .cost = 4000,
                    .can_happen = ok_starts});
     constexpr auto refused = page | popup | focus | stream;
-    const auto add = [&](const std::string& how, Answer answer, int cost) {
-        all.push_back({.name = "OK, answered " + how,
+    const auto add = [&](const std::string& name, Answer answer, const std::string& behaviour, int cost) {
+        all.push_back({.name = "OK, " + name,
                        .key = "OK",
                        .answer = answer,
+                       .behaviour = behaviour,
                        .grain = refused,
                        .cost = cost,
                        .can_happen = commands});
     };
-    add("with a code", Answer::code, 40);
-    add("with an error", Answer::error, 40);
-    add("with a wrong signature", Answer::wrong_signature, 40);
-    add("late, with OK and Up meanwhile", Answer::late, 600);
+    add("refused", Answer::refused, "code 5", 40);
+    add("answered late, with OK and Up meanwhile", Answer::late, "late 500",
+        600); // longer than a press may wait
 }
 
 void add_actions(std::vector<Transition>& all) {
@@ -153,7 +153,6 @@ void add_rest(std::vector<Transition>& all) {
     };
     add("the radio is ready", Act::event, "ready", grain | texts | packets | behind, 50);
     add("another event", Act::event, "READY", grain, 30);
-    add("an event with a wrong signature", Act::bad_event, "", grain, 30);
     add("a language of the other direction", Act::language, "", grain | texts | mirrored | made, 60);
     all.push_back({.name = "a language of the other direction, behind",
                    .act = Act::language,

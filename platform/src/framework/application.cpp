@@ -26,7 +26,7 @@ class LaunchRequest {};
 
 namespace {
 
-/** EFL frees what was deleted once the loop has nothing else to do, or when it is more than this; 32 MB of its own. */
+/** EFL frees what was deleted once the loop has nothing else to do, or when it is more than this; else than 32 MB. */
 constexpr std::size_t most_unfreed_bytes = 1U << 20U;
 
 /** Elementary, up while it lives. */

@@ -1,0 +1,288 @@
+#include "faults.h"
+
+#include "common/bus_object.h"
+#include "common/texts.h"
+#include "host/ncp_contract.h"
+#include "remote/failure.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <thread>
+
+namespace walk {
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+constexpr auto patience = 8s;
+constexpr auto look_interval = 5ms;
+constexpr std::size_t mebibyte = 1U << 20U;
+/** Before and after the bus has given up the call. */
+constexpr auto late = "late 2000";
+constexpr auto too_late = "late 3000";
+
+struct Command {
+    std::string method;
+    std::string complaint; /**< on the log when it fails; nothing: on the page alone */
+};
+
+const std::array<Command, 8> commands{{{"ember_start", ""},
+                                       {"ember_set_power", "failed to set power"},
+                                       {"ember_set_channel", "failed to set channel"},
+                                       {"ember_start_stream", "start Stream failed"},
+                                       {"ember_stop_stream", "stop Stream failed"},
+                                       {"ember_stop", "stop test failed"},
+                                       {"ember_get_rx_statistics", "failed to get rx statistics"},
+                                       {"ember_reset_rx_statistics", ""}}};
+
+/** What becomes of the service itself. */
+enum class Host : std::uint8_t {
+    stays,
+    ends,    /**< in the call */
+    is_away, /**< before the call */
+    returns  /**< there is no call, but another service */
+};
+
+struct Fault {
+    std::string behaviour;
+    std::string cause; /**< what the log says */
+    Answer answer = Answer::refused;
+    Host host = Host::stays;
+    std::string packets = some_packets;
+};
+
+std::string error(const std::string& name) {
+    return "Error Message[GDBus.Error:org.freedesktop.DBus.Error." + name;
+}
+
+std::vector<Fault> faults_of(const std::string& method) {
+    const auto reply = [&method](const std::string& value, const std::string& type) {
+        return Fault{"reply " + value, "Reply of " + method + " has the type " + type + ", expected "};
+    };
+    const bool has_text = method == station::contract::statistics_method;
+    const std::string long_text(mebibyte, 'x');
+    std::vector<Fault> faults{{"code -3", "Result = -3"},
+                              {"error", error("Failed: " + method + " failed]")},
+                              reply("()", "()"),
+                              has_text ? reply("(0, '7')", "(is)") : reply("('0',)", "(s)"),
+                              reply("((0, [{'0': <0>}]),)", "((iaa{sv}))"),
+                              has_text ? reply("('" + long_text + "',)", "(s)")
+                                       : reply("(0, '" + long_text + "')", "(is)"),
+                              {late, "Result = 0", Answer::late},
+                              {too_late, error("NoReply"), Answer::lost},
+                              {"dies", error("NoReply"), Answer::refused, Host::ends},
+                              {"", error("ServiceUnknown"), Answer::refused, Host::is_away},
+                              {"", "", Answer::normal, Host::returns}};
+    if (!has_text)
+        return faults;
+    const auto success = [&faults](const std::string& text, const std::string& packets) {
+        faults.push_back(
+            {"reply ('" + text + " packets', 0)", "Result = 0", Answer::normal, Host::stays, packets});
+    };
+    success("7 " + long_text, some_packets);
+    for (const char* const text : {"\u202e7\u202c", "<b>7</b>&amp;", "\x01\x1b[31m7\x7f"})
+        success(text, text);
+    return faults;
+}
+
+/** What the application says on its log from now on. */
+class Log {
+public:
+    Log() : begin_(static_cast<std::streamoff>(std::filesystem::file_size(Hand::log))) {}
+
+    void await(const std::string& text) const {
+        for (const auto deadline = Clock::now() + patience; count(text) == 0;
+             std::this_thread::sleep_for(look_interval))
+            if (Clock::now() >= deadline)
+                throw Difference("  not on the log: " + text);
+    }
+    void expect_once(const std::string& text) const {
+        if (const auto times = count(text); !text.empty() && times != 1)
+            throw Difference("  " + std::to_string(times) + " times on the log: " + text);
+    }
+    [[nodiscard]] long count(const std::string& text) const {
+        std::ifstream file(Hand::log);
+        file.seekg(begin_);
+        const std::string said(std::istreambuf_iterator<char>(file), {});
+        long times = 0;
+        for (auto at = said.find(text); at != std::string::npos; at = said.find(text, at + 1))
+            ++times;
+        return times;
+    }
+
+private:
+    std::streamoff begin_;
+};
+
+bool is_host_on_bus() {
+    constexpr station::BusPart bus{"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                                   ""};
+    const auto answer = station::first_of(
+        television().call(bus, "NameHasOwner", g_variant_new("(s)", station::contract::bus_name)));
+    return g_variant_get_boolean(answer.get()) != FALSE;
+}
+
+void kill_host() {
+    television().call(station::television, "Kill", g_variant_new("(s)", "ncp_host"));
+    while (is_host_on_bus())
+        std::this_thread::sleep_for(look_interval);
+}
+
+/** Again and again: the television hears of its end a little later. */
+void start_host() {
+    for (const auto deadline = Clock::now() + patience;; std::this_thread::sleep_for(look_interval))
+        try {
+            television().call(station::television, "Start", g_variant_new("(s)", "ncp_host"));
+            return;
+        } catch (const station::Failure&) {
+            if (Clock::now() >= deadline)
+                throw;
+        }
+}
+
+const Transition& transition(const std::string& name) {
+    return *std::ranges::find(transitions(), name, &Transition::name);
+}
+
+/** Whether it asks the radio for this, and what comes of it depends on the radio. */
+bool asks(const State& state, Transition by, const std::string& method) {
+    if (!by.can_happen(state))
+        return false;
+    const Outcome outcome = follow(state, by);
+    by.answer = Answer::refused;
+    return outcome.calls.size() == 1 && outcome.calls.front().starts_with(method + "(") &&
+           follow(state, by).state != outcome.state;
+}
+
+void go_where_it_asks(Walk& walk, const Transition& by, const std::string& method) {
+    const Choice may = [](const State& state, std::size_t step) {
+        constexpr int dear = 400;
+        const Transition& each = transitions()[step];
+        return each.cost < dear && each.answer == Answer::normal && each.act <= Act::event &&
+               each.can_happen(state);
+    };
+    const auto way = nearest(walk.state, may, [&](const State& state, std::size_t step) {
+        return &transitions()[step] == &by && asks(state, by, method);
+    });
+    for (const std::size_t step : Steps(way.value().begin(), way.value().end() - 1))
+        walk.take(step);
+}
+
+void be_ready(Walk& walk) {
+    start_host();
+    walk.hand.expect_new_host();
+    walk.state.radio = Radio::off;
+    const Outcome outcome = follow(walk.state, transition("the radio is ready"));
+    walk.hand.expect(outcome.state, outcome.calls);
+    walk.state = outcome.state;
+}
+
+/** The command of a step goes wrong. */
+void go_wrong(Walk& walk, Transition step, const Command& command, const Fault& fault) {
+    const bool can_be_asked = fault.host == Host::stays;
+    step.answer = fault.answer;
+    const Outcome outcome = follow(walk.state, step);
+    const Log log;
+    if (fault.host == Host::is_away)
+        kill_host();
+    else
+        let_host_answer(command.method, fault.behaviour);
+    walk.hand.act(walk.state, step);
+    log.await(fault.cause);
+    walk.hand.expect(outcome.state, can_be_asked ? std::optional(outcome.calls) : std::nullopt,
+                     fault.packets);
+    log.expect_once(fault.cause);
+    const bool fails = fault.answer == Answer::refused || fault.answer == Answer::lost;
+    if (log.count(command.complaint) != (fails ? 1 : 0) && !command.complaint.empty())
+        throw Difference("  not as often as it failed on the log: " + command.complaint);
+    if (can_be_asked)
+        let_host_answer(command.method, "normal");
+    walk.state = outcome.state;
+}
+
+void take(Walk& walk, const Command& command, const Fault& fault) {
+    const Transition& step = transition(command.method == "ember_start" ? "the radio is ready" : "OK");
+    go_where_it_asks(walk, step, command.method);
+    if (fault.host == Host::returns)
+        kill_host();
+    else
+        go_wrong(walk, step, command, fault);
+    if (fault.host != Host::stays)
+        be_ready(walk);
+    go_where_it_asks(walk, step, command.method);
+    walk.take(static_cast<std::size_t>(&step - transitions().data()));
+}
+
+/** An event whose text is not UTF-8: the bus itself takes it for a fault of its sender, and lets that one go. */
+void send_spoiled_event() {
+    using namespace station::contract;
+    g_autofree char* address = g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr);
+    const auto bus = station::connect_to_bus(address);
+    g_autoptr(GDBusMessage) event = g_dbus_message_new_signal(service_path, service_interface, event_signal);
+    g_dbus_message_set_body(event, g_variant_new("(s)", "ready?"));
+    constexpr guint32 any_number = 1000;
+    g_dbus_message_set_serial(event, any_number);
+    gsize size = 0;
+    g_autofree guchar* bytes = g_dbus_message_to_blob(event, &size, G_DBUS_CAPABILITY_FLAGS_NONE, nullptr);
+    std::replace(bytes, bytes + size, static_cast<guchar>('?'), static_cast<guchar>(0xff));
+    GOutputStream* const stream = g_io_stream_get_output_stream(g_dbus_connection_get_stream(bus.get()));
+    g_output_stream_write_all(stream, bytes, size, nullptr, nullptr, nullptr);
+    for (const auto deadline = Clock::now() + patience; g_dbus_connection_is_closed(bus.get()) == FALSE;)
+        if (Clock::now() >= deadline)
+            throw Difference("  the bus has taken a text that is not UTF-8");
+}
+
+/** Nothing comes of it but the cause on the log. */
+void take_event(Walk& walk, const std::string& cause, const std::function<void()>& send) {
+    const Log log;
+    send();
+    if (!cause.empty())
+        log.await(cause);
+    walk.hand.expect(walk.state, std::vector<std::string>{});
+    log.expect_once(cause);
+    if (log.count("Event Data: [") + log.count(", expected (s)") != (cause.empty() ? 0 : 1))
+        throw Difference("  the log tells of another event");
+    walk.take(static_cast<std::size_t>(&transition("the radio is ready") - transitions().data()));
+}
+
+int take_events(Walk& walk) {
+    const std::string long_text(mebibyte, 'y');
+    const std::vector<std::pair<std::string, std::string>> events{
+        {"()", "has the type (), expected (s)"},
+        {"(7,)", "has the type (i), expected (s)"},
+        {"('ready', 0)", "has the type (si), expected (s)"},
+        {"(('ready', [{'ready': <'ready'>}]),)", "has the type ((saa{sv})), expected (s)"},
+        {"('" + long_text + "',)", "Event Data: [" + long_text + "]"},
+        {R"(('ready\n\u0001\u001b[31m',))", R"(Event Data: [ready\n\x01\x1b[31m])"},
+        {R"(('\u202e<b>ready</b>&amp;',))", R"(Event Data: [\u202e<b>ready</b>&amp;])"}};
+    for (const auto& [values, cause] : events)
+        take_event(walk, cause, [&values = values] { send_event(station::tuple_of(values).get()); });
+    take_event(walk, "", send_spoiled_event);
+    return static_cast<int>(events.size()) + 1;
+}
+
+} // namespace
+
+int take_faults(Walk& walk, unsigned part) {
+    int taken = 0;
+    walk.begin();
+    for (std::size_t index = 0; index < commands.size(); ++index)
+        if (part == 0 || (index < commands.size() / 2) == (part == 1))
+            for (const Fault& fault : faults_of(commands.at(index).method)) {
+                const std::string name = commands.at(index).method + ": " + fault.behaviour.substr(0, 30) +
+                                         " " + fault.cause.substr(0, 100);
+                try {
+                    take(walk, commands.at(index), fault);
+                } catch (const Difference& difference) {
+                    throw Difference("  at " + name + "\n" + difference.what());
+                }
+                ++taken;
+            }
+    return taken + (part != 1 ? take_events(walk) : 0);
+}
+
+} // namespace walk
