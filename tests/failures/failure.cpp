@@ -207,9 +207,9 @@ std::vector<Failure> of_the_images() {
 }
 
 // The start goes on; without a store the factory's image decides each time.
-Failure with_store(const std::string& name, const std::string& state) {
+Failure without_store(const std::string& name, const Messages& options) {
     return {.name = name,
-            .television = {"--folder", store_folder + "=" + state},
+            .television = options,
             .running = whole_stack,
             .messages = {"stored ver[]", "FW ver[7.4.8]", slow, "stored ver[]", "fw_ver : 7.4.8",
                          "StoreStringData], nRet[-N]", "ver[7.4.8] is stored", "FW ver[7.4.8]", slow},
@@ -232,8 +232,9 @@ std::vector<Failure> of_the_store() {
     given_away.television = {};
     for (auto& [path, state] : given_away.files)
         state.is_given_away = true;
-    return {with_store("SecureStoreReadOnly", "read-only"), with_store("SecureStoreFull", "full"), missing,
-            given_away};
+    return {without_store("SecureStoreReadOnly", {"--folder", store_folder + "=read-only"}),
+            without_store("SecureStoreFull", {"--folder", store_folder + "=full"}),
+            without_store("MachineIdentityMissing", {"--no-machine-id"}), missing, given_away};
 }
 
 } // namespace

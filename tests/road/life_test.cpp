@@ -1,10 +1,49 @@
 #include "support/road.h"
 
+#include <csignal>
 #include <cstdlib>
+#include <fstream>
 
 using namespace std::chrono_literals;
 
-class LifeRoad : public Road {};
+class LifeRoad : public Road {
+protected:
+    [[nodiscard]] static bool radio_sends() {
+        const station::Value state = station::first_of(television().call(station::radio_module, "State"));
+        gboolean stream = FALSE;
+        EXPECT_TRUE(g_variant_lookup(state.get(), "stream", "b", &stream));
+        return stream != FALSE;
+    }
+
+    void open_stream() {
+        open_test("TX Test", "Set Power");
+        EXPECT_FALSE(radio_sends());
+        operator_.activate("Start Stream");
+        operator_.wait_for("Stop Stream");
+        EXPECT_TRUE(radio_sends());
+    }
+};
+
+TEST_F(LifeRoad, KilledInAStreamItBringsTheRadioUpAnewWhenItIsStartedAgain) {
+    open_stream();
+    application().send_signal(SIGKILL);
+    ASSERT_EQ(application().wait_for_end(1s), 128 + SIGKILL);
+    open_stream();
+}
+
+TEST_F(LifeRoad, WithoutTheDeviceASecondStartIsReportedAndEndsTheStream) {
+    open_stream();
+    television().call(station::radio_module, "SetSerial", g_variant_new("(b)", FALSE));
+    operator_.activate("TX Test");
+    operator_.wait_for_focus("Start TX Test");
+    operator_.press("Return");
+    expect_orderly_end();
+    EXPECT_FALSE(radio_sends());
+    std::string result;
+    std::ifstream("/tmp/iot_test_result") >> result;
+    EXPECT_EQ(result, "FAIL");
+    television().call(station::radio_module, "SetSerial", g_variant_new("(b)", TRUE));
+}
 
 TEST_F(LifeRoad, EndsInOrderOnSigtermWhileTheStackComesUp) {
     open_application();

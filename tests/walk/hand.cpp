@@ -149,6 +149,10 @@ void Hand::expect_end() {
         throw Difference("the application does not end");
     if (*status != 0)
         throw Difference("the application ends with status " + std::to_string(*status));
+    const station::Value radio = station::first_of(television().call(station::radio_module, "State"));
+    const char* mode = "";
+    if (g_variant_lookup(radio.get(), "mode", "&s", &mode) == FALSE || std::string(mode) != "off")
+        throw Difference("the application ends, and the radio is not off");
 }
 
 void Hand::take(const State& from, const Transition& transition) {
