@@ -101,7 +101,7 @@ public:
                 throw Difference("  not on the log: " + text);
     }
     void expect_once(const std::string& text) const {
-        if (const auto times = count(text); !text.empty() && times != 1)
+        if (const long times = text.empty() ? 1 : count(text); times != 1)
             throw Difference("  " + std::to_string(times) + " times on the log: " + text);
     }
     [[nodiscard]] long count(const std::string& text) const {
@@ -197,7 +197,7 @@ void go_wrong(Walk& walk, Transition step, const Command& command, const Fault& 
                      fault.packets);
     log.expect_once(fault.cause);
     const bool fails = fault.answer == Answer::refused || fault.answer == Answer::lost;
-    if (log.count(command.complaint) != (fails ? 1 : 0) && !command.complaint.empty())
+    if (!command.complaint.empty() && log.count(command.complaint) != (fails ? 1 : 0))
         throw Difference("  not as often as it failed on the log: " + command.complaint);
     if (can_be_asked)
         let_host_answer(command.method, "normal");
