@@ -103,8 +103,7 @@ void add_command_benchmarks() {
     const auto add = [](const char* who, auto&&... function) {
         benchmark::RegisterBenchmark(measurement(what, who).c_str(), function...)
             ->UseRealTime()
-            ->Unit(benchmark::kMicrosecond)
-            ->Repetitions(15);
+            ->Unit(benchmark::kMicrosecond);
     };
     add(own_name, velmora);
     add("GDBus proxy call", gdbus_proxy);
