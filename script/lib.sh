@@ -7,7 +7,7 @@ help() {
     local text=$1
     shift
     case "${1-}" in -h | --help)
-        echo "usage: script/$(basename "$0")$text"
+        echo "usage: $0$text"
         exit 0
         ;;
     esac

@@ -1,0 +1,13 @@
+/** All that is measured, registered with Google Benchmark. */
+#pragma once
+
+#include "drawing_watch.h"
+
+namespace bench {
+
+/** Whole programs on the television's screen. */
+void add_page_benchmarks(DrawingWatch& watch);
+/** One radio command over the system bus, by every library and command line that a person would pick. */
+void add_command_benchmarks();
+
+} // namespace bench

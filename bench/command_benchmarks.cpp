@@ -1,0 +1,115 @@
+#include "benchmarks.h"
+#include "table.h"
+
+#include "common/bus_object.h"
+#include "common/process.h"
+#include "host/ncp_contract.h"
+#include "model/ncp_requester.h"
+
+#include <array>
+#include <fcntl.h>
+#include <stdexcept>
+#include <systemd/sd-bus.h>
+#include <unistd.h>
+
+namespace bench {
+namespace {
+
+using namespace std::chrono_literals;
+namespace host = station::contract;
+
+constexpr const char* what = "radio command";
+constexpr const char* method = "ember_set_channel";
+constexpr int channel = 15;
+
+void require(bool worked, const char* who) {
+    if (!worked)
+        throw std::runtime_error(std::string("the radio command of ") + who + " fails");
+}
+
+/** Standard error goes to a file, where a television keeps the application's log. */
+class LogFile {
+public:
+    LogFile() : standard_error_(dup(STDERR_FILENO)) {
+        const station::FileDescriptor file(
+            open("/tmp/command.log", O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
+        dup2(file.get(), STDERR_FILENO);
+    }
+    ~LogFile() { dup2(standard_error_.get(), STDERR_FILENO); }
+    LogFile(const LogFile&) = delete;
+    LogFile& operator=(const LogFile&) = delete;
+
+private:
+    station::FileDescriptor standard_error_;
+};
+
+void velmora(benchmark::State& state) {
+    const LogFile log;
+    ncp_requester& requester = ncp_requester::getInstance();
+    requester.start();
+    for (auto _ : state)
+        require(requester.ember_set_channel(channel), own_name);
+}
+
+void gdbus_proxy(benchmark::State& state) {
+    const auto bus = station::connect_to_system_bus();
+    g_autoptr(GDBusProxy) proxy =
+        g_dbus_proxy_new_sync(bus.get(), G_DBUS_PROXY_FLAGS_NONE, nullptr, host::bus_name, host::service_path,
+                              host::service_interface, nullptr, nullptr);
+    for (auto _ : state) {
+        g_autoptr(GVariant) reply = g_dbus_proxy_call_sync(proxy, method, g_variant_new("(i)", channel),
+                                                           G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr);
+        require(reply != nullptr, "GDBus");
+    }
+}
+
+void sd_bus_call(benchmark::State& state) {
+    sd_bus* bus = nullptr;
+    require(sd_bus_open_system(&bus) >= 0, "sd-bus");
+    for (auto _ : state) {
+        sd_bus_message* reply = nullptr;
+        require(sd_bus_call_method(bus, host::bus_name, host::service_path, host::service_interface, method,
+                                   nullptr, &reply, "i", channel) >= 0,
+                "sd-bus");
+        sd_bus_message_unref(reply);
+    }
+    sd_bus_flush_close_unref(bus);
+}
+
+void command_line(benchmark::State& state, const std::vector<std::string>& command) {
+    for (auto _ : state) {
+        station::Process process(command, station::written_to("/dev/null"));
+        require(process.wait_for_end(10s) == 0, command.front().c_str());
+    }
+}
+
+} // namespace
+
+void add_command_benchmarks() {
+    const std::string number = std::to_string(channel);
+    const std::vector<std::string> gdbus{"gdbus",
+                                         "call",
+                                         "--system",
+                                         "-d",
+                                         host::bus_name,
+                                         "-o",
+                                         host::service_path,
+                                         "-m",
+                                         std::string(host::service_interface) + '.' + method,
+                                         number};
+    const std::vector<std::string> busctl{
+        "busctl", "--system", "call", host::bus_name, host::service_path, host::service_interface,
+        method,   "i",        number};
+    const auto add = [](const char* who, auto&&... function) {
+        benchmark::RegisterBenchmark(measurement(what, who).c_str(), function...)
+            ->UseRealTime()
+            ->Unit(benchmark::kMicrosecond);
+    };
+    add(own_name, velmora);
+    add("GDBus proxy call", gdbus_proxy);
+    add("sd-bus call", sd_bus_call);
+    add("gdbus command", command_line, gdbus);
+    add("busctl command", command_line, busctl);
+}
+
+} // namespace bench

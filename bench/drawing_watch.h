@@ -1,0 +1,40 @@
+/** Sees when the screen is drawn on, whatever program does it. */
+#pragma once
+
+#include "operator/display.h"
+
+#include <chrono>
+#include <optional>
+
+namespace bench {
+
+using Clock = std::chrono::steady_clock;
+
+/** One drawing on the screen, at the moment the X server told of it. */
+struct Drawing {
+    Clock::time_point moment;
+    double share; /**< of the screen's pixels, 0 to 1 */
+};
+
+class DrawingWatch {
+public:
+    /** @throws std::runtime_error without an X display that tells of drawings. */
+    DrawingWatch();
+
+    /** Forgets the drawings up to now. */
+    void forget();
+    /** Waits for the next drawing; nothing when none comes within the patience. */
+    std::optional<Drawing> next(std::chrono::milliseconds patience);
+    /** Waits for a drawing of nearly the whole screen. @throws std::runtime_error after ten seconds. */
+    Clock::time_point next_page();
+    /** Waits until nothing has been drawn for so long. */
+    void wait_for_quiet(std::chrono::milliseconds quiet);
+
+    [[nodiscard]] const station::Display& display() const { return display_; }
+
+private:
+    station::Display display_ = station::open_display();
+    int damage_event_ = 0;
+};
+
+} // namespace bench

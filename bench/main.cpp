@@ -1,0 +1,29 @@
+// Measures the application beside its bare peers, by turns, and prints medians and ratios. Runs inside a television.
+#include "benchmarks.h"
+#include "table.h"
+
+#include <array>
+#include <exception>
+#include <iostream>
+
+int main(int argc, char** argv) {
+    std::vector<const char*> arguments{argv[0], "--benchmark_enable_random_interleaving=true",
+                                       "--benchmark_report_aggregates_only=true", "--benchmark_min_time=0.05",
+                                       "--benchmark_repetitions=15"};
+    arguments.insert(arguments.end(), argv + 1, argv + argc); // the caller's options win
+    int count = static_cast<int>(arguments.size());
+    benchmark::Initialize(&count, const_cast<char**>(arguments.data()));
+    if (benchmark::ReportUnrecognizedArguments(count, const_cast<char**>(arguments.data())))
+        return 2;
+    try {
+        bench::DrawingWatch watch;
+        bench::add_page_benchmarks(watch);
+        bench::add_command_benchmarks();
+        bench::Table table;
+        benchmark::RunSpecifiedBenchmarks(&table);
+    } catch (const std::exception& error) {
+        std::cerr << "bench_measure: " << error.what() << '\n';
+        return 1;
+    }
+    return 0;
+}
