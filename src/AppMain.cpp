@@ -1,4 +1,5 @@
 // The process's entry and the application's order of start and stop.
+#include "CommandLine.h"
 #include "GuardedCallback.h"
 #include "Log.h"
 #include "MainPageView.h"
@@ -66,6 +67,9 @@ void _app_lang_changed(platform::EventInformation*, void*) {
 } // namespace
 
 int main(int argc, char** argv) {
+    if (const auto status = answerCommandLine(argv))
+        return *status;
+
     const platform::LifecycleCallbacks callbacks{.create = GUARDED(_app_create),
                                                  .terminate = GUARDED(_app_terminate),
                                                  .pause = GUARDED(_app_pause),
