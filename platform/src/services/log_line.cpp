@@ -1,5 +1,6 @@
 #include "log_line.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <glib.h>
@@ -41,6 +42,9 @@ bool is_shown_as_is(gunichar character) {
            type != G_UNICODE_PARAGRAPH_SEPARATOR && !turns_direction(character);
 }
 
+/** Nearly all of what is logged, and shown without another look. */
+bool is_plain(char character) { return character >= ' ' && character <= '~'; }
+
 std::string escaped(gunichar character) {
     switch (character) {
     case '\n':
@@ -74,7 +78,12 @@ std::string_view without_line_end(std::string_view message) {
 std::string printable(std::string_view text) {
     std::string shown;
     shown.reserve(text.size());
-    while (!text.empty()) {
+    const auto take_plain = [&text, &shown] {
+        const auto* const end = std::ranges::find_if_not(text, is_plain);
+        shown.append(text.begin(), end);
+        text.remove_prefix(static_cast<std::size_t>(end - text.begin()));
+    };
+    for (take_plain(); !text.empty(); take_plain()) {
         const gunichar character = g_utf8_get_char_validated(text.data(), static_cast<gssize>(text.size()));
         std::size_t length = 1;
         if (character == static_cast<gunichar>(-1) || character == static_cast<gunichar>(-2)) {
