@@ -3,11 +3,18 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
+#include <memory>
 
 using namespace std::chrono_literals;
 
 class LifeRoad : public Road {
 protected:
+    /** Another launch, whose words go to the same log. */
+    [[nodiscard]] std::unique_ptr<station::Process> launch() const {
+        return std::make_unique<station::Process>(std::vector<std::string>{VELMORA_PROGRAM},
+                                                  station::written_to(log_.path()));
+    }
+
     [[nodiscard]] static bool radio_sends() {
         const station::Value state = station::first_of(television().call(station::radio_module, "State"));
         gboolean stream = FALSE;
@@ -23,6 +30,35 @@ protected:
         EXPECT_TRUE(radio_sends());
     }
 };
+
+TEST_F(LifeRoad, LaunchDoesNotWaitForABusyProcess) {
+    open_test("TX Test", "Set Power");
+    television().call(station::ncp_host, "Answer", g_variant_new("(ss)", "ember_start_stream", "late 4000"));
+    operator_.activate("Start Stream");
+    expect_asked({"ember_start(0)", "ember_start_stream()"});
+    EXPECT_EQ(launch()->wait_for_end(1500ms), 0);
+    EXPECT_EQ(log_.count("> _app_service"), 1);
+    expect_soon("the busy process's word", [this] { return log_.count("> _app_service") == 2; });
+}
+
+TEST_F(LifeRoad, OneOfTheLaunchesDuringTheEndRunsAfterIt) {
+    open_test("TX Test", "Set Power");
+    ASSERT_EQ(std::system("killall -STOP cpcd zigbeed"), 0); // the end tries in vain to end them
+    application().terminate();
+    expect_soon("the end's begin", [this] { return log_.count("> the main loop ends") == 1; });
+    const auto second = launch();
+    const auto third = launch();
+    expect_soon("both to wait", [this] { return log_.count("is ending: waiting") == 2; });
+    EXPECT_EQ(log_.count("> app create called"), 1);
+    expect_orderly_end({"cpcd", "zigbeed"});
+    std::system("killall -CONT cpcd zigbeed");
+    expect_soon("both launches", [this] { return log_.count("> _app_service") == 3; });
+    EXPECT_EQ(log_.count("> app create called"), 2);
+    const bool second_runs = third->wait_for_end(2s).has_value();
+    EXPECT_EQ((second_runs ? third : second)->wait_for_end(1s), 0);
+    (second_runs ? second : third)->terminate();
+    EXPECT_EQ((second_runs ? second : third)->wait_for_end(5s), 0);
+}
 
 TEST_F(LifeRoad, KilledInAStreamItBringsTheRadioUpAnewWhenItIsStartedAgain) {
     open_stream();

@@ -1,459 +1,384 @@
-#include "support/log_capture.h"
-#include "support/probe_process.h"
+/** The framework, seen from an application in a process of its own that says what happens to it. */
+#include "common/process.h"
+#include "operator/other_window.h"
+#include "support/settings_folder.h"
 
-#include <array>
-#include <atomic>
+#include "platform/application.h"
+
+#include <Elementary.h>
 #include <csignal>
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <gio/gio.h>
+#include <gio/gunixsocketaddress.h>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <optional>
+#include <iostream>
+#include <mutex>
+#include <regex>
+#include <sstream>
 #include <thread>
 
 namespace {
 
 using namespace std::chrono_literals;
-using test::ProbeProcess;
-using testing::ElementsAre;
-using testing::ElementsAreArray;
+using Clock = std::chrono::steady_clock;
+using Lines = std::vector<std::string>;
+using Action = std::function<void()>;
+using testing::ExitedWithCode;
 using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::StartsWith;
 
-/** A settings folder of the test's own, which does not exist at first. */
+/** The application: a window that tells its keys. */
+struct Application {
+    Action hand = [] {}; /**< what a person does to it, on a thread of its own */
+    std::function<bool()> create = [] { return true; };
+    std::jthread person = {};
+};
+
+Evas_Object* window = nullptr;
+std::mutex said_mutex;
+Lines said;
+
+void say(const std::string& line) {
+    const std::lock_guard lock(said_mutex);
+    std::cerr << "> " + line + "\n";
+    said.push_back(line);
+}
+
+/** Waits until a line was said so often. */
+void await(const std::string& line, long times = 1) {
+    const auto is_said = [&] {
+        const std::lock_guard lock(said_mutex);
+        return std::ranges::count(said, line) >= times;
+    };
+    for (const auto end = Clock::now() + 10s; !is_said() && Clock::now() < end;)
+        std::this_thread::sleep_for(5ms);
+}
+
+/** Has the main loop do it, and waits for it. */
+void in_loop(Action action) {
+    const auto act = [](void* data) -> void* {
+        (*static_cast<Action*>(data))();
+        return nullptr;
+    };
+    ecore_main_loop_thread_safe_call_sync(act, &action);
+}
+
+void quit() {
+    in_loop([] { ui_app_quit("told to"); });
+}
+
+void rest(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }
+
+void press(const std::string& key, std::chrono::milliseconds time = 0ms) {
+    station::press_key(station::open_display(), key, time);
+}
+
+/** Is busy, while a person presses keys. */
+void work(std::chrono::milliseconds time, const Lines& keys = {}) {
+    rest(time / 2);
+    for (const std::string& key : keys)
+        press(key);
+    rest(time / 2);
+    say("worked");
+}
+
+void key_down(void*, Evas*, Evas_Object*, void* event) {
+    const std::string key = static_cast<const Evas_Event_Key_Down*>(event)->key;
+    say("key " + key);
+    if (key == "F9")
+        work(400ms);
+}
+
+bool create(void* application) {
+    say("create");
+    window = elm_win_util_standard_add("probe", "Probe");
+    evas_object_event_callback_add(window, EVAS_CALLBACK_KEY_DOWN, key_down, nullptr);
+    evas_object_resize(window, 400, 300);
+    evas_object_show(window);
+    elm_win_activate(window);
+    return static_cast<const Application*>(application)->create();
+}
+
+/** @return the framework's result. */
+int run(Application application) {
+    std::thread([] { // Ecore ignores SIGALRM
+        rest(40s);
+        _exit(EXIT_FAILURE);
+    })
+        .detach();
+    std::string name = "probe";
+    char* arguments = name.data();
+    ui_app_add_event_handler(
+        nullptr, platform::EventType::language_changed,
+        [](platform::EventInformation*, void*) { say("language changed"); }, nullptr);
+    const platform::LifecycleCallbacks callbacks{
+        .create = create,
+        // Elementary is still up: its objects can be used and deleted.
+        .terminate =
+            [](void*) {
+                say(std::string("terminate ") + elm_win_title_get(window));
+                evas_object_del(window);
+            },
+        .pause = [](void*) { say("pause"); },
+        .resume = [](void*) { say("resume"); },
+        .app_control =
+            [](platform::LaunchRequest*, void* data) {
+                say("app_control");
+                auto& launched = *static_cast<Application*>(data);
+                launched.person = std::jthread(launched.hand);
+            },
+    };
+    return ui_app_main(1, &arguments, &callbacks, &application);
+}
+
+/** What the application said, and after "log: " what the framework logged. */
+Lines lines_in(const std::string& text) {
+    static const std::regex own_or_log(R"((> |./PLATFORM\(\d+\): )(.*))");
+    Lines lines;
+    std::istringstream stream(text);
+    std::smatch match;
+    for (std::string line; std::getline(stream, line);)
+        if (std::regex_match(line, match, own_or_log)) // a library's words are left out
+            lines.push_back((line.starts_with("> ") ? "" : "log: ") + match.str(2));
+    return lines;
+}
+
+MATCHER_P(Says, lines, "says " + testing::PrintToString(lines)) {
+    return testing::ExplainMatchResult(testing::Eq(lines), lines_in(arg), result_listener);
+}
+
+/** Between its start and its end, which is a success, the application says this. */
+void expect_life(Lines lines, const Action& hand, const std::string& reason = "told to") {
+    lines.insert(lines.begin(), {"create", "app_control"});
+    lines.insert(lines.end(), {"log: the main loop ends: " + reason, "terminate Probe"});
+    EXPECT_EXIT(std::exit(run({.hand = hand})), ExitedWithCode(0), Says(lines));
+}
+
 class Framework : public testing::Test {
 protected:
-    Framework() {
-        std::filesystem::remove_all(home_);
-        g_setenv("XDG_CONFIG_HOME", home_.c_str(), TRUE);
-    }
-    ~Framework() override { std::filesystem::remove_all(home_); }
-
-    /** Saves the settings as a careful editor does: a new file renamed over the old one. */
-    void save_settings(const std::string& text) const {
-        const auto file = home_ / "tv-platform" / "settings.ini";
-        std::filesystem::create_directories(file.parent_path());
-        std::ofstream(file.string() + ".new") << "[db/menu_widget]\n" << text;
-        std::filesystem::rename(file.string() + ".new", file);
-    }
-
-    /** Truncates the settings, waits, and writes them. */
-    void overwrite_settings(const std::string& text) const {
-        std::ofstream file(home_ / "tv-platform" / "settings.ini");
-        file << "[db/menu_widget]\n" << std::flush;
-        g_usleep(20'000);
-        file << text;
-    }
-
-private:
-    std::filesystem::path home_ = std::filesystem::temp_directory_path() / "framework_test";
+    Framework() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 };
 
-class Ending : public Framework {
-protected:
-    /** The probe has left its loop: what it still prints, its status, and the one line that says why. */
-    void expect_orderly_end(ProbeProcess& probe, const std::string& reason) {
-        EXPECT_EQ(probe.wait(), 0);
-        EXPECT_THAT(probe.lines_for(0ms), ElementsAre("title Probe", "terminate"));
-        expect_reason(reason);
-    }
-
-    void expect_reason(const std::string& reason) {
-        const std::string text = log_.text();
-        const auto first = text.find(ends);
-        ASSERT_NE(first, std::string::npos) << "expected: " << reason;
-        EXPECT_THAT(text.substr(first + ends.size()), StartsWith(reason + "\n"));
-        EXPECT_EQ(text.find(ends, first + 1), std::string::npos) << "one line: " << text;
-        log_.clear();
-    }
-
-    LogCapture log_;
-
-private:
-    const std::string ends = "the main loop ends: ";
-};
-
-TEST_F(Ending, EveryWayOutCallsTerminateOnceWhileElementaryIsUp) {
-    for (const auto& [command, reason] :
-         {std::pair{"quit", "told to"}, {"exit", "the toolkit was asked to"}}) {
-        ProbeProcess probe({"window"});
-        ASSERT_NE(probe.await("app_control"), "");
-        probe.send(command);
-        expect_orderly_end(probe, reason);
-    }
-    for (const auto& [signal, name] :
-         {std::pair{SIGTERM, "SIGTERM"}, {SIGINT, "SIGINT"}, {SIGQUIT, "SIGQUIT"}, {SIGHUP, "SIGHUP"}}) {
-        ProbeProcess probe({"window"});
-        ASSERT_NE(probe.await("app_control"), "");
-        kill(probe.id(), signal);
-        expect_orderly_end(probe, name);
-    }
-}
-
-TEST_F(Ending, SignalDuringALongCallbackTakesEffectAfterItAndTheFirstIsTheReason) {
-    ProbeProcess probe({"window"});
-    ASSERT_NE(probe.await("app_control"), "");
-    probe.send("block 500");
-    ASSERT_NE(probe.await("blocking"), "");
-    kill(probe.id(), SIGTERM);
-    kill(probe.id(), SIGTERM);
-    kill(probe.id(), SIGHUP);
-    EXPECT_EQ(probe.await("blocked"), "blocked");
-    expect_orderly_end(probe, "SIGTERM");
-}
-
-TEST_F(Ending, TheDisplaysEndIsAnOrderlyOneToo) {
-    const std::string display = g_getenv("DISPLAY");
-    std::optional<ProbeProcess> server(std::in_place, std::vector<std::string>{"-displayfd", "1"},
-                                       "/usr/bin/Xvfb");
-    g_setenv("DISPLAY", (":" + server->await("")).c_str(), TRUE);
-    ProbeProcess probe({"window"});
-    g_setenv("DISPLAY", display.c_str(), TRUE);
-    ASSERT_NE(probe.await("app_control"), "");
-    server.reset();
-    expect_orderly_end(probe, "the display has gone");
-}
-
-TEST_F(Ending, MissingStandardDescriptorsAreTheNullDevice) {
-    namespace fs = std::filesystem;
-    ProbeProcess probe({"-c", "exec " FRAMEWORK_PROBE " window <&- >&- 2>&-"}, "/bin/sh");
-    const fs::path descriptors = "/proc/" + std::to_string(probe.id()) + "/fd";
-    for (int look = 0; !fs::exists(descriptors / "20") && look < 1000; ++look)
-        g_usleep(10'000);
-    for (const char* const number : {"0", "1", "2"})
-        EXPECT_EQ(fs::read_symlink(descriptors / number), "/dev/null") << number;
-    kill(probe.id(), SIGTERM);
-    EXPECT_EQ(probe.wait(), 0);
-}
-
-TEST_F(Ending, QuitInCreateIsRemembered) {
-    ProbeProcess probe({"quit"});
-    EXPECT_EQ(probe.wait(), 0);
-    EXPECT_THAT(probe.lines_for(0ms), ElementsAre("create", "app_control", "terminate"));
-    expect_reason("told to");
-}
-
-TEST_F(Ending, CreateThatFailsOrThrowsEndsWithItsCode) {
-    for (const std::string fault : {"refuse", "throw"}) {
-        ProbeProcess probe({fault});
-        EXPECT_EQ(probe.wait(), 3);
-        EXPECT_THAT(probe.lines_for(0ms), ElementsAre("create"));
-    }
-}
-
-TEST_F(Ending, WithoutADisplayNothingIsCalledAndTheMissingDisplayIsNamed) {
-    const std::string display = g_getenv("DISPLAY");
-    g_setenv("DISPLAY", ":4095", TRUE);
-    ProbeProcess probe({"window"});
-    g_setenv("DISPLAY", display.c_str(), TRUE);
-    EXPECT_EQ(probe.wait(), 4);
-    EXPECT_TRUE(probe.lines_for(0ms).empty());
-    EXPECT_THAT(log_.text(), HasSubstr("no display: nothing answers at DISPLAY=:4095\n"));
-}
-
-TEST_F(Ending, WithoutAThemeThatCanBeLoadedNothingIsCalledAndItsFileIsNamed) {
-    namespace fs = std::filesystem;
-    const fs::path program = fs::temp_directory_path() / "without_theme" / "bin" / "probe";
-    const fs::path theme = fs::temp_directory_path() / "without_theme" / "share" / "tv-platform" / "vell.edj";
-    fs::create_directories(program.parent_path());
-    fs::create_directories(theme.parent_path());
-    fs::copy_file(FRAMEWORK_PROBE, program, fs::copy_options::overwrite_existing);
-    const fs::path good =
-        fs::path(FRAMEWORK_PROBE).parent_path().parent_path() / "share/tv-platform/vell.edj";
-    const std::string spoiled = "it is spoiled, or not the theme that this program was built with";
-    const std::vector<std::pair<std::string, std::function<void()>>> faults{
-        {"No such file or directory", [&] { fs::remove(theme); }},
-        {spoiled, [&] { fs::copy_file("/usr/share/elementary/themes/default.edj", theme); }},
-        {spoiled,
-         [&] {
-             fs::copy_file(good, theme, fs::copy_options::overwrite_existing);
-             std::fstream file(theme, std::ios::in | std::ios::out | std::ios::binary);
-             file.seekp(static_cast<std::streamoff>(fs::file_size(good) / 2));
-             file << "??";
-         }},
+TEST_F(Framework, EveryWayOutCallsTerminateOnceWhileTheToolkitIsUpAndSaysWhy) {
+    expect_life({}, quit);
+    expect_life(
+        {}, [] { in_loop(elm_exit); }, "the toolkit was asked to");
+    for (const auto& [number, name] :
+         {std::pair{SIGTERM, "SIGTERM"}, {SIGINT, "SIGINT"}, {SIGQUIT, "SIGQUIT"}, {SIGHUP, "SIGHUP"}})
+        expect_life(
+            {}, [signal = number] { kill(getpid(), signal); }, name);
+    const auto signals_while_busy = [] {
+        for (const int number : {SIGTERM, SIGTERM, SIGHUP})
+            kill(getpid(), number);
+        work(100ms);
     };
-    for (const auto& [problem, make] : faults) {
-        make();
-        ProbeProcess probe({"window"}, program);
-        EXPECT_EQ(probe.wait(), 5);
-        EXPECT_TRUE(probe.lines_for(0ms).empty());
-        EXPECT_THAT(log_.text(), HasSubstr("no theme: " + theme.string() + ": " + problem + "\n"));
-    }
+    expect_life(
+        {"worked"}, [&] { in_loop(signals_while_busy); }, "SIGTERM");
 }
 
-/** A session bus that lets clients in and answers so many of their messages: none, or the greeting alone. */
-class SilentBus {
-public:
-    explicit SilentBus(int answers) : answers_left_(answers) {
-        g_main_context_push_thread_default(context_);
-        g_autofree char* guid = g_dbus_generate_guid();
-        server_ = g_dbus_server_new_sync("unix:tmpdir=/tmp", G_DBUS_SERVER_FLAGS_NONE, guid, nullptr, nullptr,
-                                         nullptr);
-        g_signal_connect(server_, "new-connection", G_CALLBACK(let_in), this);
-        g_dbus_server_start(server_);
-        g_main_context_pop_thread_default(context_);
-        g_setenv("DBUS_SESSION_BUS_ADDRESS", g_dbus_server_get_client_address(server_), TRUE);
-    }
-    ~SilentBus() {
-        g_setenv("DBUS_SESSION_BUS_ADDRESS", real_.c_str(), TRUE);
-        thread_.request_stop();
-        g_main_context_wakeup(context_);
-        thread_.join();
-        g_dbus_server_stop(server_);
-        g_object_unref(server_);
-        g_main_context_unref(context_);
-    }
-    SilentBus(const SilentBus&) = delete;
-    SilentBus& operator=(const SilentBus&) = delete;
-
-private:
-    static gboolean let_in(GDBusServer* /*server*/, GDBusConnection* client, gpointer bus) {
-        g_dbus_connection_add_filter(client, hear, bus, nullptr);
-        g_object_set_data_full(G_OBJECT(static_cast<SilentBus*>(bus)->server_), "client",
-                               g_object_ref(client), g_object_unref);
-        return TRUE;
-    }
-    static GDBusMessage* hear(GDBusConnection* client, GDBusMessage* message, gboolean incoming,
-                              gpointer bus) {
-        if (!incoming)
-            return message;
-        if (static_cast<SilentBus*>(bus)->answers_left_-- > 0) {
-            g_autoptr(GDBusMessage) answer = g_dbus_message_new_method_reply(message);
-            g_dbus_message_set_body(answer, g_variant_new("(s)", ":1.1"));
-            g_dbus_connection_send_message(client, answer, G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr, nullptr);
-        }
-        g_object_unref(message);
-        return nullptr;
-    }
-
-    const std::string real_ = g_getenv("DBUS_SESSION_BUS_ADDRESS");
-    std::atomic<int> answers_left_;
-    GMainContext* context_ = g_main_context_new();
-    GDBusServer* server_ = nullptr;
-    std::jthread thread_{[this](const std::stop_token& stop) {
-        while (!stop.stop_requested())
-            g_main_context_iteration(context_, TRUE);
-    }};
-};
-
-TEST_F(Ending, ASessionBusThatDoesNotAnswerHoldsUpNeitherTheStartNorTheEnd) {
-    for (const int answers : {0, 1}) {
-        const SilentBus bus(answers);
-        ProbeProcess probe({"window"});
-        EXPECT_NE(probe.await("app_control", 2500ms), "") << answers;
-        EXPECT_THAT(log_.text(), HasSubstr("the session bus is not used: ")) << answers;
-        log_.clear();
-        kill(probe.id(), SIGTERM);
-        EXPECT_EQ(probe.await("title", 1s), "title Probe");
-        EXPECT_EQ(probe.wait(), 0);
-    }
+TEST_F(Framework, TheDisplaysEndIsAnOrderlyOneToo) {
+    const auto run_on_a_display_that_goes = [] {
+        const std::string number = "/tmp/number_of_display";
+        std::filesystem::remove(number);
+        station::Process server({"sh", "-c", "exec Xvfb -displayfd 1 2>/dev/null"},
+                                station::written_to(number));
+        while (content_of(number).value().find('\n') == std::string::npos)
+            rest(10ms);
+        setenv("DISPLAY", (":" + std::to_string(std::stoi(content_of(number).value()))).c_str(), 1);
+        return run({.hand = [&server] { server.kill(); }});
+    };
+    const Lines lines{"create", "app_control", "log: the main loop ends: the display has gone",
+                      "terminate Probe"};
+    EXPECT_EXIT(std::exit(run_on_a_display_that_goes()), ExitedWithCode(0), Says(lines));
 }
 
-TEST_F(Framework, GlibWaitsAndSignalsRunInTheMainLoop) {
-    ProbeProcess probe;
-    ASSERT_NE(probe.await("app_control"), "");
-    probe.send("timeout 300");
-    const auto line = probe.await("timeout");
-    int waited = 0;
-    int behind = 0;
-    ASSERT_EQ(std::sscanf(line.c_str(), "timeout after %d, Ecore's clock %d behind", &waited, &behind), 2);
-    EXPECT_NEAR(waited, 350, 50);
-    EXPECT_LE(behind, 50);
-
-    g_autoptr(GDBusConnection) bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
-    ASSERT_NE(bus, nullptr);
-    g_dbus_connection_emit_signal(bus, nullptr, "/test", "test.Probe", "Ping", nullptr, nullptr);
-    EXPECT_EQ(probe.await("signal"), "signal Ping");
+TEST_F(Framework, MissingStandardDescriptorsAreTheNullDevice) {
+    const auto run_without = [] {
+        for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO})
+            close(descriptor);
+        return run({.hand = [] {
+            for (const char* const number : {"0", "1"})
+                say(std::filesystem::read_symlink(std::string("/proc/self/fd/") + number));
+            quit();
+        }});
+    };
+    const Lines lines{
+        "create",         "app_control", "/dev/null", "/dev/null", "log: the main loop ends: told to",
+        "terminate Probe"};
+    EXPECT_EXIT(std::exit(run_without()), ExitedWithCode(0), Says(lines));
 }
 
-TEST_F(Framework, IdleProcessSleeps) {
-    ProbeProcess probe({"window"});
-    ASSERT_NE(probe.await("app_control"), "");
-    probe.lines_for(3s); // the toolkit's start-up work
-    const long before = probe.context_switches();
-    probe.lines_for(5s);
-    EXPECT_LE(probe.context_switches() - before, 2);
+TEST_F(Framework, WhatHappensInCreateOrIsMissingBeforeItDecides) {
+    const auto expect = [](int status, const Lines& lines, std::function<bool()> created) {
+        EXPECT_EXIT(std::exit(run({.create = std::move(created)})), ExitedWithCode(status), Says(lines));
+    };
+    const auto quit_at_once = [] {
+        ui_app_quit("told to");
+        return true;
+    };
+    expect(0, {"create", "app_control", "log: the main loop ends: told to", "terminate Probe"}, quit_at_once);
+    expect(3, {"create"}, [] { return false; });
+    expect(3, {"create", "log: create ended with an exception: thrown"},
+           []() -> bool { throw std::runtime_error("thrown"); });
+    const ScopedEnvironment no_display("DISPLAY", ":4095");
+    expect(4, {"log: no display: nothing answers at DISPLAY=:4095"}, [] { return true; });
 }
 
-TEST_F(Framework, SecondLaunchReachesTheFirst) {
-    ProbeProcess first;
-    ASSERT_NE(first.await("app_control"), "");
-    ProbeProcess second({"window"});
-    EXPECT_EQ(second.wait(), 0);
-    EXPECT_TRUE(second.lines_for(0ms).empty());
-    EXPECT_THAT(first.lines_for(1s), ElementsAre("app_control"));
+TEST_F(Framework, NothingIsCalledWithoutTheThemeThatTheProgramWasBuiltWith) {
+    const std::filesystem::path prefix = std::filesystem::temp_directory_path() / "without_theme";
+    const std::string program = prefix / "bin" / "velmora";
+    const std::string theme = prefix / "share" / "tv-platform" / "vell.edj";
+    std::filesystem::remove_all(prefix);
+    put_file(program, content_of(VELMORA_PROGRAM).value());
+    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+    const auto expect = [&](const std::string& problem) {
+        EXPECT_EXIT(execlp("timeout", "timeout", "20", program.c_str(), nullptr), ExitedWithCode(5),
+                    AllOf(HasSubstr("no theme: " + theme + ": " + problem), Not(HasSubstr("app create"))));
+    };
+    expect("No such file or directory\n");
+    std::string spoiled = content_of(VELMORA_THEME).value();
+    spoiled[spoiled.size() / 2] ^= 1;
+    put_file(theme, spoiled);
+    expect("it is spoiled, or not the theme that this program was built with\n");
 }
 
-TEST_F(Framework, LaunchDoesNotWaitForABusyFirstProcess) {
-    ProbeProcess first;
-    ASSERT_NE(first.await("app_control"), "");
-    first.send("block 3000");
-    ASSERT_NE(first.await("blocking"), "");
-    ProbeProcess second;
-    EXPECT_EQ(second.wait(), 0);
-    EXPECT_TRUE(first.lines_for(500ms).empty()) << "the second launch waited for the first process";
-    EXPECT_THAT(first.lines_for(5s), ElementsAre("blocked", "app_control"));
+TEST_F(Framework, ASessionBusThatDoesNotAnswerHoldsUpNeitherTheStartNorTheEnd) {
+    const auto run_on_it = [] {
+        const std::string path = "/tmp/silent_bus";
+        std::filesystem::remove(path);
+        g_autoptr(GSocketListener) bus = g_socket_listener_new(); // lets clients in, and nobody hears them
+        g_autoptr(GSocketAddress) address = g_unix_socket_address_new(path.c_str());
+        EXPECT_TRUE(g_socket_listener_add_address(bus, address, G_SOCKET_TYPE_STREAM,
+                                                  G_SOCKET_PROTOCOL_DEFAULT, nullptr, nullptr, nullptr));
+        setenv("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + path).c_str(), 1);
+        return run({.hand = quit});
+    };
+    const auto begin = Clock::now();
+    EXPECT_EXIT(std::exit(run_on_it()), ExitedWithCode(0), HasSubstr("the session bus is not used"));
+    EXPECT_LT(Clock::now() - begin, 8s);
 }
 
-TEST_F(Framework, LaunchesWhileTheFirstEndsWaitForItsEndAndOneOfThemRuns) {
-    ProbeProcess first({"linger"});
-    ASSERT_NE(first.await("app_control"), "");
-    first.send("quit");
-    ASSERT_NE(first.await("terminate"), "");
-    ProbeProcess second;
-    ProbeProcess third;
-    EXPECT_TRUE(second.lines_for(500ms).empty()) << "started beside the first";
-    EXPECT_TRUE(third.lines_for(500ms).empty()) << "started beside the first";
-    EXPECT_EQ(first.wait(), 0);
-    auto lines = second.lines_for(2s); // at once when it has ended
-    const bool second_runs = !lines.empty();
-    if (!second_runs)
-        lines = third.lines_for(2s);
-    EXPECT_THAT(lines, ElementsAre("create", "app_control", "app_control"));
-    EXPECT_EQ((second_runs ? third : second).wait(), 0);
+TEST_F(Framework, GlibTimerComesInTimeAndFindsTheToolkitsClockRight) {
+    expect_life({"in time"}, [] {
+        rest(1s); // the main loop rests
+        auto end = Clock::now() + 300ms;
+        const auto over = [](gpointer data) -> gboolean {
+            const bool in_time = Clock::now() - *static_cast<Clock::time_point*>(data) < 100ms;
+            const bool clock_is_right = ecore_time_get() - ecore_loop_time_get() < 0.05;
+            say(in_time && clock_is_right ? "in time" : in_time ? "the toolkit is behind" : "late");
+            return G_SOURCE_REMOVE;
+        };
+        g_timeout_add(300, over, &end);
+        rest(1s);
+        quit();
+    });
 }
 
-TEST_F(Framework, CoveredOrHiddenWindowPausesOnceAndResumesOnce) {
-    ProbeProcess probe({"window"});
-    ASSERT_NE(probe.await("app_control"), "");
-    EXPECT_TRUE(probe.lines_for(1s).empty()) << "no resume before a pause";
-    for (const auto& [away, back] : {std::pair{"cover", "uncover"}, {"hide", "show"}}) {
-        probe.send(away);
-        EXPECT_THAT(probe.lines_for(500ms), ElementsAre("pause")) << away;
-        probe.send(back);
-        EXPECT_THAT(probe.lines_for(500ms), ElementsAre("resume")) << back;
-    }
+TEST_F(Framework, HiddenWindowPausesOnceAndResumesOnce) {
+    expect_life({"pause", "resume"}, [] {
+        rest(500ms); // no resume before a pause
+        in_loop([] { evas_object_hide(window); });
+        rest(500ms);
+        in_loop([] { evas_object_show(window); });
+        rest(500ms);
+        quit();
+    });
 }
 
 TEST_F(Framework, ChangedLanguageOrMirroringIsToldOnce) {
-    ProbeProcess probe;
-    ASSERT_NE(probe.await("app_control"), "");
-    save_settings("language=ar_AE.utf8\n");
-    EXPECT_THAT(probe.lines_for(1s), ElementsAre("language changed"));
-    overwrite_settings("language=ar_AE.utf8\nanother=1\n");
-    EXPECT_TRUE(probe.lines_for(1s).empty()) << "neither value changed";
-    overwrite_settings("language=ar_AE.utf8\nmirrored=false\n");
-    EXPECT_THAT(probe.lines_for(1s), ElementsAre("language changed"));
+    const test::SettingsFolder settings("");
+    expect_life({"language changed", "same values", "language changed"}, [&settings] {
+        const std::string arabic = "[db/menu_widget]\nlanguage=ar_AE.utf8\n";
+        const std::string next = settings.file().string() + ".next"; // as a careful editor does it
+        put_file(next, arabic);
+        std::filesystem::rename(next, settings.file());
+        rest(1s);
+        say("same values");
+        for (const char* const line : {"another=1\n", "mirrored=false\n"}) { // in two parts
+            std::ofstream file(settings.file());
+            file << arabic << std::flush;
+            rest(20ms);
+            file << line << std::flush;
+            rest(1s);
+        }
+        quit();
+    });
 }
 
-/** Says on the session bus that a screen reader is there, or that it is not. */
-void set_screen_reader(bool enabled) {
-    g_autoptr(GDBusConnection) bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
-    ASSERT_NE(bus, nullptr);
-    g_autoptr(GError) error = nullptr;
-    g_autoptr(GVariant) reply = g_dbus_connection_call_sync(
-        bus, "org.a11y.Bus", "/org/a11y/bus", "org.freedesktop.DBus.Properties", "Set",
-        g_variant_new("(ssv)", "org.a11y.Status", "ScreenReaderEnabled", g_variant_new_boolean(enabled)),
-        nullptr, G_DBUS_CALL_FLAGS_NONE, 10'000, nullptr, &error);
-    ASSERT_NE(reply, nullptr) << error->message;
+TEST_F(Framework, KeysAreThoseOfTheRemoteControlAndReachNobodyWhileTheScreenStandsStill) {
+    const std::string reached = "key Return";
+    const std::string dropped = "log: dropped a press while the screen stood still: Return";
+    const Lines lines{"key XF86Back", "key XF86Exit", "key XF86Red", //
+                      "worked",       reached,        reached,       //
+                      "worked",       dropped,        reached,       //
+                      "worked",       dropped,        reached,       //
+                      "worked",       "key F9",       "worked",      dropped, reached};
+    expect_life(lines, [] {
+        const auto press_after = [](const Action& action) {
+            in_loop(action);
+            rest(1s);
+            press("Return");
+            rest(500ms);
+        };
+        const auto work_in_glib = [](gpointer) -> gboolean {
+            work(400ms, {"Return"});
+            return G_SOURCE_REMOVE;
+        };
+        rest(500ms);
+        for (const char* const key : {"Escape", "F12", "F1"})
+            press(key);
+        press_after([] { work(150ms, {"Return"}); });
+        press_after([] { work(400ms, {"Return"}); });
+        press_after([work_in_glib] { g_idle_add(work_in_glib, nullptr); });
+        press_after([] { work(150ms, {"F9", "Return"}); }); // both wait, and the first takes long
+        quit();
+    });
 }
 
-class ScreenReader : public Framework {
-protected:
-    ~ScreenReader() override { set_screen_reader(false); }
-};
+TEST_F(Framework, KeysHeldWhileTheFocusGoesAndComesAreNeitherPressedAgainNorDead) {
+    const std::string pressed = "key Return";
+    expect_life({pressed, "pause", "resume", pressed, "pause", "resume", pressed}, [pressed] {
+        rest(500ms);
+        long times = 0;
+        for (const auto held : {3000ms, 1000ms}) { // till long after the window is back, or till it is away
+            const std::jthread finger([held] { press("Return", held); });
+            await(pressed, ++times);
+            {
+                const station::OtherWindow other;
+                await("pause", times);
+                rest(1s);
+            }
+            await("resume", times);
+            rest(1s); // a repetition is no press
+        }
+        press("Return");
+        await(pressed, ++times);
+        quit();
+    });
+}
 
-/** The parameter: whether a screen reader is there when the keys are pressed. */
-class Keys : public ScreenReader, public testing::WithParamInterface<bool> {};
-
-TEST_P(Keys, KeyboardGivesRemoteControlKeysToEveryHandler) {
-    set_screen_reader(GetParam());
-    ProbeProcess probe({"window"});
-    ASSERT_NE(probe.await("app_control"), "");
-    probe.lines_for(1s);
-    probe.send("bridge");
-    ASSERT_EQ(probe.await("bridge"), GetParam() ? "bridge on" : "bridge off");
-    const std::vector<std::array<std::string, 3>> keys{
-        {"key Escape", "evas key XF86Back", "key XF86Back XF86Back"},
-        {"key F12", "evas key XF86Exit", "key XF86Exit XF86Exit"},
-        {"key F1", "evas key XF86Red", "key XF86Red XF86Red"},
-        {"key Return", "evas key Return", "key Return Return"},
+TEST_F(Framework, BridgeFollowsAReaderThatComesLaterAndGoesButWaitsForNoBus) {
+    const auto set_reader = [](bool is_there) {
+        const std::string value = is_there ? "'<true>'" : "'<false>'";
+        const std::string call = "gdbus call --session --dest org.a11y.Bus --object-path /org/a11y/bus "
+                                 "--method org.freedesktop.DBus.Properties.Set "
+                                 "org.a11y.Status ScreenReaderEnabled ";
+        EXPECT_EQ(std::system((call + value + " >/dev/null").c_str()), 0);
+        rest(1500ms);
+        in_loop([] { say(elm_config_atspi_mode_get() ? "bridge" : "no bridge"); });
     };
-    for (const auto& [pressed, in_evas, in_ecore] : keys) {
-        probe.send(pressed);
-        EXPECT_THAT(probe.lines_for(500ms), ElementsAre(in_evas, in_ecore));
-    }
-    probe.send("down Right"); // the server repeats a key after 660 ms
-    EXPECT_GE(probe.lines_for(1s).size(), 8);
-    probe.send("up Right");
-    probe.lines_for(100ms);
-    probe.send("down Return");
-    EXPECT_THAT(probe.lines_for(1s), ElementsAre("evas key Return", "key Return Return"));
-    probe.send("up Return");
-    probe.lines_for(100ms);
-}
-
-INSTANTIATE_TEST_SUITE_P(WithAndWithoutAScreenReader, Keys, testing::Bool());
-
-TEST_F(Framework, AKeyPressedWhileTheScreenStandsStillReachesNobody) {
-    ProbeProcess probe({"window"});
-    ASSERT_NE(probe.await("app_control"), "");
-    probe.lines_for(1s);
-    const std::vector<std::string> reached{"evas key Return", "key Return Return"};
-    const std::vector<std::pair<std::string, std::vector<std::string>>> rows{
-        {"block 150 Return", {"blocking", "blocked", "evas key Return", "key Return Return"}},
-        {"block 400 Return", {"blocking", "blocked"}},
-        {"idle 400 Return", {"blocking", "blocked"}},
-        {"key F9", {"evas key F9", "key F9 F9", "blocking", "blocked"}},
-        {"key F9 Return", {"evas key F9", "key F9 F9", "blocking", "blocked"}}, // both wait in one queue
-    };
-    for (const auto& [command, printed] : rows) {
-        probe.send(command);
-        EXPECT_THAT(probe.lines_for(800ms), ElementsAreArray(printed)) << command;
-        probe.send("key Return");
-        EXPECT_THAT(probe.lines_for(300ms), ElementsAreArray(reached)) << "after " << command;
-    }
-}
-
-TEST_F(Framework, AKeyHeldWhileTheFocusGoesAndComesIsNeitherPressedAgainNorDead) {
-    ProbeProcess probe({"window"});
-    ASSERT_NE(probe.await("app_control"), "");
-    probe.lines_for(1s);
-    const auto release = [&probe] {
-        probe.send("up Return");
-        EXPECT_THAT(probe.lines_for(100ms), IsEmpty());
-    };
-    for (const bool released_meanwhile : {false, true}) {
-        probe.send("down Return");
-        EXPECT_NE(probe.await("key Return"), "");
-        probe.send("hide");
-        EXPECT_NE(probe.await("pause"), "");
-        if (released_meanwhile)
-            release();
-        probe.send("show");
-        EXPECT_NE(probe.await("resume"), "");
-        EXPECT_THAT(probe.lines_for(1s), IsEmpty()) << "a repetition of the held key was taken for a press";
-        release();
-        probe.send("key Return");
-        EXPECT_NE(probe.await("key Return", 1s), "") << "released meanwhile: " << released_meanwhile;
-    }
-}
-
-TEST_F(ScreenReader, BridgeFollowsAReaderThatComesLaterAndGoesButWaitsForNoBus) {
-    set_screen_reader(false);
-    ProbeProcess probe({"window"});
-    ASSERT_NE(probe.await("app_control"), "");
-    for (const bool enabled : {true, false, true}) {
-        set_screen_reader(enabled);
-        probe.lines_for(500ms);
-        probe.send("bridge");
-        EXPECT_EQ(probe.await("bridge"), enabled ? "bridge on" : "bridge off");
-    }
-    probe.send("key Return");
-    EXPECT_EQ(probe.await("key"), "key Return Return");
-
-    set_screen_reader(false); // and again, with an accessibility bus that does not answer
-    ASSERT_EQ(std::system("pkill -STOP -f [a]ccessibility.conf"), 0);
-    set_screen_reader(true);
-    probe.lines_for(1500ms);
-    probe.send("bridge");
-    EXPECT_EQ(probe.await("bridge"), "bridge off");
-    std::system("pkill -CONT -f [a]ccessibility.conf");
+    expect_life({"no bridge", "bridge", "no bridge", "bridge", "key Return", "no bridge",
+                 "log: no accessibility: it does not answer", "no bridge"},
+                [&] {
+                    for (const bool is_there : {false, true, false, true})
+                        set_reader(is_there);
+                    press("Return");
+                    await("key Return");
+                    set_reader(false);
+                    std::system("pkill -STOP -f [a]ccessibility.conf");
+                    set_reader(true);
+                    std::system("pkill -CONT -f [a]ccessibility.conf");
+                    quit();
+                });
 }
 
 } // namespace

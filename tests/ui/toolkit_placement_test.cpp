@@ -76,15 +76,6 @@ TEST(ToolkitPlacement, ItemsGetTheirAreas) {
         EXPECT_EQ(place(area, arrangement, items), places) << what;
 }
 
-TEST(ToolkitPlacement, AlignCodesAreThreeByThreeInReadingOrder) {
-    const std::vector<ItemRequest> item = {{.given = {40, 20}}};
-    for (int align = 1; align <= 9; ++align) {
-        const Area expected{100 + 180 * ((align - 1) % 3), 50 + 90 * ((align - 1) / 3), 40, 20};
-        for (const LayoutType type : {LayoutType::stack, LayoutType::row})
-            EXPECT_EQ(place(area, {.type = type, .align = align}, item).front(), expected) << align;
-    }
-}
-
 TEST(ToolkitPlacement, ContentNeedsWhatItsItemsNeed) {
     const std::vector<ItemRequest> items = {{.given = {50, 20}}, {.given = {100, 30}}};
     const auto needed = [&items](LayoutType type) {

@@ -32,18 +32,13 @@ void manage_windows(const std::stop_token& stop) {
             XNextEvent(display.get(), &event);
             if (event.type == MapRequest)
                 XMapWindow(display.get(), event.xmaprequest.window);
-            if (event.type != ConfigureRequest)
-                continue;
-            const auto& request = event.xconfigurerequest;
-            XWindowChanges changes{.x = request.x,
-                                   .y = request.y,
-                                   .width = request.width,
-                                   .height = request.height,
-                                   .border_width = request.border_width,
-                                   .sibling = request.above,
-                                   .stack_mode = request.detail};
-            XConfigureWindow(display.get(), request.window, static_cast<unsigned>(request.value_mask),
-                             &changes);
+            const XConfigureRequestEvent& request = event.xconfigurerequest;
+            if (event.type == ConfigureRequest && (request.value_mask & CWStackMode) != 0)
+                XRaiseWindow(display.get(), request.window);
+            else if (event.type == ConfigureRequest)
+                XMoveResizeWindow(display.get(), request.window, request.x, request.y,
+                                  static_cast<unsigned>(request.width),
+                                  static_cast<unsigned>(request.height));
         }
     }
 }

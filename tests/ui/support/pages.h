@@ -5,26 +5,72 @@
 #include "support/screen.h"
 #include "support/scripted_service.h"
 
-#include <gtest/gtest.h>
+#include "MainPageView.h"
+#include "TestTab.h"
+#include "model/ncp_requester.h"
+#include "model/util.h"
+
+#include <gmock/gmock.h>
 #include <memory>
+#include <platform/vell.h>
 
 namespace test {
 
 /** Builds the pages as the application does at its start, and takes them down as it does at its end. */
 class Pages : public testing::Test {
 protected:
-    Pages();
-    ~Pages() override;
+    Pages() {
+        start_elementary();
+        for (const char* const method :
+             {"ember_start", "ember_stop", "ember_set_channel", "ember_set_power", "ember_start_stream",
+              "ember_stop_stream", "ember_reset_rx_statistics"})
+            radio.answer(method, "(0,)");
+        MainPageView& page = MainPageView::getInstance();
+        ncp_requester::getInstance().register_callback(MainPageView::requesterCb, &page);
+        ncp_requester::getInstance().start();
+        page.createWindow();
+        keys_ = ecore_event_handler_add(ECORE_EVENT_KEY_DOWN, MainPageView::keyDownCb, &page);
+        page.createBackground();
+        page.createMainPage();
+        page.createSubPageLayout();
+        page.renderFirst();
+        screen = std::make_unique<Screen>(elm_object_top_widget_get(testTabs().front().view().parentLayout));
+        EXPECT_TRUE(await([this] { return elm_win_focus_get(screen->window()) != EINA_FALSE; }));
+    }
+    ~Pages() override {
+        MainPageView::getInstance().destroyWidgets();
+        elm_vell_manager_fini();
+        for (const TestTab& tab : testTabs()) {
+            tab.view().Destroy();
+            tab.destroyView();
+        }
+        ncp_requester::getInstance().unregister_callback(MainPageView::requesterCb);
+        ncp_requester::getInstance().stop();
+        kill_background_app();
+        ecore_event_handler_del(keys_);
+        MainPageView::destroyInstance();
+        settle();
+        EXPECT_THAT(log.complaints_of_libraries(), testing::IsEmpty());
+    }
 
     /** Presses a button by Return. */
-    void activate(const std::string& text);
+    void activate(const std::string& text) const {
+        Evas_Object* const button = screen->find(text);
+        ASSERT_NE(button, nullptr) << text;
+        elm_object_focus_set(button, EINA_TRUE);
+        ASSERT_EQ(screen->focused(), text);
+        screen->press("Return");
+    }
     /** Lets the service say what has become of the radio; "ready" is said after a start. */
-    void emit(const std::string& event);
+    void emit(const std::string& event) {
+        radio.emit("ncp_event", "('" + event + "',)");
+        settle();
+    }
     /** Chooses a test ("TX Test" or "RX Test") and lets the service say "ready". */
-    void open(const std::string& tab);
-
-    /** What is seen below the tabs. */
-    [[nodiscard]] std::vector<std::string> content() const;
+    void open(const std::string& tab) {
+        activate(tab);
+        emit("ready");
+    }
 
     LogCapture log; // what the application logs stays out of the test's output
     ScriptedService radio;

@@ -10,10 +10,10 @@
 
 #include <Ecore_Input.h>
 #include <Efreet.h>
+#include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdio>
-#include <gio/gio.h>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string_view>
@@ -21,65 +21,38 @@
 namespace test {
 namespace {
 
-void fail_on_efl_error(const Eina_Log_Domain* domain, Eina_Log_Level level, const char* file,
-                       const char* function, int line, const char* format, void* /*data*/,
-                       va_list arguments) {
-    if (level > EINA_LOG_LEVEL_ERR)
-        return;
-    std::array<char, 512> text{};
-    vsnprintf(text.data(), text.size(), format, arguments);
-    ADD_FAILURE() << domain->name << " at " << file << ":" << line << " " << function << ": " << text.data();
-}
-
-void fail_on_glib_error(const char* domain, GLogLevelFlags level, const char* text, gpointer /*data*/) {
-    if ((level & (G_LOG_LEVEL_ERROR | G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING)) != 0)
-        ADD_FAILURE() << (domain == nullptr ? "glib" : domain) << ": " << text;
-}
-
 /** Frames that do not wait for an eye. */
 constexpr double quick_frame_seconds = 0.001;
 
-class Session {
-public:
-    Session() {
+struct Elementary {
+    Elementary() {
         efreet_cache_disable();
-        eina_init();
-        eina_log_print_cb_set(fail_on_efl_error, nullptr);
-        g_log_set_default_handler(fail_on_glib_error, nullptr);
-        g_setenv("ECORE_EVAS_FORCE_SYNC_RENDER", "1", TRUE); // a frame is drawn when its turn is over
+        setenv("ECORE_EVAS_FORCE_SYNC_RENDER", "1", 1); // a frame is drawn when its turn is over
         elm_init(0, nullptr);
         ecore_animator_frametime_set(quick_frame_seconds);
-        loop_ = std::make_unique<platform::GlibLoop>();
-        keys_ = std::make_unique<platform::RemoteControlKeys>();
     }
-    ~Session() {
-        keys_.reset();
-        loop_.reset();
-        elm_shutdown();
-        eina_shutdown();
-    }
-    Session(const Session&) = delete;
-    Session& operator=(const Session&) = delete;
-
-private:
-    std::unique_ptr<platform::GlibLoop> loop_;
-    std::unique_ptr<platform::RemoteControlKeys> keys_;
+    ~Elementary() { elm_shutdown(); }
+    Elementary(const Elementary&) = delete;
+    Elementary& operator=(const Elementary&) = delete;
 };
 
-std::string text_of(const char* text) { return text == nullptr ? "" : text; }
+struct Session {
+    Elementary elementary;
+    platform::GlibLoop loop;
+    platform::RemoteControlKeys keys;
+};
 
-using Visitor = std::function<void(Evas_Object*, const std::string&)>;
-
-void visit_below(Evas_Object* object, const Visitor& visitor) {
+void visit_below(Evas_Object* object, Evas_Object* widget, const Visitor& visitor) {
     if (evas_object_visible_get(object) == EINA_FALSE)
         return;
-    if (const std::string seen = description(object); !seen.empty())
-        visitor(object, seen);
+    if (elm_object_widget_check(object) != EINA_FALSE)
+        widget = object;
+    visitor(object, widget);
     if (efl_isa(object, EFL_CANVAS_GROUP_CLASS) == EINA_FALSE)
         return;
     Eina_List* const members = evas_object_smart_members_get(object);
     for (const Eina_List* node = members; node != nullptr; node = eina_list_next(node))
-        visit_below(static_cast<Evas_Object*>(eina_list_data_get(node)), visitor);
+        visit_below(static_cast<Evas_Object*>(eina_list_data_get(node)), widget, visitor);
     eina_list_free(members);
 }
 
@@ -93,16 +66,10 @@ void post(Evas_Object* window, int type, const char* key) {
     ecore_event_add(type, event, nullptr, nullptr);
 }
 
-bool is_control(const Evas_Object* widget) {
-    const std::string_view type = evas_object_type_get(widget);
-    return type == "elm_button" || type == "elm_spinner";
-}
+std::string text_of(const char* text) { return text == nullptr ? "" : text; }
 
-} // namespace
-
+/** What a widget says, as `Screen::seen` lists it; "" when nothing. */
 std::string description(Evas_Object* widget) {
-    if (elm_object_widget_check(widget) == EINA_FALSE)
-        return "";
     const std::string_view type = evas_object_type_get(widget);
     if (type == "elm_button")
         return elm_vell_button_text_get(widget);
@@ -112,6 +79,8 @@ std::string description(Evas_Object* widget) {
         return "popup " + text_of(elm_object_part_text_get(widget, "title,text"));
     return type == "elm_layout" || type == "elm_label" ? text_of(elm_object_text_get(widget)) : "";
 }
+
+} // namespace
 
 void start_elementary() { static const Session session; }
 
@@ -154,8 +123,6 @@ void Screen::press(const char* key, int times) const {
     }
 }
 
-void Screen::click(const Evas_Object* widget) const { click(geometry(widget)); }
-
 void Screen::click(const Eina_Rectangle& area) const {
     Evas* const canvas = evas_object_evas_get(window_);
     evas_event_feed_mouse_in(canvas, 0, nullptr);
@@ -171,45 +138,42 @@ void Screen::wheel(int notches) const {
     settle();
 }
 
-void Screen::visit(const Visitor& visitor) const {
-    for (Evas_Object* object = evas_object_bottom_get(evas_object_evas_get(window_)); object != nullptr;
-         object = evas_object_above_get(object))
-        visit_below(object, visitor);
+std::vector<Evas_Object*> Screen::widgets() const {
+    std::vector<Evas_Object*> widgets;
+    visit(window_, [&widgets](Evas_Object* object, Evas_Object* widget) {
+        if (object == widget && !description(widget).empty())
+            widgets.push_back(widget);
+    });
+    return widgets;
 }
 
 std::vector<std::string> Screen::seen() const {
     std::vector<std::string> all;
-    visit([&all](Evas_Object*, const std::string& seen) { all.push_back(seen); });
+    std::ranges::transform(widgets(), std::back_inserter(all), description);
     return all;
 }
 
 Evas_Object* Screen::find(const std::string& seen) const {
-    Evas_Object* found = nullptr;
-    visit([&](Evas_Object* widget, const std::string& text) {
-        if (text == seen)
-            found = widget;
-    });
-    return found;
+    const std::vector<Evas_Object*> all = widgets();
+    const auto found =
+        std::find_if(all.rbegin(), all.rend(), [&](auto* it) { return description(it) == seen; });
+    return found == all.rend() ? nullptr : *found;
 }
 
 std::string Screen::focused() const {
     std::string focused;
-    visit([&](Evas_Object* widget, const std::string& seen) {
-        if (is_control(widget) && elm_object_focus_get(widget) != EINA_FALSE)
-            focused += seen;
-    });
+    for (Evas_Object* const widget : widgets()) {
+        const std::string_view type = evas_object_type_get(widget);
+        if ((type == "elm_button" || type == "elm_spinner") && elm_object_focus_get(widget) != EINA_FALSE)
+            focused += description(widget);
+    }
     return focused;
 }
 
-std::vector<Evas_Object*> Screen::usable() const {
-    std::vector<Evas_Object*> usable;
-    visit([&usable](Evas_Object* widget, const std::string&) {
-        if (evas_object_type_get(widget) == std::string_view("elm_popup"))
-            usable.clear();
-        else if (is_control(widget) && elm_object_focus_allow_get(widget) != EINA_FALSE)
-            usable.push_back(widget);
-    });
-    return usable;
+void visit(Evas_Object* window, const Visitor& visitor) {
+    for (Evas_Object* object = evas_object_bottom_get(evas_object_evas_get(window)); object != nullptr;
+         object = evas_object_above_get(object))
+        visit_below(object, nullptr, visitor);
 }
 
 Eina_Rectangle geometry(const Evas_Object* widget) {

@@ -8,16 +8,16 @@ namespace test {
 /** The settings file has this content for as long as it lives. */
 class SettingsFolder {
 public:
-    explicit SettingsFolder(const std::string& content) : environment_("XDG_CONFIG_HOME", folder_) {
-        put_file(folder_ / "tv-platform" / "settings.ini", content);
-    }
+    explicit SettingsFolder(const std::string& content) { put_file(file(), content); }
     SettingsFolder(const SettingsFolder&) = delete;
     SettingsFolder& operator=(const SettingsFolder&) = delete;
     ~SettingsFolder() { std::filesystem::remove_all(folder_); }
 
+    [[nodiscard]] std::filesystem::path file() const { return folder_ / "tv-platform" / "settings.ini"; }
+
 private:
     std::filesystem::path folder_ = std::filesystem::temp_directory_path() / "settings_of_test";
-    ScopedEnvironment environment_;
+    ScopedEnvironment environment_{"XDG_CONFIG_HOME", folder_};
 };
 
 } // namespace test

@@ -4,8 +4,7 @@
 #include "support/log_capture.h"
 #include "support/screen.h"
 
-#include <gtest/gtest.h>
-#include <memory>
+#include <gmock/gmock.h>
 #include <platform/vell.h>
 
 namespace test {
@@ -13,33 +12,27 @@ namespace test {
 class ToolkitWindow : public testing::Test {
 protected:
     ToolkitWindow() {
-        start_elementary();
-        open_window();
+        elm_vell_root_layout_set(root, 1);
+        elm_vell_layout_type_set(root, 3);
+        elm_vell_layout_item_append(root, page, 1, 1);
+        elm_win_resize_object_add(screen.window(), root);
+        elm_vell_root_layout_render(root);
+        evas_object_show(root);
+        evas_object_show(screen.window());
+        EXPECT_TRUE(await([this] { return elm_win_focus_get(screen.window()) != EINA_FALSE; }));
     }
     ~ToolkitWindow() override {
         elm_config_mirrored_set(EINA_FALSE);
-        close_window();
+        evas_object_del(screen.window());
+        settle();
+        EXPECT_THAT(log.complaints_of_libraries(), testing::IsEmpty());
     }
 
-    /** Opens the window with an empty page that stacks its items. */
-    void open_window() {
+    static Evas_Object* open_window() {
+        start_elementary();
         Evas_Object* const window = elm_win_util_standard_add("toolkit", "Toolkit");
         EXPECT_TRUE(elm_vell_manager_init(window));
-        root = elm_vell_layout_add(window);
-        elm_vell_root_layout_set(root, 1);
-        elm_vell_layout_type_set(root, 3);
-        page = elm_vell_layout_add(root);
-        elm_vell_layout_item_append(root, page, 1, 1);
-        elm_win_resize_object_add(window, root);
-        elm_vell_root_layout_render(root);
-        evas_object_show(root);
-        evas_object_show(window);
-        screen = std::make_unique<Screen>(window);
-        EXPECT_TRUE(await([&] { return elm_win_focus_get(window) != EINA_FALSE; }));
-    }
-    void close_window() {
-        evas_object_del(screen->window());
-        settle();
+        return window;
     }
 
     /** A button at the end of the page, 60 x 10 units large. */
@@ -51,9 +44,9 @@ protected:
     }
 
     LogCapture log; // what EFL and the X library say stays out of the test's output
-    Evas_Object* root = nullptr;
-    Evas_Object* page = nullptr;
-    std::unique_ptr<Screen> screen;
+    const Screen screen{open_window()};
+    Evas_Object* root = elm_vell_layout_add(screen.window());
+    Evas_Object* page = elm_vell_layout_add(root); // stacks its items
 };
 
 /** Counts the calls of a smart or event callback. */
