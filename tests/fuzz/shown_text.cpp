@@ -1,0 +1,11 @@
+#include "input.h"
+#include "services/log_line.h"
+#include "vell/widget.h"
+
+// What the radio says about its statistics is shown as it is, and logged on one line.
+int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    const std::string text = text_of(bytes, size);
+    vell::markup(text.c_str());
+    expect(platform::printable(text).find('\n') == std::string::npos);
+    return 0;
+}
