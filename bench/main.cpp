@@ -19,6 +19,7 @@ int main(int argc, char** argv) {
         bench::DrawingWatch watch;
         bench::add_page_benchmarks(watch);
         bench::add_command_benchmarks();
+        bench::add_file_benchmarks();
         bench::Table table;
         benchmark::RunSpecifiedBenchmarks(&table);
     } catch (const std::exception& error) {
