@@ -9,5 +9,7 @@ namespace bench {
 void add_page_benchmarks(DrawingWatch& watch);
 /** One radio command over the system bus, by every library and command line that a person would pick. */
 void add_command_benchmarks();
+/** What reads and writes files. */
+void add_file_benchmarks();
 
 } // namespace bench

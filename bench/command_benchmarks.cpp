@@ -1,4 +1,5 @@
 #include "benchmarks.h"
+#include "log_file.h"
 #include "table.h"
 
 #include "common/bus_object.h"
@@ -6,11 +7,8 @@
 #include "host/ncp_contract.h"
 #include "model/ncp_requester.h"
 
-#include <array>
-#include <fcntl.h>
 #include <stdexcept>
 #include <systemd/sd-bus.h>
-#include <unistd.h>
 
 namespace bench {
 namespace {
@@ -26,22 +24,6 @@ void require(bool worked, const char* who) {
     if (!worked)
         throw std::runtime_error(std::string("the radio command of ") + who + " fails");
 }
-
-/** Standard error goes to a file, where a television keeps the application's log. */
-class LogFile {
-public:
-    LogFile() : standard_error_(dup(STDERR_FILENO)) {
-        const station::FileDescriptor file(
-            open("/tmp/command.log", O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
-        dup2(file.get(), STDERR_FILENO);
-    }
-    ~LogFile() { dup2(standard_error_.get(), STDERR_FILENO); }
-    LogFile(const LogFile&) = delete;
-    LogFile& operator=(const LogFile&) = delete;
-
-private:
-    station::FileDescriptor standard_error_;
-};
 
 void velmora(benchmark::State& state) {
     const LogFile log;

@@ -8,8 +8,8 @@
 
 int main(int argc, char** argv) {
     std::vector<const char*> arguments{argv[0], "--benchmark_enable_random_interleaving=true",
-                                       "--benchmark_report_aggregates_only=true", "--benchmark_min_time=0.05",
-                                       "--benchmark_repetitions=15"};
+                                       "--benchmark_report_aggregates_only=true", "--benchmark_min_time=0.01",
+                                       "--benchmark_repetitions=61"};
     arguments.insert(arguments.end(), argv + 1, argv + argc); // the caller's options win
     int count = static_cast<int>(arguments.size());
     benchmark::Initialize(&count, const_cast<char**>(arguments.data()));
@@ -19,6 +19,7 @@ int main(int argc, char** argv) {
         bench::DrawingWatch watch;
         bench::add_page_benchmarks(watch);
         bench::add_command_benchmarks();
+        bench::add_file_benchmarks();
         bench::Table table;
         benchmark::RunSpecifiedBenchmarks(&table);
     } catch (const std::exception& error) {

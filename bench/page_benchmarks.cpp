@@ -2,8 +2,11 @@
 #include "measured_program.h"
 #include "table.h"
 
+#include <algorithm>
+#include <cmath>
 #include <functional>
 #include <thread>
+#include <vector>
 
 namespace bench {
 namespace {
@@ -19,6 +22,8 @@ struct Peer {
 
 const Peer elementary{.name = "Elementary", .program = BARE_PAGE_PROGRAM, .agreed_wait = 0s};
 const Peer velmora{.name = own_name, .program = VELMORA_PROGRAM, .agreed_wait = 500ms};
+
+constexpr auto quiet = 300ms;
 
 using Measure = std::function<void(benchmark::State&, const Peer&, DrawingWatch&)>;
 
@@ -60,12 +65,65 @@ void idleness(benchmark::State& state, const Peer& peer, DrawingWatch& watch) {
     report(state, static_cast<double>(program.context_switches() - before), "");
 }
 
+/** Starts the program, goes to a button and presses a key on it. @return when the key was pressed. */
+Clock::time_point press_on_page(DrawingWatch& watch, const std::vector<const char*>& way, const char* key) {
+    watch.wait_for_quiet(quiet);
+    for (const char* const step : way) {
+        station::press_key(watch.display(), step);
+        watch.wait_for_quiet(quiet);
+    }
+    watch.forget();
+    const auto pressed = Clock::now();
+    station::press_key(watch.display(), key);
+    return pressed;
+}
+
+void time_to_picture(benchmark::State& state, DrawingWatch& watch, Clock::time_point pressed) {
+    if (const auto drawing = watch.next(2s))
+        state.SetIterationTime(std::chrono::duration<double>(drawing->moment - pressed).count());
+    else
+        state.SkipWithError("nothing is drawn after the key");
+}
+
+void arrow_key(benchmark::State& state, const Peer& peer, DrawingWatch& watch) {
+    const MeasuredProgram program(peer.program, watch);
+    time_to_picture(state, watch, press_on_page(watch, {"Right"}, "Left"));
+}
+
+void tab_switch(benchmark::State& state, const Peer& peer, DrawingWatch& watch) {
+    const MeasuredProgram program(peer.program, watch);
+    time_to_picture(state, watch, press_on_page(watch, {}, "Return"));
+}
+
+void popup(benchmark::State& state, const Peer& peer, DrawingWatch& watch) {
+    const MeasuredProgram program(peer.program, watch);
+    time_to_picture(state, watch, press_on_page(watch, {"Right", "Right"}, "Return"));
+}
+
+/** The pictures that a screen of 60 a second shows twice while a popup opens. */
+void popup_drops(benchmark::State& state, const Peer& peer, DrawingWatch& watch) {
+    const MeasuredProgram program(peer.program, watch);
+    press_on_page(watch, {"Right", "Right"}, "Return");
+    auto before = watch.next(2s);
+    long dropped = 0;
+    while (const auto drawing = before ? watch.next(quiet) : std::nullopt) {
+        const std::chrono::duration<double> gap = drawing->moment - before->moment;
+        dropped += std::max(0L, std::lround(gap.count() * 60.0) - 1);
+        before = drawing;
+    }
+    report(state, static_cast<double>(dropped), "");
+}
+
 } // namespace
 
 void add_page_benchmarks(DrawingWatch& watch) {
     add("start to first drawn page", 15, watch, start);
     add("memory after two seconds", 7, watch, memory);
     add("context switches in 5 s of idleness", 3, watch, idleness);
+    add("arrow key to changed picture", 9, watch, arrow_key);
+    add("tab switch to its first picture", 9, watch, tab_switch);
+    add("popup to its first picture", 9, watch, popup);
+    add("pictures dropped while a popup opens", 5, watch, popup_drops);
 }
 
 } // namespace bench
