@@ -42,7 +42,7 @@ std::string find_door(const std::string& name) {
         throw WrongUse("no television called " + name + " runs" +
                        (names.empty() ? "" : "; there is " + joined(names, ", ")));
     if (names.empty())
-        throw WrongUse("no television runs; 'station/tv --help' says how to start one");
+        throw WrongUse("no television runs; station/tv, installed velmora-tv, starts one");
     if (name.empty() && names.size() > 1)
         throw WrongUse("several televisions run (" + joined(names, ", ") + "): say which with -n NAME");
     return door_of(name.empty() ? names.front() : name);

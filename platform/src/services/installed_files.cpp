@@ -15,6 +15,8 @@ std::filesystem::path prefix() {
 
 std::string theme_file() { return prefix() / "share" / "tv-platform" / "vell.edj"; }
 
-std::string writing_direction_module() { return prefix() / "lib" / "tv-platform" / "writing_direction.so"; }
+std::string writing_direction_module() {
+    return prefix() / "lib" / "tv-platform" / "modules" / "writing_direction.so";
+}
 
 } // namespace platform
