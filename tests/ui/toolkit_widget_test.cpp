@@ -83,7 +83,7 @@ TEST_F(ToolkitWidget, SpinnerTakesTheMouseOnItsArrowsAndAsOkOnItsNumber) {
     elm_vell_layout_item_append(page, spinner, 200, 80);
     elm_spinner_min_max_set(elm_vell_spinner_native_get(spinner), 11, 13);
     elm_spinner_step_set(elm_vell_spinner_native_get(spinner), 1.0);
-    elm_object_focus_set(add_button("other"), EINA_TRUE);
+    Evas_Object* const other = add_button("other");
     std::string said; // each key that reaches the callbacks, and the number shown then
     const auto note = [](void* data, Evas*, Evas_Object* object, void* event) {
         const double value = elm_spinner_value_get(object);
@@ -92,6 +92,7 @@ TEST_F(ToolkitWidget, SpinnerTakesTheMouseOnItsArrowsAndAsOkOnItsNumber) {
     };
     evas_object_event_callback_add(spinner, EVAS_CALLBACK_KEY_DOWN, note, &said);
     settle();
+    elm_object_focus_set(other, EINA_TRUE);
     const auto click = [&](const std::string& clicked, int times) {
         for (const test::DrawnText& text : test::drawn_texts(screen.window()))
             for (int time = 0; text.text == clicked && time < times; ++time)
@@ -106,9 +107,9 @@ TEST_F(ToolkitWidget, SpinnerTakesTheMouseOnItsArrowsAndAsOkOnItsNumber) {
     EXPECT_EQ(click(left_arrow, 3), 13);
     screen.wheel(1);
     click("12", 2);
-    for (const char* const key : {"Right", "KP_Enter", "5", "Left"})
+    for (const char* const key : {"Right", "Return", "KP_Enter", "5", "Left"})
         screen.press(key);
-    EXPECT_EQ(said, "Return12 Return12 Right11 KP_Enter11 511 Left12 ");
+    EXPECT_EQ(said, "Return12 Return12 Right11 Return11 KP_Enter11 511 Left12 ");
     EXPECT_EQ(screen.focused(), "[12]");
     elm_object_disabled_set(spinner, EINA_TRUE);
     screen.wheel(-1);
