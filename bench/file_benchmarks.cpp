@@ -14,7 +14,7 @@ namespace bench {
 namespace {
 
 constexpr const char* image = "/tmp/firmware_image";
-constexpr std::uintmax_t mebibyte = 1024 * 1024;
+constexpr std::uintmax_t mebibyte = 1048576;
 
 void firmware_version(benchmark::State& state, std::uintmax_t mebibytes) {
     const LogFile log;
@@ -48,7 +48,7 @@ void add(const std::string& what, Function function) {
 } // namespace
 
 void add_file_benchmarks() {
-    for (const std::uintmax_t mebibytes : {1, 16, 64})
+    for (const std::uintmax_t mebibytes : {1U, 16U, 64U})
         add("version of a firmware image of " + std::to_string(mebibytes) + " MiB",
             [mebibytes](benchmark::State& state) { firmware_version(state, mebibytes); });
     add("secure store, read", secure_read);

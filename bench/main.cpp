@@ -2,18 +2,23 @@
 #include "benchmarks.h"
 #include "table.h"
 
-#include <array>
 #include <exception>
 #include <iostream>
+#include <string>
+#include <vector>
 
 int main(int argc, char** argv) {
-    std::vector<const char*> arguments{argv[0], "--benchmark_enable_random_interleaving=true",
-                                       "--benchmark_report_aggregates_only=true", "--benchmark_min_time=0.01",
-                                       "--benchmark_repetitions=61"};
-    arguments.insert(arguments.end(), argv + 1, argv + argc); // the caller's options win
+    std::vector<std::string> texts{argv[0], "--benchmark_enable_random_interleaving=true",
+                                   "--benchmark_report_aggregates_only=true", "--benchmark_min_time=0.01",
+                                   "--benchmark_repetitions=61"};
+    texts.insert(texts.end(), argv + 1, argv + argc); // the caller's options win
+    std::vector<char*> arguments;
+    arguments.reserve(texts.size());
+    for (std::string& text : texts)
+        arguments.push_back(text.data());
     int count = static_cast<int>(arguments.size());
-    benchmark::Initialize(&count, const_cast<char**>(arguments.data()));
-    if (benchmark::ReportUnrecognizedArguments(count, const_cast<char**>(arguments.data())))
+    benchmark::Initialize(&count, arguments.data());
+    if (benchmark::ReportUnrecognizedArguments(count, arguments.data()))
         return 2;
     try {
         bench::DrawingWatch watch;
