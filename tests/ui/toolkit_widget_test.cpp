@@ -107,9 +107,9 @@ TEST_F(ToolkitWidget, SpinnerTakesTheMouseOnItsArrowsAndAsOkOnItsNumber) {
     EXPECT_EQ(click(left_arrow, 3), 13);
     screen.wheel(1);
     click("12", 2);
-    for (const char* const key : {"Right", "Return", "KP_Enter", "5", "Left"})
+    for (const char* const key : {"Right", "Return", "KP_Enter", "5", "Up", "Down", "Left"})
         screen.press(key);
-    EXPECT_EQ(said, "Return12 Return12 Right11 Return11 KP_Enter11 511 Left12 ");
+    EXPECT_EQ(said, "Return12 Return12 Right11 Return11 KP_Enter11 511 Up12 Down11 Left12 ");
     EXPECT_EQ(screen.focused(), "[12]");
     elm_object_disabled_set(spinner, EINA_TRUE);
     screen.wheel(-1);
