@@ -4,6 +4,7 @@
 
 steps=$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")
 expected=''
+patience=${VELMORA_PATIENCE:-30} # seconds
 
 tvctl() { "$steps/tvctl" -n "${television:?}" "$@"; }
 
@@ -19,14 +20,14 @@ say() { # KEY WHAT
 press() { # KEY FOCUS [TIMES]: presses a key until the focus is on a name
     local seen
     tvctl press "$1${3:+*$3}" >/dev/null
-    seen=$(tvctl wait -t 30 --focus "$2")
+    seen=$(tvctl wait -t "$patience" --focus "$2")
     say "$1${3:+ x$3}" "$seen"
 }
 
 step() { # KEY TIMES NUMBER: in a picker
     local seen
     tvctl press "$1*$2" >/dev/null
-    seen=$(tvctl wait -t 30 --number "$3")
+    seen=$(tvctl wait -t "$patience" --number "$3")
     say "$1 x$2" "$seen"
 }
 
@@ -48,21 +49,21 @@ go() { # KEY FOCUS: presses a key again and again until the focus is on a name
 open_picker() { # TITLE NUMBER
     local seen
     tvctl press OK >/dev/null
-    tvctl wait -t 30 "$1" >/dev/null
-    seen=$(tvctl wait -t 30 --number "$2")
+    tvctl wait -t "$patience" "$1" >/dev/null
+    seen=$(tvctl wait -t "$patience" --number "$2")
     say OK "$seen"
 }
 
 choose() { # TITLE NUMBER
     tvctl press OK >/dev/null
-    tvctl wait -t 30 --gone "$1" >/dev/null
-    say OK "$(tvctl wait -t 30 --focus "$2")"
+    tvctl wait -t "$patience" --gone "$1" >/dev/null
+    say OK "$(tvctl wait -t "$patience" --focus "$2")"
 }
 
 asked() { # CALL: the NCP host was asked this since the last time, and nothing else
-    local calls=''
+    local i calls=''
     expected+=${expected:+ }$1
-    for _ in {1..300}; do
+    for ((i = 0; i < patience * 10; ++i)); do
         calls=$(tvctl calls)
         if [[ $calls == "$expected" ]]; then
             say 'NCP host' "$1"
