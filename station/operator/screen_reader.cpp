@@ -180,8 +180,11 @@ Screen ScreenReader::read(const std::string& application) const {
         const Items items = items_of(bus_, application);
         Look look;
         look_below(items, items.by_path.at(items.root), 0, true, look);
-        const auto covered_ones = std::ranges::stable_partition(
-            look.found, [&look](const auto& found) { return found.dialog == look.dialogs; });
+        const auto first_covered =
+            std::stable_partition(look.found.begin(), look.found.end(),
+                                  [&look](const auto& found) { return found.dialog == look.dialogs; });
+        const std::vector covered_ones(first_covered, look.found.end());
+        look.found.erase(first_covered, look.found.end());
         std::vector<Question> questions;
         std::vector<Widget> covered(covered_ones.size());
         for (std::size_t i = 0; i < covered.size(); ++i) {
@@ -190,7 +193,6 @@ Screen ScreenReader::read(const std::string& application) const {
             covered[i].accessible = item.accessible;
             add_questions(item, covered[i], questions);
         }
-        look.found.erase(covered_ones.begin(), covered_ones.end());
         std::vector<Widget> widgets(look.found.size());
         for (std::size_t i = 0; i < widgets.size(); ++i) {
             const Item& item = *look.found[i].item;

@@ -2,8 +2,8 @@
 
 #include "logs.h"
 
+#include <algorithm>
 #include <csignal>
-#include <ranges>
 
 namespace station {
 namespace {
@@ -64,10 +64,10 @@ int Television::run() {
     while (command_->runs())
         g_main_context_iteration(nullptr, TRUE);
     kill_.reset();
-    for (Part& part : std::views::reverse(parts_)) {
+    std::for_each(parts_.rbegin(), parts_.rend(), [this](Part& part) {
         part.end();
         log_.note("the ", part.name(), " ", part.state());
-    }
+    });
     return *command_->status();
 }
 

@@ -65,7 +65,7 @@ private:
 TEST_F(FloodRoad, LeavesTimeForKeysAndNoMemoryBehindAndTheRadioInStep) {
     open_test("TX Test", "Set Power");
     expect_asked({"ember_start(0)"});
-    const long before = resident_kilobytes(application().number());
+    [[maybe_unused]] const long before = resident_kilobytes(application().number());
     for (const auto& flood :
          {Flood{"('ready',)", 1000, 1000}, Flood{R"(('\u202e<b>&amp;\n\u0001',))", 10'000, 0},
           Flood{"([(7, {'ready': <'ready'>})], true)", 10'000, 0}}) {
