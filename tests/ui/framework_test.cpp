@@ -325,6 +325,7 @@ TEST_F(Framework, KeysAreThoseOfTheRemoteControlAndReachNobodyWhileTheScreenStan
         rest(500ms);
         for (const char* const key : {"Escape", "F12", "F1"})
             press(key);
+        rest(500ms);
         press_after([] { work(150ms, {"Return"}); });
         press_after([] { work(400ms, {"Return"}); });
         press_after([work_in_glib] { g_idle_add(work_in_glib, nullptr); });
