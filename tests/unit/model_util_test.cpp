@@ -97,9 +97,9 @@ TEST_F(UtilTest, CountingEndsAtExactlyZero) {
         const SleepRecorder sleep;
         log.clear();
         get_command_result("cpcd");
-        EXPECT_THAT(
-            log.messages_of("util.cpp: get_command_result"),
-            AllOf(SizeIs(std::max(failures, 1UL)), Each("Command [pgrep -c cpcd] result : " + logged)));
+        EXPECT_THAT(log.messages_of("util.cpp: get_command_result"),
+                    AllOf(SizeIs(std::max<std::size_t>(failures, 1)),
+                          Each("Command [pgrep -c cpcd] result : " + logged)));
         EXPECT_THAT(sleep.sleeps(), AllOf(SizeIs(failures), Each(300'000)));
     }
 }

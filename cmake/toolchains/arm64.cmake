@@ -1,0 +1,5 @@
+set(CMAKE_SYSTEM_PROCESSOR aarch64)
+set(VELMORA_TRIPLET aarch64-linux-gnu)
+set(VELMORA_ARCHITECTURE arm64)
+set(VELMORA_LOADER ld-linux-aarch64.so.1)
+include("${CMAKE_CURRENT_LIST_DIR}/debian.cmake")

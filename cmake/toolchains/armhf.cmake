@@ -1,0 +1,5 @@
+set(CMAKE_SYSTEM_PROCESSOR armv7l)
+set(VELMORA_TRIPLET arm-linux-gnueabihf)
+set(VELMORA_ARCHITECTURE armhf)
+set(VELMORA_LOADER ld-linux-armhf.so.3)
+include("${CMAKE_CURRENT_LIST_DIR}/debian.cmake")
