@@ -19,9 +19,9 @@ namespace platform {
 
 /** The application's right to its records, filled by `ss_init_credential`. */
 struct SecureStorageCredential {
-    std::array<std::uint32_t, 5> words{};
-    int kind = 0;
-    int flags = 0;
+    std::array<std::uint32_t, 5> words{}; /**< its 20 bytes */
+    int kind = 0;                         /**< 1, an application's own */
+    int flags = 0;                        /**< 0 */
 };
 
 /** Results of the secure storage; everything but `ok` is a failure and leaves outputs unwritten. */
