@@ -18,10 +18,8 @@ Operator::Operator(std::string application, std::chrono::milliseconds patience)
       reader_(answer_patience) {}
 
 void Operator::press(const std::string& key, int times) {
-    for (int time = 0; time < times; ++time) {
+    for (int time = 0; time < times; ++time)
         press_key(display_, key);
-        keys_pressed_.push_back(key);
-    }
 }
 
 void Operator::activate(const std::string& name) {
@@ -33,13 +31,6 @@ std::optional<Widget> Operator::focused() const {
     const Screen now = screen();
     const Widget* const widget = now.focused();
     return widget != nullptr ? std::optional(*widget) : std::nullopt;
-}
-
-bool Operator::is_focusable(const std::string& name) { return wait_for(name).find(name)->focusable; }
-
-const Screen& Operator::wait_until(const std::string& wanted,
-                                   const std::function<bool(const Screen&)>& is_as_wanted) {
-    return wait_until(Condition{wanted, is_as_wanted});
 }
 
 const Screen& Operator::wait_until(Condition condition) {
@@ -54,10 +45,6 @@ const Screen& Operator::wait_until(Condition condition) {
 
 const Screen& Operator::wait_for(const std::string& text) { return wait_until(text_shown(text)); }
 
-const Screen& Operator::wait_until_gone(const std::string& text) { return wait_until(text_gone(text)); }
-
 const Screen& Operator::wait_for_focus(const std::string& name) { return wait_until(focus_on(name)); }
-
-const Screen& Operator::wait_for_value(int value) { return wait_until(focused_number(value)); }
 
 } // namespace station

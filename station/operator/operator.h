@@ -33,31 +33,16 @@ public:
     /** Presses a key `times` times; see `press_key`. */
     void press(const std::string& key, int times = 1);
 
-    /** Every key pressed so far. */
-    [[nodiscard]] const std::vector<std::string>& keys_pressed() const { return keys_pressed_; }
-
     /** Presses a widget by its accessible action; throws NotSeen when it is not on the screen. */
     void activate(const std::string& name);
 
     [[nodiscard]] Screen screen() const { return reader_.read(application_); }
-    [[nodiscard]] std::vector<std::string> texts() const { return screen().texts(); }
     [[nodiscard]] std::optional<Widget> focused() const;
-    /** Throws NotSeen when the widget is not on the screen. */
-    bool is_focusable(const std::string& name);
 
-    /**
-     * Waits until the screen is as wanted.
-     *
-     * @param wanted says it in words, for the error.
-     * @return that screen, until the next wait.
-     */
-    const Screen& wait_until(const std::string& wanted,
-                             const std::function<bool(const Screen&)>& is_as_wanted);
+    /** Waits until a text is shown; that screen, until the next wait. */
     const Screen& wait_for(const std::string& text);
-    const Screen& wait_until_gone(const std::string& text);
+    /** Waits until something has the focus; that screen, until the next wait. */
     const Screen& wait_for_focus(const std::string& name);
-    /** Waits until the focused widget shows a number. */
-    const Screen& wait_for_value(int value);
 
     /** See `take_picture`. */
     void picture(const std::string& path) const { take_picture(display_, path); }
@@ -69,7 +54,6 @@ private:
     std::chrono::milliseconds patience_;
     Display display_;
     ScreenReader reader_;
-    std::vector<std::string> keys_pressed_;
     const Process* followed_ = nullptr;
     Screen seen_{{}, false}; // the newest look of a wait
 };

@@ -185,7 +185,8 @@ TEST_P(Failures, When) {
         ASSERT_EQ(std::getenv("VELMORA_SKIPS_NOTHING"), nullptr) << "this needs root";
         GTEST_SKIP() << failure.name << " needs root: only root gives files away and labels them";
     }
-    std::vector<std::string> command = {VELMORA_TELEVISION, "--screen", "1280x720"};
+    std::vector<std::string> command = {VELMORA_TELEVISION, "--screen", "1280x720", "--logs",
+                                        VELMORA_LOGS "/" + failure.name};
     command.insert(command.end(), failure.television.begin(), failure.television.end());
     command.insert(command.end(), {"--", std::filesystem::read_symlink("/proc/self/exe").string(),
                                    "--gtest_filter=InTelevision.When/" + failure.name});

@@ -35,7 +35,7 @@ void send_event(GVariant* values);
 class Hand {
 public:
     /** What the application has written since its last start. */
-    static constexpr auto log = "/tmp/application.log";
+    static constexpr auto log = "/var/log/station/application.log";
 
     explicit Hand(std::string program);
     ~Hand();

@@ -14,6 +14,8 @@ namespace {
 using namespace walk;
 using namespace std::chrono_literals;
 
+const std::filesystem::path kept = "/var/log/station"; // with --logs
+
 struct Options {
     unsigned steps = 0; /**< 0: the tour */
     unsigned seed = 1;
@@ -24,12 +26,6 @@ struct Options {
     bool faults = false;
     std::vector<std::string> without;
     std::string program = VELMORA_PROGRAM;
-
-    [[nodiscard]] std::string name() const {
-        if (faults)
-            return "walk-faults-" + std::to_string(part);
-        return steps > 0 ? "walk-random-" + std::to_string(seed) : "walk-tour-" + std::to_string(part);
-    }
 };
 
 /** What is left out makes room for what a known difference hides. */
@@ -50,25 +46,14 @@ bool is_in_part(const Options& options, const Crossing& crossing) {
     return options.part == 0 || in_test == (options.part == 1);
 }
 
-/** The logs and the screen at the moment of the difference. */
-std::filesystem::path keep_evidence(const Walk& walk, const Options& options) {
-    namespace fs = std::filesystem;
-    const fs::path folder = fs::path(VELMORA_EVIDENCE) / options.name();
-    std::error_code not_there;
-    fs::remove_all(folder, not_there);
-    fs::create_directories(folder);
-    fs::copy("/var/log/station", folder, not_there);
-    fs::copy(Hand::log, folder, not_there);
-    walk.hand.picture(folder / "last_picture.png");
-    return folder;
-}
-
 int report(Walk& walk, const Difference& first, const Options& options) {
     std::string difference = first.what();
     std::cout << "a difference after " << walk.taken.size() << " steps:\n"
               << difference << '\n'
               << std::flush;
-    const auto kept = keep_evidence(walk, options);
+    walk.hand.picture(kept / "last_picture.png");
+    std::filesystem::copy_file(Hand::log, kept / "difference.log", // shortening writes on the other
+                               std::filesystem::copy_options::overwrite_existing);
     if (options.faults)
         return 1;
     const Steps steps = options.as_it_came || walk.taken.empty()
@@ -81,7 +66,7 @@ int report(Walk& walk, const Difference& first, const Options& options) {
             *stream << "  " << transitions()[step].name << '\n';
         *stream << difference << '\n';
     }
-    std::cout << "Logs and a picture are in " << kept.string() << '\n';
+    std::cout << "Logs and the last picture are in build/logs.\n";
     return 1;
 }
 

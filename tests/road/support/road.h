@@ -1,11 +1,11 @@
 /** A person before the television who uses the application; each test is one sitting. */
 #pragma once
 
+#include "common/application_log.h"
 #include "common/process.h"
 #include "common/processes.h"
 #include "operator/operator.h"
 #include "remote/remote.h"
-#include "support/application_log.h"
 
 #include <functional>
 #include <gmock/gmock.h>
@@ -37,7 +37,7 @@ protected:
     void TearDown() override;
 
     station::Operator operator_{"velmora", std::chrono::seconds(15)};
-    ApplicationLog log_;
+    station::ApplicationLog log_;
 
 private:
     std::optional<station::Process> application_;

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "common/application_log.h"
 #include "services/descriptor.h"
-#include "support/application_log.h"
 #include "support/surroundings.h"
 
 #include <fcntl.h>
@@ -22,7 +22,7 @@ private:
 };
 
 /** Captures what this process and its children write to standard error, as long as it lives. */
-class LogCapture : public ApplicationLog {
+class LogCapture : public station::ApplicationLog {
 public:
     LogCapture() : capture_(platform::Descriptor(open(path().c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600))) {
         clear();

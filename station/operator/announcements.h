@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace station {
+
 /**
  * From its making on, what a screen reader would say of itself: what gets the focus ("push button Exit"),
  * popups that appear ("dialog Exit App"), and new names of what has the focus ("spin button 7").
@@ -30,3 +32,5 @@ private:
     std::string focused_role_;
     std::vector<std::string> said_;
 };
+
+} // namespace station

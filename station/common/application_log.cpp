@@ -1,9 +1,10 @@
-#include "support/application_log.h"
+#include "application_log.h"
 
 #include <algorithm>
 #include <fstream>
 #include <regex>
 
+namespace station {
 namespace {
 
 std::vector<std::string> lines_of(const std::string& path) {
@@ -51,3 +52,5 @@ std::string ApplicationLog::end() const {
         end += said[i] + "\n";
     return end;
 }
+
+} // namespace station

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+namespace station {
+
 /** The file that the application's standard output and standard error go to. */
 class ApplicationLog {
 public:
@@ -26,5 +28,7 @@ public:
     [[nodiscard]] std::string end() const;
 
 private:
-    std::string path_ = "/tmp/application.log";
+    std::string path_ = "/var/log/station/application.log";
 };
+
+} // namespace station

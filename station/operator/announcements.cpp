@@ -1,10 +1,11 @@
-#include "support/announcements.h"
+#include "announcements.h"
 
 #include <algorithm>
 #include <array>
 #include <string_view>
 #include <utility>
 
+namespace station {
 namespace {
 
 using namespace std::string_view_literals;
@@ -54,3 +55,5 @@ void Announcements::hear(const AtspiEvent& event) {
         (event.type == renamed && role == focused_role_))
         said_.push_back(role + " " + taken(atspi_accessible_get_name(event.source, nullptr)));
 }
+
+} // namespace station
