@@ -1,4 +1,4 @@
-#include "support/announcements.h"
+#include "operator/announcements.h"
 #include "support/road.h"
 
 #include <thread>
@@ -42,7 +42,7 @@ protected:
         return roles;
     }
 
-    std::optional<Announcements> announcements_;
+    std::optional<station::Announcements> announcements_;
 };
 
 TEST_F(ScreenReaderRoad, EveryTextHasItsNameAndRole) {
