@@ -34,43 +34,40 @@ fs::path folder_of_doors() {
 
 fs::path door_of(const std::string& name) { return folder_of_doors() / name / "system_bus"; }
 
-bool is_open(const std::string& name) { return static_cast<bool>(connect_to(door_of(name))); }
+/** Whether it listens; another user's folder could lead anywhere. */
+bool is_open(const std::string& name) {
+    return is_own(folder_of_doors()) && static_cast<bool>(connect_to(door_of(name)));
+}
 
 std::string find_door(const std::string& name) {
+    if (!name.empty() && is_open(name))
+        return door_of(name);
     const auto names = running_televisions();
-    if (!name.empty() && std::ranges::find(names, name) == names.end())
+    if (!name.empty())
         throw WrongUse("no television called " + name + " runs" +
                        (names.empty() ? "" : "; there is " + joined(names, ", ")));
     if (names.empty())
         throw WrongUse("no television runs; station/tv, installed velmora-tv, starts one");
-    if (name.empty() && names.size() > 1)
+    if (names.size() > 1)
         throw WrongUse("several televisions run (" + joined(names, ", ") + "): say which with -n NAME");
-    return door_of(name.empty() ? names.front() : name);
+    return door_of(names.front());
 }
 
-std::string patient_door(const std::string& name, std::chrono::milliseconds patience) {
+/** Knocks only at the door that is wanted: fifty who wait would keep fifty buses busy. */
+void wait_for_door(const std::string& name, std::chrono::milliseconds patience) {
     using namespace std::chrono_literals;
     const auto deadline = std::chrono::steady_clock::now() + patience;
-    for (;;) {
-        try {
-            return find_door(name);
-        } catch (const WrongUse&) {
-            if (std::chrono::steady_clock::now() >= deadline)
-                throw;
-        }
+    const auto is_there = [&name] { return name.empty() ? !running_televisions().empty() : is_open(name); };
+    while (!is_there() && std::chrono::steady_clock::now() < deadline)
         std::this_thread::sleep_for(10ms);
-    }
 }
 
 } // namespace
 
 std::vector<std::string> running_televisions() {
     std::vector<std::string> names;
-    const fs::path folder = folder_of_doors();
-    if (!is_own(folder)) // another user's could lead anywhere
-        return names;
     std::error_code error;
-    for (const auto& entry : fs::directory_iterator(folder, error))
+    for (const auto& entry : fs::directory_iterator(folder_of_doors(), error))
         if (const std::string name = entry.path().filename(); is_open(name))
             names.push_back(name);
     std::ranges::sort(names);
@@ -78,7 +75,8 @@ std::vector<std::string> running_televisions() {
 }
 
 BusConnection open_door(const std::string& name, std::chrono::milliseconds patience) {
-    const std::string door = patient_door(name, patience);
+    wait_for_door(name, patience);
+    const std::string door = find_door(name);
     g_autofree char* path = g_dbus_address_escape_value(door.c_str());
     return connect_to_bus("unix:path=" + std::string(path));
 }

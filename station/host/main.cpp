@@ -16,7 +16,7 @@ void add_behaviour(station::NcpService& service, const std::string& text) {
     }
 }
 
-constexpr guint answer_limit_milliseconds = 1000;
+constexpr guint answer_limit_milliseconds = 5000;
 
 void run(int argc, char** argv, const station::StationLog& log) {
     g_auto(GStrv) answers = nullptr;

@@ -29,8 +29,11 @@ NcpLink::NcpLink(const std::string& path, guint limit, std::function<void()> on_
 
 void NcpLink::changed(GFileMonitor* /*monitor*/, GFile* /*file*/, GFile* /*other*/, GFileMonitorEvent event,
                       gpointer self) {
-    if (event == G_FILE_MONITOR_EVENT_CREATED)
-        static_cast<NcpLink*>(self)->open_link();
+    auto* const link = static_cast<NcpLink*>(self);
+    // Where the user has no inotify instance left, GIO looks every five seconds, and a link that went and came
+    // in between has only changed.
+    if (event == G_FILE_MONITOR_EVENT_CREATED || (event == G_FILE_MONITOR_EVENT_CHANGED && !link->terminal_))
+        link->open_link();
 }
 
 void NcpLink::open_link() {

@@ -19,7 +19,7 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
 constexpr auto look_interval = 10ms;
-constexpr auto start_patience = 30s;
+constexpr auto start_patience = 60s;
 
 bool is_absence(const GError* error) {
     return g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN) != FALSE ||

@@ -13,7 +13,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto start_patience = 20s;
+constexpr auto start_patience = 60s;
 constexpr auto end_patience = 2s;
 
 std::array<FileDescriptor, 2> make_pipe() {
