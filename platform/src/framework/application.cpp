@@ -17,6 +17,8 @@
 #include "visibility.h"
 #include "x_server.h"
 
+#include "../services/installed_files.h"
+
 #include <Efreet.h>
 #include <Elementary.h>
 
@@ -119,5 +121,6 @@ int ui_app_main(int argc, char** argv, const platform::LifecycleCallbacks* callb
     const XConnection display;
     if (const auto result = check_requirements(display); result != application_ok)
         return result;
+    elm_theme_overlay_add(nullptr, theme_file().c_str()); // which has the frame of the window, too
     return run(application, instance.has_bus() ? session_bus.get() : nullptr, instance);
 }

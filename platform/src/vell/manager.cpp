@@ -41,7 +41,8 @@ bool Manager::init(Evas_Object* window) {
     window_ = window;
     evas_object_event_callback_add(window, EVAS_CALLBACK_RESIZE, on_window_resized, this);
     evas_object_event_callback_add(window, EVAS_CALLBACK_DEL, on_window_deleted, this);
-    elm_theme_overlay_add(nullptr, platform::theme_file().c_str());
+    if (elm_theme_overlay_list_get(nullptr) == nullptr) // the framework adds it before the window is made
+        elm_theme_overlay_add(nullptr, platform::theme_file().c_str());
     elm_config_finger_size_set(0);
     ring_the_focus(window);
     correct_focus(window);
