@@ -9,6 +9,8 @@ namespace bench {
 void add_page_benchmarks(DrawingWatch& watch);
 /** One radio command over the system bus, by every library and command line that a person would pick. */
 void add_command_benchmarks();
+/** What the application and the NCP host do together: calls, events, the radio stack, whole tests. */
+void add_radio_benchmarks(DrawingWatch& watch);
 /** What reads and writes files. */
 void add_file_benchmarks();
 

@@ -58,9 +58,21 @@ Clock::time_point DrawingWatch::next_page() {
     throw std::runtime_error("no page is drawn");
 }
 
-void DrawingWatch::wait_for_quiet(std::chrono::milliseconds quiet) {
-    while (next(quiet)) {
+void DrawingWatch::wait_for_quiet(std::chrono::milliseconds time) {
+    while (next(time)) {
     }
+}
+
+Clock::time_point DrawingWatch::press(const std::vector<const char*>& way, const char* key) {
+    wait_for_quiet(quiet);
+    for (const char* const step : way) {
+        station::press_key(display_, step);
+        wait_for_quiet(quiet);
+    }
+    forget();
+    const auto pressed = Clock::now();
+    station::press_key(display_, key);
+    return pressed;
 }
 
 } // namespace bench

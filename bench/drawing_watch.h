@@ -5,10 +5,14 @@
 
 #include <chrono>
 #include <optional>
+#include <vector>
 
 namespace bench {
 
 using Clock = std::chrono::steady_clock;
+
+/** A screen on which nothing has been drawn for so long stands still. */
+constexpr std::chrono::milliseconds quiet(300);
 
 /** One drawing on the screen, at the moment the X server told of it. */
 struct Drawing {
@@ -28,7 +32,9 @@ public:
     /** Waits for a drawing of nearly the whole screen. @throws std::runtime_error after ten seconds. */
     Clock::time_point next_page();
     /** Waits until nothing has been drawn for so long. */
-    void wait_for_quiet(std::chrono::milliseconds quiet);
+    void wait_for_quiet(std::chrono::milliseconds time);
+    /** Presses the keys of a way, each when the screen stands still, and then one more. @return when that one was. */
+    Clock::time_point press(const std::vector<const char*>& way, const char* key);
 
     [[nodiscard]] const station::Display& display() const { return display_; }
 

@@ -23,6 +23,7 @@ int main(int argc, char** argv) {
     try {
         bench::DrawingWatch watch;
         bench::add_page_benchmarks(watch);
+        bench::add_radio_benchmarks(watch);
         bench::add_command_benchmarks();
         bench::add_file_benchmarks();
         bench::Table table;

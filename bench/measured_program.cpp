@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <string_view>
 
@@ -38,6 +39,11 @@ MeasuredProgram::~MeasuredProgram() {
 double MeasuredProgram::megabytes() const {
     const std::string path = "/proc/" + std::to_string(number()) + "/smaps_rollup";
     return static_cast<double>(sum_of(path, {"Pss:"})) / 1024.0;
+}
+
+long MeasuredProgram::descriptors() const {
+    const std::filesystem::directory_iterator all("/proc/" + std::to_string(number()) + "/fd");
+    return std::distance(begin(all), end(all));
 }
 
 long MeasuredProgram::context_switches() const {

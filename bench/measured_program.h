@@ -26,6 +26,8 @@ public:
     [[nodiscard]] std::chrono::duration<double> time_to_page() const { return page_drawn_ - started_; }
     /** The process's share of the memory, in megabytes: what others use too counts in part. */
     [[nodiscard]] double megabytes() const;
+    /** The descriptors that it has open. */
+    [[nodiscard]] long descriptors() const;
     /** How often its threads have given up the processor so far. */
     [[nodiscard]] long context_switches() const;
     [[nodiscard]] int number() const { return process_.number(); }

@@ -23,8 +23,6 @@ struct Peer {
 const Peer elementary{.name = "Elementary", .program = BARE_PAGE_PROGRAM, .agreed_wait = 0s};
 const Peer velmora{.name = own_name, .program = VELMORA_PROGRAM, .agreed_wait = 500ms};
 
-constexpr auto quiet = 300ms;
-
 using Measure = std::function<void(benchmark::State&, const Peer&, DrawingWatch&)>;
 
 /** Registers a measurement of whole processes: one in each repetition. */
@@ -39,11 +37,6 @@ void add(const char* what, int repetitions, DrawingWatch& watch, const Measure& 
             ->Unit(benchmark::kMillisecond)
             ->Iterations(1)
             ->Repetitions(repetitions);
-}
-
-void report(benchmark::State& state, double value, const char* unit) {
-    state.counters[value_counter] = value;
-    state.SetLabel(unit);
 }
 
 void start(benchmark::State& state, const Peer& peer, DrawingWatch& watch) {
@@ -65,19 +58,6 @@ void idleness(benchmark::State& state, const Peer& peer, DrawingWatch& watch) {
     report(state, static_cast<double>(program.context_switches() - before), "");
 }
 
-/** Starts the program, goes to a button and presses a key on it. @return when the key was pressed. */
-Clock::time_point press_on_page(DrawingWatch& watch, const std::vector<const char*>& way, const char* key) {
-    watch.wait_for_quiet(quiet);
-    for (const char* const step : way) {
-        station::press_key(watch.display(), step);
-        watch.wait_for_quiet(quiet);
-    }
-    watch.forget();
-    const auto pressed = Clock::now();
-    station::press_key(watch.display(), key);
-    return pressed;
-}
-
 void time_to_picture(benchmark::State& state, DrawingWatch& watch, Clock::time_point pressed) {
     if (const auto drawing = watch.next(2s))
         state.SetIterationTime(std::chrono::duration<double>(drawing->moment - pressed).count());
@@ -87,23 +67,23 @@ void time_to_picture(benchmark::State& state, DrawingWatch& watch, Clock::time_p
 
 void arrow_key(benchmark::State& state, const Peer& peer, DrawingWatch& watch) {
     const MeasuredProgram program(peer.program, watch);
-    time_to_picture(state, watch, press_on_page(watch, {"Right"}, "Left"));
+    time_to_picture(state, watch, watch.press({"Right"}, "Left"));
 }
 
 void tab_switch(benchmark::State& state, const Peer& peer, DrawingWatch& watch) {
     const MeasuredProgram program(peer.program, watch);
-    time_to_picture(state, watch, press_on_page(watch, {}, "Return"));
+    time_to_picture(state, watch, watch.press({}, "Return"));
 }
 
 void popup(benchmark::State& state, const Peer& peer, DrawingWatch& watch) {
     const MeasuredProgram program(peer.program, watch);
-    time_to_picture(state, watch, press_on_page(watch, {"Right", "Right"}, "Return"));
+    time_to_picture(state, watch, watch.press({"Right", "Right"}, "Return"));
 }
 
 /** The pictures that a screen of 60 a second shows twice while a popup opens. */
 void popup_drops(benchmark::State& state, const Peer& peer, DrawingWatch& watch) {
     const MeasuredProgram program(peer.program, watch);
-    press_on_page(watch, {"Right", "Right"}, "Return");
+    watch.press({"Right", "Right"}, "Return");
     auto before = watch.next(2s);
     long dropped = 0;
     while (const auto drawing = before ? watch.next(quiet) : std::nullopt) {

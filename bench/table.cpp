@@ -11,7 +11,7 @@ const std::map<std::string, double> bounds{{"start to first drawn page/Elementar
                                            {"memory after two seconds/Elementary", 1.10},
                                            {"radio command/GDBus proxy call", 1.05},
                                            {"arrow key to changed picture/Elementary", 1.00},
-                                           {"Return to the method call/Elementary", 1.00}};
+                                           {"Return to the method call/Eldbus", 1.00}};
 
 std::string bound_of(const std::string& measured) {
     const auto bound = bounds.find(measured);
@@ -26,6 +26,11 @@ std::string bound_of(const std::string& measured) {
 
 std::string measurement(const std::string& what, const std::string& who) { return what + '/' + who; }
 
+void report(benchmark::State& state, double value, const std::string& unit) {
+    state.counters[value_counter] = value;
+    state.SetLabel(unit);
+}
+
 bool Table::ReportContext(const Context& /*context*/) { return true; }
 
 void Table::ReportRuns(const std::vector<Run>& runs) {
@@ -33,7 +38,7 @@ void Table::ReportRuns(const std::vector<Run>& runs) {
         const std::string& name = run.run_name.function_name;
         if (run.error_occurred)
             GetErrorStream() << name << ": " << run.error_message << '\n';
-        if (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median")
+        if (run.repetitions > 1 && run.aggregate_name != "median")
             continue;
         const auto slash = name.find('/');
         const std::string what = name.substr(0, slash);

@@ -18,8 +18,11 @@ constexpr const char* value_counter = "value";
 /** The name of a measurement: what is measured, of whom. */
 std::string measurement(const std::string& what, const std::string& who);
 
+/** Gives a measurement a value that is no time. */
+void report(benchmark::State& state, double value, const std::string& unit);
+
 /**
- * Collects the medians of measurements named by `measurement` and prints a row for each thing measured: what
+ * Collects the medians of measurements, or the one value of one that is not repeated, named by `measurement` and prints a row for each thing measured: what
  * the peers need, what we need, and our ratio to each peer. It goes to standard output as Markdown.
  */
 class Table : public benchmark::BenchmarkReporter {
