@@ -3,8 +3,8 @@
  * page anew, once the radio is started.
  */
 #include <Eldbus.h>
-#include <initializer_list>
 #include <Elementary.h>
+#include <initializer_list>
 
 namespace {
 
