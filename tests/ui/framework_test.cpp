@@ -339,7 +339,7 @@ TEST_F(Framework, KeysHeldWhileTheFocusGoesAndComesAreNeitherPressedAgainNorDead
     expect_life({pressed, "pause", "resume", pressed, "pause", "resume", pressed}, [pressed] {
         rest(500ms);
         long times = 0;
-        for (const auto held : {3000ms, 1000ms}) { // till long after the window is back, or till it is away
+        for (const auto held : {6000ms, 1000ms}) { // till long after the window is back, or till it is away
             const std::jthread finger([held] { press("Return", held); });
             await(pressed, ++times);
             {
