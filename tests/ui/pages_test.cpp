@@ -20,10 +20,13 @@ using testing::ElementsAre;
 class MainPage : public test::Pages {};
 
 TEST_F(MainPage, UnforeseenErrorOfAStartIsLoggedAndAFailedStart) {
+    const std::filesystem::path relay = "/opt/usr/apps/com.kelsor.tv.brimhub/bin/socat";
+    std::filesystem::rename(relay, relay.string() + ".away"); // so that it is waited for
     activate("TX Test");
-    const SleepRecorder fault( // in the wait for the relay, which has only just been started
+    const SleepRecorder fault(
         [](std::size_t) { throw std::system_error(EAGAIN, std::generic_category(), "unforeseen"); });
     activate("Start TX Test");
+    std::filesystem::rename(relay.string() + ".away", relay);
     EXPECT_NE(screen->find("Failed to start child process"), nullptr);
     EXPECT_THAT(log.text(), testing::HasSubstr("> ended with an exception: unforeseen: Resource"));
 }
