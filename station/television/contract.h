@@ -26,7 +26,7 @@ inline constexpr auto introspection = R"xml(<node>
     </method>
     <method name="Kill">
       <annotation name="org.gtk.GDBus.DocString" value="Kills (SIGKILL) every process of that name
-        inside. NoSuchProcess."/>
+        inside; a part of the television has then ended. NoSuchProcess."/>
       <arg name="program" type="s" direction="in"/>
     </method>
     <method name="Run">

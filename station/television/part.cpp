@@ -66,4 +66,9 @@ void Part::end() {
         process_->send_signal(SIGKILL);
 }
 
+void Part::wait_for_end() {
+    if (process_)
+        (void)process_->wait_for_end(end_patience);
+}
+
 } // namespace station

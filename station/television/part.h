@@ -37,6 +37,8 @@ public:
     std::string wait_until_ready();
     /** Asks it to end (SIGTERM), and kills it when it does not. */
     void end();
+    /** Waits for its end, which is under way. */
+    void wait_for_end();
 
 private:
     std::string name_;

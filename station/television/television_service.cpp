@@ -67,7 +67,7 @@ void TelevisionService::handle_call(const std::string& method, GVariant* argumen
     else if (method == "Start")
         start_part(text_argument(arguments));
     else if (method == "Kill")
-        kill_all(text_argument(arguments));
+        kill_program(text_argument(arguments));
     else if (method == "SetLanguage")
         set_language(text_argument(arguments));
     else if (method == "Logs")
@@ -87,6 +87,12 @@ GVariant* TelevisionService::parts() const {
                           command != nullptr ? command->state().c_str() : "was not started",
                           command != nullptr ? command->number() : 0);
     return g_variant_new("(a(ssi))", &list);
+}
+
+void TelevisionService::kill_program(const std::string& name) {
+    kill_all(name);
+    if (Part* const part = television_.find_part(name))
+        part->wait_for_end();
 }
 
 void TelevisionService::start_part(const std::string& name) {

@@ -18,6 +18,7 @@ public:
 private:
     void handle_call(const std::string& method, GVariant* arguments, GDBusMethodInvocation* invocation);
     [[nodiscard]] GVariant* parts() const;
+    void kill_program(const std::string& name);
     void start_part(const std::string& name);
     void run_guest(GVariant* arguments, GDBusMethodInvocation* invocation);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <map>
 #include <vector>
 
 namespace walk {
@@ -13,14 +14,8 @@ std::string text_of(const std::optional<int>& number, const std::string& otherwi
 }
 
 std::string start_text(const State& state) {
-    switch (state.start) {
-    case Start::waiting:
-        return "Please Wait...";
-    case Start::failed:
-        return "Failed to start child process";
-    case Start::fresh:
-        break;
-    }
+    if (state.start != Start::fresh)
+        return state.start == Start::waiting ? "Please Wait..." : "Failed to start child process";
     return is_tx(state) ? "Start TX Test" : "Start RX Test";
 }
 
@@ -36,15 +31,11 @@ std::string packets_text(const State& state, const std::string& packets) {
 } // namespace
 
 std::string name_of(const State& state, Spot spot) {
+    static const std::map<Spot, std::string> always{
+        {Spot::none, ""},          {Spot::tx_tab, "TX Test"},   {Spot::exit, "Exit"},
+        {Spot::rx_tab, "RX Test"}, {Spot::yes, "Yes"},          {Spot::count, "Count Received Packets"},
+        {Spot::cancel, "Cancel"},  {Spot::reset, "Reset Count"}};
     switch (spot) {
-    case Spot::none:
-        break;
-    case Spot::tx_tab:
-        return "TX Test";
-    case Spot::rx_tab:
-        return "RX Test";
-    case Spot::exit:
-        return "Exit";
     case Spot::start:
         return start_text(state);
     case Spot::power:
@@ -55,25 +46,18 @@ std::string name_of(const State& state, Spot spot) {
         return state.stream_button_stops ? "Stop Stream" : "Start Stream";
     case Spot::stop:
         return is_tx(state) ? "Stop Test" : "Stop";
-    case Spot::count:
-        return "Count Received Packets";
-    case Spot::reset:
-        return "Reset Count";
-    case Spot::yes:
-        return "Yes";
-    case Spot::cancel:
-        return "Cancel";
     case Spot::number:
         return std::to_string(*picked(state).shown);
+    default:
+        return always.at(spot);
     }
-    return {};
 }
 
 std::string appearance(const State& state, const std::string& packets) {
     const auto button = [&state](Spot spot) {
         const std::string text = name_of(state, spot) + (is_barred(state, spot) ? "" : "*");
-        return spot == state.focus && !state.behind ? "[" + text + "]"
-                                                    : text; // the front window's has the focus
+        const bool has_focus = spot == state.focus && !state.behind; // behind it the front window's has it
+        return has_focus ? "[" + text + "]" : text;
     };
     std::vector<std::string> items;
     const auto add_row = [&](std::vector<std::string> row) {
@@ -101,7 +85,7 @@ std::string appearance(const State& state, const std::string& packets) {
     std::string line = state.behind ? "behind:" : "in front:";
     for (const std::string& item : items)
         line += " | " + item;
-    return line;
+    return line + (state.mirrored ? " | from the right" : "");
 }
 
 } // namespace walk

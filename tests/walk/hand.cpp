@@ -8,9 +8,9 @@
 #include <X11/XKBlib.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <regex>
 #include <thread>
 
 namespace walk {
@@ -88,19 +88,10 @@ private:
     std::string method_;
 };
 
-std::string joined(const std::vector<std::string>& texts) {
-    std::string line;
-    for (const std::string& text : texts)
-        line += (line.empty() ? "" : ", ") + text;
-    return line.empty() ? "nothing" : line;
-}
-
 /** How many packets, once there are some, is the traffic's affair. */
 std::string without_count(const std::string& text) {
-    const std::string label = "Received Packets: ";
-    const bool counts = text.starts_with(label) && text.size() > label.size() && text[label.size()] > '0' &&
-                        text[label.size()] <= '9';
-    return counts ? label + some_packets : text;
+    static const std::regex some("(Received Packets: )[1-9].*");
+    return std::regex_replace(text, some, "$1" + some_packets);
 }
 
 } // namespace
@@ -123,8 +114,6 @@ Hand::Hand(std::string program)
     : program_(std::move(program)), display_(station::open_display()), reader_(1s) {
     XkbSetAutoRepeatRate(display_.get(), XkbUseCoreKbd, repeat_after.count(), repeat_interval.count());
 }
-
-Hand::~Hand() = default;
 
 void Hand::begin() {
     if (application_ && application_->number() != 0) {
@@ -195,8 +184,6 @@ void Hand::act(const State& from, const Transition& transition) {
         break;
     case Act::language:
         set_language(!from.mirrored);
-        if (from.popup == Popup::power || from.popup == Popup::channel)
-            await_direction(!from.mirrored);
         break;
     case Act::launch: {
         station::Process second({program_}, station::written_to("/tmp/second.log"));
@@ -225,28 +212,8 @@ void Hand::activate(const std::string& name) {
 }
 
 void Hand::set_language(bool mirrored) {
-    const fs::path file = fs::path(std::getenv("XDG_CONFIG_HOME")) / "tv-platform" / "settings.ini";
-    fs::create_directories(file.parent_path());
-    const fs::path next = file.string() + ".next";
-    std::ofstream(next) << "[db/menu_widget]\nlanguage=" << (mirrored ? "ar_AE.utf8" : "en_GB.utf8") << "\n";
-    fs::rename(next, file);
-}
-
-/** A picker reads the same in both directions; what it covers does not. */
-void Hand::await_direction(bool mirrored) const {
-    const auto x_of = [](const station::Screen& screen, const std::string& name) {
-        const auto found = std::ranges::find(screen.covered(), name, &station::Widget::name);
-        return found == screen.covered().end() ? 0 : found->x;
-    };
-    const auto deadline = std::chrono::steady_clock::now() + patience;
-    while (std::chrono::steady_clock::now() < deadline) {
-        const station::Screen screen = reader_.read("velmora");
-        const int way = x_of(screen, "Exit") - x_of(screen, "TX Test");
-        if (way != 0 && (way < 0) == mirrored)
-            return;
-        std::this_thread::sleep_for(look_interval);
-    }
-    throw Difference("what the picker covers does not follow the language");
+    const char* const language = mirrored ? "ar_AE.utf8" : "en_GB.utf8";
+    television().call(station::television, "SetLanguage", g_variant_new("(s)", language));
 }
 
 std::string Hand::look() {
@@ -266,7 +233,7 @@ std::string Hand::look() {
             text = "[" + text + "]";
         line.append(" | ").append(text);
     }
-    return line;
+    return line + (seen_["Exit"].x < seen_["TX Test"].x ? " | from the right" : ""); // covered or not
 }
 
 std::vector<std::string> Hand::new_calls() const {
@@ -279,6 +246,9 @@ std::vector<std::string> Hand::new_calls() const {
 void Hand::expect(const State& state, const std::optional<std::vector<std::string>>& calls,
                   const std::string& packets) {
     constexpr std::size_t longest_line = 1000;
+    const auto said = [](const auto& asked) {
+        return asked.empty() ? "nothing" : station::joined(asked, ", ");
+    };
     const std::string wanted = appearance(state, packets);
     const auto deadline =
         std::chrono::steady_clock::now() + (afterwards_ > 0ms ? patience_of_a_trial : patience);
@@ -290,10 +260,9 @@ void Hand::expect(const State& state, const std::optional<std::vector<std::strin
         if (as_wanted == 2)
             break;
         if (std::chrono::steady_clock::now() >= deadline)
-            throw Difference(
-                "  expected " + wanted.substr(0, longest_line) + "\n  seen     " +
-                seen.substr(0, longest_line) +
-                (is_asked ? "" : "\n  asked    " + joined(asked) + "; expected " + joined(*calls)));
+            throw Difference("  expected " + wanted.substr(0, longest_line) + "\n  seen     " +
+                             seen.substr(0, longest_line) +
+                             (is_asked ? "" : "\n  asked    " + said(asked) + "; expected " + said(*calls)));
         std::this_thread::sleep_for(look_interval);
     }
     calls_seen_ += calls ? calls->size() : 0;

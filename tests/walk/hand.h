@@ -38,11 +38,6 @@ public:
     static constexpr auto log = "/var/log/station/application.log";
 
     explicit Hand(std::string program);
-    ~Hand();
-    Hand(const Hand&) = delete;
-    Hand& operator=(const Hand&) = delete;
-    Hand(Hand&&) = delete;
-    Hand& operator=(Hand&&) = delete;
 
     /** Starts the application anew on a television like a new one. @throws Difference. */
     void begin();
@@ -76,7 +71,6 @@ private:
     void expect_end();
     void activate(const std::string& name);
     static void set_language(bool mirrored);
-    void await_direction(bool mirrored) const;
     [[nodiscard]] std::string look();
     [[nodiscard]] std::vector<std::string> new_calls() const;
 

@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <map>
 #include <random>
 
 namespace {
@@ -21,23 +20,9 @@ struct Options {
     unsigned seed = 1;
     unsigned seeds = 1;
     unsigned part = 0; /**< of the tour; 0: all of it */
-    bool count = false;
-    bool as_it_came = false;
     bool faults = false;
-    std::vector<std::string> without;
     std::string program = VELMORA_PROGRAM;
 };
-
-/** What is left out makes room for what a known difference hides. */
-Choice allowed(const Options& options) {
-    return [&options](const State& state, std::size_t index) {
-        const Transition& transition = transitions()[index];
-        return transition.can_happen(state) &&
-               std::ranges::none_of(options.without, [&transition](const std::string& text) {
-                   return transition.name.find(text) != std::string::npos;
-               });
-    };
-}
 
 /** The tour is divided by pages, so that each television has its own neighbourhood: 1 the tests, 2 the rest. */
 bool is_in_part(const Options& options, const Crossing& crossing) {
@@ -56,9 +41,7 @@ int report(Walk& walk, const Difference& first, const Options& options) {
                                std::filesystem::copy_options::overwrite_existing);
     if (options.faults)
         return 1;
-    const Steps steps = options.as_it_came || walk.taken.empty()
-                            ? walk.taken
-                            : shortened(walk, walk.taken, allowed(options), difference);
+    const Steps steps = walk.taken.empty() ? Steps{} : shortened(walk, walk.taken, difference);
     std::ofstream file(kept / "steps");
     for (std::ostream* const stream : std::initializer_list<std::ostream*>{&std::cout, &file}) {
         *stream << "the steps:\n";
@@ -78,7 +61,7 @@ void tour(Walk& walk, const Options& options) {
         const Crossing next = crossing(state, transition);
         return is_in_part(options, next) && !taken.contains(next);
     };
-    while (const auto way = nearest(walk.state, allowed(options), is_wanted))
+    while (const auto way = nearest(walk.state, can_happen, is_wanted))
         for (const std::size_t step : *way) {
             taken.insert(crossing(walk.state, step));
             walk.take(step);
@@ -90,29 +73,17 @@ void tour(Walk& walk, const Options& options) {
 }
 
 void random_walk(Walk& walk, const Options& options) {
-    const Choice may = allowed(options);
     for (unsigned seed = options.seed; seed < options.seed + options.seeds; ++seed) {
         std::mt19937 random(seed);
         walk.begin();
         for (unsigned step = 0; step < options.steps; ++step) {
             std::vector<double> weights;
             for (std::size_t i = 0; i < transitions().size(); ++i)
-                weights.push_back(may(walk.state, i) ? 1.0 / (30 + transitions()[i].cost) : 0.0);
+                weights.push_back(can_happen(walk.state, i) ? 1.0 / (30 + transitions()[i].cost) : 0.0);
             walk.take(std::discrete_distribution<std::size_t>(weights.begin(), weights.end())(random));
         }
         std::cout << "seed " << seed << ": " << options.steps << " steps taken\n" << std::flush;
     }
-}
-
-int count() {
-    const Extent all = extent(State{});
-    std::cout << all.places << " places, " << all.crossings.size() << " transitions\n";
-    std::map<std::size_t, int> each;
-    for (const Crossing& one : all.crossings)
-        ++each[one.first];
-    for (const auto& [transition, times] : each)
-        std::cout << "  " << times << " " << transitions()[transition].name << "\n";
-    return 0;
 }
 
 } // namespace
@@ -132,14 +103,8 @@ int main(int argc, char** argv) {
         ->check(CLI::Range(1, 2));
     arguments.add_flag("--faults", options.faults,
                        "the radio's service goes wrong in every way at every command");
-    arguments.add_flag("--as-it-came", options.as_it_came,
-                       "do not look for fewer steps that show a difference");
-    arguments.add_option("--without", options.without, "leave out the transitions with this in their name");
     arguments.add_option("--program", options.program, "the application, a file named velmora");
-    arguments.add_flag("--count", options.count, "only say how many places and transitions there are");
     CLI11_PARSE(arguments, argc, argv);
-    if (options.count)
-        return count();
     Walk walk(options.program);
     try {
         if (options.faults)

@@ -242,29 +242,16 @@ void follow_memory(State& state) {
 int steps(const State& state, const std::string& key) { return along(state, key) - down(key); }
 
 Outcome follow(const State& state, const Transition& transition) {
-    Outcome outcome{state, {}, false};
-    switch (transition.act) {
-    case Act::press:
-    case Act::hold:
+    const Act act = transition.act;
+    Outcome outcome{state, {}, act == Act::terminate || act == Act::close};
+    if (act == Act::press || act == Act::hold)
         press_key(outcome, transition);
-        break;
-    case Act::activate:
+    else if (act == Act::activate)
         activate(outcome, transition);
-        break;
-    case Act::event:
-        if (transition.key == "ready")
-            be_ready(outcome.state, outcome.calls, transition.answer);
-        break;
-    case Act::language:
+    else if (act == Act::event && transition.key == "ready")
+        be_ready(outcome.state, outcome.calls, transition.answer);
+    else if (act == Act::language)
         outcome.state.mirrored = !state.mirrored;
-        break;
-    case Act::launch:
-        break;
-    case Act::terminate:
-    case Act::close:
-        outcome.ends = true;
-        break;
-    }
     follow_memory(outcome.state);
     if (outcome.ends) {
         outcome.state = State{};

@@ -13,21 +13,22 @@ struct Visit {
     std::size_t by;        /**< the transition */
 };
 
-struct Open {
-    int cost;
-    std::size_t visit;
-    bool operator<(const Open& other) const { return cost > other.cost; }
-};
+using Open = std::pair<int, std::size_t>; // the cost of the visit, and its index
+
+} // namespace
 
 bool can_happen(const State& state, std::size_t transition) {
     return transitions()[transition].can_happen(state);
 }
 
-/** Goes to every place, the cheapest first, until `at` says of a transition there that it is enough. */
-std::optional<Steps> search(const State& from, const Choice& may, const Choice& at) {
+Crossing crossing(const State& state, std::size_t transition) {
+    return {transition, place(state) & transitions()[transition].grain};
+}
+
+/** Goes from place to place, the cheapest first. */
+std::optional<Steps> nearest(const State& from, const Choice& may, const Choice& is_wanted) {
     std::vector<Visit> visits{{from, 0, 0}};
-    std::priority_queue<Open> open;
-    open.push({0, 0});
+    std::priority_queue<Open, std::vector<Open>, std::greater<>> open({}, {{0, 0}});
     std::unordered_set<std::uint64_t> seen;
     while (!open.empty()) {
         const auto [cost, index] = open.top();
@@ -38,7 +39,7 @@ std::optional<Steps> search(const State& from, const Choice& may, const Choice& 
         for (std::size_t i = 0; i < transitions().size(); ++i) {
             if (!may(state, i))
                 continue;
-            if (at(state, i)) {
+            if (is_wanted(state, i)) {
                 Steps way{i};
                 for (std::size_t visit = index; visit != 0; visit = visits[visit].came_from)
                     way.push_back(visits[visit].by);
@@ -54,28 +55,6 @@ std::optional<Steps> search(const State& from, const Choice& may, const Choice& 
         }
     }
     return std::nullopt;
-}
-
-} // namespace
-
-Crossing crossing(const State& state, std::size_t transition) {
-    return {transition, place(state) & transitions()[transition].grain};
-}
-
-std::optional<Steps> nearest(const State& from, const Choice& may, const Choice& is_wanted) {
-    return search(from, may, is_wanted);
-}
-
-Extent extent(const State& from) {
-    Extent extent;
-    std::set<std::uint64_t> places;
-    (void)search(from, can_happen, [&](const State& state, std::size_t transition) {
-        places.insert(place(state));
-        extent.crossings.insert(crossing(state, transition));
-        return false;
-    });
-    extent.places = places.size();
-    return extent;
 }
 
 } // namespace walk

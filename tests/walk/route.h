@@ -20,16 +20,10 @@ using Crossing = std::pair<std::size_t, std::uint64_t>;
 Crossing crossing(const State& state, std::size_t transition);
 
 using Choice = std::function<bool(const State&, std::size_t)>;
+bool can_happen(const State& state, std::size_t transition);
 
 /** The cheapest way, by transitions that may be taken, from a state to one that is wanted, which is its last
  * step; nothing when none leads there. */
 std::optional<Steps> nearest(const State& from, const Choice& may, const Choice& is_wanted);
-
-/** Everything that can be reached. */
-struct Extent {
-    std::size_t places = 0;
-    std::set<Crossing> crossings;
-};
-Extent extent(const State& from);
 
 } // namespace walk

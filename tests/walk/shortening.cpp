@@ -13,7 +13,7 @@ std::string trial(Walk& walk, const Steps& steps) {
         walk.hand.be_patient(150ms);
         walk.begin();
         for (const std::size_t step : steps) {
-            if (!transitions()[step].can_happen(walk.state))
+            if (!can_happen(walk.state, step))
                 return {};
             walk.take(step);
         }
@@ -24,7 +24,7 @@ std::string trial(Walk& walk, const Steps& steps) {
 }
 
 /** What came after the application's last start, in the writing direction it then had. */
-Steps last_life(const Steps& steps, const Choice& may) {
+Steps last_life(const Steps& steps) {
     State state;
     bool mirrored = false;
     auto begin = steps.begin();
@@ -39,17 +39,17 @@ Steps last_life(const Steps& steps, const Choice& may) {
     const auto turns = [](const State&, std::size_t transition) {
         return transitions()[transition].act == Act::language;
     };
-    Steps life = mirrored ? nearest(State{}, may, turns).value_or(Steps{}) : Steps{};
+    Steps life = mirrored ? nearest(State{}, can_happen, turns).value_or(Steps{}) : Steps{};
     life.insert(life.end(), begin, steps.end());
     return life;
 }
 
 /** The nearest way to where the last of the steps begins, as far as it matters, and that step. */
-Steps direct_way(const Steps& steps, const Choice& may, std::uint64_t what_matters) {
+Steps direct_way(const Steps& steps, std::uint64_t what_matters) {
     State before;
     for (std::size_t i = 0; i + 1 < steps.size(); ++i)
         before = follow(before, transitions()[steps[i]]).state;
-    return nearest(State{}, may,
+    return nearest(State{}, can_happen,
                    [&](const State& state, std::size_t transition) {
                        return transition == steps.back() &&
                               ((place(state) ^ place(before)) & what_matters) == 0;
@@ -59,7 +59,7 @@ Steps direct_way(const Steps& steps, const Choice& may, std::uint64_t what_matte
 
 } // namespace
 
-Steps shortened(Walk& walk, Steps steps, const Choice& may, std::string& difference) {
+Steps shortened(Walk& walk, Steps steps, std::string& difference) {
     const auto deadline = std::chrono::steady_clock::now() + 120s;
     const auto shows = [&](const Steps& fewer) {
         const std::string shown = trial(walk, fewer);
@@ -70,8 +70,8 @@ Steps shortened(Walk& walk, Steps steps, const Choice& may, std::string& differe
         return true;
     };
     const std::uint64_t grain = transitions()[steps.back()].grain;
-    if (!shows(direct_way(steps, may, grain)) && !shows(direct_way(steps, may, ~std::uint64_t{0})))
-        (void)shows(last_life(steps, may));
+    if (!shows(direct_way(steps, grain)) && !shows(direct_way(steps, ~std::uint64_t{0})))
+        (void)shows(last_life(steps));
     auto attempts = rc::shrink::removeChunks(steps);
     for (auto fewer = attempts.next(); fewer && std::chrono::steady_clock::now() < deadline;
          fewer = attempts.next())

@@ -29,9 +29,8 @@ struct Walk {
 /**
  * Takes fewer and fewer of the steps, each time on an application started anew, for two minutes at most.
  *
- * @param may        the transitions that may be taken on other ways to the same place.
  * @param difference what the steps show; replaced by what the fewest show.
  */
-Steps shortened(Walk& walk, Steps steps, const Choice& may, std::string& difference);
+Steps shortened(Walk& walk, Steps steps, std::string& difference);
 
 } // namespace walk

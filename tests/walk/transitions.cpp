@@ -1,7 +1,6 @@
 #include "model.h"
 
 #include <algorithm>
-#include <array>
 
 namespace walk {
 namespace {
@@ -30,151 +29,114 @@ bool stops_well(const State& state, const std::string& key) {
     return next <= lowest + 1 || next >= highest - 1;
 }
 
-void add_keys(std::vector<Transition>& all) {
+using Condition = std::function<bool(const State&)>;
+
+/** All of them, as they are added one by one. */
+class Transitions {
+public:
+    Transition& add(const std::string& name, Act act, const std::string& key, std::uint64_t grain, int cost,
+                    Condition can_happen) {
+        all.push_back({.name = name, .act = act, .key = key, .grain = grain, .cost = cost});
+        all.back().can_happen = std::move(can_happen);
+        return all.back();
+    }
+    Transition& press(const std::string& name, const std::string& key, std::uint64_t grain, int cost,
+                      Condition can_happen) {
+        return add(name, Act::press, key, grain, cost, std::move(can_happen));
+    }
+
+    std::vector<Transition> all = {};
+};
+
+bool always(const State& /*state*/) { return true; }
+bool behind_another(const State& state) { return state.behind; }
+bool picks(const State& state) { return in_front(state) && in_picker(state); }
+
+void add_keys(Transitions& transitions) {
     constexpr auto grain = page | waits | popup | focus | number | stream | mirrored;
-    constexpr auto coarse = page | waits | popup | stream;
+    constexpr auto coarse = page | waits | popup | stream | behind | mirrored;
+    constexpr int to_a_limit = 25;
     for (const std::string key : {"Left", "Right", "Up", "Down"}) {
-        all.push_back(
-            {.name = key, .key = key, .grain = grain, .cost = 20, .can_happen = [key](const State& s) {
-                 return in_front(s) && stops_well(s, key);
-             }});
-        all.push_back({.name = key + " many times",
-                       .key = key,
-                       .times = 25,
-                       .grain = page | popup | mirrored,
-                       .cost = 100,
-                       .can_happen = [](const State& s) { return in_front(s) && in_picker(s); }});
+        transitions.press(key, key, grain, 20,
+                          [key](const State& state) { return in_front(state) && stops_well(state, key); });
+        transitions.press(key + " many times", key, page | popup | mirrored, 100, picks).times = to_a_limit;
     }
     for (const std::string key : {"Left", "Right"})
-        all.push_back({.name = key + " held",
-                       .act = Act::hold,
-                       .key = key,
-                       .times = 25,
-                       .grain = page | popup,
-                       .cost = 1200,
-                       .can_happen = [](const State& s) { return in_front(s) && in_picker(s); }});
-    all.push_back({.name = "Down, behind",
-                   .key = "Down",
-                   .grain = page | popup,
-                   .cost = 30,
-                   .can_happen = [](const State& s) { return s.behind; }});
-    for (const std::string key : {"Back", "Exit", "Red"})
-        all.push_back({.name = key,
-                       .key = key,
-                       .grain = coarse | behind | mirrored,
-                       .cost = 60,
-                       .can_happen = [key](const State& s) { return in_front(s) || key == "Red"; }});
-    all.push_back(
-        {.name = "Escape", .key = "Escape", .grain = page | popup, .cost = 60, .can_happen = in_front});
-    all.push_back({.name = "Back held",
-                   .act = Act::hold,
-                   .key = "Back",
-                   .grain = page | popup,
-                   .cost = 500,
-                   .can_happen = in_front});
+        transitions.add(key + " held", Act::hold, key, page | popup, 1200, picks).times = to_a_limit;
+    transitions.press("Down, behind", "Down", page | popup, 30, behind_another);
+    for (const std::string key : {"Back", "Exit"})
+        transitions.press(key, key, coarse, 60, in_front);
+    transitions.press("Red", "Red", coarse, 60, always);
+    transitions.press("Escape", "Escape", page | popup, 60, in_front);
+    transitions.add("Back held", Act::hold, "Back", page | popup, 500, in_front);
 }
 
-void add_ok(std::vector<Transition>& all) {
-    constexpr auto grain = page | waits | popup | focus | number | stream | radio;
-    all.push_back(
-        {.name = "OK", .key = "OK", .grain = grain | mirrored, .cost = 30, .can_happen = [](const State& s) {
-             return in_front(s) && !ok_starts(s);
-         }});
-    all.push_back({.name = "OK, a picker opens",
-                   .key = "OK",
-                   .grain = page | focus | memory,
-                   .cost = 30,
-                   .can_happen = [](const State& s) {
-                       return in_front(s) && (s.focus == Spot::power || s.focus == Spot::channel);
-                   }});
-    all.push_back({.name = "OK held",
-                   .act = Act::hold,
-                   .key = "OK",
-                   .grain = page | popup | focus,
-                   .cost = 500,
-                   .can_happen = [](const State& s) { return in_front(s) && !ok_starts(s); }});
-    all.push_back({.name = "OK twice, the radio starts",
-                   .key = "OK",
-                   .times = 2,
-                   .grain = page | start,
-                   .cost = 300,
-                   .can_happen = ok_starts});
-    all.push_back({.name = "OK, the radio does not answer",
-                   .key = "OK",
-                   .bring_up = BringUp::silent,
-                   .grain = page | start,
-                   .cost = 300,
-                   .can_happen = ok_starts});
-    all.push_back({.name = "OK, the relay is missing",
-                   .key = "OK",
-                   .bring_up = BringUp::no_relay,
-                   .grain = page,
-                   .cost = 4000,
-                   .can_happen = ok_starts});
-    constexpr auto refused = page | popup | focus | stream;
+void add_ok(Transitions& transitions) {
+    constexpr auto grain = page | waits | popup | focus | number | stream | radio | mirrored;
+    const auto no_start = [](const State& state) { return in_front(state) && !ok_starts(state); };
+    const auto opens_picker = [](const State& state) {
+        return in_front(state) && (state.focus == Spot::power || state.focus == Spot::channel);
+    };
+    transitions.press("OK", "OK", grain, 30, no_start);
+    transitions.press("OK, a picker opens", "OK", page | focus | memory, 30, opens_picker);
+    transitions.add("OK held", Act::hold, "OK", page | popup | focus, 500, no_start);
+    transitions.press("OK twice, the radio starts", "OK", page | start, 300, ok_starts).times = 2;
+    transitions.press("OK, the radio does not answer", "OK", page | start, 300, ok_starts).bring_up =
+        BringUp::silent;
+    transitions.press("OK, the relay is missing", "OK", page, 4000, ok_starts).bring_up = BringUp::no_relay;
     const auto add = [&](const std::string& name, Answer answer, const std::string& behaviour, int cost) {
-        all.push_back({.name = "OK, " + name,
-                       .key = "OK",
-                       .answer = answer,
-                       .behaviour = behaviour,
-                       .grain = refused,
-                       .cost = cost,
-                       .can_happen = commands});
+        Transition& ok =
+            transitions.press("OK, " + name, "OK", page | popup | focus | stream, cost, commands);
+        ok.answer = answer;
+        ok.behaviour = behaviour;
     };
     add("refused", Answer::refused, "code 5", 40);
     add("answered late, with OK and Up meanwhile", Answer::late, "late 500",
-        600); // longer than a press may wait
+        600); // longer than a press waits
 }
 
-void add_actions(std::vector<Transition>& all) {
-    constexpr std::array spots{Spot::tx_tab, Spot::rx_tab,  Spot::exit,   Spot::start,
-                               Spot::power,  Spot::channel, Spot::stream, Spot::stop,
-                               Spot::count,  Spot::reset,   Spot::yes,    Spot::cancel};
-    constexpr std::array names{"TX tab",       "RX tab",         "Exit button",   "start button",
-                               "power button", "channel button", "stream button", "stop button",
-                               "count button", "reset button",   "Yes",           "Cancel"};
+void add_actions(Transitions& transitions) {
+    constexpr auto grain = page | waits | popup | stream | radio | behind;
     constexpr auto seldom = page | popup | stream; // it ends the application
-    for (std::size_t i = 0; i < spots.size(); ++i)
-        all.push_back(
-            {.name = std::string("screen reader: ") + names.at(i),
-             .act = Act::activate,
-             .spot = spots.at(i),
-             .grain = spots.at(i) == Spot::yes ? seldom : page | waits | popup | stream | radio | behind,
-             .cost = spots.at(i) == Spot::start ? 300 : 20,
-             .can_happen = [spot = spots.at(i)](const State& s) { return has_button(s, spot); }});
+    const std::vector<std::pair<Spot, const char*>> spots{{Spot::tx_tab, "TX tab"},
+                                                          {Spot::rx_tab, "RX tab"},
+                                                          {Spot::exit, "Exit button"},
+                                                          {Spot::start, "start button"},
+                                                          {Spot::power, "power button"},
+                                                          {Spot::channel, "channel button"},
+                                                          {Spot::stream, "stream button"},
+                                                          {Spot::stop, "stop button"},
+                                                          {Spot::count, "count button"},
+                                                          {Spot::reset, "reset button"},
+                                                          {Spot::yes, "Yes"},
+                                                          {Spot::cancel, "Cancel"}};
+    for (const auto& [spot, name] : spots)
+        transitions
+            .add(std::string("screen reader: ") + name, Act::activate, "", spot == Spot::yes ? seldom : grain,
+                 spot == Spot::start ? 300 : 20,
+                 [spot = spot](const State& state) { return has_button(state, spot); })
+            .spot = spot;
 }
 
-void add_rest(std::vector<Transition>& all) {
-    const auto always = [](const State&) { return true; };
+void add_rest(Transitions& transitions) {
     constexpr auto grain = page | waits | popup | stream;
-    const auto add = [&](const char* name, Act act, const char* key, std::uint64_t where, int cost) {
-        all.push_back(
-            {.name = name, .act = act, .key = key, .grain = where, .cost = cost, .can_happen = always});
-    };
-    add("the radio is ready", Act::event, "ready", grain | texts | packets | behind, 50);
-    add("another event", Act::event, "READY", grain, 30);
-    add("a language of the other direction", Act::language, "", grain | texts | mirrored | made, 60);
-    all.push_back({.name = "a language of the other direction, behind",
-                   .act = Act::language,
-                   .grain = page | waits,
-                   .cost = 60,
-                   .can_happen = [](const State& s) { return s.behind; }});
-    add("a second launch", Act::launch, "", page | waits | popup | behind, 40);
-    add("SIGTERM and a new start", Act::terminate, "", page | popup | stream, 700);
-    all.push_back({.name = "the window is closed, and a new start",
-                   .act = Act::close,
-                   .grain = page | popup,
-                   .cost = 700,
-                   .can_happen = in_front});
+    const std::string other_language = "a language of the other direction";
+    transitions.add("the radio is ready", Act::event, "ready", grain | texts | packets | behind, 50, always);
+    transitions.add("another event", Act::event, "READY", grain, 30, always);
+    transitions.add(other_language, Act::language, "", grain | texts | mirrored | made, 60, always);
+    transitions.add(other_language + ", behind", Act::language, "", page | waits, 60, behind_another);
+    transitions.add("a second launch", Act::launch, "", page | waits | popup | behind, 40, always);
+    transitions.add("SIGTERM and a new start", Act::terminate, "", page | popup | stream, 700, always);
+    transitions.add("the window is closed, and a new start", Act::close, "", page | popup, 700, in_front);
 }
 
 std::vector<Transition> all_transitions() {
-    std::vector<Transition> all;
-    add_keys(all);
-    add_ok(all);
-    add_actions(all);
-    add_rest(all);
-    return all;
+    Transitions transitions;
+    add_keys(transitions);
+    add_ok(transitions);
+    add_actions(transitions);
+    add_rest(transitions);
+    return transitions.all;
 }
 
 } // namespace
