@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <regex>
 
 namespace station {
@@ -53,6 +54,18 @@ std::string ApplicationLog::end() const {
     for (std::size_t i = said.size() - std::min(most, said.size()); i < said.size(); ++i)
         end += said[i] + "\n";
     return end;
+}
+
+LogFromNow::LogFromNow() : begin_(std::ifstream(path_, std::ios::ate).tellg()) {}
+
+long LogFromNow::count(const std::string& text) const {
+    std::ifstream file(path_);
+    file.seekg(begin_);
+    const std::string written(std::istreambuf_iterator<char>(file), {});
+    long times = 0;
+    for (auto at = written.find(text); at != std::string::npos; at = written.find(text, at + 1))
+        ++times;
+    return times;
 }
 
 } // namespace station

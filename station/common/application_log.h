@@ -1,6 +1,7 @@
 /** What the application has said on its log. */
 #pragma once
 
+#include <ios>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,18 @@ public:
 
 private:
     std::string path_ = "/var/log/station/application.log";
+};
+
+/** What the application writes from now on, as it stands: what was written before may be long. */
+class LogFromNow {
+public:
+    LogFromNow();
+    /** How many times a text is in it. */
+    [[nodiscard]] long count(const std::string& text) const;
+
+private:
+    std::string path_ = ApplicationLog().path();
+    std::streamoff begin_;
 };
 
 } // namespace station

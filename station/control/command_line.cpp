@@ -3,6 +3,7 @@
 #include "common/texts.h"
 #include "doors.h"
 #include "remote/failure.h"
+#include "remote/remote_radio.h"
 #include "report.h"
 
 #include <iostream>
@@ -153,14 +154,13 @@ void CommandLine::wait(Remote& remote) {
 
 void CommandLine::add_radio_verbs() {
     add_verb("radio", "the state of the radio module", [this](Remote& remote) { radio(remote, output_); });
-    add_verb("calls", "what the NCP host was asked", [this](Remote& remote) {
-        output_.say(texts_of(first_of(remote.call(ncp_host, "Asked")).get()));
-    });
+    add_verb("calls", "what the NCP host was asked",
+             [this](Remote& remote) { output_.say(asked_of_host(remote)); });
     add_verb(
         "answer", {"METHOD", "BEHAVIOUR"},
         R"~(how the NCP host answers: normal, "code N", error, "late MS", never, dies, "reply (VALUES)")~",
         [this](Remote& remote) {
-            remote.call(ncp_host, "Answer", g_variant_new("(ss)", words_[0].c_str(), words_[1].c_str()));
+            let_host_answer(remote, words_[0], words_[1]);
             output_.say(words_[0] + " " + words_[1]);
         });
     add_verb("event", {"TEXT"}, "the NCP host says ncp_event with this text", [this](Remote& remote) {

@@ -5,6 +5,7 @@
 #include "inside.h"
 #include "json.h"
 #include "remote/failure.h"
+#include "remote/remote_radio.h"
 #include "verbs.h"
 
 #include <algorithm>
@@ -59,8 +60,7 @@ public:
         });
         attempt("radio.txt",
                 [this] { write("radio.txt", words_of_radio(remote_.call(radio_module, "State"))); });
-        attempt("calls.txt",
-                [this] { write("calls.txt", texts_of(first_of(remote_.call(ncp_host, "Asked")).get())); });
+        attempt("calls.txt", [this] { write("calls.txt", asked_of_host(remote_)); });
         attempt("parts.txt",
                 [this] { write("parts.txt", words_of_parts(remote_.call(television, "Parts"))); });
         attempt("logs", [this] { copy_logs(); });

@@ -1,5 +1,6 @@
 #include "remote.h"
 
+#include "common/bus_object.h"
 #include "failure.h"
 #include "host/ncp_contract.h"
 #include "operator_service/contract.h"
@@ -46,7 +47,8 @@ const BusPart ncp_host{contract::bus_name, contract::simulation_path, contract::
 const BusPart radio_module{radio_contract::bus_name, radio_contract::path, radio_contract::interface,
                            "radio_module"};
 
-Value Remote::call(const BusPart& part, const char* method, GVariant* arguments, GUnixFDList* descriptors) {
+Value Remote::call(const BusPart& part, const char* method, GVariant* arguments,
+                   GUnixFDList* descriptors) const {
     const Value held(arguments != nullptr ? g_variant_ref_sink(arguments) : nullptr);
     const auto deadline = Clock::now() + start_patience;
     for (bool is_up = false;;) {
@@ -93,7 +95,7 @@ bool Remote::is_starting() const {
     return owned == FALSE;
 }
 
-std::string Remote::why_absent(const BusPart& part) {
+std::string Remote::why_absent(const BusPart& part) const {
     const std::string program = part.program;
     if (&part == &television)
         return "the television does not answer";
@@ -108,6 +110,8 @@ std::string Remote::why_absent(const BusPart& part) {
                    "' starts it again";
     return &part == &screen_operator ? "this television has no screen" : "this television has no " + program;
 }
+
+Remote this_television() { return Remote(connect_to_system_bus()); }
 
 Value first_of(const Value& answer) { return Value(g_variant_get_child_value(answer.get(), 0)); }
 

@@ -39,7 +39,7 @@ public:
      * @throws Failure with what the television says, WrongUse when it does not know what it was asked for.
      */
     Value call(const BusPart& part, const char* method, GVariant* arguments = nullptr,
-               GUnixFDList* descriptors = nullptr);
+               GUnixFDList* descriptors = nullptr) const;
 
     /** The connection, for calls of another kind. */
     [[nodiscard]] GDBusConnection* bus() const { return bus_.get(); }
@@ -49,10 +49,13 @@ public:
 
 private:
     [[nodiscard]] bool is_starting() const;
-    [[nodiscard]] std::string why_absent(const BusPart& part);
+    [[nodiscard]] std::string why_absent(const BusPart& part) const;
 
     BusConnection bus_;
 };
+
+/** The television that this process runs in. @throws std::runtime_error. */
+Remote this_television();
 
 /** The first value of an answer. */
 Value first_of(const Value& answer);

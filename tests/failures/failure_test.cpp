@@ -147,7 +147,7 @@ private:
     void let_device_appear() {
         expect_soon("the application to wait",
                     [this] { return log_.count("> waiting /dev/ttyIOT") >= GetParam().device_after_waits; });
-        television().call(station::radio_module, "SetSerial", g_variant_new("(b)", TRUE));
+        station::this_television().call(station::radio_module, "SetSerial", g_variant_new("(b)", TRUE));
     }
 
     long starts_ = 0;

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <filesystem>
 #include <fstream>
 
 using namespace std::chrono_literals;
@@ -43,23 +42,12 @@ class FloodRoad : public Road {
 protected:
     /** Presses a key that has a line in the log. */
     Clock::duration time_to_answer() {
-        log_end_ = std::filesystem::file_size(log_.path());
+        const station::LogFromNow log;
         const auto pressed = Clock::now();
         operator_.press("Down");
-        expect_soon("the key's answer", [this] { return says("KeyName [Down]"); });
+        expect_soon("the key's answer", [&log] { return log.count("KeyName [Down]") == 1; });
         return Clock::now() - pressed;
     }
-
-private:
-    /** Since the last key: the whole log is long. */
-    [[nodiscard]] bool says(const std::string& text) const {
-        std::ifstream file(log_.path());
-        file.seekg(static_cast<std::streamoff>(log_end_));
-        const std::string added(std::istreambuf_iterator<char>(file), {});
-        return added.find(text) != std::string::npos;
-    }
-
-    std::uintmax_t log_end_ = 0;
 };
 
 TEST_F(FloodRoad, LeavesTimeForKeysAndNoMemoryBehindAndTheRadioInStep) {

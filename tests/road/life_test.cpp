@@ -6,6 +6,7 @@
 #include <memory>
 
 using namespace std::chrono_literals;
+using station::this_television;
 
 class LifeRoad : public Road {
 protected:
@@ -15,12 +16,7 @@ protected:
                                                   station::written_to(log_.path()));
     }
 
-    [[nodiscard]] static bool radio_sends() {
-        const station::Value state = station::first_of(television().call(station::radio_module, "State"));
-        gboolean stream = FALSE;
-        EXPECT_TRUE(g_variant_lookup(state.get(), "stream", "b", &stream));
-        return stream != FALSE;
-    }
+    [[nodiscard]] static bool radio_sends() { return station::radio_state(this_television()).streams; }
 
     void open_stream() {
         open_test("TX Test", "Set Power");
@@ -33,7 +29,7 @@ protected:
 
 TEST_F(LifeRoad, LaunchDoesNotWaitForABusyProcess) {
     open_test("TX Test", "Set Power");
-    television().call(station::ncp_host, "Answer", g_variant_new("(ss)", "ember_start_stream", "late 4000"));
+    let_host_answer(this_television(), "ember_start_stream", "late 4000");
     operator_.activate("Start Stream");
     expect_asked({"ember_start(0)", "ember_start_stream()"});
     EXPECT_EQ(launch()->wait_for_end(1500ms), 0);
@@ -69,7 +65,7 @@ TEST_F(LifeRoad, KilledInAStreamItBringsTheRadioUpAnewWhenItIsStartedAgain) {
 
 TEST_F(LifeRoad, WithoutTheDeviceASecondStartIsReportedAndEndsTheStream) {
     open_stream();
-    television().call(station::radio_module, "SetSerial", g_variant_new("(b)", FALSE));
+    this_television().call(station::radio_module, "SetSerial", g_variant_new("(b)", FALSE));
     operator_.activate("TX Test");
     operator_.wait_for_focus("Start TX Test");
     operator_.press("Return");
@@ -78,7 +74,7 @@ TEST_F(LifeRoad, WithoutTheDeviceASecondStartIsReportedAndEndsTheStream) {
     std::string result;
     std::ifstream("/tmp/iot_test_result") >> result;
     EXPECT_EQ(result, "FAIL");
-    television().call(station::radio_module, "SetSerial", g_variant_new("(b)", TRUE));
+    this_television().call(station::radio_module, "SetSerial", g_variant_new("(b)", TRUE));
 }
 
 TEST_F(LifeRoad, EndsInOrderOnSigtermWhileTheStackComesUp) {

@@ -35,16 +35,16 @@ TEST_F(NcpRequesterTest, StartsOnceAndStopsOnceAndIsMadeAnewWithoutListeners) {
     requester.start();
     requester.start();
     EXPECT_THAT(sleep.sleeps(), ElementsAre(500'000)) << "one, of the first start";
-    service.emit("ncp_event", "('ready',)");
+    service.emit("('ready',)");
     requester.stop();
-    service.emit("ncp_event", "('ready',)");
+    service.emit("('ready',)");
     requester.start();
     ncp_requester::destroyInstance();
     log.clear();
-    service.emit("ncp_event", "('ready',)");
+    service.emit("('ready',)");
     EXPECT_THAT(log.messages(), IsEmpty()) << "a requester that is gone is called";
     ncp_requester::getInstance().start();
-    service.emit("ncp_event", "('ready',)");
+    service.emit("('ready',)");
     EXPECT_THAT(notes, ElementsAre("1 ready"));
 }
 
@@ -64,8 +64,8 @@ TEST_F(NcpRequesterTest, ListenersMaySendCommandsAndLeaveAndKeepTheirFirstUserDa
     requester.unregister_callback(note<2>);
     requester.unregister_callback(note<3>);
     requester.start();
-    service.emit("ncp_event", "('any text',)");
-    service.emit("ncp_event", "('',)");
+    service.emit("('any text',)");
+    service.emit("('',)");
     EXPECT_THAT(notes, testing::UnorderedElementsAre("0 started", "1 any text", "1 "));
     EXPECT_THAT(other, IsEmpty());
 }
@@ -83,7 +83,7 @@ TEST_F(NcpRequesterTest, StartGivesUpAfterTwentyAttemptsWhateverTheLastOneGives)
     EXPECT_THAT(log.messages_of("dbus_client.cpp: print_dbus_error"), SizeIs(19));
     EXPECT_THAT(reachable_at_last.sleeps(), testing::AllOf(SizeIs(20), Each(500'000)));
     EXPECT_EQ(own_messages("start").back(), "Fail to Init Dubs Client");
-    service.emit("ncp_event", "('ready',)");
+    service.emit("('ready',)");
     EXPECT_THAT(notes, IsEmpty());
     requester.stop();
     EXPECT_EQ(own_messages("stop").back(), "Success to Deinit Dbus");

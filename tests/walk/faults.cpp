@@ -1,21 +1,18 @@
 #include "faults.h"
 
-#include "common/bus_object.h"
-#include "common/texts.h"
+#include "common/application_log.h"
 #include "host/ncp_contract.h"
 #include "remote/failure.h"
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <thread>
 
 namespace walk {
 namespace {
 
 using namespace std::chrono_literals;
+using station::this_television;
 using Clock = std::chrono::steady_clock;
 
 constexpr auto patience = 8s;
@@ -89,42 +86,25 @@ std::vector<Fault> faults_of(const std::string& method) {
     return faults;
 }
 
-/** What the application says on its log from now on. */
-class Log {
-public:
-    Log() : begin_(static_cast<std::streamoff>(std::filesystem::file_size(Hand::log))) {}
+void await(const station::LogFromNow& log, const std::string& text) {
+    for (const auto deadline = Clock::now() + patience; log.count(text) == 0;
+         std::this_thread::sleep_for(look_interval))
+        if (Clock::now() >= deadline)
+            throw Difference("  not on the log: " + text);
+}
 
-    void await(const std::string& text) const {
-        for (const auto deadline = Clock::now() + patience; count(text) == 0;
-             std::this_thread::sleep_for(look_interval))
-            if (Clock::now() >= deadline)
-                throw Difference("  not on the log: " + text);
-    }
-    void expect_once(const std::string& text) const {
-        if (const long times = text.empty() ? 1 : count(text); times != 1)
-            throw Difference("  " + std::to_string(times) + " times on the log: " + text);
-    }
-    [[nodiscard]] long count(const std::string& text) const {
-        std::ifstream file(Hand::log);
-        file.seekg(begin_);
-        const std::string said(std::istreambuf_iterator<char>(file), {});
-        long times = 0;
-        for (auto at = said.find(text); at != std::string::npos; at = said.find(text, at + 1))
-            ++times;
-        return times;
-    }
+void expect_times(const station::LogFromNow& log, long times, const std::string& text) {
+    if (const long seen = log.count(text); !text.empty() && seen != times)
+        throw Difference("  " + std::to_string(seen) + " times on the log: " + text);
+}
 
-private:
-    std::streamoff begin_;
-};
-
-void kill_host() { television().call(station::television, "Kill", g_variant_new("(s)", "ncp_host")); }
+void kill_host() { this_television().call(station::television, "Kill", g_variant_new("(s)", "ncp_host")); }
 
 /** Again and again: the television hears of its end a little later. */
 void start_host() {
     for (const auto deadline = Clock::now() + patience;; std::this_thread::sleep_for(look_interval))
         try {
-            television().call(station::television, "Start", g_variant_new("(s)", "ncp_host"));
+            this_television().call(station::television, "Start", g_variant_new("(s)", "ncp_host"));
             return;
         } catch (const station::Failure&) {
             if (Clock::now() >= deadline)
@@ -174,21 +154,20 @@ void go_wrong(Walk& walk, Transition step, const Command& command, const Fault& 
     const bool can_be_asked = fault.host == Host::stays;
     step.answer = fault.answer;
     const Outcome outcome = follow(walk.state, step);
-    const Log log;
+    const station::LogFromNow log;
     if (fault.host == Host::is_away)
         kill_host();
     else
-        let_host_answer(command.method, fault.behaviour);
+        let_host_answer(this_television(), command.method, fault.behaviour);
     walk.hand.act(walk.state, step);
-    log.await(fault.cause);
+    await(log, fault.cause);
     walk.hand.expect(outcome.state, can_be_asked ? std::optional(outcome.calls) : std::nullopt,
                      fault.packets);
-    log.expect_once(fault.cause);
+    expect_times(log, 1, fault.cause);
     const bool fails = fault.answer == Answer::refused || fault.answer == Answer::lost;
-    if (!command.complaint.empty() && log.count(command.complaint) != (fails ? 1 : 0))
-        throw Difference("  not as often as it failed on the log: " + command.complaint);
+    expect_times(log, fails ? 1 : 0, command.complaint);
     if (can_be_asked)
-        let_host_answer(command.method, "normal");
+        let_host_answer(this_television(), command.method, "normal");
     walk.state = outcome.state;
 }
 
@@ -207,11 +186,11 @@ void take(Walk& walk, const Command& command, const Fault& fault) {
 
 /** Nothing comes of it but the cause on the log. */
 void take_event(Walk& walk, const std::string& values, const std::string& cause) {
-    const Log log;
-    send_event(station::tuple_of(values).get());
-    log.await(cause);
+    const station::LogFromNow log;
+    let_host_say(this_television(), values);
+    await(log, cause);
     walk.hand.expect(walk.state, std::vector<std::string>{});
-    log.expect_once(cause);
+    expect_times(log, 1, cause);
     if (log.count("Event Data: [") + log.count(", expected (s)") != 1)
         throw Difference("  the log tells of another event");
     walk.take(static_cast<std::size_t>(&transition("the radio is ready") - transitions().data()));

@@ -1,8 +1,6 @@
 #include "hand.h"
 
-#include "common/bus_object.h"
 #include "common/texts.h"
-#include "host/ncp_contract.h"
 #include "operator/front_window.h"
 
 #include <X11/XKBlib.h>
@@ -17,6 +15,7 @@ namespace walk {
 namespace {
 
 using namespace std::chrono_literals;
+using station::this_television;
 namespace fs = std::filesystem;
 
 constexpr auto patience = 8s;
@@ -63,10 +62,6 @@ private:
     bool spoils_;
 };
 
-std::vector<std::string> asked_of_host() {
-    return station::texts_of(station::first_of(television().call(station::ncp_host, "Asked")).get());
-}
-
 /** While it lives, the method of a call is answered in another way. */
 class Answering {
 public:
@@ -75,11 +70,11 @@ public:
                       ? ""
                       : calls.front().substr(0, calls.front().find('('))) {
         if (!method_.empty())
-            let_host_answer(method_, transition.behaviour);
+            let_host_answer(this_television(), method_, transition.behaviour);
     }
     ~Answering() {
         if (!method_.empty())
-            let_host_answer(method_, "normal");
+            let_host_answer(this_television(), method_, "normal");
     }
     Answering(const Answering&) = delete;
     Answering& operator=(const Answering&) = delete;
@@ -96,20 +91,6 @@ std::string without_count(const std::string& text) {
 
 } // namespace
 
-station::Remote television() { return station::Remote(station::connect_to_system_bus()); }
-
-void let_host_answer(const std::string& method, const std::string& behaviour) {
-    television().call(station::ncp_host, "Answer", g_variant_new("(ss)", method.c_str(), behaviour.c_str()));
-}
-
-void send_event(GVariant* values) {
-    using namespace station::contract;
-    const auto bus = station::connect_to_system_bus();
-    g_dbus_connection_emit_signal(bus.get(), nullptr, service_path, service_interface, event_signal, values,
-                                  nullptr);
-    g_dbus_connection_flush_sync(bus.get(), nullptr, nullptr);
-}
-
 Hand::Hand(std::string program)
     : program_(std::move(program)), display_(station::open_display()), reader_(1s) {
     XkbSetAutoRepeatRate(display_.get(), XkbUseCoreKbd, repeat_after.count(), repeat_interval.count());
@@ -122,7 +103,7 @@ void Hand::begin() {
     }
     application_.reset();
     set_language(false);
-    calls_seen_ = asked_of_host().size();
+    calls_seen_ = asked_of_host(this_television()).size();
     start_application();
     expect(State{}, std::vector<std::string>{});
 }
@@ -138,9 +119,7 @@ void Hand::expect_end() {
         throw Difference("the application does not end");
     if (*status != 0)
         throw Difference("the application ends with status " + std::to_string(*status));
-    const station::Value radio = station::first_of(television().call(station::radio_module, "State"));
-    const char* mode = "";
-    if (g_variant_lookup(radio.get(), "mode", "&s", &mode) == FALSE || std::string(mode) != "off")
+    if (station::radio_state(this_television()).mode != "off")
         throw Difference("the application ends, and the radio is not off");
 }
 
@@ -180,7 +159,7 @@ void Hand::act(const State& from, const Transition& transition) {
         activate(name_of(from, transition.spot));
         break;
     case Act::event:
-        send_event(g_variant_new("(s)", transition.key.c_str()));
+        let_host_say(this_television(), "('" + transition.key + "',)");
         break;
     case Act::language:
         set_language(!from.mirrored);
@@ -213,7 +192,7 @@ void Hand::activate(const std::string& name) {
 
 void Hand::set_language(bool mirrored) {
     const char* const language = mirrored ? "ar_AE.utf8" : "en_GB.utf8";
-    television().call(station::television, "SetLanguage", g_variant_new("(s)", language));
+    this_television().call(station::television, "SetLanguage", g_variant_new("(s)", language));
 }
 
 std::string Hand::look() {
@@ -237,7 +216,7 @@ std::string Hand::look() {
 }
 
 std::vector<std::string> Hand::new_calls() const {
-    std::vector<std::string> calls = asked_of_host();
+    std::vector<std::string> calls = asked_of_host(this_television());
     calls.erase(calls.begin(), calls.begin() + static_cast<std::ptrdiff_t>(calls_seen_));
     return calls;
 }

@@ -8,7 +8,7 @@
 #include "operator/display.h"
 #include "operator/other_window.h"
 #include "operator/screen_reader.h"
-#include "remote/remote.h"
+#include "remote/remote_radio.h"
 
 #include <chrono>
 #include <map>
@@ -22,15 +22,6 @@ class Difference : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
-
-/** Calls to what the television has on its system bus. */
-station::Remote television();
-
-/** From now on the radio's service answers a method like that. */
-void let_host_answer(const std::string& method, const std::string& behaviour);
-
-/** Says "ncp_event" with these values, a floating tuple. */
-void send_event(GVariant* values);
 
 class Hand {
 public:

@@ -1,8 +1,5 @@
 #include "support/road.h"
 
-#include "common/bus_object.h"
-#include "common/texts.h"
-
 #include <filesystem>
 #include <thread>
 
@@ -50,9 +47,6 @@ void Road::TearDown() {
                   << log_.end() << "Logs and the last picture are in build/logs.\n";
 }
 
-// A connection for each: one that is held would end this process with its bus.
-station::Remote Road::television() { return station::Remote(station::connect_to_system_bus()); }
-
 void Road::expect_soon(const std::string& what, const std::function<bool()>& has_come) {
     const auto deadline = std::chrono::steady_clock::now() + patience;
     while (!has_come()) {
@@ -65,7 +59,7 @@ void Road::expect_soon(const std::string& what, const std::function<bool()>& has
 void Road::expect_asked(const std::vector<std::string>& calls) {
     std::vector<std::string> asked;
     expect_soon("the NCP host to be asked " + testing::PrintToString(calls), [&] {
-        asked = station::texts_of(station::first_of(television().call(station::ncp_host, "Asked")).get());
+        asked = station::asked_of_host(station::this_television());
         return asked.size() >= calls_seen_ + calls.size();
     });
     asked.erase(asked.begin(), asked.begin() + static_cast<std::ptrdiff_t>(calls_seen_));

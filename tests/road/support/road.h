@@ -5,7 +5,7 @@
 #include "common/process.h"
 #include "common/processes.h"
 #include "operator/operator.h"
-#include "remote/remote.h"
+#include "remote/remote_radio.h"
 
 #include <functional>
 #include <gmock/gmock.h>
@@ -25,8 +25,6 @@ protected:
 
     [[nodiscard]] station::Process& application() { return *application_; }
 
-    /** The television's own objects. */
-    [[nodiscard]] static station::Remote television();
     /** The NCP host was asked this, and nothing else, since the last time. */
     void expect_asked(const std::vector<std::string>& calls);
     /** Waits for something that the screen does not show; throws NotSeen when it does not come. */

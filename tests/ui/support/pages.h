@@ -63,7 +63,7 @@ protected:
     }
     /** Lets the service say what has become of the radio; "ready" is said after a start. */
     void emit(const std::string& event) {
-        radio.emit("ncp_event", "('" + event + "',)");
+        radio.emit("('" + event + "',)");
         settle();
     }
     /** Chooses a test ("TX Test" or "RX Test") and lets the service say "ready". */

@@ -1,0 +1,24 @@
+/** The radio of a running television: its NCP host service and its module. */
+#pragma once
+
+#include "remote.h"
+
+namespace station {
+
+/** Every call of the host's methods since it started, "ember_set_channel(11)". @throws Failure. */
+std::vector<std::string> asked_of_host(const Remote& remote);
+
+/** From now on the host answers a method like that, see `parse_behaviour`. @throws Failure, WrongUse. */
+void let_host_answer(const Remote& remote, const std::string& method, const std::string& behaviour);
+
+/** The host says "ncp_event" with these values, written as GVariant text: "(7, true)". @throws Failure. */
+void let_host_say(const Remote& remote, const std::string& values);
+
+struct RadioState {
+    std::string mode; /**< "off", "tx" or "rx" */
+    bool streams = false;
+};
+/** What the module does. @throws Failure. */
+RadioState radio_state(const Remote& remote);
+
+} // namespace station
