@@ -1,6 +1,7 @@
 #include "remote_radio.h"
 
 #include "common/texts.h"
+#include "host/ncp_contract.h"
 
 namespace station {
 
@@ -12,8 +13,11 @@ void let_host_answer(const Remote& remote, const std::string& method, const std:
     remote.call(ncp_host, "Answer", g_variant_new("(ss)", method.c_str(), behaviour.c_str()));
 }
 
-void let_host_say(const Remote& remote, const std::string& values) {
-    remote.call(ncp_host, "EmitValue", g_variant_new("(s)", values.c_str()));
+void send_event(const Remote& remote, const std::string& values) {
+    using namespace contract;
+    g_dbus_connection_emit_signal(remote.bus(), nullptr, service_path, service_interface, event_signal,
+                                  tuple_of(values).get(), nullptr);
+    g_dbus_connection_flush_sync(remote.bus(), nullptr, nullptr);
 }
 
 RadioState radio_state(const Remote& remote) {

@@ -11,8 +11,8 @@ std::vector<std::string> asked_of_host(const Remote& remote);
 /** From now on the host answers a method like that, see `parse_behaviour`. @throws Failure, WrongUse. */
 void let_host_answer(const Remote& remote, const std::string& method, const std::string& behaviour);
 
-/** The host says "ncp_event" with these values, written as GVariant text: "(7, true)". @throws Failure. */
-void let_host_say(const Remote& remote, const std::string& values);
+/** Sends "ncp_event" with these values, written as GVariant text: "(7, true)". There need be no host. */
+void send_event(const Remote& remote, const std::string& values);
 
 struct RadioState {
     std::string mode; /**< "off", "tx" or "rx" */

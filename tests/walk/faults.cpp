@@ -187,7 +187,7 @@ void take(Walk& walk, const Command& command, const Fault& fault) {
 /** Nothing comes of it but the cause on the log. */
 void take_event(Walk& walk, const std::string& values, const std::string& cause) {
     const station::LogFromNow log;
-    let_host_say(this_television(), values);
+    send_event(this_television(), values);
     await(log, cause);
     walk.hand.expect(walk.state, std::vector<std::string>{});
     expect_times(log, 1, cause);

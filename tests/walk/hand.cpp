@@ -159,7 +159,7 @@ void Hand::act(const State& from, const Transition& transition) {
         activate(name_of(from, transition.spot));
         break;
     case Act::event:
-        let_host_say(this_television(), "('" + transition.key + "',)");
+        send_event(this_television(), "('" + transition.key + "',)");
         break;
     case Act::language:
         set_language(!from.mirrored);

@@ -23,8 +23,10 @@ public:
 
     /** Emits "ncp_event" with any values; returns when this thread has dispatched it. */
     void emit(const std::string& values) const {
-        let_host_say(television_, values);
-        asked_of_host(station::this_television()); // the application's connection has then got it
+        send_event(television_, values);
+        // What was sent before a call has arrived when it returns, at the bus and then with the application.
+        asked_of_host(television_);
+        asked_of_host(station::this_television());
         while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
         }
     }
