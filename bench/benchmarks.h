@@ -3,6 +3,9 @@
 
 #include "drawing_watch.h"
 
+#include "common/process.h"
+#include "common/redirection.h"
+
 namespace bench {
 
 /** Whole programs on the television's screen. */
@@ -13,5 +16,8 @@ void add_command_benchmarks();
 void add_radio_benchmarks(DrawingWatch& watch);
 /** What reads and writes files. */
 void add_file_benchmarks();
+
+/** Where the application's log goes while it is measured in this process: to a file, as on a television. */
+inline station::FileDescriptor log_file() { return station::written_to("/tmp/measured.log").error; }
 
 } // namespace bench

@@ -1,5 +1,4 @@
 #include "benchmarks.h"
-#include "log_file.h"
 #include "table.h"
 
 #include "common/bus_object.h"
@@ -26,7 +25,7 @@ void require(bool worked, const char* who) {
 }
 
 void velmora(benchmark::State& state) {
-    const LogFile log;
+    const station::StandardErrorTo log(log_file());
     ncp_requester& requester = ncp_requester::getInstance();
     requester.start();
     for (auto _ : state)

@@ -1,5 +1,4 @@
 #include "benchmarks.h"
-#include "log_file.h"
 #include "table.h"
 
 #include "model/fw_version_reader.h"
@@ -17,7 +16,7 @@ constexpr const char* image = "/tmp/firmware_image";
 constexpr std::uintmax_t mebibyte = 1048576;
 
 void firmware_version(benchmark::State& state, std::uintmax_t mebibytes) {
-    const LogFile log;
+    const station::StandardErrorTo log(log_file());
     std::ofstream(image).put('\0');
     std::filesystem::resize_file(image, mebibytes * mebibyte);
     for (auto _ : state)
@@ -25,7 +24,7 @@ void firmware_version(benchmark::State& state, std::uintmax_t mebibytes) {
 }
 
 void secure_read(benchmark::State& state) {
-    const LogFile log;
+    const station::StandardErrorTo log(log_file());
     SecureData::StoreStringData("bench", "7.4.8");
     for (auto _ : state)
         if (SecureData::LoadStringData("bench") != "7.4.8")
@@ -33,7 +32,7 @@ void secure_read(benchmark::State& state) {
 }
 
 void secure_write(benchmark::State& state) {
-    const LogFile log;
+    const station::StandardErrorTo log(log_file());
     for (auto _ : state)
         SecureData::StoreStringData("bench", "7.4.8");
 }

@@ -1,6 +1,5 @@
 #include "benchmarks.h"
 #include "bus_watch.h"
-#include "log_file.h"
 #include "measured_program.h"
 #include "table.h"
 
@@ -102,7 +101,7 @@ void key_to_call(benchmark::State& state, const Peer& peer, DrawingWatch& watch)
 
 /** Starts and stops the radio stack; one of the two counts, without what is slept by agreement. */
 void stack(benchmark::State& state, bool start_counts) {
-    const LogFile log;
+    const station::StandardErrorTo log(log_file());
     const auto time_of = [](const auto& action) {
         const auto begun = Clock::now();
         slept = {};

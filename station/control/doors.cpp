@@ -3,13 +3,13 @@
 #include "common/bus_object.h"
 #include "common/local_socket.h"
 #include "common/texts.h"
+#include "common/waiting.h"
 #include "remote/failure.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <sys/stat.h>
-#include <thread>
 #include <unistd.h>
 
 namespace station {
@@ -55,11 +55,8 @@ std::string find_door(const std::string& name) {
 
 /** Knocks only at the door that is wanted: fifty who wait would keep fifty buses busy. */
 void wait_for_door(const std::string& name, std::chrono::milliseconds patience) {
-    using namespace std::chrono_literals;
-    const auto deadline = std::chrono::steady_clock::now() + patience;
-    const auto is_there = [&name] { return name.empty() ? !running_televisions().empty() : is_open(name); };
-    while (!is_there() && std::chrono::steady_clock::now() < deadline)
-        std::this_thread::sleep_for(10ms);
+    (void)comes_true([&name] { return name.empty() ? !running_televisions().empty() : is_open(name); },
+                     patience);
 }
 
 } // namespace

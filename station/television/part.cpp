@@ -1,8 +1,8 @@
 #include "part.h"
 
+#include "common/redirection.h"
 #include "logs.h"
 
-#include <array>
 #include <csignal>
 #include <fcntl.h>
 #include <poll.h>
@@ -15,13 +15,6 @@ using namespace std::chrono_literals;
 
 constexpr auto start_patience = 60s;
 constexpr auto end_patience = 2s;
-
-std::array<FileDescriptor, 2> make_pipe() {
-    std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0)
-        throw std::runtime_error("no pipe can be made");
-    return {FileDescriptor(ends[0]), FileDescriptor(ends[1])};
-}
 
 } // namespace
 

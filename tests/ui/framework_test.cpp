@@ -1,5 +1,6 @@
 /** The framework, seen from an application in a process of its own that says what happens to it. */
 #include "common/process.h"
+#include "common/waiting.h"
 #include "operator/other_window.h"
 #include "support/settings_folder.h"
 
@@ -49,8 +50,7 @@ void await(const std::string& line, long times = 1) {
         const std::lock_guard lock(said_mutex);
         return std::ranges::count(said, line) >= times;
     };
-    for (const auto end = Clock::now() + 10s; !is_said() && Clock::now() < end;)
-        std::this_thread::sleep_for(5ms);
+    (void)station::comes_true(is_said, 10s);
 }
 
 /** Has the main loop do it, and waits for it. */

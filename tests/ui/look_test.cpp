@@ -85,7 +85,7 @@ private:
         EXPECT_GE(texts.size(), 4U);
         for (auto text = texts.begin(); text != texts.end(); ++text) {
             SCOPED_TRACE(text->text);
-            const double light = contrast(text->place);
+            const double light = test::contrast(text->place);
             if (!text->covered) // a popup's edge may run through it
                 contrasts[text->text] = light;
             if (text->text == left_arrow || text->text == right_arrow)
@@ -105,7 +105,7 @@ private:
         }
         const Eina_Rectangle ring = test::focus_ring(screen->window()).value_or(Eina_Rectangle{});
         const int line = static_cast<int>(8 * elm_config_scale_get()); // before what it is around
-        EXPECT_GE(contrast({ring.x, ring.y + ring.h / 2, line, 1}), 3.0);
+        EXPECT_GE(test::contrast({ring.x, ring.y + ring.h / 2, line, 1}), 3.0);
         EXPECT_THAT(test::border_scales(screen->window()), Each(Le(1.0)));
         return contrasts;
     }
@@ -118,9 +118,6 @@ private:
     static void change_direction() { elm_config_mirrored_set(mirrored() ? EINA_FALSE : EINA_TRUE); }
 
     [[nodiscard]] static bool mirrored() { return elm_config_mirrored_get() != EINA_FALSE; }
-    [[nodiscard]] double contrast(const Eina_Rectangle& area) const {
-        return test::contrast(screen->window(), area);
-    }
 
     /** In the page, which is 240 x 135 units large and in the window's middle. */
     void expect_at(const Units& units, const Eina_Rectangle& place) const {

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cerrno>
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -11,20 +12,15 @@
 
 namespace {
 
-using platform::Descriptor;
 using platform::LogBuffer;
 using platform::LogPriority;
+using station::FileDescriptor;
+using station::make_pipe;
+using station::StandardErrorTo;
 using testing::HasSubstr;
 
-// A pipe's reading and its writing end.
-std::pair<Descriptor, Descriptor> make_pipe() {
-    std::array<int, 2> ends{};
-    EXPECT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
-    return {Descriptor(ends[0]), Descriptor(ends[1])};
-}
-
 // Everything that can be read until the other side closes or is silent for a while.
-std::string read_out(const Descriptor& from) {
+std::string read_out(const FileDescriptor& from) {
     std::string text;
     std::array<char, 65536> piece{};
     pollfd wanted{from.get(), POLLIN, 0};
@@ -62,10 +58,10 @@ TEST(Log, WritesOneLineThatATerminalCannotBeTrickedBy) {
 }
 
 TEST(Log, ColoursOnATerminal) {
-    const Descriptor terminal(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
+    const FileDescriptor terminal(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
     ASSERT_EQ(grantpt(terminal.get()), 0);
     ASSERT_EQ(unlockpt(terminal.get()), 0);
-    const Descriptor screen(open(ptsname(terminal.get()), O_RDWR | O_NOCTTY | O_CLOEXEC));
+    const FileDescriptor screen(open(ptsname(terminal.get()), O_RDWR | O_NOCTTY | O_CLOEXEC));
     {
         const StandardErrorTo redirected(screen);
         print(LogPriority::error, "red");
@@ -77,7 +73,7 @@ TEST(Log, ColoursOnATerminal) {
 }
 
 TEST(Log, ReportsWhatItCannotWriteAndLeavesErrnoAlone) {
-    const StandardErrorTo redirected(make_pipe().second);
+    const StandardErrorTo redirected(make_pipe()[1]);
     errno = ERANGE;
     EXPECT_EQ(print(LogPriority::error, "nobody reads"), -EPIPE);
     EXPECT_EQ(errno, ERANGE);
@@ -87,7 +83,7 @@ TEST(Log, ReportsWhatItCannotWriteAndLeavesErrnoAlone) {
 TEST(Log, SpeaksTheJournalsLanguageWhenStandardErrorIsTheJournal) {
     const std::string path = "/run/systemd/journal/socket";
     std::filesystem::create_directories("/run/systemd/journal");
-    const Descriptor journal(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    const FileDescriptor journal(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     path.copy(address.sun_path, sizeof address.sun_path - 1);

@@ -1,22 +1,20 @@
 #include "faults.h"
 
 #include "common/application_log.h"
+#include "common/waiting.h"
 #include "host/ncp_contract.h"
 #include "remote/failure.h"
 
 #include <algorithm>
 #include <array>
-#include <thread>
 
 namespace walk {
 namespace {
 
 using namespace std::chrono_literals;
 using station::this_television;
-using Clock = std::chrono::steady_clock;
 
 constexpr auto patience = 8s;
-constexpr auto look_interval = 5ms;
 constexpr std::size_t mebibyte = 1U << 20U;
 /** Before and after the bus has given up the call. */
 constexpr auto late = "late 2000";
@@ -87,10 +85,8 @@ std::vector<Fault> faults_of(const std::string& method) {
 }
 
 void await(const station::LogFromNow& log, const std::string& text) {
-    for (const auto deadline = Clock::now() + patience; log.count(text) == 0;
-         std::this_thread::sleep_for(look_interval))
-        if (Clock::now() >= deadline)
-            throw Difference("  not on the log: " + text);
+    if (!station::comes_true([&] { return log.count(text) != 0; }, patience))
+        throw Difference("  not on the log: " + text);
 }
 
 void expect_times(const station::LogFromNow& log, long times, const std::string& text) {
@@ -100,16 +96,17 @@ void expect_times(const station::LogFromNow& log, long times, const std::string&
 
 void kill_host() { this_television().call(station::television, "Kill", g_variant_new("(s)", "ncp_host")); }
 
-/** Again and again: the television hears of its end a little later. */
 void start_host() {
-    for (const auto deadline = Clock::now() + patience;; std::this_thread::sleep_for(look_interval))
+    const auto starts = [] {
         try {
             this_television().call(station::television, "Start", g_variant_new("(s)", "ncp_host"));
-            return;
-        } catch (const station::Failure&) {
-            if (Clock::now() >= deadline)
-                throw;
+            return true;
+        } catch (const station::Failure&) { // the television hears of its end a little later
+            return false;
         }
+    };
+    if (!station::comes_true(starts, patience))
+        throw Difference("  the radio's service does not start again");
 }
 
 const Transition& transition(const std::string& name) {

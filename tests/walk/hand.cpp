@@ -1,6 +1,7 @@
 #include "hand.h"
 
 #include "common/texts.h"
+#include "common/waiting.h"
 #include "operator/front_window.h"
 
 #include <X11/XKBlib.h>
@@ -48,8 +49,7 @@ public:
         if (!spoils_)
             return;
         // The application starts it in the background, on a busy machine later than the screen says so.
-        for (int look = 0; fs::exists(program_) && !fs::exists(was_started) && look < 1000; ++look)
-            std::this_thread::sleep_for(look_interval);
+        (void)station::comes_true([&] { return !fs::exists(program_) || fs::exists(was_started); }, 2s);
         std::error_code not_there;
         fs::rename(away_, program_, not_there);
     }

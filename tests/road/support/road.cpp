@@ -1,14 +1,14 @@
 #include "support/road.h"
 
+#include "common/waiting.h"
+
 #include <filesystem>
-#include <thread>
 
 namespace {
 
 using namespace std::chrono_literals;
 using testing::IsEmpty;
 
-constexpr auto look_interval = 20ms;
 constexpr auto patience = 30s; // of a busy machine
 constexpr auto last_picture = "/var/log/station/last_picture.png";
 
@@ -48,12 +48,8 @@ void Road::TearDown() {
 }
 
 void Road::expect_soon(const std::string& what, const std::function<bool()>& has_come) {
-    const auto deadline = std::chrono::steady_clock::now() + patience;
-    while (!has_come()) {
-        if (std::chrono::steady_clock::now() >= deadline)
-            throw station::NotSeen("waited for " + what);
-        std::this_thread::sleep_for(look_interval);
-    }
+    if (!station::comes_true(has_come, patience))
+        throw station::NotSeen("waited for " + what);
 }
 
 void Road::expect_asked(const std::vector<std::string>& calls) {

@@ -1,14 +1,12 @@
 #include "support/screen.h"
 
+#include "operator/pixels.h"
+
 #include <Ecore_X.h>
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <memory>
 #include <string_view>
-
-#include <X11/Xlib.h> // last: Xlib defines words that others use
-#include <X11/Xutil.h>
 
 namespace test {
 namespace {
@@ -54,12 +52,12 @@ bool is_in_popup(Evas_Object* widget) {
 }
 
 /** As the Web Content Accessibility Guidelines reckon it. */
-double luminance(unsigned long pixel) {
-    const auto linear = [pixel](int shift) {
-        const double part = static_cast<double>((pixel >> shift) & 0xff) / 255.0;
+double luminance(const station::Color& color) {
+    const auto linear = [](std::uint8_t strength) {
+        const double part = strength / 255.0;
         return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
     };
-    return 0.2126 * linear(16) + 0.7152 * linear(8) + 0.0722 * linear(0);
+    return 0.2126 * linear(color[0]) + 0.7152 * linear(color[1]) + 0.0722 * linear(color[2]);
 }
 
 } // namespace
@@ -100,16 +98,14 @@ std::vector<double> border_scales(Evas_Object* window) {
     return scales;
 }
 
-double contrast(Evas_Object* window, const Eina_Rectangle& area) {
-    const std::unique_ptr<XImage, int (*)(XImage*)> picture(
-        XGetImage(static_cast<Display*>(ecore_x_display_get()), elm_win_xwindow_get(window), area.x, area.y,
-                  static_cast<unsigned>(area.w), static_cast<unsigned>(area.h), AllPlanes, ZPixmap),
-        [](XImage* image) { return XDestroyImage(image); });
+double contrast(const Eina_Rectangle& area) {
+    const station::Pixels pixels(static_cast<_XDisplay*>(ecore_x_display_get()), area.x, area.y, area.w,
+                                 area.h);
     double darkest = 1.0;
     double lightest = 0.0;
-    for (int y = 0; picture != nullptr && y < area.h; ++y)
+    for (int y = 0; y < area.h; ++y)
         for (int x = 0; x < area.w; ++x) {
-            const double light = luminance(XGetPixel(picture.get(), x, y));
+            const double light = luminance(pixels.at(x, y));
             darkest = std::min(darkest, light);
             lightest = std::max(lightest, light);
         }

@@ -78,8 +78,8 @@ std::optional<Eina_Rectangle> focus_ring(Evas_Object* window);
 /** By how much the borders of the pictures that can be seen are scaled: more than 1.0 is blurred. */
 std::vector<double> border_scales(Evas_Object* window);
 
-/** The contrast of the lightest to the darkest pixel in a part of the window, 1 to 21. */
-double contrast(Evas_Object* window, const Eina_Rectangle& area);
+/** The contrast of the lightest to the darkest pixel in a part of the screen, 1 to 21. */
+double contrast(const Eina_Rectangle& area);
 
 /** Whether all of an area lies in another. */
 bool is_inside(const Eina_Rectangle& inner, const Eina_Rectangle& outer);

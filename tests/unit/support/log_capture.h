@@ -1,32 +1,14 @@
 #pragma once
 
 #include "common/application_log.h"
-#include "services/descriptor.h"
+#include "common/process.h"
+#include "common/redirection.h"
 #include "support/surroundings.h"
-
-#include <fcntl.h>
-#include <unistd.h>
-
-/** Gives standard error to another file as long as it lives. */
-class StandardErrorTo {
-public:
-    explicit StandardErrorTo(const platform::Descriptor& target) : former_(dup(STDERR_FILENO)) {
-        dup2(target.get(), STDERR_FILENO);
-    }
-    StandardErrorTo(const StandardErrorTo&) = delete;
-    StandardErrorTo& operator=(const StandardErrorTo&) = delete;
-    ~StandardErrorTo() { dup2(former_.get(), STDERR_FILENO); }
-
-private:
-    platform::Descriptor former_;
-};
 
 /** Captures what this process and its children write to standard error, as long as it lives. */
 class LogCapture : public station::ApplicationLog {
 public:
-    LogCapture() : capture_(platform::Descriptor(open(path().c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600))) {
-        clear();
-    }
+    LogCapture() : capture_(station::written_to(path()).error) { clear(); }
 
     /** All that was written so far. */
     [[nodiscard]] std::string text() const { return content_of(path()).value(); }
@@ -45,5 +27,5 @@ public:
     void clear() { std::filesystem::resize_file(path(), 0); }
 
 private:
-    StandardErrorTo capture_;
+    station::StandardErrorTo capture_;
 };
