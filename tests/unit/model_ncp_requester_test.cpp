@@ -89,16 +89,6 @@ TEST_F(NcpRequesterTest, StartGivesUpAfterTwentyAttemptsWhateverTheLastOneGives)
     EXPECT_EQ(own_messages("stop").back(), "Success to Deinit Dbus");
 }
 
-TEST_F(NcpRequesterTest, NoCommandReachesTheServiceBeforeTheStart) {
-    using Requester = ncp_requester;
-    std::string statistics;
-    for (const std::function<bool(Requester&)>& command : std::vector<std::function<bool(Requester&)>>{
-             [](Requester& self) { return self.ember_start(0); }, &Requester::ember_stop,
-             [&](Requester& self) { return self.ember_get_rx_statistics(statistics); }})
-        EXPECT_FALSE(command(requester));
-    EXPECT_THAT(service.calls(), IsEmpty());
-}
-
 TEST_F(NcpRequesterTest, StatisticsTextIsReplacedWheneverTheReplyIsUsable) {
     requester.start();
     struct Case {

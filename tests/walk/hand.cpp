@@ -30,58 +30,46 @@ constexpr auto late_key_after = 80ms;
 constexpr auto was_started = "/tmp/silent_program_was_started";
 const fs::path programs = "/opt/usr/apps/com.kelsor.tv.brimhub/bin";
 
-/** While it lives, a program of the radio is not there, or ends at once. */
-class Spoiled {
+/** Does something when it goes. */
+class AtEnd {
 public:
-    explicit Spoiled(BringUp how)
-        : program_(programs / (how == BringUp::silent ? "zigbeed" : "socat")),
-          away_(program_.string() + ".away"), spoils_(how != BringUp::ready) {
-        if (!spoils_)
-            return;
-        fs::rename(program_, away_);
-        if (how == BringUp::silent) {
-            fs::remove(was_started);
-            std::ofstream(program_) << "#!/bin/sh\ntouch " << was_started << "\n";
-            fs::permissions(program_, fs::perms::owner_all);
-        }
+    explicit AtEnd(std::function<void()> action) : action_(std::move(action)) {}
+    AtEnd(const AtEnd&) = delete;
+    AtEnd& operator=(const AtEnd&) = delete;
+    ~AtEnd() { action_(); }
+
+private:
+    std::function<void()> action_;
+};
+
+/** A program of the radio is not there, or ends at once. */
+AtEnd spoil(BringUp how) {
+    if (how == BringUp::ready)
+        return AtEnd([] {});
+    const fs::path program = programs / (how == BringUp::silent ? "zigbeed" : "socat");
+    const fs::path away = program.string() + ".away";
+    fs::rename(program, away);
+    if (how == BringUp::silent) {
+        fs::remove(was_started);
+        std::ofstream(program) << "#!/bin/sh\ntouch " << was_started << "\n";
+        fs::permissions(program, fs::perms::owner_all);
     }
-    ~Spoiled() {
-        if (!spoils_)
-            return;
+    return AtEnd([program, away] {
         // The application starts it in the background, on a busy machine later than the screen says so.
-        (void)station::comes_true([&] { return !fs::exists(program_) || fs::exists(was_started); }, 2s);
+        (void)station::comes_true([&] { return !fs::exists(program) || fs::exists(was_started); }, 2s);
         std::error_code not_there;
-        fs::rename(away_, program_, not_there);
-    }
-    Spoiled(const Spoiled&) = delete;
-    Spoiled& operator=(const Spoiled&) = delete;
+        fs::rename(away, program, not_there);
+    });
+}
 
-private:
-    fs::path program_;
-    fs::path away_;
-    bool spoils_;
-};
-
-/** While it lives, the method of a call is answered in another way. */
-class Answering {
-public:
-    Answering(const std::vector<std::string>& calls, const Transition& transition)
-        : method_(transition.answer == Answer::normal || calls.empty()
-                      ? ""
-                      : calls.front().substr(0, calls.front().find('('))) {
-        if (!method_.empty())
-            let_host_answer(this_television(), method_, transition.behaviour);
-    }
-    ~Answering() {
-        if (!method_.empty())
-            let_host_answer(this_television(), method_, "normal");
-    }
-    Answering(const Answering&) = delete;
-    Answering& operator=(const Answering&) = delete;
-
-private:
-    std::string method_;
-};
+/** The method of a call is answered in another way. */
+AtEnd answer(const std::vector<std::string>& calls, const Transition& transition) {
+    if (transition.answer == Answer::normal || calls.empty())
+        return AtEnd([] {});
+    const std::string method = calls.front().substr(0, calls.front().find('('));
+    let_host_answer(this_television(), method, transition.behaviour);
+    return AtEnd([method] { let_host_answer(this_television(), method, "normal"); });
+}
 
 /** How many packets, once there are some, is the traffic's affair. */
 std::string without_count(const std::string& text) {
@@ -126,8 +114,8 @@ void Hand::expect_end() {
 void Hand::take(const State& from, const Transition& transition) {
     const Outcome outcome = follow(from, transition);
     {
-        const Spoiled spoiled(transition.bring_up);
-        const Answering answering(outcome.calls, transition);
+        const AtEnd restored = spoil(transition.bring_up);
+        const AtEnd answering = answer(outcome.calls, transition);
         act(from, transition);
         if (transition.answer == Answer::late) {
             std::this_thread::sleep_for(late_key_after);

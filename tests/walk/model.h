@@ -1,7 +1,6 @@
 /** The application as a graph: what can happen, and what each of it changes. */
 #pragma once
 
-#include "place.h"
 #include "state.h"
 
 #include <functional>

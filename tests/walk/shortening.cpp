@@ -23,27 +23,6 @@ std::string trial(Walk& walk, const Steps& steps) {
     }
 }
 
-/** What came after the application's last start, in the writing direction it then had. */
-Steps last_life(const Steps& steps) {
-    State state;
-    bool mirrored = false;
-    auto begin = steps.begin();
-    for (auto step = steps.begin(); step + 1 < steps.end(); ++step) {
-        const Outcome outcome = follow(state, transitions()[*step]);
-        state = outcome.state;
-        if (outcome.ends) {
-            begin = step + 1;
-            mirrored = state.mirrored;
-        }
-    }
-    const auto turns = [](const State&, std::size_t transition) {
-        return transitions()[transition].act == Act::language;
-    };
-    Steps life = mirrored ? nearest(State{}, can_happen, turns).value_or(Steps{}) : Steps{};
-    life.insert(life.end(), begin, steps.end());
-    return life;
-}
-
 /** The nearest way to where the last of the steps begins, as far as it matters, and that step. */
 Steps direct_way(const Steps& steps, std::uint64_t what_matters) {
     State before;
@@ -70,8 +49,7 @@ Steps shortened(Walk& walk, Steps steps, std::string& difference) {
         return true;
     };
     const std::uint64_t grain = transitions()[steps.back()].grain;
-    if (!shows(direct_way(steps, grain)) && !shows(direct_way(steps, ~std::uint64_t{0})))
-        (void)shows(last_life(steps));
+    (void)(shows(direct_way(steps, grain)) || shows(direct_way(steps, ~std::uint64_t{0})));
     auto attempts = rc::shrink::removeChunks(steps);
     for (auto fewer = attempts.next(); fewer && std::chrono::steady_clock::now() < deadline;
          fewer = attempts.next())
