@@ -23,17 +23,17 @@ struct Accessible {
 
 /** A widget that can be seen. */
 struct Widget {
-    std::string name; /**< what it says, without blanks around it */
-    std::string role; /**< as AT-SPI names it: "push button", "label", "spin button", "dialog" */
+    std::string name = {}; /**< what it says, without blanks around it */
+    std::string role = {}; /**< as AT-SPI names it: "push button", "label", "spin button", "dialog" */
     bool focusable = false;
     bool focused = false;
     bool enabled = false;
-    std::optional<WidgetValue> value;
+    std::optional<WidgetValue> value = {};
     int x = 0; /**< place on the screen, in pixels */
     int y = 0;
     int width = 0;
     int height = 0;
-    Accessible accessible;
+    Accessible accessible = {};
 };
 
 /** One look at the screen. While a dialog is open it is all that can be used, and all that is listed. */

@@ -15,10 +15,11 @@ protected:
         radio_.set_traffic(15, 10, now_);
     }
 
-    void ask(const std::string& command, std::optional<int> argument = std::nullopt) {
-        EXPECT_EQ(radio_.handle({1, command, argument}, now_).code, 0) << command;
+    int ask(const std::string& command, std::optional<int> argument = std::nullopt) {
+        return radio_.handle({1, command, argument}, now_).code;
     }
-    std::string statistics() { return radio_.handle({1, "get_rx_statistics", std::nullopt}, now_).text; }
+    /** What it has received after some more time. */
+    auto received_after(std::chrono::milliseconds time) { return radio_.received(now_ += time); }
 
     Radio radio_;
     Radio::Time now_ = Radio::Time{} + 1h;
@@ -28,25 +29,21 @@ TEST_F(RadioCount, GrowsOnItsChannelInTheRxTestOnly) {
     now_ += 10s; // before the test
     ask("start", 1);
     ask("set_channel", 15);
-    EXPECT_EQ(statistics(), "0 packets on channel 15");
-    now_ += 2s;
-    EXPECT_EQ(statistics(), "20 packets on channel 15");
+    EXPECT_EQ(received_after(0s), 0);
+    EXPECT_EQ(received_after(2s), 20);
     ask("set_channel", 11);
-    now_ += 5s; // what comes on channel 15 meanwhile is lost
-    EXPECT_EQ(statistics(), "20 packets on channel 11");
+    EXPECT_EQ(received_after(5s), 20) << "what comes on channel 15 meanwhile is lost";
     ask("set_channel", 15);
     now_ += 1s;
-    EXPECT_EQ(statistics(), "30 packets on channel 15");
+    EXPECT_EQ(radio_.handle({1, "get_rx_statistics", {}}, now_).text, "30 packets on channel 15");
     ask("reset_rx_statistics");
-    now_ += 1s;
-    EXPECT_EQ(statistics(), "10 packets on channel 15");
-    ask("stop");
-    now_ += 1s;
-    ask("start", 0);
-    now_ += 1s;
-    ask("stop");
-    ask("start", 1);
-    EXPECT_EQ(statistics(), "0 packets on channel 15");
+    EXPECT_EQ(received_after(1s), 10);
+    for (const int mode : {0, 1}) {
+        ask("stop");
+        now_ += 1s;
+        ask("start", mode);
+    }
+    EXPECT_EQ(received_after(0s), 0);
 }
 
 TEST_F(RadioCount, HoldsWholePacketsOnly) {
@@ -56,54 +53,40 @@ TEST_F(RadioCount, HoldsWholePacketsOnly) {
         now_ += turn % 2 == 0 ? 90ms : 10ms;
         ask("set_channel", turn % 2 == 0 ? 15 : 11);
     }
-    EXPECT_EQ(radio_.received(now_), 10) << "the packets of channel 15 alone";
-    for (int question = 0; question < 1000; ++question) {
-        now_ += 1ms;
-        static_cast<void>(statistics());
-    }
-    EXPECT_EQ(radio_.received(now_), 20);
+    EXPECT_EQ(received_after(0s), 10) << "the packets of channel 15 alone";
+    for (int question = 0; question < 999; ++question)
+        received_after(1ms);
+    EXPECT_EQ(received_after(1ms), 20);
 }
 
 TEST_F(RadioCount, HearsAQuietFloorAndABusyChannelUntilToldOtherwise) {
     ask("start", 1);
     ask("set_channel", 26);
-    now_ += 20s;
-    EXPECT_EQ(radio_.received(now_), 5);
-    ask("reset_rx_statistics");
+    EXPECT_EQ(received_after(20s), 5);
     ask("set_channel", 20);
-    now_ += 20s;
-    EXPECT_EQ(radio_.received(now_), 400);
+    EXPECT_EQ(received_after(20s), 405);
     radio_.set_traffic(20, 0, now_);
-    now_ += 20s;
-    EXPECT_EQ(radio_.received(now_), 400);
+    EXPECT_EQ(received_after(20s), 405);
 }
 
 TEST_F(RadioCount, GrowsWithTheStreamsOfOthersWhileTheyRun) {
     ask("start", 1);
     EXPECT_TRUE(radio_.add_stream("strong", 11, 20, now_));
-    now_ += 1s;
-    EXPECT_EQ(radio_.received(now_), 100);
+    EXPECT_EQ(received_after(1s), 100);
     EXPECT_TRUE(radio_.add_stream("weak", 11, 0, now_));
     EXPECT_TRUE(radio_.add_stream("elsewhere", 12, 20, now_));
-    now_ += 1s;
-    EXPECT_EQ(radio_.received(now_), 260);
+    EXPECT_EQ(received_after(1s), 260);
     radio_.remove_stream("strong", now_);
-    now_ += 1s;
-    EXPECT_EQ(radio_.received(now_), 320);
+    EXPECT_EQ(received_after(1s), 320);
     EXPECT_FALSE(radio_.add_stream("nowhere", 27, 20, now_));
     EXPECT_FALSE(radio_.add_stream("too strong", 11, 21, now_));
     ask("reset"); // of the module, not of the air
     ask("start", 1);
-    now_ += 1s;
-    EXPECT_EQ(radio_.received(now_), 60);
+    EXPECT_EQ(received_after(1s), 60);
 }
 
 TEST_F(RadioCount, IsRefusedWithItsReason) {
-    struct Row {
-        const char* command;
-        std::optional<int> argument;
-        int code;
-    };
+    using Row = std::tuple<const char*, std::optional<int>, int>;
     const std::initializer_list<Row> rows{{"stop", {}, 1},         {"set_channel", 15, 1},
                                           {"start_stream", {}, 1}, {"reset_rx_statistics", {}, 1},
                                           {"start", 2, 3},         {"start", 0, 0},
@@ -117,7 +100,7 @@ TEST_F(RadioCount, IsRefusedWithItsReason) {
                                           {"stop", {}, 0},         {"start", 1, 0},
                                           {"start_stream", {}, 4}, {"sing", {}, 9}};
     for (const auto& [command, argument, code] : rows)
-        EXPECT_EQ(radio_.handle({1, command, argument}, now_).code, code) << command;
+        EXPECT_EQ(ask(command, argument), code) << command;
 }
 
 TEST_F(RadioCount, FallsSilentWithoutItsSerialLine) {
