@@ -1,6 +1,7 @@
 #include "other_window.h"
 
 #include <X11/Xlib.h>
+#include <thread>
 
 namespace station {
 
@@ -18,6 +19,15 @@ bool OtherWindow::has_keys() const {
     int revert_to = 0;
     XGetInputFocus(display_.get(), &focused, &revert_to);
     return focused == window_;
+}
+
+void OtherWindow::take_keys() const {
+    XWindowAttributes attributes{};
+    while (XGetWindowAttributes(display_.get(), window_, &attributes) != 0 &&
+           attributes.map_state != IsViewable)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    XSetInputFocus(display_.get(), window_, RevertToParent, CurrentTime);
+    XSync(display_.get(), False);
 }
 
 } // namespace station

@@ -17,6 +17,8 @@ public:
 
     /** Whether it is the window that gets the keys. */
     [[nodiscard]] bool has_keys() const;
+    /** Takes the keys, once it can be seen, where there is no window manager that gives them. */
+    void take_keys() const;
 
 private:
     Display display_;

@@ -1,14 +1,11 @@
 /** Each failure on a television of its own, made to happen and compared from outside. */
 #include "failure.h"
 #include "support/road.h"
+#include "support/surroundings.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <gio/gio.h>
-#include <iterator>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <thread>
@@ -20,13 +17,6 @@ using testing::UnorderedElementsAreArray;
 namespace {
 
 constexpr auto button_text = "Failed to start child process";
-
-std::optional<std::string> content_of(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file)
-        return std::nullopt;
-    return std::string(std::istreambuf_iterator<char>(file), {});
-}
 
 std::string label_of(const std::string& path) {
     std::array<char, 100> label{};

@@ -5,7 +5,7 @@
 
 #include "common/process.h"
 #include "common/redirection.h"
-#include "operator/display.h"
+#include "operator/other_window.h"
 #include "operator/pixels.h"
 
 #include <gtest/gtest.h>
@@ -45,18 +45,6 @@ protected:
                         XInternAtom(display_.get(), "_NET_SUPPORTING_WM_CHECK", False));
     }
 
-    /** Another program's window comes in front and takes the keyboard. */
-    void cover() const {
-        const auto other = XCreateSimpleWindow(display_.get(), root_, 0, 0, 320, 180, 0, 0, 0);
-        XMapRaised(display_.get(), other);
-        EXPECT_TRUE(test::await([&] {
-            XWindowAttributes attributes{};
-            XGetWindowAttributes(display_.get(), other, &attributes);
-            return attributes.map_state == IsViewable;
-        }));
-        XSetInputFocus(display_.get(), other, RevertToParent, CurrentTime);
-    }
-
     [[nodiscard]] bool is_seen_and_has_keyboard() const {
         Window focused = None;
         int revert_to = 0;
@@ -87,7 +75,8 @@ private:
 
 TEST_P(Unmanaged, WindowIsSeenAndHasTheKeyboardWhenItAppearsAndWhenItIsRaised) {
     EXPECT_TRUE(test::await([&] { return is_seen_and_has_keyboard(); })) << "at the start";
-    cover();
+    const station::OtherWindow other;
+    other.take_keys();
     EXPECT_TRUE(test::await([&] { return !is_seen_and_has_keyboard(); }));
     elm_win_raise(window);
     EXPECT_TRUE(test::await([&] { return is_seen_and_has_keyboard(); })) << "after the raise";

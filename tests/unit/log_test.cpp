@@ -19,18 +19,12 @@ using station::make_pipe;
 using station::StandardErrorTo;
 using testing::HasSubstr;
 
-// Everything that can be read until the other side closes or is silent for a while.
+// What is there to be read, or nothing when that is not soon.
 std::string read_out(const FileDescriptor& from) {
-    std::string text;
-    std::array<char, 65536> piece{};
+    std::array<char, 65536> text{};
     pollfd wanted{from.get(), POLLIN, 0};
-    while (poll(&wanted, 1, 200) > 0) {
-        const ssize_t count = read(from.get(), piece.data(), piece.size());
-        if (count <= 0)
-            break;
-        text.append(piece.data(), static_cast<std::size_t>(count));
-    }
-    return text;
+    const ssize_t size = poll(&wanted, 1, 200) > 0 ? read(from.get(), text.data(), text.size()) : 0;
+    return {text.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0))};
 }
 
 std::string head(char letter) { return letter + ("/VELMORA(" + std::to_string(getpid()) + "): "); }
