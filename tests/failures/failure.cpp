@@ -214,7 +214,7 @@ Failure without_store(const std::string& name, const Messages& options) {
             .messages = {"stored ver[]", "FW ver[7.4.8]", slow, "stored ver[]", "fw_ver : 7.4.8",
                          "StoreStringData], nRet[-N]", "ver[7.4.8] is stored", "FW ver[7.4.8]", slow},
             .counts = {{"StoreStringData], nRet[-", 2}},
-            .files = {{version_file, {.content = "7.4.8"}}, {store_file, {}}},
+            .files = {{version_file, {.content = "7.4.8"}}, {store_file, {}}, {store_file + ".new", {}}},
             .again = Outcome::test_page};
 }
 

@@ -7,7 +7,6 @@
 #include <gmock/gmock.h>
 #include <sys/file.h>
 #include <sys/ptrace.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <thread>
@@ -93,21 +92,6 @@ TEST_F(SecureStorageFiles, AreLeftAloneWhenTheyAreOfAnotherKind) {
     EXPECT_EQ(read("version").result, platform::storage_failed);
     EXPECT_EQ(write("version", "1.2.9"), platform::storage_failed);
     EXPECT_EQ(content_of(folder), "no folder");
-}
-
-TEST_F(SecureStorageFiles, KeepTheOldRecordWithoutRoomForTheNew) {
-    ASSERT_EQ(write("version", "7.4.10"), platform::ok);
-    const std::string before = content_of(file).value();
-    const rlim_t size = before.size();
-    for (const rlim_t room : {rlim_t{0}, rlim_t{1}, size, size + 993}) { // the new one needs 994 more
-        EXPECT_TRUE(succeeds(start_process([room] {
-            const rlimit limit{room, room};
-            return std::signal(SIGXFSZ, SIG_IGN) != SIG_ERR && setrlimit(RLIMIT_FSIZE, &limit) == 0 &&
-                   write("version", std::string(1000, 'x')) == platform::storage_failed;
-        }))) << room;
-        EXPECT_EQ(content_of(file), before) << room;
-        EXPECT_EQ(file_count(), 1) << room;
-    }
 }
 
 // Starts a write and kills it at a stop before or after one of its system calls; false when it ended before.

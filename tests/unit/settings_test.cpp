@@ -1,7 +1,7 @@
 #include "platform/orientation.h"
 #include "platform/settings.h"
 #include "services/settings_file.h"
-#include "support/surroundings.h"
+#include "support/settings_folder.h"
 
 #include <gmock/gmock.h>
 #include <memory>
@@ -14,24 +14,20 @@ using testing::Optional;
 
 class Settings : public testing::Test {
 protected:
-    static void write(const std::string& text) {
-        put_file("/tmp/settings-test/tv-platform/settings.ini", text);
-    }
+    void write(const std::string& text) const { put_file(settings_.file(), text); }
 
     static std::optional<std::string> read(const char* key) {
         const std::unique_ptr<char, decltype(&std::free)> value(vconf_get_str(key), std::free);
         return value ? std::optional<std::string>(value.get()) : std::nullopt;
     }
 
-    static bool is_mirrored_with(const std::string& lines) {
+    [[nodiscard]] bool is_mirrored_with(const std::string& lines) const {
         write("[db/menu_widget]\n" + lines);
         return ua_UI_orientation_get() != 0;
     }
 
-    ~Settings() override { std::filesystem::remove_all("/tmp/settings-test"); }
-
 private:
-    ScopedEnvironment folder_{"XDG_CONFIG_HOME", "/tmp/settings-test"};
+    test::SettingsFolder settings_{""};
 };
 
 TEST_F(Settings, AreReadFromTheFileAsItIsNow) {

@@ -21,7 +21,6 @@ struct Options {
     unsigned seeds = 1;
     unsigned part = 0; /**< of the tour; 0: all of it */
     bool faults = false;
-    std::string program = VELMORA_PROGRAM;
 };
 
 /** The tour is divided by pages, so that each television has its own neighbourhood: 1 the tests, 2 the rest. */
@@ -90,22 +89,15 @@ void random_walk(Walk& walk, const Options& options) {
 
 int main(int argc, char** argv) {
     Options options;
-    CLI::App arguments(
-        "Walks over the application inside a simulated television, with a model of it beside.");
-    arguments.add_option("--steps", options.steps,
-                         "as many steps at random instead of every transition once");
-    arguments.add_option("--seed", options.seed, "the seed of the random steps");
+    CLI::App arguments("Walks over the application on a simulated television, with a model of it beside.");
+    arguments.add_option("--steps", options.steps, "as many at random instead of every transition once");
+    arguments.add_option("--seed", options.seed, "of the random steps");
     arguments.add_option("--seeds", options.seeds, "as many walks, each from the next seed");
-    arguments
-        .add_option(
-            "--part", options.part,
-            "only the transitions of the test pages (1), or only the others (2); of the faults one half")
+    arguments.add_option("--part", options.part, "one half: the test pages (1) or the others; of the faults")
         ->check(CLI::Range(1, 2));
-    arguments.add_flag("--faults", options.faults,
-                       "the radio's service goes wrong in every way at every command");
-    arguments.add_option("--program", options.program, "the application, a file named velmora");
+    arguments.add_flag("--faults", options.faults, "the radio's service goes wrong at every command");
     CLI11_PARSE(arguments, argc, argv);
-    Walk walk(options.program);
+    Walk walk(VELMORA_PROGRAM);
     try {
         if (options.faults)
             std::cout << take_faults(walk, options.part) << " faults made to happen\n";

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/bus_object.h"
+#include "common/waiting.h"
 #include "remote/remote_radio.h"
 
 #include <gtest/gtest.h>
@@ -49,14 +50,11 @@ void note(const std::string& text, void* notes) {
 inline void forget_system_bus() {
     GWeakRef remembered;
     g_weak_ref_init(&remembered, station::connect_to_system_bus().get());
-    const auto is_held = [&remembered] {
-        return station::BusConnection(static_cast<GDBusConnection*>(g_weak_ref_get(&remembered))) != nullptr;
-    };
     // The bus library's thread holds it a moment longer, while it delivers what came in last.
-    for (int patience = 1000; patience > 0 && is_held(); --patience) {
+    const auto is_dropped = [&remembered] {
         g_main_context_iteration(nullptr, FALSE);
-        g_usleep(1000);
-    }
-    EXPECT_FALSE(is_held()) << "somebody still holds the connection";
+        return !station::BusConnection(static_cast<GDBusConnection*>(g_weak_ref_get(&remembered)));
+    };
+    EXPECT_TRUE(station::comes_true(is_dropped, std::chrono::seconds(1))) << "somebody still holds it";
     g_weak_ref_clear(&remembered);
 }
