@@ -12,7 +12,6 @@
 #include <unistd.h>
 
 using namespace std::chrono_literals;
-using testing::UnorderedElementsAreArray;
 
 namespace {
 
@@ -51,8 +50,6 @@ void expect_file(const std::string& path, const FileState& expected) {
     }
 }
 
-std::vector<std::string> running_stack() { return station::running_processes({"cpcd", "socat", "zigbeed"}); }
-
 } // namespace
 
 /** The sitting inside the television in which the failure happens. */
@@ -84,7 +81,8 @@ protected:
             return;
         }
         ++starts_;
-        expect_asked(outcome == Outcome::test_page ? std::vector{start_call()} : std::vector<std::string>{});
+        const std::string start_call = GetParam().is_rx_test ? "ember_start(1)" : "ember_start(0)";
+        expect_asked(outcome == Outcome::test_page ? std::vector{start_call} : std::vector<std::string>{});
         if (outcome != Outcome::waiting)
             expect_running();
         expect_soon("the ended children to be collected", [] { return station::zombies().empty(); });
@@ -112,25 +110,19 @@ protected:
             EXPECT_EQ(log_.count(text), count) << text;
         EXPECT_EQ(log_.count("stop ncp requester"), 1) << "terminate callbacks";
         for (const std::string name : {"cpcd", "socat", "zigbeed"})
-            if (std::ranges::count(GetParam().survivors, name) == 0)
-                expect_stops_within_the_tries(name);
+            if (std::ranges::count(GetParam().survivors, name) == 0) {
+                EXPECT_EQ(log_.count("Command [pgrep -c " + name + "] result : 0"),
+                          log_.count("Command : killall " + name));
+            }
     }
 
 private:
-    void expect_stops_within_the_tries(const std::string& program) {
-        EXPECT_EQ(log_.count("Command [pgrep -c " + program + "] result : 0"),
-                  log_.count("Command : killall " + program));
-    }
-
-    [[nodiscard]] static std::string start_call() {
-        return GetParam().is_rx_test ? "ember_start(1)" : "ember_start(0)";
-    }
-
     [[nodiscard]] static std::string test_name() { return GetParam().is_rx_test ? "RX Test" : "TX Test"; }
 
     static void expect_running() {
         expect_soon("the stack to be " + testing::PrintToString(GetParam().running), [] {
-            return testing::Matches(UnorderedElementsAreArray(GetParam().running))(running_stack());
+            const auto running = station::running_processes({"cpcd", "socat", "zigbeed"});
+            return testing::Matches(testing::UnorderedElementsAreArray(GetParam().running))(running);
         });
     }
 

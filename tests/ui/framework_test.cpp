@@ -100,11 +100,6 @@ bool create(void* application) {
 
 /** @return the framework's result. */
 int run(Application application) {
-    std::thread([] { // Ecore ignores SIGALRM
-        rest(40s);
-        _exit(EXIT_FAILURE);
-    })
-        .detach();
     std::string name = "probe";
     char* arguments = name.data();
     ui_app_add_event_handler(
@@ -142,15 +137,13 @@ Lines lines_in(const std::string& text) {
     return lines;
 }
 
-MATCHER_P(Says, lines, "says " + testing::PrintToString(lines)) {
-    return testing::ExplainMatchResult(testing::Eq(lines), lines_in(arg), result_listener);
-}
+auto says(const Lines& lines) { return testing::ResultOf(lines_in, lines); }
 
 /** Between its start and its end, which is a success, the application says this. */
 void expect_life(Lines lines, const Action& hand, const std::string& reason = "told to") {
     lines.insert(lines.begin(), {"create", "app_control"});
     lines.insert(lines.end(), {"log: the main loop ends: " + reason, "terminate Probe"});
-    EXPECT_EXIT(std::exit(run({.hand = hand})), ExitedWithCode(0), Says(lines));
+    EXPECT_EXIT(std::exit(run({.hand = hand})), ExitedWithCode(0), says(lines));
 }
 
 class Framework : public testing::Test {
@@ -195,12 +188,12 @@ TEST_F(Framework, MissingStandardDescriptorsAreTheNullDevice) {
     const Lines lines{
         "create",         "app_control", "/dev/null", "/dev/null", "log: the main loop ends: told to",
         "terminate Probe"};
-    EXPECT_EXIT(std::exit(run_without()), ExitedWithCode(0), Says(lines));
+    EXPECT_EXIT(std::exit(run_without()), ExitedWithCode(0), says(lines));
 }
 
 TEST_F(Framework, WhatHappensInCreateOrIsMissingBeforeItDecides) {
     const auto expect = [](int status, const Lines& lines, std::function<bool()> created) {
-        EXPECT_EXIT(std::exit(run({.create = std::move(created)})), ExitedWithCode(status), Says(lines));
+        EXPECT_EXIT(std::exit(run({.create = std::move(created)})), ExitedWithCode(status), says(lines));
     };
     const auto quit_at_once = [] {
         ui_app_quit("told to");

@@ -55,34 +55,29 @@ void arrow(State& state, const std::string& key, int times) {
 
 // The radio.
 
-bool radio_obeys(Radio& radio, const std::string& method, int argument) {
+/** What the radio does after a method; nothing when it refuses. */
+std::optional<Radio> obeyed(Radio radio, const std::string& method, int argument) {
     const bool runs = radio != Radio::unreachable && radio != Radio::off;
-    if (method == "ember_start" && radio == Radio::off) {
-        radio = argument == 0 ? Radio::transmitting : Radio::receiving;
-        return true;
-    }
-    if (method == "ember_stop" && runs) {
-        radio = Radio::off;
-        return true;
-    }
-    if (method == "ember_start_stream" && radio == Radio::transmitting) {
-        radio = Radio::streaming;
-        return true;
-    }
-    if (method == "ember_stop_stream" && radio == Radio::streaming) {
-        radio = Radio::transmitting;
-        return true;
-    }
-    if (method == "ember_set_power" || method == "ember_set_channel")
-        return runs && radio != Radio::streaming;
-    return method.ends_with("_rx_statistics") && radio == Radio::receiving;
+    if (method == "ember_start" && radio == Radio::off)
+        return argument == 0 ? Radio::transmitting : Radio::receiving;
+    if (method == "ember_stop" && runs)
+        return Radio::off;
+    if (method == "ember_start_stream" && radio == Radio::transmitting)
+        return Radio::streaming;
+    if (method == "ember_stop_stream" && radio == Radio::streaming)
+        return Radio::transmitting;
+    const bool may_set = method.starts_with("ember_set_") && runs && radio != Radio::streaming;
+    const bool may_count = method.ends_with("_rx_statistics") && radio == Radio::receiving;
+    return may_set || may_count ? std::optional(radio) : std::nullopt;
 }
 
 bool ask(State& state, Calls& calls, Answer answer, const std::string& method,
          std::optional<int> argument = std::nullopt) {
     calls.push_back(method + "(" + (argument ? std::to_string(*argument) : "") + ")");
-    const bool obeys = answer != Answer::refused && radio_obeys(state.radio, method, argument.value_or(0));
-    return obeys && answer != Answer::lost;
+    const auto after = obeyed(state.radio, method, argument.value_or(0));
+    if (answer != Answer::refused)
+        state.radio = after.value_or(state.radio);
+    return after && answer != Answer::refused && answer != Answer::lost;
 }
 
 // Pages and popups.
