@@ -73,4 +73,15 @@ std::vector<pid_t> process_numbers(const std::string& name) {
     return numbers;
 }
 
+long sum_of(const std::filesystem::path& path, std::initializer_list<std::string_view> names) {
+    std::ifstream file(path);
+    long sum = 0;
+    std::string word;
+    while (file >> word)
+        for (const std::string_view name : names)
+            if (long number = 0; word == name && file >> number)
+                sum += number;
+    return sum;
+}
+
 } // namespace station

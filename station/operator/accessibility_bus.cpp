@@ -40,11 +40,16 @@ struct Pending {
 
 } // namespace
 
-AccessibilityBus::AccessibilityBus(std::chrono::milliseconds patience) : patience_(patience) {
+void announce_screen_reader(bool is_there) {
     const BusConnection session = connect_to_bus(session_bus_address());
-    ask_launcher(
-        session.get(), "org.freedesktop.DBus.Properties", "Set",
-        g_variant_new("(ssv)", "org.a11y.Status", "ScreenReaderEnabled", g_variant_new_boolean(TRUE)));
+    ask_launcher(session.get(), "org.freedesktop.DBus.Properties", "Set",
+                 g_variant_new("(ssv)", "org.a11y.Status", "ScreenReaderEnabled",
+                               g_variant_new_boolean(is_there ? TRUE : FALSE)));
+}
+
+AccessibilityBus::AccessibilityBus(std::chrono::milliseconds patience) : patience_(patience) {
+    announce_screen_reader(true);
+    const BusConnection session = connect_to_bus(session_bus_address());
     const Value answer = ask_launcher(session.get(), "org.a11y.Bus", "GetAddress", nullptr);
     const char* address = nullptr;
     g_variant_get(answer.get(), "(&s)", &address);

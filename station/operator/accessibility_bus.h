@@ -32,6 +32,9 @@ struct Question {
     std::function<void(GVariant* answer)> take; /**< takes the values of the answer */
 };
 
+/** Tells the session whether a screen reader is there. @throws std::runtime_error. */
+void announce_screen_reader(bool is_there);
+
 class AccessibilityBus {
 public:
     /** Connects, and says that a screen reader is there. @throws std::runtime_error. */

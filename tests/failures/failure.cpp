@@ -1,6 +1,5 @@
 #include "failure.h"
 
-#include <algorithm>
 #include <unistd.h>
 
 namespace {
@@ -17,10 +16,6 @@ const std::string hub_image =
     "/opt/usr/apps/com.kelsor.orvane.plovett-hub/res/hub/config/hub-core/zigbee/xqZigbeeRcp";
 const std::string store_folder = "/opt/share/securestorage/data";
 const std::string store_file = store_folder + "/aaba977f";
-const std::string result_folder = "/opt/data/BM/EW/result";
-const std::string result_file = result_folder + "/iot_test_bin_result";
-const std::string test_file = "/tmp/iot_test_result";
-const std::string factory_file = "/tmp/iot_factory_data";
 const std::string slow = "app name : " + programs + "cpcd --conf=" + programs + "cpcd_115200.conf";
 const std::string fast = "app name : " + programs + "cpcd --conf=" + programs + "cpcd_921600.conf";
 const std::string give_up = "Failed to start child process";
@@ -238,15 +233,6 @@ std::vector<Failure> of_the_store() {
 }
 
 } // namespace
-
-bool Failure::needs_root() const {
-    return std::ranges::any_of(files, [](const auto& file) { return file.second.is_given_away; });
-}
-
-const std::vector<std::string>& report_files() {
-    static const std::vector<std::string> files = {result_file, test_file, factory_file};
-    return files;
-}
 
 std::vector<Failure> failures() {
     std::vector<Failure> all;

@@ -39,16 +39,16 @@ struct Failure {
     std::vector<std::string> survivors = {};     /**< what outlives the application */
     int device_after_waits = 0; /**< when the serial device appears; 0: not during the test */
     bool is_rx_test = false;    /**< the RX test is started, else the TX test */
-
-    /** Whether only root can make it happen: giving files away, and labels. */
-    [[nodiscard]] bool needs_root() const;
 };
 
 /** What stands in the report's files before. */
 constexpr auto older_report = "PASS, and longer than what may replace it";
 
-/** The three files of the failure report. */
-const std::vector<std::string>& report_files();
+/** The files of the failure report. */
+inline const std::string result_folder = "/opt/data/BM/EW/result";
+inline const std::string result_file = result_folder + "/iot_test_bin_result";
+inline const std::string test_file = "/tmp/iot_test_result";
+inline const std::string factory_file = "/tmp/iot_factory_data";
 
 /** All of them. */
 std::vector<Failure> failures();

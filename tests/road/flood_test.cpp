@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <fstream>
 
 using namespace std::chrono_literals;
 
@@ -29,11 +28,7 @@ void send(const Flood& flood) {
 }
 
 long resident_kilobytes(int process) {
-    std::ifstream status("/proc/" + std::to_string(process) + "/status");
-    for (std::string line; std::getline(status, line);)
-        if (line.starts_with("VmRSS:"))
-            return std::stol(line.substr(6));
-    return 0;
+    return station::sum_of("/proc/" + std::to_string(process) + "/status", {"VmRSS:"});
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 /** The framework, seen from an application in a process of its own that says what happens to it. */
 #include "common/process.h"
 #include "common/waiting.h"
+#include "operator/accessibility_bus.h"
 #include "operator/other_window.h"
 #include "support/settings_folder.h"
 
@@ -319,11 +320,7 @@ TEST_F(Framework, KeysHeldWhileTheFocusGoesAndComesAreNeitherPressedAgainNorDead
 
 TEST_F(Framework, BridgeFollowsAReaderThatComesLaterAndGoesButWaitsForNoBus) {
     const auto set_reader = [](bool is_there) {
-        const std::string value = is_there ? "'<true>'" : "'<false>'";
-        const std::string call = "gdbus call --session --dest org.a11y.Bus --object-path /org/a11y/bus "
-                                 "--method org.freedesktop.DBus.Properties.Set "
-                                 "org.a11y.Status ScreenReaderEnabled ";
-        EXPECT_EQ(std::system((call + value + " >/dev/null").c_str()), 0);
+        station::announce_screen_reader(is_there);
         rest(1500ms);
         in_loop([] { say(elm_config_atspi_mode_get() ? "bridge" : "no bridge"); });
     };

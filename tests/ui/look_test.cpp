@@ -7,12 +7,7 @@
 #include <gmock/gmock.h>
 #include <map>
 
-#include <X11/Xlib.h> // last: Xlib defines words that others use
-
 namespace {
-
-using testing::Each;
-using testing::Le;
 
 /** How the pages are seen: from which side they are written, and in a window of which part of the screen. */
 struct View {
@@ -106,7 +101,7 @@ private:
         const Eina_Rectangle ring = test::focus_ring(screen->window()).value_or(Eina_Rectangle{});
         const int line = static_cast<int>(8 * elm_config_scale_get()); // before what it is around
         EXPECT_GE(test::contrast({ring.x, ring.y + ring.h / 2, line, 1}), 3.0);
-        EXPECT_THAT(test::border_scales(screen->window()), Each(Le(1.0)));
+        EXPECT_THAT(test::border_scales(screen->window()), testing::Each(testing::Le(1.0)));
         return contrasts;
     }
 
@@ -144,15 +139,10 @@ private:
 
     /** Makes the window smaller than the screen, where no window manager has a say. */
     void resize_window() {
-        const auto window = elm_win_xwindow_get(screen->window());
-        XSetWindowAttributes attributes{};
-        attributes.override_redirect = True;
-        XChangeWindowAttributes(static_cast<Display*>(ecore_x_display_get()), window, CWOverrideRedirect,
-                                &attributes);
         const Eina_Rectangle before = test::geometry(screen->window());
         const int width = static_cast<int>(before.w * GetParam().width);
         const int height = static_cast<int>(before.h * GetParam().height);
-        ecore_x_window_resize(window, width, height);
+        ecore_x_window_resize(elm_win_xwindow_get(screen->window()), width, height);
         EXPECT_TRUE(test::await([&] { return canvas().w == width && canvas().h == height; }));
     }
 

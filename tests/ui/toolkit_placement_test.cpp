@@ -25,7 +25,6 @@ struct Case {
 };
 
 const std::vector<Case> cases = {
-    {"nothing to place", {}, {}, {}},
     {"one item in the centre", {}, {{.given = {100, 40}}}, {{250, 130, 100, 40}}},
     {"its minimum is larger than the size given",
      {.align = 1},

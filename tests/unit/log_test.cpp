@@ -34,7 +34,6 @@ int print(LogPriority priority, const char* message) {
 }
 
 TEST(Log, WritesOneLineThatATerminalCannotBeTrickedBy) {
-    const std::string right_to_left_override = {'\xe2', '\x80', '\xae'};
     LogCapture log;
     for (const auto& [message, shown] : std::initializer_list<std::pair<const char*, const char*>>{
              {"a.cpp: Init(42) > [b]", "a.cpp: Init(42) > [b]"},
@@ -42,7 +41,7 @@ TEST(Log, WritesOneLineThatATerminalCannotBeTrickedBy) {
              {"one\ntwo\n\n", "one\\ntwo\\n"},
              {"\x1b[2J\r\t\x7f", R"(\x1b[2J\r\t\x7f)"},
              {"caf\xc3\xa9 \xc2\x9b \xe2\x80\xa8", "caf\xc3\xa9 \\u009b \\u2028"},
-             {right_to_left_override.c_str(), "\\u202e"},
+             {"\xe2\x80\xae", "\\u202e"},
              {"\x9b\xc3", "\\x9b\\xc3"},
              {"", ""}}) {
         log.clear();

@@ -51,16 +51,7 @@ TEST_F(SecureStorage, RefusesBadArguments) {
     EXPECT_EQ(write(std::string(255, 'k'), std::string(largest, 'd')), platform::ok);
 }
 
-std::string with_flipped_bit(std::string bytes, std::size_t bit) {
-    bytes[bit / 8] = static_cast<char>(bytes[bit / 8] ^ (1 << (bit % 8)));
-    return bytes;
-}
-
-std::string too_large_for_a_store() {
-    std::string bytes;
-    bytes.resize(17'000'000, 'x');
-    return bytes;
-}
+constexpr std::size_t too_large_for_a_store = 17'000'000;
 
 TEST_F(SecureStorage, FindsDamageInEveryBitAndAtEveryLength) {
     ASSERT_EQ(write("version", "7.4.10"), platform::ok);
@@ -69,11 +60,14 @@ TEST_F(SecureStorage, FindsDamageInEveryBitAndAtEveryLength) {
         put_file(file, damaged);
         ASSERT_EQ(read("version").result, platform::not_authentic) << place << " of " << damaged.size();
     };
-    for (std::size_t bit = 0; bit < good.size() * 8; ++bit)
-        expect_refusal(with_flipped_bit(good, bit), bit);
+    for (std::size_t bit = 0; bit < good.size() * 8; ++bit) {
+        std::string flipped = good;
+        flipped[bit / 8] = static_cast<char>(good[bit / 8] ^ (1 << (bit % 8)));
+        expect_refusal(flipped, bit);
+    }
     for (std::size_t length = 0; length < good.size(); ++length)
         expect_refusal(good.substr(0, length), length);
-    for (const std::string& more : {std::string(1, '\0'), good, too_large_for_a_store()})
+    for (const std::string& more : {std::string(1, '\0'), good, std::string(too_large_for_a_store, 'x')})
         expect_refusal(good + more, good.size());
 }
 
@@ -88,7 +82,8 @@ TEST_F(SecureStorage, OpensARecordOnItsOwnMachineInItsOwnPlaceAlone) {
 }
 
 TEST_F(SecureStorage, HealsADamagedStoreAndKeepsItAside) {
-    for (const std::string& damaged : {std::string("damaged"), std::string(), too_large_for_a_store()}) {
+    for (const std::string& damaged :
+         {std::string("damaged"), std::string(), std::string(too_large_for_a_store, 'x')}) {
         put_file(file, damaged);
         ASSERT_EQ(write("version", "1.2.9"), platform::ok) << damaged.size() << " bytes";
         EXPECT_EQ(read("version").data, "1.2.9");

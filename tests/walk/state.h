@@ -37,9 +37,8 @@ enum class Spot : std::uint8_t {
 
 /** A picker and the button that opens it. */
 struct Number {
-    std::optional<int> set; /**< what the button shows */
-    std::optional<int>
-        shown; /**< what the picker shows when it is opened again; nothing: it will be a new one */
+    std::optional<int> set;   /**< what the button shows */
+    std::optional<int> shown; /**< what the picker shows next; nothing: it will be a new one */
     bool operator==(const Number&) const = default;
 };
 

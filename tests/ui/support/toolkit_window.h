@@ -49,20 +49,11 @@ protected:
     Evas_Object* page = elm_vell_layout_add(root); // stacks its items
 };
 
-/** Counts the calls of a smart or event callback. */
-struct Counter {
-    int count = 0;
-    void listen(Evas_Object* widget, const char* event) {
-        evas_object_smart_callback_add(
-            widget, event, [](void* data, Evas_Object*, void*) { ++static_cast<Counter*>(data)->count; },
-            this);
-    }
-    void listen(Evas_Object* widget, Evas_Callback_Type event) {
-        evas_object_event_callback_add(
-            widget, event,
-            [](void* data, Evas*, Evas_Object*, void*) { ++static_cast<Counter*>(data)->count; }, this);
-    }
-};
+/** A smart or event callback that counts its calls in an int. */
+template <class... Arguments>
+void count(void* calls, Arguments...) {
+    ++*static_cast<int*>(calls);
+}
 
 /** Has the widget take the focus whenever it is shown, as the application's pages do. */
 inline void focus_when_shown(Evas_Object* widget) {
