@@ -29,7 +29,7 @@ DrawingWatch::DrawingWatch() {
     if (XDamageQueryExtension(display_.get(), &damage_event_, &first_error) == False)
         throw std::runtime_error("the X server does not tell of drawings (no DAMAGE extension)");
     XDamageCreate(display_.get(), DefaultRootWindow(display_.get()), XDamageReportRawRectangles);
-    XSync(display_.get(), False);
+    forget(); // what is on the screen so far counts as drawn, too
 }
 
 void DrawingWatch::forget() { XSync(display_.get(), True); }

@@ -7,17 +7,15 @@
 
 #include <platform/vell.h>
 
-#include <sstream>
 #include <string>
 
 namespace {
 
 /** The first word of the statistics is the number of received packets. */
 std::string firstWord(const std::string& text) {
-    std::istringstream words(text);
-    std::string word;
-    words >> word;
-    return word;
+    constexpr const char* space = " \t\n\v\f\r";
+    const std::size_t begin = text.find_first_not_of(space);
+    return begin == std::string::npos ? "" : text.substr(begin, text.find_first_of(space, begin) - begin);
 }
 
 } // namespace

@@ -1,11 +1,11 @@
 #include "model/fw_version.h"
 
 #include "Log.h"
+#include "model/file.h"
 #include "model/file_owner.h"
 #include "model/fw_version_reader.h"
 #include "model/secure_data.h"
 
-#include <fstream>
 #include <unistd.h>
 
 namespace {
@@ -47,8 +47,7 @@ std::string GetVersion() {
 }
 
 void store_version(const std::string& version) {
-    if (std::ofstream file(mirror_file, std::ios::trunc); file.is_open())
-        file << version << std::flush;
+    replace_content(mirror_file, version);
     give_to_device_owner(mirror_file);
     LOG_ERROR("ver[%s] is stored", version.c_str());
 }

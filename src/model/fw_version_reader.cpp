@@ -1,11 +1,10 @@
 #include "model/fw_version_reader.h"
 
 #include "Log.h"
+#include "model/file.h"
 
 #include <array>
 #include <cstddef>
-#include <fstream>
-#include <ios>
 
 namespace {
 
@@ -21,18 +20,15 @@ std::string version_of(const Trailer& trailer) {
 
 // Only the trailer is read, however large the image is.
 std::string read_version(const std::string& image_path) {
-    std::ifstream image(image_path, std::ios::binary);
+    const File image{std::fopen(image_path.c_str(), "r")};
     if (!image) {
         LOG_ERROR_AT(LOG_ORIGIN("GetVersion"), "%s can't opent file", image_path.c_str());
         return {};
     }
     Trailer trailer{};
-    const auto trailer_size = static_cast<std::streamoff>(trailer.size());
-    image.seekg(0, std::ios::end);
-    if (image.tellg() < trailer_size)
+    if (std::fseek(image.get(), -static_cast<long>(trailer.size()), SEEK_END) < 0)
         return {};
-    image.seekg(-trailer_size, std::ios::end);
-    if (!image.read(trailer.data(), trailer_size)) {
+    if (std::fread(trailer.data(), 1, trailer.size(), image.get()) != trailer.size()) {
         LOG_ERROR_AT(LOG_ORIGIN("GetVersion"), "%s can't be read", image_path.c_str());
         return {};
     }

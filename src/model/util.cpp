@@ -1,13 +1,13 @@
 #include "model/util.h"
 
 #include "Log.h"
+#include "model/file.h"
 #include "model/file_owner.h"
 
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <fstream>
 #include <memory>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -113,8 +113,7 @@ void get_command_result(const std::string& process_name) {
 
 void write_file(const std::string& path, const std::string& content) {
     LOG_ERROR("path[%s], data[%s]", path.c_str(), content.c_str());
-    if (std::ofstream file(path); file.is_open())
-        file << content << std::flush;
+    replace_content(path, content);
 }
 
 int wait_condition(const std::string& path, void (*make_report)(const std::string& message)) {

@@ -1,7 +1,7 @@
 #include "secure_record.h"
 
 #include <algorithm>
-#include <fstream>
+#include <glib.h>
 #include <sodium.h>
 
 namespace platform::secure {
@@ -43,9 +43,10 @@ Bytes authenticated_part(const Record& record) {
 }
 
 std::optional<std::string> identity_in(const char* path) {
-    std::ifstream file(path);
-    std::string identity;
-    std::getline(file, identity);
+    g_autofree char* text = nullptr;
+    (void)g_file_get_contents(path, &text, nullptr, nullptr);
+    const std::string content = text == nullptr ? "" : text;
+    const std::string identity = content.substr(0, content.find('\n'));
     const bool is_identity = identity.size() == 32 && std::ranges::all_of(identity, [](unsigned char digit) {
                                  return std::isxdigit(digit) != 0;
                              });

@@ -11,7 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
+#include <glib.h>
 #include <utility>
 
 namespace vell {
@@ -48,7 +48,7 @@ bool Manager::init(Evas_Object* window) {
     correct_focus(window);
     show_handler_ = show_under_any_manager(window);
     set_window_size();
-    return std::filesystem::exists(platform::theme_file());
+    return g_file_test(platform::theme_file().c_str(), G_FILE_TEST_EXISTS) != FALSE;
 }
 
 void Manager::fini() {
