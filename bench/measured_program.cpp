@@ -15,8 +15,8 @@ constexpr const char* program_log = "/tmp/measured_program.log";
 
 } // namespace
 
-MeasuredProgram::MeasuredProgram(const std::string& path, DrawingWatch& watch)
-    : watch_(watch), process_({path}, station::written_to(program_log)), page_drawn_(watch.next_page()) {}
+MeasuredProgram::MeasuredProgram(const std::vector<std::string>& command, DrawingWatch& watch)
+    : watch_(watch), process_(command, station::written_to(program_log)), page_drawn_(watch.next_page()) {}
 
 MeasuredProgram::~MeasuredProgram() {
     process_.terminate();

@@ -5,6 +5,7 @@
 #include "drawing_watch.h"
 
 #include <string>
+#include <vector>
 
 namespace bench {
 
@@ -16,7 +17,7 @@ public:
      *
      * @throws std::runtime_error when it cannot be started or no page is drawn.
      */
-    MeasuredProgram(const std::string& path, DrawingWatch& watch);
+    MeasuredProgram(const std::vector<std::string>& command, DrawingWatch& watch);
     /** Ends it and waits until it is gone from the screen. */
     ~MeasuredProgram();
     MeasuredProgram(const MeasuredProgram&) = delete;

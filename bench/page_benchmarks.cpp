@@ -40,18 +40,18 @@ void add(const char* what, int repetitions, DrawingWatch& watch, const Measure& 
 }
 
 void start(benchmark::State& state, const Peer& peer, DrawingWatch& watch) {
-    const MeasuredProgram program(peer.program, watch);
+    const MeasuredProgram program({peer.program}, watch);
     state.SetIterationTime((program.time_to_page() - peer.agreed_wait).count());
 }
 
 void memory(benchmark::State& state, const Peer& peer, DrawingWatch& watch) {
-    const MeasuredProgram program(peer.program, watch);
+    const MeasuredProgram program({peer.program}, watch);
     std::this_thread::sleep_for(2s - program.time_to_page());
     report(state, program.megabytes(), "MB");
 }
 
 void idleness(benchmark::State& state, const Peer& peer, DrawingWatch& watch) {
-    const MeasuredProgram program(peer.program, watch);
+    const MeasuredProgram program({peer.program}, watch);
     std::this_thread::sleep_for(1s);
     const long before = program.context_switches();
     std::this_thread::sleep_for(5s);
@@ -66,23 +66,23 @@ void time_to_picture(benchmark::State& state, DrawingWatch& watch, Clock::time_p
 }
 
 void arrow_key(benchmark::State& state, const Peer& peer, DrawingWatch& watch) {
-    const MeasuredProgram program(peer.program, watch);
+    const MeasuredProgram program({peer.program}, watch);
     time_to_picture(state, watch, watch.press({"Right"}, "Left"));
 }
 
 void tab_switch(benchmark::State& state, const Peer& peer, DrawingWatch& watch) {
-    const MeasuredProgram program(peer.program, watch);
+    const MeasuredProgram program({peer.program}, watch);
     time_to_picture(state, watch, watch.press({}, "Return"));
 }
 
 void popup(benchmark::State& state, const Peer& peer, DrawingWatch& watch) {
-    const MeasuredProgram program(peer.program, watch);
+    const MeasuredProgram program({peer.program}, watch);
     time_to_picture(state, watch, watch.press({"Right", "Right"}, "Return"));
 }
 
 /** The pictures that a screen of 60 a second shows twice while a popup opens. */
 void popup_drops(benchmark::State& state, const Peer& peer, DrawingWatch& watch) {
-    const MeasuredProgram program(peer.program, watch);
+    const MeasuredProgram program({peer.program}, watch);
     watch.press({"Right", "Right"}, "Return");
     auto before = watch.next(2s);
     long dropped = 0;

@@ -40,7 +40,7 @@ using namespace std::chrono_literals;
 
 struct Peer {
     const char* name;
-    const char* program;
+    std::vector<std::string> command;
     /** The keys from its first page to where the NCP host's "ready" opens the test page. */
     std::vector<const char*> way_to_test;
     /** The keys from the test page's first focus to "Start Stream". */
@@ -48,16 +48,18 @@ struct Peer {
 };
 
 const Peer eldbus{
-    .name = "Eldbus", .program = BARE_RADIO_PAGE_PROGRAM, .way_to_test = {}, .way_to_stream = {}};
+    .name = "Eldbus", .command = {BARE_RADIO_PAGE_PROGRAM}, .way_to_test = {}, .way_to_stream = {}};
+const Peer gdbus{
+    .name = "GDBus", .command = {BARE_RADIO_PAGE_PROGRAM, "gdbus"}, .way_to_test = {}, .way_to_stream = {}};
 const Peer velmora{.name = own_name,
-                   .program = VELMORA_PROGRAM,
+                   .command = {VELMORA_PROGRAM},
                    .way_to_test = {"Return"},
                    .way_to_stream = {"Down", "Down"}};
 
 /** A program before its test page. */
 class RadioPage {
 public:
-    RadioPage(const Peer& peer, DrawingWatch& watch) : program_(peer.program, watch), watch_(watch) {
+    RadioPage(const Peer& peer, DrawingWatch& watch) : program_(peer.command, watch), watch_(watch) {
         for (const char* const key : peer.way_to_test)
             watch.press({}, key);
         watch.wait_for_quiet(quiet);
@@ -121,7 +123,7 @@ void stack(benchmark::State& state, bool start_counts) {
 void tests(benchmark::State& state, int count, DrawingWatch& watch) {
     for (auto _ : state) {
         BusWatch bus;
-        const MeasuredProgram program(VELMORA_PROGRAM, watch);
+        const MeasuredProgram program({VELMORA_PROGRAM}, watch);
         watch.press({}, "Return");
         for (int test = 0; test < count; ++test) {
             watch.press({}, "Return");
@@ -144,8 +146,9 @@ benchmark::internal::Benchmark* add(const std::string& what, const char* who,
 
 using Measure = void (*)(benchmark::State&, const Peer&, DrawingWatch&);
 
-void add_of_both(const char* what, DrawingWatch& watch, Measure measure) {
-    for (const Peer* peer : {&eldbus, &velmora})
+void add_of_each(std::initializer_list<const Peer*> peers, const char* what, DrawingWatch& watch,
+                 Measure measure) {
+    for (const Peer* peer : peers)
         add(what, peer->name, [measure, peer, &watch](benchmark::State& state) {
             for (auto _ : state)
                 measure(state, *peer, watch);
@@ -155,8 +158,8 @@ void add_of_both(const char* what, DrawingWatch& watch, Measure measure) {
 } // namespace
 
 void add_radio_benchmarks(DrawingWatch& watch) {
-    add_of_both("Return to the method call", watch, key_to_call);
-    add_of_both("event to the page's first picture", watch, event_to_page);
+    add_of_each({&eldbus, &gdbus, &velmora}, "Return to the method call", watch, key_to_call);
+    add_of_each({&eldbus, &velmora}, "event to the page's first picture", watch, event_to_page);
     add("start of the radio stack", own_name, [](auto& state) { stack(state, true); })->Repetitions(9);
     add("stop of the radio stack", own_name, [](auto& state) { stack(state, false); })->Repetitions(9);
     for (const int count : {1, 10, 100})

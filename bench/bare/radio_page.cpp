@@ -1,9 +1,10 @@
 /**
  * A test page with Elementary and Eldbus alone: "Start Stream" calls the NCP host, and each of its events builds the
- * page anew, once the radio is started.
+ * page anew, once the radio is started. With an argument the call is one of a GDBus proxy.
  */
 #include <Eldbus.h>
 #include <Elementary.h>
+#include <gio/gio.h>
 #include <initializer_list>
 
 namespace {
@@ -15,12 +16,20 @@ constexpr auto* service_path = "/org/orvane/qm_ncp_host";
 struct Page {
     Evas_Object* box;
     Eldbus_Proxy* proxy;
+    GDBusProxy* calls; /**< null: they go by Eldbus */
 };
 
 void ignore(void* /*data*/, const Eldbus_Message* /*message*/, Eldbus_Pending* /*pending*/) {}
 
 void start_stream(void* data, Evas_Object* /*button*/, void* /*event*/) {
-    eldbus_proxy_call(static_cast<Page*>(data)->proxy, "ember_start_stream", ignore, nullptr, -1, "");
+    constexpr auto* method = "ember_start_stream";
+    const Page& page = *static_cast<Page*>(data);
+    if (page.calls == nullptr) {
+        eldbus_proxy_call(page.proxy, method, ignore, nullptr, -1, "");
+        return;
+    }
+    g_autoptr(GVariant) reply =
+        g_dbus_proxy_call_sync(page.calls, method, nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr);
 }
 
 void build(Page& page) {
@@ -51,13 +60,17 @@ void on_event(void* data, const Eldbus_Message* /*message*/) {
 
 } // namespace
 
-EAPI_MAIN int elm_main(int /*argc*/, char** /*argv*/) {
+EAPI_MAIN int elm_main(int argc, char** /*argv*/) {
     elm_policy_set(ELM_POLICY_QUIT, ELM_POLICY_QUIT_LAST_WINDOW_CLOSED);
     eldbus_init();
     Eldbus_Connection* const bus = eldbus_connection_get(ELDBUS_CONNECTION_TYPE_SYSTEM);
     Evas_Object* const window = elm_win_util_standard_add("bare", "Bare");
     Page page{elm_box_add(window),
-              eldbus_proxy_get(eldbus_object_get(bus, service, service_path), service_interface)};
+              eldbus_proxy_get(eldbus_object_get(bus, service, service_path), service_interface), nullptr};
+    if (argc > 1)
+        page.calls =
+            g_dbus_proxy_new_for_bus_sync(G_BUS_TYPE_SYSTEM, G_DBUS_PROXY_FLAGS_NONE, nullptr, service,
+                                          service_path, service_interface, nullptr, nullptr);
     eldbus_proxy_signal_handler_add(page.proxy, "ncp_event", on_event, &page);
     evas_object_size_hint_weight_set(page.box, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
     elm_win_resize_object_add(window, page.box);
@@ -66,6 +79,7 @@ EAPI_MAIN int elm_main(int /*argc*/, char** /*argv*/) {
     elm_win_fullscreen_set(window, EINA_TRUE);
     evas_object_show(window);
     elm_run();
+    g_clear_object(&page.calls);
     eldbus_connection_unref(bus);
     eldbus_shutdown();
     return 0;

@@ -12,7 +12,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace platform {
@@ -38,13 +37,9 @@ bool survive_broken_pipes() {
 
 int print(LogPriority priority, std::string_view tag, std::string_view message) {
     [[maybe_unused]] static const bool survives = survive_broken_pipes();
-    struct stat status {};
-    if (fstat(STDERR_FILENO, &status) < 0)
-        return -errno;
-    if (is_journal_stream(status) && send_to_journal(priority, tag, message))
+    if (is_journal_stream(STDERR_FILENO) && send_to_journal(priority, tag, message))
         return static_cast<int>(message.size());
-    const bool coloured = S_ISCHR(status.st_mode) && isatty(STDERR_FILENO) == 1;
-    const std::string line = log_line(priority, tag, message, coloured);
+    const std::string line = log_line(priority, tag, message, isatty(STDERR_FILENO) == 1);
     const int result = write_all(STDERR_FILENO, line);
     return result < 0 ? result : static_cast<int>(line.size());
 }

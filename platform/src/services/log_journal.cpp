@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <glib.h>
 #include <string>
+#include <sys/stat.h>
 #include <syslog.h>
 
 namespace platform {
@@ -34,9 +35,11 @@ GLogField field(const char* key, std::string_view value) {
 
 } // namespace
 
-bool is_journal_stream(const struct stat& status) {
+bool is_journal_stream(int descriptor) {
     const char* const stream = std::getenv("JOURNAL_STREAM");
-    return stream != nullptr && std::to_string(status.st_dev) + ':' + std::to_string(status.st_ino) == stream;
+    struct stat status {};
+    return stream != nullptr && fstat(descriptor, &status) == 0 &&
+           std::to_string(status.st_dev) + ':' + std::to_string(status.st_ino) == stream;
 }
 
 bool send_to_journal(LogPriority priority, std::string_view tag, std::string_view message) {

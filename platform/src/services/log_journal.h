@@ -4,13 +4,11 @@
 #include "platform/log.h"
 
 #include <string_view>
-#include <sys/stat.h>
 
 namespace platform {
 
-/** Tells whether the open file `status` describes is the stream that the journal gave this process
- * (JOURNAL_STREAM). */
-bool is_journal_stream(const struct stat& status);
+/** Tells whether the descriptor is the stream that the journal gave this process (JOURNAL_STREAM). */
+bool is_journal_stream(int descriptor);
 
 /**
  * Sends one message to the journal, with its priority, tag and text as the journal's own fields.

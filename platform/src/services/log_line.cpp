@@ -9,6 +9,8 @@
 namespace platform {
 namespace {
 
+constexpr std::size_t room_around_message = 64;
+
 struct PriorityLook {
     char letter;
     std::string_view colour;
@@ -75,42 +77,45 @@ std::string_view without_line_end(std::string_view message) {
     return message;
 }
 
-std::string printable(std::string_view text) {
-    std::string shown;
-    shown.reserve(text.size());
-    const auto take_plain = [&text, &shown] {
+void append_printable(std::string& line, std::string_view text) {
+    const auto take_plain = [&text, &line] {
         const auto* const end = std::ranges::find_if_not(text, is_plain);
-        shown.append(text.begin(), end);
+        line.append(text.begin(), end);
         text.remove_prefix(static_cast<std::size_t>(end - text.begin()));
     };
     for (take_plain(); !text.empty(); take_plain()) {
         const gunichar character = g_utf8_get_char_validated(text.data(), static_cast<gssize>(text.size()));
         std::size_t length = 1;
         if (character == static_cast<gunichar>(-1) || character == static_cast<gunichar>(-2)) {
-            shown += escaped_byte(text.front());
+            line += escaped_byte(text.front());
         } else {
             length = static_cast<std::size_t>(g_utf8_next_char(text.data()) - text.data());
             if (is_shown_as_is(character))
-                shown += text.substr(0, length);
+                line += text.substr(0, length);
             else
-                shown += escaped(character);
+                line += escaped(character);
         }
         text.remove_prefix(length);
     }
-    return shown;
 }
 
 std::string log_line(LogPriority priority, std::string_view tag, std::string_view message, bool coloured) {
     const PriorityLook look = look_of(priority);
     std::string line;
+    line.reserve(room_around_message + message.size());
     if (coloured)
         line += look.colour;
     line += look.letter;
-    line +=
-        '/' + printable(tag) + '(' + std::to_string(getpid()) + "): " + printable(without_line_end(message));
+    line += '/';
+    append_printable(line, tag);
+    line += '(';
+    line += std::to_string(getpid());
+    line += "): ";
+    append_printable(line, without_line_end(message));
     if (coloured)
         line += "\x1b[0m";
-    return line += '\n';
+    line += '\n';
+    return line;
 }
 
 } // namespace platform

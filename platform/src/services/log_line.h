@@ -12,14 +12,13 @@ namespace platform {
 std::string_view without_line_end(std::string_view message);
 
 /**
- * Makes text safe to show on one line of a terminal.
+ * Appends text so that it is safe to show on one line of a terminal.
  *
- * A line feed, carriage return or tab becomes `\n`, `\r` or `\t`, another control character `\x1b` or (above
- * ASCII)
+ * A line feed, carriage return or tab becomes `\n`, `\r` or `\t`, another control character `\x1b` or (above ASCII)
  * `\u009b`, and so do line separators and the marks that turn the writing direction; a byte that is not UTF-8
  * becomes `\xff`. Everything else stays.
  */
-std::string printable(std::string_view text);
+void append_printable(std::string& line, std::string_view text);
 
 /** One line `E/TAG(process): message`, line feed included, in the priority's colour when `coloured`. */
 std::string log_line(LogPriority priority, std::string_view tag, std::string_view message, bool coloured);
