@@ -152,7 +152,7 @@ void add_of_each(std::initializer_list<const Peer*> peers, const char* what, Dra
         add(what, peer->name, [measure, peer, &watch](benchmark::State& state) {
             for (auto _ : state)
                 measure(state, *peer, watch);
-        })->Repetitions(9);
+        })->Repetitions(15);
 }
 
 } // namespace

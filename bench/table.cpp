@@ -7,10 +7,13 @@ namespace bench {
 namespace {
 
 /** What our ratio is to be at most, for the measurements of peers that have such a bound. */
-const std::map<std::string, double> bounds{
-    {"start to first drawn page/Elementary", 1.10}, {"memory after two seconds/Elementary", 1.10},
-    {"radio command/GDBus proxy call", 1.05},       {"arrow key to changed picture/Elementary", 1.00},
-    {"Return to the method call/Eldbus", 1.00},     {"Return to the method call/GDBus", 1.00}};
+const std::map<std::string, double> bounds{{"start to first drawn page/Elementary", 1.10},
+                                           {"memory after two seconds/Elementary", 1.10},
+                                           {"radio command/GDBus proxy call", 1.05},
+                                           {"radio command/GDBus proxy call with four log lines", 1.05},
+                                           {"arrow key to changed picture/Elementary", 1.00},
+                                           {"Return to the method call/Eldbus", 1.00},
+                                           {"Return to the method call/GDBus", 1.00}};
 
 std::string bound_of(const std::string& measured) {
     const auto bound = bounds.find(measured);

@@ -57,12 +57,16 @@ TEST(Log, ColoursOnATerminal) {
     const FileDescriptor screen(open(ptsname(terminal.get()), O_RDWR | O_NOCTTY | O_CLOEXEC));
     {
         const StandardErrorTo redirected(screen);
+        const ScopedEnvironment type("TERM", "xterm");
         print(LogPriority::error, "red");
         print(LogPriority::info, "green");
+        const ScopedEnvironment colourless("TERM", "dumb");
+        print(LogPriority::info, "grey");
     }
     const std::string shown = read_out(terminal);
     EXPECT_THAT(shown, HasSubstr("\x1b[31m" + head('E') + "red\x1b[0m"));
     EXPECT_THAT(shown, HasSubstr("\x1b[32m" + head('I') + "green\x1b[0m"));
+    EXPECT_THAT(shown, HasSubstr("\n" + head('I') + "grey"));
 }
 
 TEST(Log, ReportsWhatItCannotWriteAndLeavesErrnoAlone) {

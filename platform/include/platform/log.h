@@ -2,8 +2,8 @@
  * The platform log.
  *
  * On an ordinary Linux machine a message is one line on standard error,
- * `E/VELMORA(1234): dbus_client.cpp: Init(42) > [b]`, coloured by priority on a terminal; when standard error
- * is the journal it goes there with the journal's own fields instead.
+ * `E/VELMORA(1234): dbus_client.cpp: Init(42) > [b]`, coloured by priority on a terminal (unless TERM is not set,
+ * or "dumb"); when standard error is the journal it goes there with the journal's own fields instead.
  */
 #pragma once
 

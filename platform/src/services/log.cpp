@@ -35,11 +35,17 @@ bool survive_broken_pipes() {
     return sigaction(SIGPIPE, &nothing, nullptr) == 0;
 }
 
+/** Where TERM is not set, as on a television, the system need not be asked with every message. */
+bool shows_colours() {
+    const char* const type = std::getenv("TERM");
+    return type != nullptr && std::string_view(type) != "dumb" && isatty(STDERR_FILENO) == 1;
+}
+
 int print(LogPriority priority, std::string_view tag, std::string_view message) {
     [[maybe_unused]] static const bool survives = survive_broken_pipes();
     if (is_journal_stream(STDERR_FILENO) && send_to_journal(priority, tag, message))
         return static_cast<int>(message.size());
-    const std::string line = log_line(priority, tag, message, isatty(STDERR_FILENO) == 1);
+    const std::string line = log_line(priority, tag, message, shows_colours());
     const int result = write_all(STDERR_FILENO, line);
     return result < 0 ? result : static_cast<int>(line.size());
 }

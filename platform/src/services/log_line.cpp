@@ -69,6 +69,12 @@ std::string escaped_byte(char byte) {
     return text.data();
 }
 
+// Asked once: a process that is forked from this one runs another program before it logs.
+const std::string& process_number() {
+    static const std::string number = std::to_string(getpid());
+    return number;
+}
+
 } // namespace
 
 std::string_view without_line_end(std::string_view message) {
@@ -109,7 +115,7 @@ std::string log_line(LogPriority priority, std::string_view tag, std::string_vie
     line += '/';
     append_printable(line, tag);
     line += '(';
-    line += std::to_string(getpid());
+    line += process_number();
     line += "): ";
     append_printable(line, without_line_end(message));
     if (coloured)
