@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <cstdlib>
 #include <string>
+#include <sys/mman.h>
+#include <unistd.h>
 
 /** libFuzzer's entry; 0 always. */
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);
@@ -15,4 +17,11 @@ inline std::string text_of(const std::uint8_t* bytes, std::size_t size) { return
 inline void expect(bool condition) {
     if (!condition)
         std::abort();
+}
+
+/** The path of a file that holds the input. */
+inline std::string file_of(const std::uint8_t* bytes, std::size_t size) {
+    static const int file = memfd_create("input", 0);
+    expect(ftruncate(file, 0) == 0 && pwrite(file, bytes, size, 0) == static_cast<ssize_t>(size));
+    return "/proc/self/fd/" + std::to_string(file);
 }
