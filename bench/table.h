@@ -22,8 +22,8 @@ std::string measurement(const std::string& what, const std::string& who);
 void report(benchmark::State& state, double value, const std::string& unit);
 
 /**
- * Collects the medians of measurements, or the one value of one that is not repeated, named by `measurement` and prints a row for each thing measured: what
- * the peers need, what we need, and our ratio to each peer. It goes to standard output as Markdown.
+ * Collects the median of each measurement (the value of one that is not repeated), which `measurement` has named, and
+ * prints a row for each thing measured: what the peers need, what we need, and our ratio to each peer, as Markdown.
  */
 class Table : public benchmark::BenchmarkReporter {
 public:

@@ -38,8 +38,7 @@ private:
     std::ptrdiff_t earlier_calls_ = std::ssize(asked_of_host(television_));
 };
 
-/** What listeners of this number have heard: "1 ready". They are distinct, and their user data is the notes.
- */
+/** What listeners of this number have heard: "1 ready". They are distinct, and their user data is the notes. */
 using Notes = std::vector<std::string>;
 template <int number>
 void note(const std::string& text, void* notes) {
