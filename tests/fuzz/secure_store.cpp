@@ -1,4 +1,4 @@
-#include "services/secure_store.h"
+#include "secure_storage/secure_store.h"
 #include "input.h"
 
 #include <sodium.h>

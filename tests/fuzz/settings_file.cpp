@@ -1,4 +1,4 @@
-#include "services/settings_file.h"
+#include "settings/settings_file.h"
 #include "input.h"
 
 #include <filesystem>

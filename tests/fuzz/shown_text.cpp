@@ -1,6 +1,6 @@
 #include "input.h"
-#include "services/log_line.h"
-#include "vell/widget.h"
+#include "log/log_line.h"
+#include "toolkit/widgets/widget.h"
 
 // What the radio says about its statistics is shown as it is, and logged on one line.
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {

@@ -1,4 +1,4 @@
-#include "vell/placement.h"
+#include "toolkit/arranging/placement.h"
 
 #include <gmock/gmock.h>
 #include <ostream>

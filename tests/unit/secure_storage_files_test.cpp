@@ -1,4 +1,4 @@
-#include "services/descriptor.h"
+#include "files/descriptor.h"
 #include "support/secure_store.h"
 
 #include <chrono>

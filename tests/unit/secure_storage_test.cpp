@@ -1,4 +1,4 @@
-#include "services/secure_record.h"
+#include "secure_storage/secure_record.h"
 #include "support/secure_store.h"
 
 #include <algorithm>

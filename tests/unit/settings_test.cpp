@@ -1,6 +1,6 @@
 #include "platform/orientation.h"
 #include "platform/settings.h"
-#include "services/settings_file.h"
+#include "settings/settings_file.h"
 #include "support/settings_folder.h"
 
 #include <gmock/gmock.h>

@@ -3,8 +3,8 @@
 
 #include "support/screen.h"
 
-#include "framework/glib_loop.h"
-#include "framework/keys.h"
+#include "application/glib_loop.h"
+#include "application/keys.h"
 
 #include <platform/vell.h>
 

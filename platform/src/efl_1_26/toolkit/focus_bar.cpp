@@ -3,8 +3,8 @@
 
 #include <Efl_Ui.h>
 
-#include "efl_1_26/toolkit/focus_bar.h"
-#include "vell/widget.h"
+#include "focus_bar.h"
+#include "toolkit/widgets/widget.h"
 
 namespace vell {
 namespace {

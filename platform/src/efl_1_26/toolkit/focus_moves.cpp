@@ -3,10 +3,10 @@
 
 #include <Efl_Ui.h>
 
-#include "efl_1_26/toolkit/focus_moves.h"
-#include "efl_1_26/toolkit/focus_ring.h"
-#include "efl_1_26/toolkit/window_manager.h"
-#include "vell/widget.h"
+#include "focus_moves.h"
+#include "focus_ring.h"
+#include "toolkit/widgets/widget.h"
+#include "window_manager.h"
 
 namespace vell {
 namespace {

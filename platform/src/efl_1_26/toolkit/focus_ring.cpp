@@ -1,7 +1,7 @@
-#include "efl_1_26/toolkit/focus_ring.h"
+#include "focus_ring.h"
 
-#include "vell/placement.h"
-#include "vell/widget.h"
+#include "toolkit/arranging/placement.h"
+#include "toolkit/widgets/widget.h"
 
 #include <cmath>
 #include <string_view>

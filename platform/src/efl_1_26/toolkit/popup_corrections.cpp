@@ -6,7 +6,7 @@
 #include <Efl_Ui.h>
 #include <Elementary.h>
 
-#include "efl_1_26/toolkit/popup_corrections.h"
+#include "popup_corrections.h"
 
 #include <string_view>
 

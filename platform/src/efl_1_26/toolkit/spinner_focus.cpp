@@ -4,7 +4,7 @@
 
 #include <Efl_Ui.h>
 
-#include "efl_1_26/toolkit/spinner_focus.h"
+#include "spinner_focus.h"
 
 namespace vell {
 namespace {

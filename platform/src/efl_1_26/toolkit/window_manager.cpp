@@ -1,4 +1,4 @@
-#include "efl_1_26/toolkit/window_manager.h"
+#include "window_manager.h"
 
 #include <Ecore_X.h>
 #include <algorithm>

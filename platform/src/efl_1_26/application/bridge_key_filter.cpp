@@ -1,0 +1,40 @@
+/*
+ * Measured with EFL 1.26.3: with the AT-SPI bridge on, no key press reaches a handler. The bridge adds an
+ * event filter that takes every key event out of the loop, asks the accessibility registry about it, and puts
+ * it back neither when the registry answers "not consumed" nor when it does not answer. EFL has no switch for it.
+ *
+ * The executable's own definition of ecore_event_filter_add comes before libecore's in the dynamic linker's
+ * search order, so libelementary's call ends here. The bridge's filter is recognised by its origin and its
+ * shape, a filter function inside libelementary without start and end functions; that one is refused, which
+ * the bridge takes for "not added" and leaves alone. Everything else goes on to libecore.
+ */
+#include "bridge_key_filter.h"
+
+#include <Ecore.h>
+#include <dlfcn.h>
+#include <string_view>
+
+namespace {
+
+bool is_in_elementary(void* address) {
+    Dl_info info{};
+    return dladdr(address, &info) != 0 && info.dli_fname &&
+           std::string_view(info.dli_fname).find("/libelementary.so") != std::string_view::npos;
+}
+
+} // namespace
+
+extern "C" Ecore_Event_Filter* ecore_event_filter_add(Ecore_Data_Cb start, Ecore_Filter_Cb filter,
+                                                      Ecore_End_Cb end, const void* data) {
+    if (!start && !end && is_in_elementary(reinterpret_cast<void*>(filter)))
+        return nullptr;
+    static const auto forward =
+        reinterpret_cast<decltype(&ecore_event_filter_add)>(dlsym(RTLD_NEXT, "ecore_event_filter_add"));
+    return forward ? forward(start, filter, end, data) : nullptr;
+}
+
+namespace platform {
+
+void keep_out_bridge_key_filter() {}
+
+} // namespace platform
