@@ -19,12 +19,16 @@ using station::make_pipe;
 using station::StandardErrorTo;
 using testing::HasSubstr;
 
-// What is there to be read, or nothing when that is not soon.
+// What is there to be read, until nothing comes any more: a terminal hands it on by and by.
 std::string read_out(const FileDescriptor& from) {
-    std::array<char, 65536> text{};
-    pollfd wanted{from.get(), POLLIN, 0};
-    const ssize_t size = poll(&wanted, 1, 200) > 0 ? read(from.get(), text.data(), text.size()) : 0;
-    return {text.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0))};
+    std::string all;
+    std::array<char, 4096> text{};
+    ssize_t size = 1;
+    for (pollfd wanted{from.get(), POLLIN, 0}; size > 0 && poll(&wanted, 1, 200) > 0;) {
+        size = read(from.get(), text.data(), text.size());
+        all.append(text.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
+    }
+    return all;
 }
 
 std::string head(char letter) { return letter + ("/VELMORA(" + std::to_string(getpid()) + "): "); }
