@@ -136,11 +136,14 @@ TEST_F(DBusClientTest, RemovalDuringADispatchTakesEffectFromTheNextSignalOn) {
     EXPECT_THAT(notes, ElementsAre("1 a", "2 a", "3 a", "1 b", "3 b"));
 }
 
-TEST_F(DBusClientTest, AnExceptionOfAListenerGoesToTheLogAndNoFurther) {
+TEST_F(DBusClientTest, EventsOfAnotherTypeAndExceptionsOfListenersGoToTheLogAndNoFurther) {
     client.Init();
     client.RegisterDBusSignalCB(
         "ncp_event", [](const std::string& text, void*) { throw std::runtime_error("not " + text); },
         nullptr);
+    service.emit("(7,)");
+    EXPECT_EQ(own_messages("invoke_callback").back(), "Signal ncp_event has the type (i), expected (s)");
+    EXPECT_EQ(own_messages("signal_callback").back(), "[n]");
     service.emit("('ready',)");
     EXPECT_EQ(own_messages("signal_callback").back(), "ended with an exception: not ready");
 }
