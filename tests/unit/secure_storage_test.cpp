@@ -39,6 +39,7 @@ TEST_F(SecureStorage, RefusesBadArguments) {
     std::size_t length = 0;
     EXPECT_THAT(
         std::vector({ss_init_credential(nullptr, 1, 2, 3, 4, 5, 1, 0),
+                     ss_init_credential(&bad, 1, 2, 3, 4, 5, 1, 1),
                      ss_init_credential(&bad, 1, 2, 3, 4, 5, 2, 0), write("key", "data", bad),
                      write("key", "data", flagged), write("", "data"), write(std::string(256, 'k'), "data"),
                      write("key", std::string(largest + 1, 'd')),
