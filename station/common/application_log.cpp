@@ -2,11 +2,41 @@
 
 #include <algorithm>
 #include <fstream>
+#include <glib.h>
 #include <iterator>
-#include <regex>
+#include <memory>
 
 namespace station {
 namespace {
+
+/** A regular expression over bytes: what is logged need not be UTF-8. */
+class Expression {
+public:
+    explicit Expression(const char* text)
+        : regex_(g_regex_new(text, G_REGEX_RAW, G_REGEX_MATCH_DEFAULT, nullptr), g_regex_unref) {}
+
+    [[nodiscard]] bool matches(const std::string& line) const {
+        return g_regex_match(regex_.get(), line.c_str(), G_REGEX_MATCH_DEFAULT, nullptr) != FALSE;
+    }
+
+    /** What the first match and its groups hold; nothing if there is none. */
+    [[nodiscard]] std::vector<std::string> groups(const std::string& line) const {
+        g_autoptr(GMatchInfo) match = nullptr;
+        g_regex_match(regex_.get(), line.c_str(), G_REGEX_MATCH_DEFAULT, &match);
+        g_auto(GStrv) parts = g_match_info_fetch_all(match);
+        return parts == nullptr ? std::vector<std::string>{}
+                                : std::vector<std::string>(parts, parts + g_strv_length(parts));
+    }
+
+    [[nodiscard]] std::string replaced(const std::string& line, const char* by) const {
+        g_autofree char* text =
+            g_regex_replace_literal(regex_.get(), line.c_str(), -1, 0, by, G_REGEX_MATCH_DEFAULT, nullptr);
+        return text;
+    }
+
+private:
+    std::unique_ptr<GRegex, decltype(&g_regex_unref)> regex_;
+};
 
 std::vector<std::string> lines_of(const std::string& path) {
     std::vector<std::string> lines;
@@ -20,15 +50,15 @@ std::vector<std::string> lines_of(const std::string& path) {
 
 std::vector<std::string> ApplicationLog::messages() const {
     // The radio stack writes to the same file, "socat" without a line's end: a message may begin inside a line.
-    static const std::regex message(
+    static const Expression message(
         R"(([EWI])/(VELMORA\(\d+\): (\w+\.cpp: \w+)\(\d+\) >|PLATFORM\(\d+\):) (.*))");
-    static const std::regex failed_status(R"(nRet\[-\d+\])");
+    static const Expression failed_status(R"(nRet\[-\d+\])");
     std::vector<std::string> messages;
     for (const std::string& line : lines_of(path_)) {
-        std::smatch parts;
-        if (std::regex_search(line, parts, message))
-            messages.push_back(parts[1].str() + " " + (parts[3].matched ? parts[3].str() : "platform") +
-                               " > " + std::regex_replace(parts[4].str(), failed_status, "nRet[-N]"));
+        const std::vector<std::string> parts = message.groups(line);
+        if (!parts.empty())
+            messages.push_back(parts[1] + " " + (parts[3].empty() ? "platform" : parts[3]) + " > " +
+                               failed_status.replaced(parts[4], "nRet[-N]"));
     }
     return messages;
 }
@@ -40,10 +70,10 @@ long ApplicationLog::count(const std::string& text) const {
 
 std::vector<std::string> ApplicationLog::complaints_of_libraries() const {
     // EFL's accessibility complains of a process that ends while it announces itself.
-    static const std::regex complaint(
+    static const Expression complaint(
         R"((CRI|ERR|WRN)<\d+>(?!.*Canceled by user)|-(ERROR|CRITICAL|WARNING) \*\*)");
     std::vector<std::string> lines = lines_of(path_);
-    std::erase_if(lines, [](const std::string& line) { return !std::regex_search(line, complaint); });
+    std::erase_if(lines, [](const std::string& line) { return !complaint.matches(line); });
     return lines;
 }
 

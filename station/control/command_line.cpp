@@ -6,6 +6,7 @@
 #include "remote/remote_radio.h"
 #include "report.h"
 
+#include <CLI/CLI.hpp>
 #include <iostream>
 
 namespace station {
@@ -41,15 +42,16 @@ guint milliseconds_of(const std::string& text) {
 
 } // namespace
 
-CommandLine::CommandLine() {
-    app_.require_subcommand(1);
-    app_.fallthrough();
-    app_.get_formatter()->label("SUBCOMMAND", "VERB");
-    app_.get_formatter()->label("Subcommands", "Verbs");
-    app_.get_formatter()->label("OPTIONS", "options");
-    app_.add_option("-n,--name", name_, "the television's name; else the only one that runs");
-    app_.add_flag("--json", output_.json, "answer in JSON");
-    app_.add_subcommand("list", "the names of the televisions that run")->callback([this] {
+CommandLine::CommandLine()
+    : app_(std::make_unique<CLI::App>("Drives a running simulated television.", "tvctl")) {
+    app_->require_subcommand(1);
+    app_->fallthrough();
+    app_->get_formatter()->label("SUBCOMMAND", "VERB");
+    app_->get_formatter()->label("Subcommands", "Verbs");
+    app_->get_formatter()->label("OPTIONS", "options");
+    app_->add_option("-n,--name", name_, "the television's name; else the only one that runs");
+    app_->add_flag("--json", output_.json, "answer in JSON");
+    app_->add_subcommand("list", "the names of the televisions that run")->callback([this] {
         is_list_ = true;
     });
     add_screen_verbs();
@@ -57,17 +59,19 @@ CommandLine::CommandLine() {
     add_radio_verbs();
     add_stack_verbs();
     add_inside_verbs();
-    app_.footer(example); // last: else every verb repeats it
+    app_->footer(example); // last: else every verb repeats it
 }
+
+CommandLine::~CommandLine() = default;
 
 int CommandLine::run(int argc, char** argv) {
     try {
-        app_.parse(argc, argv);
+        app_->parse(argc, argv);
     } catch (const CLI::Success& help) {
-        return app_.exit(help);
+        return app_->exit(help);
     } catch (const CLI::ParseError& error) {
-        if (app_.get_subcommands().empty() && !app_.remaining().empty())
-            throw WrongUse("there is no verb '" + app_.remaining().front() + "' (see tvctl --help)");
+        if (app_->get_subcommands().empty() && !app_->remaining().empty())
+            throw WrongUse("there is no verb '" + app_->remaining().front() + "' (see tvctl --help)");
         throw WrongUse(std::string(error.what()) + " (see tvctl --help)");
     }
     if (is_list_) {
@@ -86,7 +90,7 @@ int CommandLine::run(int argc, char** argv) {
 }
 
 CLI::App* CommandLine::add_verb(const std::string& name, const std::string& help, const Action& action) {
-    CLI::App* const verb = app_.add_subcommand(name, help);
+    CLI::App* const verb = app_->add_subcommand(name, help);
     verb->callback([this, action] { action_ = action; });
     return verb;
 }
@@ -204,7 +208,7 @@ void CommandLine::add_inside_verbs() {
                                     [this](Remote& remote) { status_ = log(remote, words_[0], follow_); });
     logs->add_option("PART", words_[0], "which one")->option_text(" ");
     logs->add_flag("-f,--follow", follow_, "goes on with what is added");
-    CLI::App* const shell_verb = app_.add_subcommand("shell", "runs a command inside, or bash");
+    CLI::App* const shell_verb = app_->add_subcommand("shell", "runs a command inside, or bash");
     shell_verb->prefix_command()->fallthrough(false);
     shell_verb->callback([this, shell_verb] {
         action_ = [this, command = shell_verb->remaining()](Remote& remote) {

@@ -4,17 +4,25 @@
 #include "remote/remote.h"
 #include "verbs.h"
 
-#include <CLI/CLI.hpp>
 #include <array>
+#include <chrono>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
+
+namespace CLI {
+class App;
+}
 
 namespace station {
 
 class CommandLine {
 public:
     CommandLine();
+    CommandLine(const CommandLine&) = delete;
+    CommandLine& operator=(const CommandLine&) = delete;
+    ~CommandLine();
     /** @return the exit status. @throws Failure or WrongUse. */
     int run(int argc, char** argv);
 
@@ -32,7 +40,7 @@ private:
     void add_inside_verbs();
     void wait(Remote& remote);
 
-    CLI::App app_{"Drives a running simulated television.", "tvctl"};
+    std::unique_ptr<CLI::App> app_;
     std::string name_;
     Output output_;
     Action action_;

@@ -210,7 +210,7 @@ int take_events(Walk& walk) {
 
 } // namespace
 
-int take_faults(Walk& walk, unsigned part) {
+int take_faults(Walk& walk, int part) {
     int taken = 0;
     walk.begin();
     for (std::size_t index = 0; index < commands.size(); ++index)

@@ -13,6 +13,6 @@ namespace walk {
  * @return how many faults were made to happen.
  * @throws Difference when one of them is another matter.
  */
-int take_faults(Walk& walk, unsigned part);
+int take_faults(Walk& walk, int part);
 
 } // namespace walk

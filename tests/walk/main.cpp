@@ -2,7 +2,10 @@
 
 #include "faults.h"
 
-#include <CLI/CLI.hpp>
+#include "common/program.h"
+
+#include <algorithm>
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -16,11 +19,11 @@ using namespace std::chrono_literals;
 const std::filesystem::path kept = "/var/log/station"; // with --logs
 
 struct Options {
-    unsigned steps = 0; /**< 0: the tour */
-    unsigned seed = 1;
-    unsigned seeds = 1;
-    unsigned part = 0; /**< of the tour; 0: all of it */
-    bool faults = false;
+    int steps = 0; /**< 0: the tour */
+    int seed = 1;
+    int seeds = 1;
+    int part = 0; /**< of the tour; 0: all of it */
+    gboolean faults = FALSE;
 };
 
 /** The tour is divided by pages, so that each television has its own neighbourhood: 1 the tests, 2 the rest. */
@@ -38,7 +41,7 @@ int report(Walk& walk, const Difference& first, const Options& options) {
     walk.hand.picture(kept / "last_picture.png");
     std::filesystem::copy_file(Hand::log, kept / "difference.log", // shortening writes on the other
                                std::filesystem::copy_options::overwrite_existing);
-    if (options.faults)
+    if (options.faults != FALSE)
         return 1;
     const Steps steps = walk.taken.empty() ? Steps{} : shortened(walk, walk.taken, difference);
     std::ofstream file(kept / "steps");
@@ -72,10 +75,10 @@ void tour(Walk& walk, const Options& options) {
 }
 
 void random_walk(Walk& walk, const Options& options) {
-    for (unsigned seed = options.seed; seed < options.seed + options.seeds; ++seed) {
-        std::mt19937 random(seed);
+    for (int seed = options.seed; seed < options.seed + options.seeds; ++seed) {
+        std::mt19937 random(static_cast<unsigned>(seed));
         walk.begin();
-        for (unsigned step = 0; step < options.steps; ++step) {
+        for (int step = 0; step < options.steps; ++step) {
             std::vector<double> weights;
             for (std::size_t i = 0; i < transitions().size(); ++i)
                 weights.push_back(can_happen(walk.state, i) ? 1.0 / (30 + transitions()[i].cost) : 0.0);
@@ -85,21 +88,10 @@ void random_walk(Walk& walk, const Options& options) {
     }
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
-    Options options;
-    CLI::App arguments("Walks over the application on a simulated television, with a model of it beside.");
-    arguments.add_option("--steps", options.steps, "as many at random instead of every transition once");
-    arguments.add_option("--seed", options.seed, "of the random steps");
-    arguments.add_option("--seeds", options.seeds, "as many walks, each from the next seed");
-    arguments.add_option("--part", options.part, "one half: the test pages (1) or the others; of the faults")
-        ->check(CLI::Range(1, 2));
-    arguments.add_flag("--faults", options.faults, "the radio's service goes wrong at every command");
-    CLI11_PARSE(arguments, argc, argv);
+int walk_over(const Options& options) {
     Walk walk(VELMORA_PROGRAM);
     try {
-        if (options.faults)
+        if (options.faults != FALSE)
             std::cout << take_faults(walk, options.part) << " faults made to happen\n";
         else if (options.steps == 0)
             tour(walk, options);
@@ -108,6 +100,30 @@ int main(int argc, char** argv) {
         return 0;
     } catch (const Difference& difference) {
         return report(walk, difference, options);
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    Options options;
+    const std::array<GOptionEntry, 6> entries{
+        {{"steps", 0, 0, G_OPTION_ARG_INT, &options.steps,
+          "As many at random instead of every transition once", "N"},
+         {"seed", 0, 0, G_OPTION_ARG_INT, &options.seed, "Of the random steps", "N"},
+         {"seeds", 0, 0, G_OPTION_ARG_INT, &options.seeds, "As many walks, each from the next seed", "N"},
+         {"part", 0, 0, G_OPTION_ARG_INT, &options.part,
+          "One half: the test pages (1) or the others (2); of the faults", "1|2"},
+         {"faults", 0, 0, G_OPTION_ARG_NONE, &options.faults,
+          "The radio's service goes wrong at every command", nullptr},
+         {}}};
+    try {
+        station::read_options(
+            argc, argv, entries.data(),
+            "Walks over the application on a simulated television, with a model of it beside.");
+        if (options.part < 0 || options.part > 2)
+            throw std::runtime_error("there is no such part");
+        return walk_over(options);
     } catch (const std::exception& error) {
         std::cerr << "walk: " << error.what() << "\n";
         return 2;
