@@ -1,24 +1,12 @@
 #include "screen_reader.h"
 
 #include <algorithm>
+#include <atspi/atspi.h>
 #include <gio/gio.h>
 #include <map>
 
 namespace station {
 namespace {
-
-/** Numbers of the accessibility protocol. */
-enum class State {
-    active = 1,
-    enabled = 8,
-    focusable = 11,
-    focused = 12,
-    modal = 16,
-    showing = 25,
-    visible = 30
-};
-constexpr guint32 spin_button = 52;
-constexpr guint32 screen_coordinates = 0;
 
 constexpr auto accessible_interface = "org.a11y.atspi.Accessible";
 
@@ -31,7 +19,7 @@ struct Item {
     guint32 role = 0;
     guint64 states = 0;
 
-    [[nodiscard]] bool is(State state) const { return ((states >> static_cast<unsigned>(state)) & 1U) != 0; }
+    [[nodiscard]] bool is(AtspiStateType state) const { return ((states >> state) & 1U) != 0; }
     [[nodiscard]] bool has(const std::string& interface) const {
         return std::ranges::find(interfaces, "org.a11y.atspi." + interface) != interfaces.end();
     }
@@ -138,31 +126,36 @@ void look_below(const Items& items, const Item& parent, int dialog, bool is_wind
         if (found == items.by_path.end())
             continue;
         const Item& item = found->second;
-        if (!is_window && !item.is(State::visible))
+        if (!is_window && !item.is(ATSPI_STATE_VISIBLE))
             continue;
-        look.in_front = look.in_front || item.is(State::active);
-        const int own_dialog = item.is(State::modal) ? ++look.dialogs : dialog;
-        if (!is_window && item.is(State::showing) && !item.name.empty())
+        look.in_front = look.in_front || item.is(ATSPI_STATE_ACTIVE);
+        const int own_dialog = item.is(ATSPI_STATE_MODAL) ? ++look.dialogs : dialog;
+        if (!is_window && item.is(ATSPI_STATE_SHOWING) && !item.name.empty())
             look.found.push_back({&item, own_dialog});
         look_below(items, item, own_dialog, false, look);
     }
 }
 
-/** What the list of items does not say. */
-void add_questions(const Item& item, Widget& widget, std::vector<Question>& questions) {
-    questions.push_back(
-        {item.accessible, accessible_interface, "GetRoleName", nullptr, "(s)", [&widget](GVariant* answer) {
-             const char* role = nullptr;
-             g_variant_get(answer, "(&s)", &role);
-             widget.role = role;
-         }});
+std::string role_name(guint32 role) {
+    g_autofree char* name = atspi_role_get_name(static_cast<AtspiRole>(role));
+    return name;
+}
+
+/** Fills in what the list of items says, and asks for the rest. */
+void describe(const Item& item, Widget& widget, std::vector<Question>& questions) {
+    widget.name = item.name;
+    widget.role = role_name(item.role);
+    widget.focusable = item.is(ATSPI_STATE_FOCUSABLE);
+    widget.focused = item.is(ATSPI_STATE_FOCUSED);
+    widget.enabled = item.is(ATSPI_STATE_ENABLED);
+    widget.accessible = item.accessible;
     if (item.has("Component"))
         questions.push_back(
             {item.accessible, "org.a11y.atspi.Component", "GetExtents",
-             g_variant_new("(u)", screen_coordinates), "((iiii))", [&widget](GVariant* answer) {
+             g_variant_new("(u)", ATSPI_COORD_TYPE_SCREEN), "((iiii))", [&widget](GVariant* answer) {
                  g_variant_get(answer, "((iiii))", &widget.x, &widget.y, &widget.width, &widget.height);
              }});
-    if (item.role == spin_button && item.has("Value"))
+    if (item.role == ATSPI_ROLE_SPIN_BUTTON && item.has("Value"))
         questions.push_back({item.accessible, "org.freedesktop.DBus.Properties", "GetAll",
                              g_variant_new("(s)", "org.a11y.atspi.Value"), "(a{sv})",
                              [&value = widget.value.emplace()](GVariant* answer) {
@@ -181,29 +174,17 @@ Screen ScreenReader::read(const std::string& application) const {
         Look look;
         look_below(items, items.by_path.at(items.root), 0, true, look);
         const auto first_covered =
-            std::stable_partition(look.found.begin(), look.found.end(),
-                                  [&look](const auto& found) { return found.dialog == look.dialogs; });
-        const std::vector covered_ones(first_covered, look.found.end());
-        look.found.erase(first_covered, look.found.end());
-        std::vector<Question> questions;
-        std::vector<Widget> covered(covered_ones.size());
-        for (std::size_t i = 0; i < covered.size(); ++i) {
-            const Item& item = *covered_ones[i].item;
-            covered[i].name = item.name;
-            covered[i].accessible = item.accessible;
-            add_questions(item, covered[i], questions);
-        }
+            std::ranges::stable_partition(look.found,
+                                          [&look](const auto& found) { return found.dialog == look.dialogs; })
+                .begin() -
+            look.found.begin();
         std::vector<Widget> widgets(look.found.size());
-        for (std::size_t i = 0; i < widgets.size(); ++i) {
-            const Item& item = *look.found[i].item;
-            widgets[i].name = item.name;
-            widgets[i].focusable = item.is(State::focusable);
-            widgets[i].focused = item.is(State::focused);
-            widgets[i].enabled = item.is(State::enabled);
-            widgets[i].accessible = item.accessible;
-            add_questions(item, widgets[i], questions);
-        }
+        std::vector<Question> questions;
+        for (std::size_t i = 0; i < widgets.size(); ++i)
+            describe(*look.found[i].item, widgets[i], questions);
         bus_.ask(questions);
+        std::vector<Widget> covered(widgets.begin() + first_covered, widgets.end());
+        widgets.resize(static_cast<std::size_t>(first_covered));
         return Screen(std::move(widgets), look.in_front, std::move(covered));
     } catch (const LostSight& error) {
         return Screen::unreadable(error.what());
