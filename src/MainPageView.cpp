@@ -19,8 +19,6 @@ namespace {
 
 constexpr const char* redKey = "XF86Red";
 
-int pixels(double units) { return elm_vell_unit_to_pixel(units); }
-
 } // namespace
 
 void MainPageView::createWindow() {

@@ -4,8 +4,6 @@
 
 namespace {
 
-int pixels(double units) { return elm_vell_unit_to_pixel(units); }
-
 Evas_Object* required(Evas_Object* widget) {
     if (widget == nullptr)
         throw inputDataIsNull; // NOLINT(misc-throw-by-value-catch-by-reference): the text is a constant
@@ -17,6 +15,8 @@ void append(Evas_Object* layout, Evas_Object* item, double width, double height)
 }
 
 } // namespace
+
+int pixels(double units) { return elm_vell_unit_to_pixel(units); }
 
 Evas_Object* createTextbox(Evas_Object* layout, const char* text) {
     Evas_Object* const textbox = required(elm_vell_textbox_add(layout));

@@ -13,6 +13,9 @@
 /** What a helper throws. */
 inline constexpr const char* inputDataIsNull = "Input data is Null!!";
 
+/** A length in layout units, in whole pixels. */
+int pixels(double units);
+
 /** A line of text, appended to the layout. */
 Evas_Object* createTextbox(Evas_Object* layout, const char* text);
 

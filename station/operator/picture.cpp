@@ -16,7 +16,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto look_interval = 100ms;
+constexpr auto picture_interval = 100ms;
 constexpr int most_looks = 20;
 
 std::vector<std::uint8_t> written(const Pixels& look) {
@@ -42,12 +42,12 @@ std::vector<std::uint8_t> written(const Pixels& look) {
 
 /** A picture of the screen once its movements have ended. */
 std::vector<std::uint8_t> picture_at_rest(_XDisplay* display) {
-    auto next_look = std::chrono::steady_clock::now() + look_interval;
+    auto next_look = std::chrono::steady_clock::now() + picture_interval;
     Pixels seen = Pixels::of_screen(display);
     for (int looks = 1;; ++looks) {
         std::vector<std::uint8_t> picture = written(seen); // while it is waited for
         std::this_thread::sleep_until(next_look);
-        next_look = std::chrono::steady_clock::now() + look_interval;
+        next_look = std::chrono::steady_clock::now() + picture_interval;
         Pixels next = Pixels::of_screen(display);
         if (looks == most_looks || next == seen)
             return picture;

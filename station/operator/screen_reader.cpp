@@ -142,14 +142,14 @@ std::string role_name(guint32 role) {
 }
 
 /** Fills in what the list of items says, and asks for the rest. */
-void describe(const Item& item, Widget& widget, std::vector<Question>& questions) {
+void describe(const Item& item, Widget& widget, Places places, std::vector<Question>& questions) {
     widget.name = item.name;
     widget.role = role_name(item.role);
     widget.focusable = item.is(ATSPI_STATE_FOCUSABLE);
     widget.focused = item.is(ATSPI_STATE_FOCUSED);
     widget.enabled = item.is(ATSPI_STATE_ENABLED);
     widget.accessible = item.accessible;
-    if (item.has("Component"))
+    if (places == Places::asked && item.has("Component"))
         questions.push_back(
             {item.accessible, "org.a11y.atspi.Component", "GetExtents",
              g_variant_new("(u)", ATSPI_COORD_TYPE_SCREEN), "((iiii))", [&widget](GVariant* answer) {
@@ -168,20 +168,19 @@ void describe(const Item& item, Widget& widget, std::vector<Question>& questions
 
 } // namespace
 
-Screen ScreenReader::read(const std::string& application) const {
+Screen ScreenReader::read(const std::string& application, Places places) const {
     try {
         const Items items = items_of(bus_, application);
         Look look;
         look_below(items, items.by_path.at(items.root), 0, true, look);
         const auto first_covered =
-            std::ranges::stable_partition(look.found,
-                                          [&look](const auto& found) { return found.dialog == look.dialogs; })
-                .begin() -
+            std::stable_partition(look.found.begin(), look.found.end(),
+                                  [&look](const auto& found) { return found.dialog == look.dialogs; }) -
             look.found.begin();
         std::vector<Widget> widgets(look.found.size());
         std::vector<Question> questions;
         for (std::size_t i = 0; i < widgets.size(); ++i)
-            describe(*look.found[i].item, widgets[i], questions);
+            describe(*look.found[i].item, widgets[i], places, questions);
         bus_.ask(questions);
         std::vector<Widget> covered(widgets.begin() + first_covered, widgets.end());
         widgets.resize(static_cast<std::size_t>(first_covered));

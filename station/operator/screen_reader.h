@@ -9,6 +9,9 @@
 
 namespace station {
 
+/** Whether a look asks where the widgets are: without, it takes half the time, and they come in no order. */
+enum class Places : bool { unasked, asked };
+
 class ScreenReader {
 public:
     /**
@@ -30,7 +33,7 @@ public:
      * the first one there that has a window.
      * @return an empty screen when the application is not there or too busy to answer.
      */
-    [[nodiscard]] Screen read(const std::string& application) const;
+    [[nodiscard]] Screen read(const std::string& application, Places places = Places::asked) const;
 
     /**
      * Presses a widget through its accessible action, as a screen reader's user does. An application that

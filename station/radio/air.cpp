@@ -13,7 +13,7 @@
 namespace station {
 namespace {
 
-[[noreturn]] void fail(const std::filesystem::path& path) {
+[[noreturn]] void fail_at(const std::filesystem::path& path) {
     throw std::system_error(errno, std::generic_category(), path.string());
 }
 
@@ -32,7 +32,7 @@ AirStream::AirStream(const std::filesystem::path& air, int channel, int power) {
     path_ = air / name;
     socket_ = listen_at(hidden, SOMAXCONN); // the connections wait there, never accepted
     if (!socket_)
-        fail(hidden);
+        fail_at(hidden);
     std::filesystem::rename(hidden, path_);
 }
 
@@ -45,7 +45,7 @@ AirWatch::AirWatch(std::filesystem::path air, Begun begun, Ended ended)
     : air_(std::move(air)), begun_(std::move(begun)), ended_(std::move(ended)),
       changes_(inotify_init1(IN_CLOEXEC | IN_NONBLOCK)) {
     if (!changes_ || inotify_add_watch(changes_.get(), air_.c_str(), IN_MOVED_TO | IN_ONLYDIR) < 0)
-        fail(air_);
+        fail_at(air_);
     change_reader_ = EventSource::when_readable(changes_.get(), [this] { look_around(); });
     look_around();
 }

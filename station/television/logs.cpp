@@ -9,12 +9,12 @@
 namespace station {
 namespace {
 
-const std::filesystem::path folder = "/var/log/station";
+const std::filesystem::path log_folder = "/var/log/station";
 constexpr std::size_t last_lines = 5;
 
 } // namespace
 
-std::string log_path(const std::string& name) { return folder / (name + ".log"); }
+std::string log_path(const std::string& name) { return log_folder / (name + ".log"); }
 
 std::string end_of_log(const std::string& name) {
     std::vector<std::string> lines;
@@ -27,7 +27,7 @@ std::string end_of_log(const std::string& name) {
 
 std::vector<std::string> log_names() {
     std::vector<std::string> names;
-    for (const auto& file : std::filesystem::directory_iterator(folder))
+    for (const auto& file : std::filesystem::directory_iterator(log_folder))
         if (file.path().extension() == ".log")
             names.push_back(file.path().stem());
     std::ranges::sort(names);

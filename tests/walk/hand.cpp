@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 
 constexpr auto patience = 8s;
 constexpr auto patience_of_a_trial = 4s; // a start without the relay takes three
-constexpr auto look_interval = 2ms;
+constexpr auto look_interval = 10ms;
 constexpr auto repeat_after = 250ms;
 constexpr auto repeat_interval = 30ms;
 constexpr auto hold_time = 400ms;
@@ -75,6 +75,18 @@ std::string without_count(const std::string& text) {
     constexpr std::string_view label = "Received Packets: ";
     const auto first_digit = text.starts_with(label) ? text.find_first_of("123456789") : std::string::npos;
     return first_digit == label.size() ? std::string(label) + some_packets : text;
+}
+
+/** What the screen says, each with what it can do. */
+std::vector<std::string> items(const station::Screen& screen) {
+    std::vector<std::string> items;
+    for (const station::Widget& widget : screen.widgets()) {
+        std::string text = without_count(widget.name) + (widget.focusable ? "*" : "");
+        if (widget.value && widget.name != std::to_string(static_cast<int>(widget.value->current)))
+            text += "=" + std::to_string(widget.value->current);
+        items.push_back(widget.focused ? "[" + text + "]" : text);
+    }
+    return items;
 }
 
 } // namespace
@@ -187,20 +199,22 @@ std::string Hand::look() {
     const station::Screen screen = reader_.read("velmora");
     if (screen.widgets().empty())
         return screen.description();
-    std::string line = screen.in_front() && !other_.has_keys() ? "in front:" : "behind:";
     for (const station::Widget& widget : screen.covered())
         seen_.insert_or_assign(widget.name, widget);
-    for (const station::Widget& widget : screen.widgets()) {
+    for (const station::Widget& widget : screen.widgets())
         if (widget.role == "push button")
             seen_.insert_or_assign(widget.name, widget);
-        std::string text = without_count(widget.name) + (widget.focusable ? "*" : "");
-        if (widget.value && widget.name != std::to_string(static_cast<int>(widget.value->current)))
-            text += "=" + std::to_string(widget.value->current);
-        if (widget.focused)
-            text = "[" + text + "]";
-        line.append(" | ").append(text);
-    }
+    std::string line = screen.in_front() && !other_.has_keys() ? "in front:" : "behind:";
+    shown_ = items(screen);
+    for (const std::string& item : shown_)
+        line.append(" | ").append(item);
     return line + (seen_["Exit"].x < seen_["TX Test"].x ? " | from the right" : ""); // covered or not
+}
+
+/** Looks once more: what came before that has been dealt with. */
+bool Hand::stays() const {
+    const station::Screen screen = reader_.read("velmora", station::Places::unasked);
+    return std::ranges::is_permutation(items(screen), shown_); // without places in another order
 }
 
 std::vector<std::string> Hand::new_calls() const {
@@ -209,7 +223,6 @@ std::vector<std::string> Hand::new_calls() const {
     return calls;
 }
 
-/** Two looks that show it, one after the other: what came before the second has been dealt with. */
 void Hand::expect(const State& state, const std::optional<std::vector<std::string>>& calls,
                   const std::string& packets) {
     constexpr std::size_t longest_line = 1000;
@@ -219,14 +232,15 @@ void Hand::expect(const State& state, const std::optional<std::vector<std::strin
     const std::string wanted = appearance(state, packets);
     const auto deadline =
         std::chrono::steady_clock::now() + (afterwards_ > 0ms ? patience_of_a_trial : patience);
-    for (int as_wanted = 0;;) {
+    for (;;) {
         const std::string seen = look();
-        const std::vector<std::string> asked = calls ? new_calls() : std::vector<std::string>{};
+        const bool is_shown = seen == wanted && stays();
+        const bool is_late = std::chrono::steady_clock::now() >= deadline;
+        const auto asked = calls && (is_shown || is_late) ? new_calls() : std::vector<std::string>{};
         const bool is_asked = asked == calls.value_or(asked);
-        as_wanted = seen == wanted && is_asked ? as_wanted + 1 : 0;
-        if (as_wanted == 2)
+        if (is_shown && is_asked)
             break;
-        if (std::chrono::steady_clock::now() >= deadline)
+        if (is_late)
             throw Difference("  expected " + wanted.substr(0, longest_line) + "\n  seen     " +
                              seen.substr(0, longest_line) +
                              (is_asked ? "" : "\n  asked    " + said(asked) + "; expected " + said(*calls)));

@@ -63,6 +63,7 @@ private:
     void activate(const std::string& name);
     static void set_language(bool mirrored);
     [[nodiscard]] std::string look();
+    [[nodiscard]] bool stays() const;
     [[nodiscard]] std::vector<std::string> new_calls() const;
 
     std::string program_;
@@ -71,6 +72,7 @@ private:
     station::OtherWindow other_;
     std::optional<station::Process> application_;
     std::map<std::string, station::Widget> seen_; /**< buttons by name, where they were seen last */
+    std::vector<std::string> shown_;              /**< by the last look */
     std::size_t calls_seen_ = 0;
     std::chrono::milliseconds afterwards_{0};
 };

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <random>
 
@@ -44,14 +43,10 @@ int report(Walk& walk, const Difference& first, const Options& options) {
     if (options.faults != FALSE)
         return 1;
     const Steps steps = walk.taken.empty() ? Steps{} : shortened(walk, walk.taken, difference);
-    std::ofstream file(kept / "steps");
-    for (std::ostream* const stream : std::initializer_list<std::ostream*>{&std::cout, &file}) {
-        *stream << "the steps:\n";
-        for (const std::size_t step : steps)
-            *stream << "  " << transitions()[step].name << '\n';
-        *stream << difference << '\n';
-    }
-    std::cout << "Logs and the last picture are in build/logs.\n";
+    std::cout << "the steps:\n";
+    for (const std::size_t step : steps)
+        std::cout << "  " << transitions()[step].name << '\n';
+    std::cout << difference << "\nLogs and the last picture are in build/logs.\n";
     return 1;
 }
 
@@ -108,19 +103,14 @@ int walk_over(const Options& options) {
 int main(int argc, char** argv) {
     Options options;
     const std::array<GOptionEntry, 6> entries{
-        {{"steps", 0, 0, G_OPTION_ARG_INT, &options.steps,
-          "As many at random instead of every transition once", "N"},
+        {{"steps", 0, 0, G_OPTION_ARG_INT, &options.steps, "So many at random, instead of all once", "N"},
          {"seed", 0, 0, G_OPTION_ARG_INT, &options.seed, "Of the random steps", "N"},
          {"seeds", 0, 0, G_OPTION_ARG_INT, &options.seeds, "As many walks, each from the next seed", "N"},
-         {"part", 0, 0, G_OPTION_ARG_INT, &options.part,
-          "One half: the test pages (1) or the others (2); of the faults", "1|2"},
-         {"faults", 0, 0, G_OPTION_ARG_NONE, &options.faults,
-          "The radio's service goes wrong at every command", nullptr},
+         {"part", 0, 0, G_OPTION_ARG_INT, &options.part, "The tests' pages (1) or the others (2)", "1|2"},
+         {"faults", 0, 0, G_OPTION_ARG_NONE, &options.faults, "The radio's service goes wrong", nullptr},
          {}}};
     try {
-        station::read_options(
-            argc, argv, entries.data(),
-            "Walks over the application on a simulated television, with a model of it beside.");
+        station::read_options(argc, argv, entries.data(), "Walks over Velmora, with a model of it beside.");
         if (options.part < 0 || options.part > 2)
             throw std::runtime_error("there is no such part");
         return walk_over(options);

@@ -74,7 +74,7 @@ std::optional<Bytes> read_all(const Descriptor& file) {
     Bytes bytes(static_cast<std::size_t>(status.st_size));
     std::size_t filled = 0;
     while (filled < bytes.size()) {
-        const ssize_t count = read(file.get(), bytes.data() + filled, bytes.size() - filled);
+        const ssize_t count = ::read(file.get(), bytes.data() + filled, bytes.size() - filled);
         if (count < 0 && errno != EINTR)
             return std::nullopt;
         if (count == 0)

@@ -83,7 +83,7 @@ void on_number(void*, Evas_Object* spinner, const char*, const char*) {
     evas_event_feed_key_up(canvas, "Return", "Return", "\n", nullptr, now, nullptr);
 }
 
-void on_show(void*, Evas*, Evas_Object* spinner, void*) { show_limits(nullptr, spinner, nullptr); }
+void on_spinner_show(void*, Evas*, Evas_Object* spinner, void*) { show_limits(nullptr, spinner, nullptr); }
 
 } // namespace
 
@@ -101,7 +101,7 @@ Evas_Object* elm_vell_spinner_add(Evas_Object* parent) {
     elm_layout_signal_callback_add(spinner, "mouse,clicked,1", "less", on_less, nullptr);
     elm_layout_signal_callback_add(spinner, "mouse,clicked,1", "more", on_more, nullptr);
     elm_layout_signal_callback_add(spinner, "mouse,clicked,1", "number", on_number, nullptr);
-    evas_object_event_callback_add(spinner, EVAS_CALLBACK_SHOW, on_show, nullptr);
+    evas_object_event_callback_add(spinner, EVAS_CALLBACK_SHOW, on_spinner_show, nullptr);
     evas_object_smart_callback_add(spinner, "changed", show_limits, nullptr);
     evas_object_smart_callback_add(spinner, "theme,changed", show_limits, nullptr); // so does mirroring
     evas_object_smart_callback_add(spinner, "focused", vell::keep_focus_in_popup, nullptr);
