@@ -173,7 +173,7 @@ Screen ScreenReader::read(const std::string& application, Places places) const {
         const Items items = items_of(bus_, application);
         Look look;
         look_below(items, items.by_path.at(items.root), 0, true, look);
-        const auto first_covered =
+        const auto shown =
             std::stable_partition(look.found.begin(), look.found.end(),
                                   [&look](const auto& found) { return found.dialog == look.dialogs; }) -
             look.found.begin();
@@ -182,9 +182,9 @@ Screen ScreenReader::read(const std::string& application, Places places) const {
         for (std::size_t i = 0; i < widgets.size(); ++i)
             describe(*look.found[i].item, widgets[i], places, questions);
         bus_.ask(questions);
-        std::vector<Widget> covered(widgets.begin() + first_covered, widgets.end());
-        widgets.resize(static_cast<std::size_t>(first_covered));
-        return Screen(std::move(widgets), look.in_front, std::move(covered));
+        const auto first_covered = widgets.begin() + shown;
+        return Screen(std::vector(widgets.begin(), first_covered), look.in_front,
+                      std::vector(first_covered, widgets.end()));
     } catch (const LostSight& error) {
         return Screen::unreadable(error.what());
     }
