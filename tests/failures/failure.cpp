@@ -54,15 +54,19 @@ Failure without_device(const std::string& name, const Messages& options, const F
 }
 
 std::vector<Failure> of_the_device() {
+    Failure read_only = without_device("FactoryDataNotWritable", {"--read-only-file", factory_file},
+                                       {{factory_file, {.content = "", .mode = 0600}}});
+    read_only.counts["chown fail!!!"] = 1;
     Failure nothing = without_device("NoReportFileWritable",
                                      {"--read-only-file", test_file, "--read-only-file", factory_file,
                                       "--folder", result_folder + "=read-only"},
                                      {{result_file, {}},
                                       {test_file, {.content = "", .mode = 0600}},
                                       {factory_file, {.content = "", .mode = 0600}}});
-    nothing.counts["chown fail!!!"] = 1;
+    nothing.counts = read_only.counts;
     return {
         without_device("SerialDeviceMissing", {}, {}),
+        read_only,
         nothing,
         without_device(
             "ReportIsGivenAwayAndLabelled", {"--labels"},
@@ -120,7 +124,9 @@ std::vector<Failure> of_the_stack() {
             without_link("RelayFolderMissing", {"--folder", share_folder + "=missing"}, {"cpcd"}),
             read_only,
             without_program("DaemonMissing", {"--program", "cpcd=missing"}, {"socat", "zigbeed"}),
+            without_program("DaemonEnds", {"--program", "cpcd=ends"}, {"socat", "zigbeed"}),
             without_program("HostDaemonMissing", {"--program", "zigbeed=missing"}, {"cpcd", "socat"}),
+            without_program("HostDaemonEnds", {"--program", "zigbeed=ends"}, {"cpcd", "socat"}),
             other_speed};
 }
 
