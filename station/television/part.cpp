@@ -14,7 +14,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto start_patience = 60s;
-constexpr auto end_patience = 2s;
+constexpr auto end_patience = 5s; // a sanitizer looks for leaks meanwhile
 
 } // namespace
 
@@ -48,6 +48,12 @@ std::string Part::wait_until_ready() {
     }
     ready_ = true;
     return line;
+}
+
+bool Part::failed() const {
+    constexpr int killed = 128; // by a signal
+    const int status = process_ ? process_->status().value_or(0) : 0;
+    return status > 0 && status < killed;
 }
 
 void Part::end() {

@@ -25,6 +25,8 @@ public:
     [[nodiscard]] int process() const { return process_ ? process_->number() : 0; }
     /** See `Process::state`; "was not started" before. */
     [[nodiscard]] std::string state() const { return process_ ? process_->state() : "was not started"; }
+    /** It has ended with another status than 0: it, or a sanitizer in it, found something wrong. */
+    [[nodiscard]] bool failed() const;
 
     /** @throws std::runtime_error when it cannot be started. */
     void start();

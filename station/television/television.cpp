@@ -64,11 +64,22 @@ int Television::run() {
     while (command_->runs())
         g_main_context_iteration(nullptr, TRUE);
     kill_.reset();
-    std::for_each(parts_.rbegin(), parts_.rend(), [this](Part& part) {
+    const bool parts_ended_well = end_parts();
+    return *command_->status() == 0 && !parts_ended_well ? 1 : *command_->status();
+}
+
+// What fails because another part had gone before was told when that one went.
+bool Television::end_parts() {
+    bool all_ended_well = true;
+    std::for_each(parts_.rbegin(), parts_.rend(), [&](Part& part) {
         part.end();
         log_.note("the ", part.name(), " ", part.state());
+        if (part_is_missing_ || !part.failed())
+            return;
+        all_ended_well = false;
+        log_.error("the ", part.name(), " ", part.state(), " at its end: ", end_of_log(part.name()));
     });
-    return *command_->status();
+    return all_ended_well;
 }
 
 void Television::end() {
@@ -85,6 +96,7 @@ Part* Television::find_part(const std::string& name) {
 }
 
 void Television::tell_end(const Part& part) {
+    part_is_missing_ = true;
     // Who would ask for another system bus could not be heard.
     const std::string remedy =
         part.name() == "system_bus" ? "" : "; 'tvctl start " + part.name() + "' starts it again";

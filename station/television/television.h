@@ -39,7 +39,8 @@ public:
 
     /** Starts the parts; each is ready then. @throws std::runtime_error. */
     void start();
-    /** Runs the command to its end. @return its status as a shell says it. */
+    /** Runs the command to its end. @return its status as a shell says it; 1 instead of 0 when a part
+     * failed at its end, and none had ended before. */
     int run();
     /** Asks the command to end in order; one that does not within ten seconds is killed. */
     void end();
@@ -58,12 +59,14 @@ private:
     Part& add_part(const std::string& name, std::vector<std::string> command);
     void start_screen_parts(Part& screen);
     void tell_end(const Part& part);
+    bool end_parts();
 
     Plan plan_;
     StationLog log_{"television"};
     std::deque<Part> parts_; // a deque: a part stays where it is
     std::unique_ptr<Process> command_;
     EventSource kill_;
+    bool part_is_missing_ = false;
 };
 
 } // namespace station
