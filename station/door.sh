@@ -8,7 +8,7 @@ doors_folder() {
     local runtime=${XDG_RUNTIME_DIR:-/run/user/$UID}
     local doors=$runtime/velmora-televisions
     [[ -d $runtime && -O $runtime && -w $runtime ]] || doors=/tmp/velmora-televisions-$UID
-    mkdir -p -m 0700 "$doors" 2>/dev/null || true
+    mkdir -m 0700 "$doors" 2>/dev/null || true
     [[ -d $doors && ! -L $doors && -O $doors ]] || fail "$doors: not a folder of this user's own"
     echo "$doors"
 }

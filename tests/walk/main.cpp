@@ -110,7 +110,7 @@ int main(int argc, char** argv) {
          {}}};
     try {
         station::read_options(argc, argv, entries.data(), "Walks over Velmora, with a model of it beside.");
-        if (options.part < 0 || options.part > 4)
+        if (options.part < 0 || options.part > (options.faults == FALSE ? 4 : 2))
             throw std::runtime_error("there is no such part");
         return walk_over(options);
     } catch (const std::exception& error) {
