@@ -211,9 +211,12 @@ std::string Hand::look() {
     return line + (seen_["Exit"].x < seen_["TX Test"].x ? " | from the right" : ""); // covered or not
 }
 
-/** Looks once more: what came before that has been dealt with. */
-bool Hand::stays() const {
+/** Looks once more: what came before that has been dealt with, and a page that looks like the last one is there. */
+bool Hand::stays() {
     const station::Screen screen = reader_.read("velmora", station::Places::unasked);
+    for (const station::Widget& widget : screen.widgets())
+        if (const auto seen = seen_.find(widget.name); seen != seen_.end())
+            seen->second.accessible = widget.accessible;
     return std::ranges::is_permutation(items(screen), shown_); // without places in another order
 }
 
@@ -234,11 +237,11 @@ void Hand::expect(const State& state, const std::optional<std::vector<std::strin
         std::chrono::steady_clock::now() + (afterwards_ > 0ms ? patience_of_a_trial : patience);
     for (;;) {
         const std::string seen = look();
-        const bool is_shown = seen == wanted && stays();
+        const bool is_shown = seen == wanted;
         const bool is_late = std::chrono::steady_clock::now() >= deadline;
         const auto asked = calls && (is_shown || is_late) ? new_calls() : std::vector<std::string>{};
         const bool is_asked = asked == calls.value_or(asked);
-        if (is_shown && is_asked)
+        if (is_shown && is_asked && stays()) // after the calls
             break;
         if (is_late)
             throw Difference("  expected " + wanted.substr(0, longest_line) + "\n  seen     " +
