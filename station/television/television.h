@@ -57,7 +57,6 @@ public:
 
 private:
     Part& add_part(const std::string& name, std::vector<std::string> command);
-    void start_screen_parts(Part& screen);
     void tell_end(const Part& part);
     bool end_parts();
 
