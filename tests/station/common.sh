@@ -1,8 +1,13 @@
-# shellcheck shell=bash
-# What the cases inside a television and outside of it share; whoever sources it says how to fail.
+# shellcheck shell=bash disable=SC2034 # whoever sources it uses them
+# What the cases that drive a television and those that look at one share.
+set -uo pipefail
 
-equal() { # WHAT EXPECTED ACTUAL
-    [[ $2 == "$3" ]] || fail "$1: expected <$2>, got <$3>"
+station=$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/../../station
+scratch=$(mktemp -d)
+
+fail() {
+    echo "FAILED: $*" >&2
+    exit 1
 }
 
 until_true() { # SECONDS COMMAND...

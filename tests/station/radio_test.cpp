@@ -103,12 +103,4 @@ TEST_F(RadioCount, IsRefusedWithItsReason) {
         EXPECT_EQ(ask(command, argument), code) << command;
 }
 
-TEST_F(RadioCount, FallsSilentWithoutItsSerialLine) {
-    ask("start", 0);
-    ask("start_stream");
-    radio_.lose_line(now_);
-    EXPECT_FALSE(radio_.streams());
-    EXPECT_EQ(radio_.mode(), Radio::Mode::off);
-}
-
 } // namespace
