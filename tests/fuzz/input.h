@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <glib.h>
 #include <string>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -18,6 +19,12 @@ inline void expect(bool condition) {
     if (!condition)
         std::abort();
 }
+
+/** What GLib calls a misuse is a finding, too. */
+inline const GLogFunc handler_before =
+    g_log_set_default_handler([](const char*, GLogLevelFlags level, const char*,
+                                 void*) { expect((level & G_LOG_LEVEL_CRITICAL) == 0); },
+                              nullptr);
 
 /** The path of a file that holds the input. */
 inline std::string file_of(const std::uint8_t* bytes, std::size_t size) {
