@@ -20,7 +20,7 @@ std::string version_of(const Trailer& trailer) {
 
 // Only the trailer is read, however large the image is.
 std::string read_version(const std::string& image_path) {
-    const File image{std::fopen(image_path.c_str(), "r")};
+    const File image = open_file(image_path, O_RDONLY, "r");
     if (!image) {
         LOG_ERROR_AT(LOG_ORIGIN("GetVersion"), "%s can't opent file", image_path.c_str());
         return {};

@@ -1,3 +1,4 @@
+#include "model/fw_version_reader.h"
 #include "model/util.h"
 #include "support/log_capture.h"
 #include "support/sleep_recorder.h"
@@ -7,6 +8,7 @@
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sys/prctl.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 
 using testing::AllOf;
@@ -102,6 +104,12 @@ TEST_F(UtilTest, CountingEndsAtExactlyZero) {
                           Each("Command [pgrep -c cpcd] result : " + logged)));
         EXPECT_THAT(sleep.sleeps(), AllOf(SizeIs(failures), Each(300'000)));
     }
+}
+
+TEST_F(UtilTest, PipeInAFilesPlaceHoldsNobodyUp) {
+    ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
+    write_file(file, "FAIL");
+    EXPECT_EQ(FwVersionReader::GetVersion(file), "");
 }
 
 TEST_F(UtilTest, WaitingTestsThePathThirtyTimes) {

@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 #include <memory>
+#include <sys/stat.h>
 
 namespace {
 
@@ -26,7 +27,6 @@ protected:
         return ua_UI_orientation_get() != 0;
     }
 
-private:
     test::SettingsFolder settings_{""};
 };
 
@@ -44,6 +44,9 @@ TEST_F(Settings, AreReadFromTheFileAsItIsNow) {
     EXPECT_THAT(read("other/key"), Optional(Eq("1")));
     write("no key file\n");
     EXPECT_EQ(read("other/key"), std::nullopt);
+    std::filesystem::remove(settings_.file());
+    ASSERT_EQ(mkfifo(settings_.file().c_str(), 0600), 0);
+    EXPECT_EQ(read("other/key"), std::nullopt) << "of a pipe that nobody writes";
 }
 
 TEST_F(Settings, OfSizesAreReadStrictly) {

@@ -53,6 +53,11 @@ std::optional<std::string> text(std::string_view key) {
     const std::string section(key.substr(0, slash));
     const std::string name(key.substr(slash + 1));
     const std::string path = file_path();
+    if (g_file_test(path.c_str(), G_FILE_TEST_EXISTS) != 0 &&
+        g_file_test(path.c_str(), G_FILE_TEST_IS_REGULAR) == 0) { // to open a named pipe is to wait
+        complain(path + ": not a file");
+        return std::nullopt;
+    }
 
     g_autoptr(GKeyFile) file = g_key_file_new();
     g_autoptr(GError) error = nullptr;
