@@ -207,7 +207,7 @@ TEST_F(Framework, WhatHappensInCreateOrIsMissingBeforeItDecides) {
     expect(4, {"log: no display: nothing answers at DISPLAY=:4095"}, [] { return true; });
 }
 
-TEST_F(Framework, ASessionBusThatDoesNotAnswerHoldsUpNeitherTheStartNorTheEnd) {
+TEST_F(Framework, BusesThatDoNotAnswerHoldUpNeitherTheStartNorTheEnd) {
     const auto run_on_it = [] {
         const std::string path = "/tmp/silent_bus";
         std::filesystem::remove(path);
@@ -215,7 +215,8 @@ TEST_F(Framework, ASessionBusThatDoesNotAnswerHoldsUpNeitherTheStartNorTheEnd) {
         g_autoptr(GSocketAddress) address = g_unix_socket_address_new(path.c_str());
         EXPECT_TRUE(g_socket_listener_add_address(bus, address, G_SOCKET_TYPE_STREAM,
                                                   G_SOCKET_PROTOCOL_DEFAULT, nullptr, nullptr, nullptr));
-        setenv("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + path).c_str(), 1);
+        for (const char* const variable : {"DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS"})
+            setenv(variable, ("unix:path=" + path).c_str(), 1);
         return run({.hand = quit});
     };
     const auto begin = Clock::now();

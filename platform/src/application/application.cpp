@@ -37,6 +37,8 @@ public:
     Toolkit(int argc, char** argv) {
         // No desktop files are looked up here, and the daemon that caches them would be left running.
         efreet_cache_disable();
+        // They tell of batteries and time zones, and wait for the system bus for as long as it takes to answer.
+        ecore_app_no_system_modules();
         up_ = elm_init(argc, argv) > 0;
         eina_freeq_mem_max_set(eina_freeq_main_get(), most_unfreed_bytes);
     }
