@@ -176,6 +176,9 @@ void Hand::act(const State& from, const Transition& transition) {
     case Act::close:
         station::close_front_window(display_);
         break;
+    case Act::destroy:
+        station::destroy_front_window(display_);
+        break;
     }
 }
 

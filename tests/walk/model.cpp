@@ -238,7 +238,7 @@ int steps(const State& state, const std::string& key) { return along(state, key)
 
 Outcome follow(const State& state, const Transition& transition) {
     const Act act = transition.act;
-    Outcome outcome{state, {}, act == Act::terminate || act == Act::close};
+    Outcome outcome{state, {}, act >= Act::terminate};
     if (act == Act::press || act == Act::hold)
         press_key(outcome, transition);
     else if (act == Act::activate)

@@ -25,7 +25,8 @@ enum class Act : std::uint8_t {
     language,  /**< one of the other direction */
     launch,    /**< a second time */
     terminate, /**< SIGTERM, then start anew */
-    close      /**< the window's close request, then start anew */
+    close,     /**< the window's close request, then start anew */
+    destroy    /**< the window, by another client, then start anew */
 };
 
 /** What becomes of a start of the radio's programs. */

@@ -128,6 +128,8 @@ void add_rest(Transitions& transitions) {
     transitions.add("a second launch", Act::launch, "", page | waits | popup | behind, 40, always);
     transitions.add("SIGTERM and a new start", Act::terminate, "", page | popup | stream, 700, always);
     transitions.add("the window is closed, and a new start", Act::close, "", page | popup, 700, in_front);
+    transitions.add("the window is destroyed, and a new start", Act::destroy, "", page | popup, 700,
+                    in_front);
 }
 
 std::vector<Transition> all_transitions() {

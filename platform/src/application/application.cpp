@@ -89,7 +89,8 @@ int run(const Application& application, GDBusConnection* session_bus, SingleInst
     MainLoop::instance().reset();
     {
         const LanguageWatch language([] { language_changed_handler().deliver(); });
-        const Visibility visibility([&application](bool visible) { application.set_visible(visible); });
+        const Visibility visibility([&application](bool visible) { application.set_visible(visible); },
+                                    [] { ui_app_quit("the window has gone"); });
         const HeldKeys held_keys;
         survive_display_loss();
         if (!application.create())

@@ -19,7 +19,8 @@ bool has_canvas(Ecore_X_Window window) {
 
 } // namespace
 
-Visibility::Visibility(std::function<void(bool)> changed) : changed_(std::move(changed)) {
+Visibility::Visibility(std::function<void(bool)> changed, std::function<void()> gone)
+    : changed_(std::move(changed)), gone_(std::move(gone)) {
     handlers_[0].reset(ecore_event_handler_add(ECORE_X_EVENT_WINDOW_VISIBILITY_CHANGE, obscured, this));
     handlers_[1].reset(ecore_event_handler_add(ECORE_X_EVENT_WINDOW_HIDE, hidden, this));
     handlers_[2].reset(ecore_event_handler_add(ECORE_X_EVENT_WINDOW_DESTROY, destroyed, this));
@@ -66,8 +67,10 @@ void Visibility::judge(void* self) {
     visibility->judgement_ = nullptr;
     auto& windows = visibility->windows_;
     std::erase_if(windows, [](const auto& entry) { return !has_canvas(entry.first); });
-    if (windows.empty())
+    if (windows.empty()) {
+        visibility->gone_();
         return;
+    }
     const bool visible = std::ranges::any_of(windows, [](const auto& entry) { return entry.second; });
     if (visible == std::exchange(visibility->visible_, visible))
         return;

@@ -1,4 +1,4 @@
-/** Whether anything of the application can be seen. */
+/** Whether anything of the application can be seen, or ever will be. */
 #pragma once
 
 #include "ecore_handlers.h"
@@ -17,13 +17,14 @@ namespace platform {
  * Elementary asks the X server for visibility and structure events of each of its windows (measured, also for
  * a window with an alpha channel). The events of one turn of the main loop are judged together, so that a
  * window manager that unmaps and maps a window while it takes it over does not count. Deleting the last
- * window is no pause. There is an XConnection as long as it lives.
+ * window is no pause, and told by itself: Elementary deletes a window that another client has destroyed. There is an
+ * XConnection as long as it lives.
  */
 class Visibility {
 public:
     /** `changed` is called with false when the application goes out of sight, and with true when it comes
-     * back. */
-    explicit Visibility(std::function<void(bool visible)> changed);
+     * back; `gone` when it has no window any more. */
+    Visibility(std::function<void(bool visible)> changed, std::function<void()> gone);
     ~Visibility();
     Visibility(const Visibility&) = delete;
     Visibility& operator=(const Visibility&) = delete;
@@ -38,6 +39,7 @@ private:
     void judge_later();
 
     std::function<void(bool)> changed_;
+    std::function<void()> gone_;
     std::array<OwnedEventHandler, 3> handlers_;
     std::map<Ecore_X_Window, bool> windows_; // those that were ever mapped, and whether they can be seen
     Ecore_Job* judgement_ = nullptr;
