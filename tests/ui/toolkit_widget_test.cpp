@@ -1,9 +1,16 @@
+// Accessible values are declared as beta and protected in Elementary 1.26.
+#define EFL_BETA_API_SUPPORT
+#define EFL_ACCESS_VALUE_PROTECTED
+
 #include "support/settings_folder.h"
 #include "support/toolkit_window.h"
 
 #include <algorithm>
 #include <cmath>
 #include <gmock/gmock.h>
+extern "C" {
+#include <efl_access_value.eo.h>
+}
 
 namespace {
 
@@ -77,7 +84,7 @@ TEST_F(ToolkitWidget, ColorsThatAreNoneAreLogged) {
     EXPECT_THAT(log.text(), HasSubstr("no such style property of a textbox: shadow"));
 }
 
-TEST_F(ToolkitWidget, SpinnerTakesTheMouseOnItsArrowsAndAsOkOnItsNumber) {
+TEST_F(ToolkitWidget, SpinnerTakesTheMouseAndNumbersThatAnAssistiveTechnologySets) {
     Evas_Object* const spinner = elm_vell_spinner_add(page);
     elm_vell_layout_item_append(page, spinner, 200, 80);
     elm_spinner_min_max_set(elm_vell_spinner_native_get(spinner), 11, 13);
@@ -104,15 +111,18 @@ TEST_F(ToolkitWidget, SpinnerTakesTheMouseOnItsArrowsAndAsOkOnItsNumber) {
     EXPECT_EQ(click(left_arrow, 3), 11);
     elm_config_mirrored_set(EINA_TRUE);
     EXPECT_EQ(click(left_arrow, 3), 13);
-    screen.wheel(1);
+    for (const auto& [number, taken] : {std::pair(12.4, true), {13.1, false}, {std::nan(""), false}})
+        EXPECT_EQ(efl_access_value_and_text_set(spinner, number, nullptr) != EINA_FALSE, taken) << number;
+    settle();
     click("12", 2);
     for (const char* const key : {"Right", "Return", "KP_Enter", "5", "Up", "Down", "Left"})
         screen.press(key);
     EXPECT_EQ(said, "Return12 Return12 Right11 Return11 KP_Enter11 511 Up12 Down11 Left12 ");
-    EXPECT_EQ(screen.focused(), "[12]");
+    screen.wheel(1);
+    EXPECT_EQ(screen.focused(), "[11]");
     elm_object_disabled_set(spinner, EINA_TRUE);
     screen.wheel(-1);
-    EXPECT_EQ(click(left_arrow, 1), 12);
+    EXPECT_EQ(click(left_arrow, 1), 11);
 }
 
 TEST_F(ToolkitWidget, UnitFits240TimesIntoTheWindowsWidthAnd135TimesIntoItsHeight) {

@@ -1,4 +1,4 @@
-#include "efl_1_26/toolkit/spinner_focus.h"
+#include "efl_1_26/toolkit/spinner_corrections.h"
 #include "popup.h"
 #include "widget.h"
 
@@ -94,7 +94,7 @@ Evas_Object* elm_vell_spinner_add(Evas_Object* parent) {
     elm_spinner_editable_set(spinner, EINA_FALSE);
     elm_spinner_wrap_set(spinner, EINA_FALSE);
     elm_spinner_label_format_set(spinner, "%.0f");
-    vell::hold_focus_itself(spinner);
+    vell::correct_spinner(spinner);
     elm_object_focus_allow_set(spinner, EINA_TRUE);
     evas_object_event_callback_priority_add(spinner, EVAS_CALLBACK_KEY_DOWN, EVAS_CALLBACK_PRIORITY_BEFORE,
                                             on_key, nullptr);

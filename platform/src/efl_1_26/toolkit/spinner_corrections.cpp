@@ -1,10 +1,16 @@
-// Registration with the focus manager is declared as beta and protected in Elementary 1.26.
+// Registration with the focus manager and accessible values are declared as beta and protected in Elementary 1.26.
 #define EFL_BETA_API_SUPPORT
+#define EFL_ACCESS_VALUE_PROTECTED
 #define EFL_UI_WIDGET_PROTECTED
 
 #include <Efl_Ui.h>
+extern "C" {
+#include <efl_access_value.eo.h>
+}
 
-#include "spinner_focus.h"
+#include "spinner_corrections.h"
+
+#include <cmath>
 
 namespace vell {
 namespace {
@@ -24,11 +30,25 @@ void say_focused(void*, const Efl_Event* event) {
         evas_object_smart_callback_call(spinner, "focused", nullptr);
 }
 
+Eina_Bool set_number(Eo* spinner, void*, double number, const char* /*text*/) {
+    double low = 0.0;
+    double high = 0.0;
+    efl_ui_range_limits_get(spinner, &low, &high);
+    const bool is_between = number >= low && number <= high; // what is not a number is not
+    if (!is_between || efl_ui_widget_disabled_get(spinner) != EINA_FALSE)
+        return EINA_FALSE;
+    efl_ui_range_value_set(spinner, std::round(number));
+    evas_object_smart_callback_call(spinner, "changed", nullptr);
+    return EINA_TRUE;
+}
+
 } // namespace
 
-void hold_focus_itself(Evas_Object* spinner) {
-    EFL_OPS_DEFINE(operations, EFL_OBJECT_OP_FUNC(efl_ui_widget_focus_state_apply,
-                                                  reinterpret_cast<void*>(register_as_widget)));
+void correct_spinner(Evas_Object* spinner) {
+    EFL_OPS_DEFINE(
+        operations,
+        EFL_OBJECT_OP_FUNC(efl_ui_widget_focus_state_apply, reinterpret_cast<void*>(register_as_widget)),
+        EFL_OBJECT_OP_FUNC(efl_access_value_and_text_set, reinterpret_cast<void*>(set_number)));
     efl_object_override(spinner, &operations);
     efl_event_callback_add(spinner, EFL_UI_FOCUS_OBJECT_EVENT_FOCUS_CHANGED, say_focused, nullptr);
 }
