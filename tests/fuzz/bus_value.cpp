@@ -28,8 +28,8 @@ gboolean deliver_event(gpointer value) {
 
 extern "C" GVariant* __wrap_g_dbus_proxy_call_sync() { return g_variant_ref(reply); }
 
-// A reply to a command and to the question for the statistics, and an event, of any type and value: a tuple, its type
-// the input up to the first zero, its value what follows.
+// A tuple of any type and value, as the reply to a command and to the question for the statistics, and as an event. Its
+// type is the input up to the first zero, its value what follows.
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     static ncp_requester& radio = requester();
     const std::string all = text_of(bytes, size);
