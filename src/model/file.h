@@ -16,11 +16,11 @@ struct FileClose {
 using File = std::unique_ptr<std::FILE, FileClose>;
 
 /**
- * Opens a file and waits for nobody, as fopen(3) does at a named pipe in its place until someone opens the other end.
+ * Opens a file without waiting: fopen(3) waits at a named pipe in its place until someone opens the other end.
  *
  * @param flags of open(2).
  * @param mode  of fopen(3), for the same access.
- * @return nothing when it cannot be opened, or is a pipe that nobody reads.
+ * @return nothing when it cannot be opened, or is to be written and a pipe that nobody reads.
  */
 inline File open_file(const std::string& path, int flags, const char* mode) {
     const int descriptor = open(path.c_str(), flags | O_NONBLOCK | O_CLOEXEC, 0666);

@@ -2,7 +2,7 @@
 add_library(platform INTERFACE)
 target_include_directories(platform INTERFACE "${CMAKE_CURRENT_LIST_DIR}/../../platform/include")
 target_link_libraries(platform INTERFACE pkg::efl)
-target_link_options(platform INTERFACE LINKER:--unresolved-symbols=ignore-all)
+target_link_options(platform INTERFACE LINKER:--warn-unresolved-symbols)
 foreach(part IN ITEMS services framework)
     add_library(platform-${part} ALIAS platform)
 endforeach()

@@ -62,16 +62,6 @@ TEST_F(ToolkitPopup, ShownAgainItTakesTheFocusAndGivesItBack) {
     }
 }
 
-TEST_F(ToolkitPopup, OneOverTheOtherTheyGiveTheFocusBackInTurn) {
-    show(picker);
-    show(question);
-    EXPECT_EQ(screen.focused(), "Cancel");
-    dismiss(question);
-    EXPECT_EQ(screen.focused(), "[0]");
-    dismiss(picker);
-    EXPECT_EQ(screen.focused(), "behind");
-}
-
 TEST_F(ToolkitPopup, HasThreePlacesForButtons) {
     add_popup_button("Maybe");
     Evas_Object* const fourth = add_popup_button("Fourth");

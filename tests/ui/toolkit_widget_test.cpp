@@ -111,8 +111,9 @@ TEST_F(ToolkitWidget, SpinnerTakesTheMouseAndNumbersThatAnAssistiveTechnologySet
     EXPECT_EQ(click(left_arrow, 3), 11);
     elm_config_mirrored_set(EINA_TRUE);
     EXPECT_EQ(click(left_arrow, 3), 13);
-    for (const auto& [number, taken] : {std::pair(12.4, true), {13.1, false}, {std::nan(""), false}})
+    for (const auto& [number, taken] : {std::pair(11.6, true), {13.1, false}, {std::nan(""), false}})
         EXPECT_EQ(efl_access_value_and_text_set(spinner, number, nullptr) != EINA_FALSE, taken) << number;
+    EXPECT_EQ(elm_spinner_value_get(spinner), 12.0);
     settle();
     click("12", 2);
     for (const char* const key : {"Right", "Return", "KP_Enter", "5", "Up", "Down", "Left"})
@@ -121,8 +122,12 @@ TEST_F(ToolkitWidget, SpinnerTakesTheMouseAndNumbersThatAnAssistiveTechnologySet
     screen.wheel(1);
     EXPECT_EQ(screen.focused(), "[11]");
     elm_object_disabled_set(spinner, EINA_TRUE);
+    EXPECT_FALSE(efl_access_value_and_text_set(spinner, 12.0, nullptr));
     screen.wheel(-1);
     EXPECT_EQ(click(left_arrow, 1), 11);
+    elm_object_disabled_set(spinner, EINA_FALSE);
+    evas_object_show(elm_vell_popup_add(root));
+    EXPECT_FALSE(efl_access_value_and_text_set(spinner, 12.0, nullptr)) << "behind a popup";
 }
 
 TEST_F(ToolkitWidget, UnitFits240TimesIntoTheWindowsWidthAnd135TimesIntoItsHeight) {

@@ -1,5 +1,6 @@
 #include "hand.h"
 
+#include "common/application_log.h"
 #include "common/texts.h"
 #include "common/waiting.h"
 #include "operator/front_window.h"
@@ -113,7 +114,7 @@ void Hand::start_application() {
     application_.emplace(std::vector<std::string>{program_}, station::written_to(log));
 }
 
-void Hand::expect_end() {
+void Hand::expect_end(Act act) {
     const auto status = application_->wait_for_end(patience);
     if (!status)
         throw Difference("the application does not end");
@@ -121,6 +122,12 @@ void Hand::expect_end() {
         throw Difference("the application ends with status " + std::to_string(*status));
     if (station::radio_state(this_television()).mode != "off")
         throw Difference("the application ends, and the radio is not off");
+    const std::string reason = act == Act::terminate ? "SIGTERM"
+                               : act == Act::close   ? "the window was closed"
+                               : act == Act::destroy ? "the window has gone"
+                                                     : "the operator chose to exit";
+    if (station::ApplicationLog().count("> the main loop ends: " + reason) != 1)
+        throw Difference("the application does not say that it ends: " + reason);
 }
 
 void Hand::take(const State& from, const Transition& transition) {
@@ -135,7 +142,7 @@ void Hand::take(const State& from, const Transition& transition) {
                 station::press_key(display_, key);
         }
         if (outcome.ends) {
-            expect_end();
+            expect_end(transition.act);
             start_application();
         }
         expect(outcome.state, outcome.calls);

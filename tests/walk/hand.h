@@ -59,7 +59,7 @@ public:
 
 private:
     void start_application();
-    void expect_end();
+    void expect_end(Act act);
     void activate(const std::string& name);
     static void set_language(bool mirrored);
     [[nodiscard]] std::string look();

@@ -24,9 +24,9 @@ enum class Act : std::uint8_t {
     event,     /**< the radio's service says `key` */
     language,  /**< one of the other direction */
     launch,    /**< a second time */
-    terminate, /**< SIGTERM, then start anew */
-    close,     /**< the window's close request, then start anew */
-    destroy    /**< the window, by another client, then start anew */
+    terminate, /**< SIGTERM, then start anew; so do all from here on */
+    close,     /**< the window's close request */
+    destroy    /**< the window, by another client */
 };
 
 /** What becomes of a start of the radio's programs. */

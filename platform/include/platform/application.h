@@ -3,7 +3,7 @@
  *
  * On an ordinary Linux machine the framework brings up Elementary, runs its main loop with GLib's default
  * context in it, keeps one process an application, ends in order on SIGTERM, SIGINT, SIGQUIT and SIGHUP and when
- * the display server has gone, and logs why the main loop ends. A standard descriptor that the process was started
+ * the display server or its last window has gone, and logs why the main loop ends. A standard descriptor that the process was started
  * without is opened on the null device.
  */
 #pragma once

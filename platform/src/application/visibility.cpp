@@ -7,6 +7,13 @@
 namespace platform {
 namespace {
 
+bool is_any_canvas_left() {
+    Eina_List* const canvases = ecore_evas_ecore_evas_list_get();
+    const bool is_any = canvases != nullptr;
+    eina_list_free(canvases);
+    return is_any;
+}
+
 /** Whether the window shows a canvas of this process; Ecore has helper windows too. */
 bool has_canvas(Ecore_X_Window window) {
     bool found = false;
@@ -67,10 +74,10 @@ void Visibility::judge(void* self) {
     visibility->judgement_ = nullptr;
     auto& windows = visibility->windows_;
     std::erase_if(windows, [](const auto& entry) { return !has_canvas(entry.first); });
-    if (windows.empty()) {
+    if (!is_any_canvas_left())
         visibility->gone_();
+    if (windows.empty())
         return;
-    }
     const bool visible = std::ranges::any_of(windows, [](const auto& entry) { return entry.second; });
     if (visible == std::exchange(visibility->visible_, visible))
         return;

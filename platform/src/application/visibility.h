@@ -17,13 +17,13 @@ namespace platform {
  * Elementary asks the X server for visibility and structure events of each of its windows (measured, also for
  * a window with an alpha channel). The events of one turn of the main loop are judged together, so that a
  * window manager that unmaps and maps a window while it takes it over does not count. Deleting the last
- * window is no pause, and told by itself: Elementary deletes a window that another client has destroyed. There is an
- * XConnection as long as it lives.
+ * window is no pause, but Elementary also deletes one that another client has destroyed, and there a pause may come
+ * first. There is an XConnection as long as it lives.
  */
 class Visibility {
 public:
     /** `changed` is called with false when the application goes out of sight, and with true when it comes
-     * back; `gone` when it has no window any more. */
+     * back; `gone` when its last window is deleted, mapped or not. */
     Visibility(std::function<void(bool visible)> changed, std::function<void()> gone);
     ~Visibility();
     Visibility(const Visibility&) = delete;

@@ -1,12 +1,16 @@
 #include "platform/settings.h"
 
+#include "files/descriptor.h"
 #include "platform/log.h"
 #include "settings_file.h"
 
+#include <cerrno>
 #include <charconv>
 #include <cstring>
+#include <fcntl.h>
 #include <glib.h>
 #include <memory>
+#include <sys/stat.h>
 
 namespace platform::settings {
 namespace {
@@ -23,9 +27,20 @@ std::string text_of(char* owned) {
 }
 
 bool is_missing(const GError& error) {
-    return g_error_matches(&error, G_FILE_ERROR, G_FILE_ERROR_NOENT) != 0 ||
-           g_error_matches(&error, G_KEY_FILE_ERROR, G_KEY_FILE_ERROR_KEY_NOT_FOUND) != 0 ||
+    return g_error_matches(&error, G_KEY_FILE_ERROR, G_KEY_FILE_ERROR_KEY_NOT_FOUND) != 0 ||
            g_error_matches(&error, G_KEY_FILE_ERROR, G_KEY_FILE_ERROR_GROUP_NOT_FOUND) != 0;
+}
+
+/** Opens the file, as long as it is one: GLib waits at a named pipe. Only a missing one needs no word. */
+Descriptor open_without_waiting(const std::string& path) {
+    Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    struct stat status {};
+    if (!file && errno != ENOENT)
+        complain(path + ": " + g_strerror(errno));
+    if (!file || fstat(file.get(), &status) != 0 || S_ISREG(status.st_mode))
+        return file;
+    complain(path + ": not a file");
+    return {};
 }
 
 std::optional<int> side(std::string_view digits) {
@@ -53,15 +68,13 @@ std::optional<std::string> text(std::string_view key) {
     const std::string section(key.substr(0, slash));
     const std::string name(key.substr(slash + 1));
     const std::string path = file_path();
-    if (g_file_test(path.c_str(), G_FILE_TEST_EXISTS) != 0 &&
-        g_file_test(path.c_str(), G_FILE_TEST_IS_REGULAR) == 0) { // to open a named pipe is to wait
-        complain(path + ": not a file");
+    const Descriptor opened = open_without_waiting(path);
+    if (!opened)
         return std::nullopt;
-    }
-
     g_autoptr(GKeyFile) file = g_key_file_new();
     g_autoptr(GError) error = nullptr;
-    if (g_key_file_load_from_file(file, path.c_str(), G_KEY_FILE_NONE, &error) != 0) {
+    if (g_key_file_load_from_file(file, ("/proc/self/fd/" + std::to_string(opened.get())).c_str(),
+                                  G_KEY_FILE_NONE, &error) != 0) {
         g_autofree char* value = g_key_file_get_string(file, section.c_str(), name.c_str(), &error);
         if (value != nullptr && error == nullptr)
             return value;

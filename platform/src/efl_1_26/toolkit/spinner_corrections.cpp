@@ -9,6 +9,7 @@ extern "C" {
 }
 
 #include "spinner_corrections.h"
+#include "toolkit/widgets/popup.h"
 
 #include <cmath>
 
@@ -35,7 +36,7 @@ Eina_Bool set_number(Eo* spinner, void*, double number, const char* /*text*/) {
     double high = 0.0;
     efl_ui_range_limits_get(spinner, &low, &high);
     const bool is_between = number >= low && number <= high; // what is not a number is not
-    if (!is_between || efl_ui_widget_disabled_get(spinner) != EINA_FALSE)
+    if (!is_between || !is_in_front(spinner) || efl_ui_widget_disabled_get(spinner) != EINA_FALSE)
         return EINA_FALSE;
     efl_ui_range_value_set(spinner, std::round(number));
     evas_object_smart_callback_call(spinner, "changed", nullptr);
