@@ -1,6 +1,5 @@
 #include "hand.h"
 
-#include "common/application_log.h"
 #include "common/texts.h"
 #include "common/waiting.h"
 #include "operator/front_window.h"
@@ -114,7 +113,7 @@ void Hand::start_application() {
     application_.emplace(std::vector<std::string>{program_}, station::written_to(log));
 }
 
-void Hand::expect_end(Act act) {
+void Hand::expect_end(const station::LogFromNow& said, Act act) {
     const auto status = application_->wait_for_end(patience);
     if (!status)
         throw Difference("the application does not end");
@@ -126,7 +125,7 @@ void Hand::expect_end(Act act) {
                                : act == Act::close   ? "the window was closed"
                                : act == Act::destroy ? "the window has gone"
                                                      : "the operator chose to exit";
-    if (station::ApplicationLog().count("> the main loop ends: " + reason) != 1)
+    if (said.count("the main loop ends: " + reason) != 1)
         throw Difference("the application does not say that it ends: " + reason);
 }
 
@@ -135,6 +134,7 @@ void Hand::take(const State& from, const Transition& transition) {
     {
         const AtEnd restored = spoil(transition.bring_up);
         const AtEnd answering = answer(outcome.calls, transition);
+        const station::LogFromNow said;
         act(from, transition);
         if (transition.answer == Answer::late) {
             std::this_thread::sleep_for(late_key_after);
@@ -142,7 +142,7 @@ void Hand::take(const State& from, const Transition& transition) {
                 station::press_key(display_, key);
         }
         if (outcome.ends) {
-            expect_end(transition.act);
+            expect_end(said, transition.act);
             start_application();
         }
         expect(outcome.state, outcome.calls);

@@ -4,6 +4,7 @@
 #include "appearance.h"
 #include "model.h"
 
+#include "common/application_log.h"
 #include "common/process.h"
 #include "operator/display.h"
 #include "operator/other_window.h"
@@ -25,7 +26,7 @@ public:
 
 class Hand {
 public:
-    /** What the application has written since its last start. */
+    /** What the application writes. */
     static constexpr auto log = "/var/log/station/application.log";
 
     explicit Hand(std::string program);
@@ -59,7 +60,7 @@ public:
 
 private:
     void start_application();
-    void expect_end(Act act);
+    void expect_end(const station::LogFromNow& said, Act act);
     void activate(const std::string& name);
     static void set_language(bool mirrored);
     [[nodiscard]] std::string look();
