@@ -115,6 +115,8 @@ TEST_F(ToolkitWidget, SpinnerTakesTheMouseAndNumbersThatAnAssistiveTechnologySet
         EXPECT_EQ(efl_access_value_and_text_set(spinner, number, nullptr) != EINA_FALSE, taken) << number;
     EXPECT_EQ(elm_spinner_value_get(spinner), 12.0);
     settle();
+    for (const test::DrawnText& text : test::drawn_texts(screen.window()))
+        EXPECT_GT(test::contrast(text.place), 4.5) << text.text << " is dim, as a spent arrow is";
     click("12", 2);
     for (const char* const key : {"Right", "Return", "KP_Enter", "5", "Up", "Down", "Left"})
         screen.press(key);
