@@ -1,6 +1,7 @@
 #include "still_picture.h"
 
 #include "application/x_server.h"
+#include "common/dropped_press.h"
 #include "platform/log.h"
 
 #include <Ecore_Input.h>
@@ -92,6 +93,8 @@ Eina_Bool StillPicture::judge(void* self, int type, void* event) {
     const auto press = press_of(type, event);
     if (!picture->stood_still_at(press.server_time))
         return ECORE_CALLBACK_PASS_ON;
+    if (picture->dropped_last_.empty())
+        ecore_event_add(dropped_press_event(), nullptr, nullptr, nullptr);
     if (press.name != picture->dropped_last_)
         __dlog_print(LogBuffer::main, LogPriority::warning, "PLATFORM",
                      "dropped a press while the screen stood still: %s", press.name.c_str());

@@ -5,8 +5,12 @@
 
 #include "focus_moves.h"
 #include "focus_ring.h"
+#include "toolkit/press/press.h"
 #include "toolkit/widgets/widget.h"
 #include "window_manager.h"
+
+#include <array>
+#include <string_view>
 
 namespace vell {
 namespace {
@@ -81,15 +85,29 @@ Efl_Ui_Focus_Object* move_focus(Eo* window, Efl_Ui_Focus_Direction direction) {
 }
 
 Efl_Ui_Focus_Object* move(Eo* window, void*, Efl_Ui_Focus_Direction direction) {
+    constexpr std::array<const char*, EFL_UI_FOCUS_DIRECTION_LAST> arrows{nullptr, nullptr, "Up",
+                                                                          "Down",  "Right", "Left"};
+    const Evas_Object* const before = elm_object_focused_object_get(window);
     Efl_Ui_Focus_Object* const moved_to = move_focus(window, direction);
-    glide_to_focus(window);
+    const char* const arrow = arrows.at(direction);
+    if (arrow != nullptr && before != nullptr && elm_object_focused_object_get(window) == before)
+        bump_ring(window, arrow);
     return moved_to;
 }
 
 void give_up(Eo* window, void*) {
-    point_weakly(attached<Places>(window)->given_up, efl_ui_focus_manager_focus_get(window));
+    auto& given_up = attached<Places>(window)->given_up;
+    point_weakly(given_up, efl_ui_focus_manager_focus_get(window));
     efl_ui_focus_manager_reset_history(window);
     evas_object_focus_set(window, EINA_TRUE); // it gets the keys, or none would move the focus again
+    if (given_up != nullptr)
+        evas_object_smart_callback_call(given_up, "vell,focus,given,up", nullptr);
+}
+
+void on_key(void*, Evas*, Evas_Object* window, void* event) {
+    const char* const key = static_cast<Evas_Event_Key_Down*>(event)->key;
+    if (key != nullptr && std::string_view(key) == "Return" && elm_object_focused_object_get(window) == nullptr)
+        nudge_focus(window);
 }
 
 void raise(Eo* window, void*) {
@@ -108,6 +126,14 @@ void correct_focus(Evas_Object* window) {
         EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_pop_history_stack, reinterpret_cast<void*>(give_up)),
         EFL_OBJECT_OP_FUNC(efl_gfx_stack_raise_to_top, reinterpret_cast<void*>(raise)));
     efl_object_override(window, &operations);
+    evas_object_event_callback_add(window, EVAS_CALLBACK_KEY_DOWN, on_key, nullptr);
+}
+
+void nudge_focus(Evas_Object* window) {
+    Evas_Object* const focused = elm_object_focused_object_get(window);
+    Evas_Object* const nudged = focused != nullptr ? focused : attached<Places>(window)->given_up;
+    if (nudged != nullptr)
+        nudge(nudged);
 }
 
 void enter_header_at(Evas_Object* header, Evas_Object* tab) {

@@ -15,10 +15,12 @@ namespace vell {
  *   press.
  * - A window that is raised gets the keyboard. Elementary leaves that to the window manager, and some raise
  *   no window that does not ask for the keyboard too, and others give none.
- *
- * The focus ring glides along with every key that moves the focus.
+ * - OK does nothing then but nudge that widget, and an arrow that leads nowhere bumps the focus ring.
  */
 void correct_focus(Evas_Object* window);
+
+/** Nudges what has the focus, or gave it up: a key did nothing. */
+void nudge_focus(Evas_Object* window);
 
 /** Has the focus go to `tab` whenever a key moves it up into the header. */
 void enter_header_at(Evas_Object* header, Evas_Object* tab);

@@ -2,6 +2,7 @@
 
 #include "color.h"
 #include "toolkit/arranging/items_box.h"
+#include "toolkit/press/press.h"
 #include "toolkit/window/manager.h"
 #include "widget.h"
 
@@ -41,6 +42,7 @@ void change_arrangement(Evas_Object* object, Change change) {
     auto* const layout = attached<Layout>(object);
     if (layout == nullptr)
         return;
+    answer_press();
     change(layout->arrangement);
     items_box_changed(layout->box);
 }
@@ -135,12 +137,14 @@ void elm_vell_layout_item_append(Evas_Object* layout, Evas_Object* item, int wid
     vell::Widget* const widget = vell::find(item);
     if (holder == nullptr || widget == nullptr)
         return;
+    vell::answer_press();
     widget->request.given = {width, height};
     vell::items_box_append(holder->box, *widget);
     vell::Manager::instance().show_later(item);
 }
 
 void elm_vell_layout_clear(Evas_Object* layout) {
+    vell::answer_press();
     if (auto* const holder = attached<Layout>(layout))
         elm_box_clear(holder->box);
 }
