@@ -106,7 +106,8 @@ void give_up(Eo* window, void*) {
 
 void on_key(void*, Evas*, Evas_Object* window, void* event) {
     const char* const key = static_cast<Evas_Event_Key_Down*>(event)->key;
-    if (key != nullptr && std::string_view(key) == "Return" && elm_object_focused_object_get(window) == nullptr)
+    if (key != nullptr && std::string_view(key) == "Return" &&
+        elm_object_focused_object_get(window) == nullptr)
         nudge_focus(window);
 }
 

@@ -1,0 +1,161 @@
+/** What the screen shows after a press, whatever comes of it. */
+#include "support/pages.h"
+
+#include "common/dropped_press.h"
+#include "operator/display.h"
+#include "operator/pixels.h"
+#include "support/sleep_recorder.h"
+
+#include <filesystem>
+#include <thread>
+
+namespace {
+
+using namespace std::chrono_literals;
+using station::Pixels;
+
+const std::filesystem::path programs = "/opt/usr/apps/com.kelsor.tv.brimhub/bin";
+
+/** A program of the radio is not there while this lives. */
+class Missing {
+public:
+    explicit Missing(const char* program) : program_(programs / program), away_(programs / "away") {
+        std::filesystem::rename(program_, away_);
+    }
+    ~Missing() { std::filesystem::rename(away_, program_); }
+    Missing(const Missing&) = delete;
+    Missing& operator=(const Missing&) = delete;
+
+private:
+    std::filesystem::path program_, away_;
+};
+
+/** A key, and what the radio replies then. */
+struct Step {
+    const char* name;
+    const char* key;
+    const char* on; /**< what has the focus */
+    const char* method = nullptr;
+    const char* reply = nullptr;
+    bool lasts = false; /**< whether the screen has changed in the end */
+};
+
+class Press : public test::Pages {
+protected:
+    static void rest(std::chrono::milliseconds time) {
+        test::await([] { return false; }, time);
+    }
+
+    /** On a connection of its own: what is not flushed is not seen. */
+    [[nodiscard]] Pixels look() const { return Pixels::of_screen(display_.get()); }
+
+    [[nodiscard]] station::Color fill_of(const std::string& button) const {
+        const Eina_Rectangle place = test::geometry(screen->find(button));
+        return Pixels(display_.get(), place.x + place.w * 9 / 10, place.y + place.h / 2, 1, 1).at(0, 0);
+    }
+
+    void remember_screen() { before_.emplace(look()); }
+    [[nodiscard]] bool has_changed() const { return !(look() == *before_); }
+
+    /** The screen changes, before the application is called; in the end it is another, or as it was. */
+    void take(const Step& step) {
+        SCOPED_TRACE(step.name);
+        if (step.method != nullptr)
+            radio.answer(step.method, step.reply);
+        Evas_Object* const widget = screen->find(step.on);
+        ASSERT_NE(widget, nullptr);
+        elm_object_focus_set(widget, EINA_TRUE);
+        rest(700ms); // until what came before has faded
+        remember_screen();
+        called_.reset();
+        if (*step.on == '[')
+            evas_object_event_callback_add(widget, EVAS_CALLBACK_KEY_DOWN, note_call, this);
+        else
+            evas_object_smart_callback_priority_add(widget, "pressed", EVAS_CALLBACK_PRIORITY_BEFORE,
+                                                    note_call, this);
+        screen->type(step.key);
+        EXPECT_TRUE(test::await([this] { return has_changed(); }, 1s)); // should be 120 ms
+        EXPECT_TRUE(step.method == nullptr || called_ == true);
+        evas_object_event_callback_del_full(widget, EVAS_CALLBACK_KEY_DOWN, note_call, this);
+        evas_object_smart_callback_del_full(widget, "pressed", note_call, this);
+        rest(900ms);
+        EXPECT_EQ(has_changed(), step.lasts);
+    }
+
+private:
+    /** A smart or event callback. */
+    template <class... Arguments>
+    static void note_call(void* self, Arguments...) {
+        auto* const press = static_cast<Press*>(self);
+        press->called_ = press->has_changed();
+    }
+
+    station::Display display_ = station::open_display();
+    std::optional<Pixels> before_;
+    std::optional<bool> called_; /**< with the screen changed by then */
+};
+
+TEST_F(Press, IsAnsweredOnTheScreenWhateverComesOfIt) {
+    take({"no tab there", "Left", "TX Test"});
+    open("TX Test");
+    for (const Step& step :
+         {Step{"start refused", "Return", "Start Stream", "ember_start_stream", "(3,)", true},
+          {"started", "Return", "Start Stream", "ember_start_stream", "(0,)", true},
+          {"stop refused", "Return", "Stop Stream", "ember_stop_stream", "(3,)", true},
+          {"stopped", "Return", "Stop Stream", "ember_stop_stream", "(0,)", true},
+          {"no button below", "Down", "Stop Test"},
+          {"end refused", "Return", "Stop Test", "ember_stop", "(3,)", true}})
+        take(step);
+    open("RX Test");
+    const char* const count = "ember_get_rx_statistics";
+    for (const Step& step :
+         {Step{"count", "Return", "Count Received Packets", count, "('57 packets', 0)", true},
+          {"the same count", "Return", "Count Received Packets", count, "('57 packets', 0)"},
+          {"count refused", "Return", "Count Received Packets", count, "('', 3)", true},
+          {"reset refused", "Return", "Reset Count", "ember_reset_rx_statistics", "(5,)", true},
+          {"refused again", "Return", "Reset Count", "ember_reset_rx_statistics", "(5,)"}})
+        take(step);
+    activate("11");
+    take({"no number below", "Left", "[11]"});
+    take({"choice refused", "Return", "[11]", "ember_set_channel", "(3,)", true});
+}
+
+TEST_F(Press, ThatFreezesTheScreenHasShownWhyBefore) {
+    activate("TX Test");
+    elm_object_focus_set(screen->find("RX Test"), EINA_TRUE);
+    rest(200ms);
+    const station::Color idle = fill_of("Start TX Test");
+    std::optional<Pixels> frozen;
+    const SleepRecorder during([&](std::size_t) {
+        if (!frozen)
+            frozen.emplace(look());
+        std::this_thread::sleep_for(20ms); // the relay comes up
+    });
+    {
+        const Missing host("zigbeed");
+        activate("Start TX Test");
+        ASSERT_NE(screen->find("Please Wait..."), nullptr);
+        const station::Color waiting = fill_of("Please Wait...");
+        EXPECT_NE(waiting, idle);
+        EXPECT_TRUE(test::await([&] { return look() == frozen; }))
+            << "the dots come round to where they were";
+    }
+    const Missing relay("socat");
+    screen->press("Down");
+    screen->press("Return");
+    ASSERT_NE(screen->find("Failed to start child process"), nullptr);
+    rest(300ms);
+    EXPECT_NE(fill_of("Failed to start child process"), idle);
+    for (const auto& [name, press] :
+         {std::pair<const char*, std::function<void()>>{"OK", [this] { screen->type("Return"); }},
+          {"dropped", [] { ecore_event_add(platform::dropped_press_event(), nullptr, nullptr, nullptr); }}}) {
+        EXPECT_EQ(screen->focused(), "");
+        remember_screen();
+        press();
+        EXPECT_TRUE(test::await([this] { return has_changed(); }, 1s)) << name;
+        rest(400ms);
+        EXPECT_FALSE(has_changed()) << name;
+    }
+}
+
+} // namespace
