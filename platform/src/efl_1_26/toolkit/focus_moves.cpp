@@ -104,16 +104,16 @@ void give_up(Eo* window, void*) {
         evas_object_smart_callback_call(given_up, "vell,focus,given,up", nullptr);
 }
 
+void raise(Eo* window, void*) {
+    efl_gfx_stack_raise_to_top(efl_super(window, EFL_OBJECT_OVERRIDE_CLASS));
+    get_keyboard(window);
+}
+
 void on_key(void*, Evas*, Evas_Object* window, void* event) {
     const char* const key = static_cast<Evas_Event_Key_Down*>(event)->key;
     if (key != nullptr && std::string_view(key) == "Return" &&
         elm_object_focused_object_get(window) == nullptr)
         nudge_focus(window);
-}
-
-void raise(Eo* window, void*) {
-    efl_gfx_stack_raise_to_top(efl_super(window, EFL_OBJECT_OVERRIDE_CLASS));
-    get_keyboard(window);
 }
 
 } // namespace

@@ -15,7 +15,8 @@ namespace vell {
  *   press.
  * - A window that is raised gets the keyboard. Elementary leaves that to the window manager, and some raise
  *   no window that does not ask for the keyboard too, and others give none.
- * - OK does nothing then but nudge that widget, and an arrow that leads nowhere bumps the focus ring.
+ *
+ * OK while nothing has the focus nudges the widget that gave it up, and an arrow that leads nowhere bumps the focus ring.
  */
 void correct_focus(Evas_Object* window);
 

@@ -72,7 +72,7 @@ void answer_press() { newest_press().answered = true; }
 
 void show_renewed(Evas_Object* widget) {
     answer_press();
-    if (newest_press().lasts && evas_object_visible_get(widget) != EINA_FALSE)
+    if (pressed_widget() != nullptr && evas_object_visible_get(widget) != EINA_FALSE)
         emit(widget, "vell,pulse");
 }
 

@@ -56,10 +56,13 @@ bool can_be_used(const Evas_Object* button) {
  * last leaves the focus where it was.
  */
 void on_clicked(void*, Evas_Object* object, void*) {
-    if (!can_be_used(object))
+    if (!can_be_used(object)) {
+        vell::nudge(object);
         return;
+    }
     elm_object_focus_set(object, EINA_TRUE);
-    if (vell::attached<Button>(object)->work != Work::running)
+    const Work work = vell::attached<Button>(object)->work;
+    if (work == Work::waiting || work == Work::failed)
         set_work(object, Work::none);
     vell::begin_press(object);
     evas_object_smart_callback_call(object, "pressed", nullptr);

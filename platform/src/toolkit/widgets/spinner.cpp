@@ -68,12 +68,9 @@ void after_key(void*, Evas*, Evas_Object*, void*) { vell::end_press(); }
 
 // Elementary itself steps with the mouse's wheel.
 
-void on_less(void*, Evas_Object* spinner, const char*, const char*) {
-    step(spinner, elm_config_mirrored_get() != EINA_FALSE ? "Right" : "Left");
-}
-
-void on_more(void*, Evas_Object* spinner, const char*, const char*) {
-    step(spinner, elm_config_mirrored_get() != EINA_FALSE ? "Left" : "Right");
+void on_arrow(void*, Evas_Object* spinner, const char*, const char* arrow) {
+    const bool mirrored = elm_config_mirrored_get() != EINA_FALSE;
+    step(spinner, (std::string_view(arrow) == "less") != mirrored ? "Left" : "Right");
 }
 
 /** The key callbacks set on the spinner get OK as from the remote control. */
@@ -104,8 +101,8 @@ Evas_Object* elm_vell_spinner_add(Evas_Object* parent) {
                                             on_key, nullptr);
     evas_object_event_callback_priority_add(spinner, EVAS_CALLBACK_KEY_DOWN, EVAS_CALLBACK_PRIORITY_AFTER,
                                             after_key, nullptr);
-    elm_layout_signal_callback_add(spinner, "mouse,clicked,1", "less", on_less, nullptr);
-    elm_layout_signal_callback_add(spinner, "mouse,clicked,1", "more", on_more, nullptr);
+    elm_layout_signal_callback_add(spinner, "mouse,clicked,1", "less", on_arrow, nullptr);
+    elm_layout_signal_callback_add(spinner, "mouse,clicked,1", "more", on_arrow, nullptr);
     elm_layout_signal_callback_add(spinner, "mouse,clicked,1", "number", on_number, nullptr);
     evas_object_event_callback_add(spinner, EVAS_CALLBACK_SHOW, on_spinner_show, nullptr);
     evas_object_smart_callback_add(spinner, "changed", show_limits, nullptr);
