@@ -13,6 +13,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using station::Pixels;
+using Clock = std::chrono::steady_clock;
 
 const std::filesystem::path programs = "/opt/usr/apps/com.kelsor.tv.brimhub/bin";
 
@@ -37,7 +38,8 @@ struct Step {
     const char* on; /**< what has the focus */
     const char* method = nullptr;
     const char* reply = nullptr;
-    bool lasts = false; /**< whether the screen has changed in the end */
+    bool lasts = false;            /**< whether the screen has changed in the end */
+    const char* renewed = nullptr; /**< what shows that its text was set */
 };
 
 class Press : public test::Pages {
@@ -49,15 +51,23 @@ protected:
     /** On a connection of its own: what is not flushed is not seen. */
     [[nodiscard]] Pixels look() const { return Pixels::of_screen(display_.get()); }
 
-    [[nodiscard]] station::Color fill_of(const std::string& button) const {
-        const Eina_Rectangle place = test::geometry(screen->find(button));
-        return Pixels(display_.get(), place.x + place.w * 9 / 10, place.y + place.h / 2, 1, 1).at(0, 0);
+    [[nodiscard]] Pixels look_at(const Eina_Rectangle& area) const {
+        return {display_.get(), area.x, area.y, area.w, area.h};
     }
+    /** Where a button has neither text nor sign. */
+    [[nodiscard]] Pixels fill_of(const Evas_Object* button) const {
+        const Eina_Rectangle place = test::geometry(button);
+        return look_at({place.x + place.w * 17 / 20, place.y + place.h / 2, 1, 1});
+    }
+    [[nodiscard]] Pixels fill_of(const std::string& button) const { return fill_of(screen->find(button)); }
 
     void remember_screen() { before_.emplace(look()); }
     [[nodiscard]] bool has_changed() const { return !(look() == *before_); }
 
-    /** The screen changes, before the application is called; in the end it is another, or as it was. */
+    /**
+     * The screen changes before the application is called, and the pressed look stays a while; in the end the screen is
+     * another, or as it was.
+     */
     void take(const Step& step) {
         SCOPED_TRACE(step.name);
         if (step.method != nullptr)
@@ -67,6 +77,10 @@ protected:
         elm_object_focus_set(widget, EINA_TRUE);
         rest(700ms); // until what came before has faded
         remember_screen();
+        const Pixels fill = fill_of(widget);
+        const Eina_Rectangle value =
+            test::geometry(screen->find(step.renewed == nullptr ? step.on : step.renewed));
+        const Pixels old = look_at(value);
         called_.reset();
         if (*step.on == '[')
             evas_object_event_callback_add(widget, EVAS_CALLBACK_KEY_DOWN, note_call, this);
@@ -76,6 +90,9 @@ protected:
         screen->type(step.key);
         EXPECT_TRUE(test::await([this] { return has_changed(); }, 1s)); // should be 120 ms
         EXPECT_TRUE(step.method == nullptr || called_ == true);
+        EXPECT_TRUE(test::await([&] { return fill_of(widget) == fill; }, 1s)) << "stays pressed";
+        EXPECT_TRUE(step.method == nullptr || Clock::now() - called_at_ > 100ms) << "nobody sees that";
+        EXPECT_TRUE(step.renewed == nullptr || !(look_at(value) == old));
         evas_object_event_callback_del_full(widget, EVAS_CALLBACK_KEY_DOWN, note_call, this);
         evas_object_smart_callback_del_full(widget, "pressed", note_call, this);
         rest(900ms);
@@ -88,32 +105,41 @@ private:
     static void note_call(void* self, Arguments...) {
         auto* const press = static_cast<Press*>(self);
         press->called_ = press->has_changed();
+        press->called_at_ = Clock::now();
     }
 
     station::Display display_ = station::open_display();
     std::optional<Pixels> before_;
     std::optional<bool> called_; /**< with the screen changed by then */
+    Clock::time_point called_at_;
 };
 
 TEST_F(Press, IsAnsweredOnTheScreenWhateverComesOfIt) {
     take({"no tab there", "Left", "TX Test"});
     open("TX Test");
+    take({"start refused", "Return", "Start Stream", "ember_start_stream", "(3,)", true});
+    const Pixels idle = fill_of("Stop Test");
+    take({"started", "Return", "Start Stream", "ember_start_stream", "(0,)", true, "Start Stream"});
+    take({"no button below", "Down", "Stop Test"});
+    for (const char* const button : {"Set Channel", "Stop Stream"})
+        EXPECT_FALSE(fill_of(button) == idle) << button;
     for (const Step& step :
-         {Step{"start refused", "Return", "Start Stream", "ember_start_stream", "(3,)", true},
-          {"started", "Return", "Start Stream", "ember_start_stream", "(0,)", true},
-          {"stop refused", "Return", "Stop Stream", "ember_stop_stream", "(3,)", true},
-          {"stopped", "Return", "Stop Stream", "ember_stop_stream", "(0,)", true},
-          {"no button below", "Down", "Stop Test"},
+         {Step{"stop refused", "Return", "Stop Stream", "ember_stop_stream", "(3,)", true},
+          {"stopped", "Return", "Stop Stream", "ember_stop_stream", "(0,)", true, "Stop Stream"},
           {"end refused", "Return", "Stop Test", "ember_stop", "(3,)", true}})
         take(step);
+    for (const char* const button : {"Set Channel", "Start Stream"})
+        EXPECT_TRUE(fill_of(button) == idle) << button;
     open("RX Test");
     const char* const count = "ember_get_rx_statistics";
+    const char* const reset = "ember_reset_rx_statistics";
+    const char* const label = "Received Packets: 57";
     for (const Step& step :
          {Step{"count", "Return", "Count Received Packets", count, "('57 packets', 0)", true},
-          {"the same count", "Return", "Count Received Packets", count, "('57 packets', 0)"},
+          {"the same count", "Return", "Count Received Packets", count, "('57 packets', 0)", false, label},
           {"count refused", "Return", "Count Received Packets", count, "('', 3)", true},
-          {"reset refused", "Return", "Reset Count", "ember_reset_rx_statistics", "(5,)", true},
-          {"refused again", "Return", "Reset Count", "ember_reset_rx_statistics", "(5,)"}})
+          {"reset refused", "Return", "Reset Count", reset, "(5,)", true, label},
+          {"refused again", "Return", "Reset Count", reset, "(5,)", false, "Received Packets: Reset Failed"}})
         take(step);
     activate("11");
     take({"no number below", "Left", "[11]"});
@@ -124,8 +150,8 @@ TEST_F(Press, ThatFreezesTheScreenHasShownWhyBefore) {
     activate("TX Test");
     elm_object_focus_set(screen->find("RX Test"), EINA_TRUE);
     rest(200ms);
-    const station::Color idle = fill_of("Start TX Test");
-    std::optional<Pixels> frozen;
+    const Pixels idle = fill_of("Start TX Test");
+    std::optional<Pixels> frozen, waiting;
     const SleepRecorder during([&](std::size_t) {
         if (!frozen)
             frozen.emplace(look());
@@ -135,8 +161,7 @@ TEST_F(Press, ThatFreezesTheScreenHasShownWhyBefore) {
         const Missing host("zigbeed");
         activate("Start TX Test");
         ASSERT_NE(screen->find("Please Wait..."), nullptr);
-        const station::Color waiting = fill_of("Please Wait...");
-        EXPECT_NE(waiting, idle);
+        waiting.emplace(fill_of("Please Wait..."));
         EXPECT_TRUE(test::await([&] { return look() == frozen; }))
             << "the dots come round to where they were";
     }
@@ -145,7 +170,8 @@ TEST_F(Press, ThatFreezesTheScreenHasShownWhyBefore) {
     screen->press("Return");
     ASSERT_NE(screen->find("Failed to start child process"), nullptr);
     rest(300ms);
-    EXPECT_NE(fill_of("Failed to start child process"), idle);
+    const Pixels failed = fill_of("Failed to start child process");
+    EXPECT_FALSE(*waiting == idle || failed == idle || failed == *waiting);
     for (const auto& [name, press] :
          {std::pair<const char*, std::function<void()>>{"OK", [this] { screen->type("Return"); }},
           {"dropped", [] { ecore_event_add(platform::dropped_press_event(), nullptr, nullptr, nullptr); }}}) {
