@@ -15,7 +15,7 @@ constexpr double least_seconds = 0.12;
 /** The newest press, until its look goes. */
 struct Press {
     Evas_Object* widget = nullptr; /**< null when it is over, or the widget gone */
-    double begun = 0.0;
+    double shown = 0.0;
     bool lasts = false;
     bool answered = false;
     Ecore_Timer* release = nullptr;
@@ -51,18 +51,18 @@ void begin_press(Evas_Object* widget) {
         release(nullptr);
     }
     point_weakly(press.widget, widget);
-    press.begun = ecore_time_get();
     press.lasts = true;
     press.answered = false;
     emit(widget, "vell,state,pressed");
     draw_now(widget);
+    press.shown = ecore_time_get();
 }
 
 void end_press() {
     Press& press = newest_press();
     if (!std::exchange(press.lasts, false))
         return;
-    const double rest = press.begun + least_seconds - ecore_time_get();
+    const double rest = press.shown + least_seconds - ecore_time_get();
     press.release = ecore_timer_add(std::max(0.0, rest), release, nullptr);
 }
 
