@@ -111,8 +111,8 @@ private:
     template <class... Arguments>
     static void note_call(void* self, Arguments...) {
         auto* const press = static_cast<Press*>(self);
-        press->called_ = press->has_changed();
         press->called_at_ = Clock::now();
+        press->called_ = press->has_changed();
     }
 
     station::Display display_ = station::open_display();
