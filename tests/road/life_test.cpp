@@ -97,7 +97,7 @@ TEST_F(LifeRoad, APageWhoseSystemBusHasGoneSaysWhatFailedAndEndsInOrder) {
     operator_.activate("Exit");
     operator_.activate("Yes");
     expect_orderly_end();
-    EXPECT_EQ(log_.count("> the main loop ends: the operator chose to exit"), 1);
+    EXPECT_EQ(log_.count("> the main loop ends: the application asked to"), 1);
 }
 
 TEST_F(LifeRoad, LivesOnWithoutTheScreenReadersBusAndEndsInOrder) {

@@ -63,7 +63,7 @@ void in_loop(Action action) {
 }
 
 void quit() {
-    in_loop([] { ui_app_quit("told to"); });
+    in_loop(ui_app_quit);
 }
 
 void rest(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }
@@ -140,7 +140,7 @@ Lines lines_in(const std::string& text) {
 auto says(const Lines& lines) { return testing::ResultOf(lines_in, lines); }
 
 /** Between its start and its end, which is a success, the application says this. */
-void expect_life(Lines lines, const Action& hand, const std::string& reason = "told to") {
+void expect_life(Lines lines, const Action& hand, const std::string& reason = "the application asked to") {
     lines.insert(lines.begin(), {"create", "app_control"});
     lines.insert(lines.end(), {"log: the main loop ends: " + reason, "terminate Probe"});
     EXPECT_EXIT(std::exit(run({.hand = hand})), ExitedWithCode(0), says(lines));
@@ -153,8 +153,7 @@ protected:
 
 TEST_F(Framework, EveryWayOutCallsTerminateOnceWhileTheToolkitIsUpAndSaysWhy) {
     expect_life({}, quit);
-    expect_life(
-        {}, [] { in_loop(elm_exit); }, "the toolkit was asked to");
+    expect_life({}, [] { in_loop(elm_exit); });
     for (const auto& [number, name] :
          {std::pair{SIGTERM, "SIGTERM"}, {SIGINT, "SIGINT"}, {SIGQUIT, "SIGQUIT"}, {SIGHUP, "SIGHUP"}})
         expect_life(
@@ -186,9 +185,22 @@ TEST_F(Framework, MissingStandardDescriptorsAreTheNullDevice) {
         }});
     };
     const Lines lines{
-        "create",         "app_control", "/dev/null", "/dev/null", "log: the main loop ends: told to",
+        "create",         "app_control", "/dev/null", "/dev/null", "log: the main loop ends: the application asked to",
         "terminate Probe"};
     EXPECT_EXIT(std::exit(run_without()), ExitedWithCode(0), says(lines));
+}
+
+TEST_F(Framework, StartedProgramInheritsTheStandardDescriptorsAlone) {
+    expect_life({"0", "1", "2"}, [] {
+        EXPECT_GT(dup(STDERR_FILENO), STDERR_FILENO);
+        constexpr const char* script = "for n in $(seq 0 99); do [ -e /proc/$$/fd/$n ] && echo \"> $n\" >&2; done";
+        const pid_t child = fork();
+        if (child == 0)
+            execl("/bin/sh", "sh", "-c", script, nullptr);
+        while (kill(child, 0) == 0) // until the main loop has collected it
+            rest(20ms);
+        quit();
+    });
 }
 
 TEST_F(Framework, WhatHappensInCreateOrIsMissingBeforeItDecides) {
@@ -196,10 +208,10 @@ TEST_F(Framework, WhatHappensInCreateOrIsMissingBeforeItDecides) {
         EXPECT_EXIT(std::exit(run({.create = std::move(created)})), ExitedWithCode(status), says(lines));
     };
     const auto quit_at_once = [] {
-        ui_app_quit("told to");
+        ui_app_quit();
         return true;
     };
-    expect(0, {"create", "app_control", "log: the main loop ends: told to", "terminate Probe"}, quit_at_once);
+    expect(0, {"create", "app_control", "log: the main loop ends: the application asked to", "terminate Probe"}, quit_at_once);
     expect(3, {"create"}, [] { return false; });
     expect(3, {"create", "log: create ended with an exception: thrown"},
            []() -> bool { throw std::runtime_error("thrown"); });

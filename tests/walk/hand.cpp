@@ -124,7 +124,7 @@ void Hand::expect_end(const station::LogFromNow& said, Act act) {
     const std::string reason = act == Act::terminate ? "SIGTERM"
                                : act == Act::close   ? "the window was closed"
                                : act == Act::destroy ? "the window has gone"
-                                                     : "the operator chose to exit";
+                                                     : "the application asked to";
     if (said.count("the main loop ends: " + reason) != 1)
         throw Difference("the application does not say that it ends: " + reason);
 }
