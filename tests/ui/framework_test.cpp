@@ -111,6 +111,7 @@ int run(Application application) {
         .terminate =
             [](void*) {
                 say(std::string("terminate ") + elm_win_title_get(window));
+                rest(100ms);
                 evas_object_del(window);
             },
         .pause = [](void*) { say("pause"); },
@@ -158,7 +159,12 @@ TEST_F(Framework, EveryWayOutCallsTerminateOnceWhileTheToolkitIsUpAndSaysWhy) {
     for (const auto& [number, name] :
          {std::pair{SIGTERM, "SIGTERM"}, {SIGINT, "SIGINT"}, {SIGQUIT, "SIGQUIT"}, {SIGHUP, "SIGHUP"}})
         expect_life(
-            {}, [signal = number] { kill(getpid(), signal); }, name);
+            {},
+            [signal = number] {
+                in_loop([] {}); // before the loop it would end the process
+                kill(getpid(), signal);
+            },
+            name);
     const auto signals_while_busy = [] {
         for (const int number : {SIGTERM, SIGTERM, SIGHUP})
             kill(getpid(), number);
@@ -166,6 +172,25 @@ TEST_F(Framework, EveryWayOutCallsTerminateOnceWhileTheToolkitIsUpAndSaysWhy) {
     };
     expect_life(
         {"worked"}, [&] { in_loop(signals_while_busy); }, "SIGTERM");
+}
+
+TEST_F(Framework, WhatTheLauncherIgnoredStaysIgnoredAndASecondSignalDoesNotBreakOffTheEnd) {
+    const auto hang_up = [] {
+        kill(getpid(), SIGHUP);
+        return true;
+    };
+    const auto hang_up_and_end = [] {
+        in_loop([] { kill(getpid(), SIGHUP); });
+        rest(300ms);
+        say("lives");
+        kill(getpid(), SIGTERM);
+        await("terminate Probe");
+        kill(getpid(), SIGTERM);
+    };
+    std::signal(SIGHUP, SIG_IGN); // as nohup does; the processes below inherit it
+    EXPECT_EXIT(std::exit(run({.hand = hang_up_and_end, .create = hang_up})), ExitedWithCode(0),
+                says({"create", "app_control", "lives", "log: the main loop ends: SIGTERM", "terminate Probe"}));
+    std::signal(SIGHUP, SIG_DFL);
 }
 
 class FrameworkOnADyingDisplay : public Framework {};
@@ -203,6 +228,12 @@ TEST_F(Framework, WhatHappensInCreateOrIsMissingBeforeItDecides) {
     expect(3, {"create"}, [] { return false; });
     expect(3, {"create", "log: create ended with an exception: thrown"},
            []() -> bool { throw std::runtime_error("thrown"); });
+    const auto wait_for_a_signal = [] {
+        kill(getpid(), SIGTERM);
+        rest(5s); // as a silent bus would keep it
+        return true;
+    };
+    EXPECT_EXIT(run({.create = wait_for_a_signal}), testing::KilledBySignal(SIGTERM), says({"create"}));
     const ScopedEnvironment no_display("DISPLAY", ":4095");
     expect(4, {"log: no display: nothing answers at DISPLAY=:4095"}, [] { return true; });
 }

@@ -3,8 +3,9 @@
  *
  * On an ordinary Linux machine the framework brings up Elementary, runs its main loop with GLib's default
  * context in it, keeps one process an application, ends in order on SIGTERM, SIGINT, SIGQUIT and SIGHUP and when
- * the display server or its last window has gone, and logs why the main loop ends. A standard descriptor that the process was started
- * without is opened on the null device.
+ * the display server or its last window has gone, and logs why the main loop ends. Before the main loop these signals
+ * do what the launcher set, by default end the process at once; those that it ignored stay ignored; after the loop
+ * further ones do nothing. A standard descriptor that the process was started without is opened on the null device.
  */
 #pragma once
 

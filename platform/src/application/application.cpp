@@ -3,6 +3,7 @@
 #include "display_loss.h"
 #include "efl_1_26/application/held_keys.h"
 #include "efl_1_26/application/still_picture.h"
+#include "ending_signals.h"
 #include "event_handlers.h"
 #include "glib_loop.h"
 #include "guarded_call.h"
@@ -21,6 +22,7 @@
 
 #include <Efreet.h>
 #include <Elementary.h>
+#include <optional>
 
 namespace platform {
 
@@ -39,18 +41,22 @@ public:
         efreet_cache_disable();
         // They tell of batteries and time zones, and wait for the system bus for as long as it takes to answer.
         ecore_app_no_system_modules();
+        ecore_is_up_ = init_ecore_without_signals();
         up_ = elm_init(argc, argv) > 0;
         eina_freeq_mem_max_set(eina_freeq_main_get(), most_unfreed_bytes);
     }
     ~Toolkit() {
         if (up_)
             elm_shutdown();
+        if (ecore_is_up_)
+            ecore_shutdown();
     }
     Toolkit(const Toolkit&) = delete;
     Toolkit& operator=(const Toolkit&) = delete;
     explicit operator bool() const { return up_; }
 
 private:
+    bool ecore_is_up_ = false;
     bool up_ = false;
 };
 
@@ -85,7 +91,7 @@ int run(const Application& application, GDBusConnection* session_bus, SingleInst
     const RemoteControlKeys keys;
     const StillPicture still_picture;
     const Accessibility accessibility(session_bus);
-    const EndingSignals signals;
+    std::optional<EndingSignals> signals;
     MainLoop::instance().reset();
     {
         const LanguageWatch language([] { language_changed_handler().deliver(); });
@@ -96,6 +102,7 @@ int run(const Application& application, GDBusConnection* session_bus, SingleInst
         if (!application.create())
             return application_create_failed;
         application.launch();
+        signals.emplace();
         MainLoop::instance().run();
         instance.refuse_launches();
     }

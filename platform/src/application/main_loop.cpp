@@ -4,35 +4,9 @@
 #include "platform/log.h"
 
 #include <Elementary.h>
-#include <csignal>
 #include <utility>
 
 namespace platform {
-namespace {
-
-const char* signal_name(const Ecore_Event_Signal_Exit& event) {
-    if (event.interrupt)
-        return "SIGINT";
-    return event.quit ? "SIGQUIT" : "SIGTERM";
-}
-
-Eina_Bool exit_signal(void* /*data*/, int /*type*/, void* event) {
-    const auto& signal = *static_cast<const Ecore_Event_Signal_Exit*>(event);
-    if (signal.data.si_signo == 0) {
-        __dlog_print(LogBuffer::main, LogPriority::warning, "PLATFORM",
-                     "the session bus connection was closed");
-        return ECORE_CALLBACK_DONE;
-    }
-    ui_app_quit(signal_name(signal));
-    return ECORE_CALLBACK_DONE;
-}
-
-Eina_Bool hangup_signal(void* /*data*/, int /*type*/, void* /*event*/) {
-    ui_app_quit("SIGHUP");
-    return ECORE_CALLBACK_DONE;
-}
-
-} // namespace
 
 MainLoop& MainLoop::instance() {
     static MainLoop loop;
@@ -64,11 +38,6 @@ void MainLoop::reset() {
     reason_.clear();
     quit_requested_ = false;
 }
-
-// Before Elementary's own handler, which ends the loop without a word.
-EndingSignals::EndingSignals()
-    : exit_(ecore_event_handler_prepend(ECORE_EVENT_SIGNAL_EXIT, exit_signal, nullptr)),
-      hangup_(ecore_event_handler_prepend(ECORE_EVENT_SIGNAL_HUP, hangup_signal, nullptr)) {}
 
 } // namespace platform
 
