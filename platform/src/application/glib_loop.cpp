@@ -122,8 +122,7 @@ gboolean dispatch_within_share(GSource* source, GSourceFunc callback, gpointer d
     GMainContext* const context = g_source_get_context(source);
     const gint64 begin = g_source_get_time(source);
     const gboolean stays = dispatch_of_idle_source(source, callback, data);
-    if (context == g_main_context_default() &&
-        g_get_monotonic_time() - begin > share_of_a_turn_microseconds)
+    if (context == g_main_context_default() && g_get_monotonic_time() - begin > share_of_a_turn_microseconds)
         g_main_context_prepare(context, nullptr);
     return stays;
 }
