@@ -110,16 +110,13 @@ void SingleInstance::refuse_launches() { accepts_launches = false; }
 
 LaunchOutcome SingleInstance::settle() {
     dispatch_until([this] { return outcome_ || is_other_there_; }, bus_limit_milliseconds);
-    if (!outcome_ && is_other_there_) {
+    if (is_other_there_)
         dispatch_until([this] { return outcome_.has_value(); }, end_limit_milliseconds);
-        if (!outcome_)
-            log_line(LogPriority::error,
-                     "the application's earlier process has not ended in 30 s: not started");
-        return outcome_.value_or(LaunchOutcome::held_up);
-    }
-    if (!outcome_)
+    if (!outcome_ && is_other_there_)
+        log_line(LogPriority::error, "the application's earlier process has not ended in 30 s: not started");
+    else if (!outcome_)
         log_line(LogPriority::warning, "the session bus does not answer: the start does not wait for it");
-    decide(LaunchOutcome::runs);
+    decide(is_other_there_ ? LaunchOutcome::held_up : LaunchOutcome::runs);
     return *outcome_;
 }
 
