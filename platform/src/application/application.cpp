@@ -2,7 +2,7 @@
 
 #include "display_loss.h"
 #include "efl_1_26/application/held_keys.h"
-#include "efl_1_26/application/still_picture.h"
+#include "efl_1_26/application/stale_input_filter.h"
 #include "ending_signals.h"
 #include "event_handlers.h"
 #include "glib_loop.h"
@@ -90,7 +90,7 @@ private:
 int run(const Application& application) {
     const GlibLoop glib_loop;
     const RemoteControlKeys keys;
-    const StillPicture still_picture;
+    const StaleInputFilter stale_input_filter;
     const Accessibility accessibility;
     std::optional<EndingSignals> signals;
     MainLoop::instance().reset();
