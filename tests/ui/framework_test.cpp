@@ -412,6 +412,7 @@ extern "C" Eldbus_Pending* eldbus_object_send(Eldbus_Object* object, Eldbus_Mess
                                               Eldbus_Message_Cb answered, const void* data, double timeout) {
     if (std::exchange(next_question_is_lost, false)) {
         say("lost");
+        eldbus_message_unref(message);
         return nullptr;
     }
     static const auto forward =
