@@ -102,12 +102,15 @@ TEST_F(LifeRoad, WithoutTheDeviceASecondStartIsReportedAndEndsTheStream) {
 }
 
 TEST_F(LifeRoad, EndsInOrderOnSigtermWhileTheStackComesUp) {
+    const std::filesystem::path relay = "/opt/usr/apps/com.kelsor.tv.brimhub/bin/socat";
+    std::filesystem::rename(relay, relay.string() + ".away"); // so that it is waited for
     open_application();
     enter("Start TX Test");
     operator_.press("Return");
     expect_soon("the relay's start", [this] { return log_.count("app name") >= 2; });
     application().terminate();
     expect_orderly_end();
+    std::filesystem::rename(relay.string() + ".away", relay);
     EXPECT_EQ(log_.count("> the main loop ends: SIGTERM"), 1);
     EXPECT_EQ(log_.count("> stop ncp requester"), 1);
 }
