@@ -1,8 +1,6 @@
 /** The one main loop, and why it ends. */
 #pragma once
 
-#include "ecore_handlers.h"
-
 #include <string>
 
 namespace platform {
@@ -15,10 +13,10 @@ public:
     /** Runs until it is asked to end, and logs why it ends: the reason given first. */
     void run();
 
-    /** Gives the reason of an end that follows at once. */
+    /** Notes the reason of an end that follows at once; only the first one counts. */
     void note_reason(const char* reason);
 
-    void quit();
+    void quit(const char* reason);
 
     /** Forgets requests and reasons of an earlier life. */
     void reset();
@@ -27,22 +25,6 @@ private:
     std::string reason_;
     bool running_ = false;
     bool quit_requested_ = false;
-};
-
-/**
- * While it lives, SIGTERM, SIGINT, SIGQUIT and SIGHUP end the main loop.
- *
- * Measured with EFL 1.26.3: Ecore turns each of them into an event that comes once control is back in the
- * loop; Elementary ends the loop for all but SIGHUP. libeldbus sends the same event, without a signal in it,
- * when the session bus goes while the accessibility bridge uses it: that one is kept from Elementary.
- */
-class EndingSignals {
-public:
-    EndingSignals();
-
-private:
-    OwnedEventHandler exit_;
-    OwnedEventHandler hangup_;
 };
 
 } // namespace platform

@@ -104,6 +104,14 @@ void give_up(Eo* window, void*) {
         evas_object_smart_callback_call(given_up, "vell,focus,given,up", nullptr);
 }
 
+/** What Elementary gives the focus to when the window gets the keyboard and nothing has the focus: nothing, when it was
+ * given up. */
+Efl_Ui_Focus_Object* first_below(Eo* window, void*, Efl_Ui_Focus_Object* parent) {
+    if (parent == window && attached<Places>(window)->given_up != nullptr)
+        return nullptr;
+    return efl_ui_focus_manager_request_subchild(efl_super(window, EFL_OBJECT_OVERRIDE_CLASS), parent);
+}
+
 void raise(Eo* window, void*) {
     efl_gfx_stack_raise_to_top(efl_super(window, EFL_OBJECT_OVERRIDE_CLASS));
     get_keyboard(window);
@@ -125,6 +133,7 @@ void correct_focus(Evas_Object* window) {
     EFL_OPS_DEFINE(
         operations, EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_move, reinterpret_cast<void*>(move)),
         EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_pop_history_stack, reinterpret_cast<void*>(give_up)),
+        EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_request_subchild, reinterpret_cast<void*>(first_below)),
         EFL_OBJECT_OP_FUNC(efl_gfx_stack_raise_to_top, reinterpret_cast<void*>(raise)));
     efl_object_override(window, &operations);
     evas_object_event_callback_add(window, EVAS_CALLBACK_KEY_DOWN, on_key, nullptr);
