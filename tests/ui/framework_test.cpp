@@ -318,11 +318,11 @@ TEST_F(Framework, KeysAreThoseOfTheRemoteControlAndOnlyRedIsKeptWhileTheScreenIs
     const std::string reached = "key Return";
     const std::string told = "dropped"; // the toolkit
     const std::string dropped = "log: dropped a press while the screen was frozen: Return";
-    const Lines lines{"key XF86Back", "key XF86Exit", "key XF86Red",                //
-                      "worked",       reached,        reached,                      //
-                      "worked",       dropped,        told,          reached,       //
-                      "worked",       dropped,        "key XF86Red", told, reached, //
-                      "worked",       "key F9",       "worked",      dropped, told, reached};
+    const Lines lines{"key XF86Back", "key XF86Exit", "key XF86Red",                   //
+                      "worked",       reached,        reached,                         //
+                      "worked",       dropped,        told,          reached,          //
+                      "worked",       dropped,        "key XF86Red", told,    reached, //
+                      "worked",       "key F9",       "worked",      dropped, told,    reached};
     expect_life(lines, [] {
         const auto press_after = [](const Action& action) {
             in_loop(action);

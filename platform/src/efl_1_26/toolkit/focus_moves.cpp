@@ -140,8 +140,10 @@ void correct_focus(Evas_Object* window) {
 }
 
 void nudge_focus(Evas_Object* window) {
-    Evas_Object* const focused = elm_object_focused_object_get(window);
-    Evas_Object* const nudged = focused != nullptr ? focused : attached<Places>(window)->given_up;
+    const auto* const places = attached<Places>(window);
+    Evas_Object* nudged = elm_object_focused_object_get(window);
+    if (nudged == nullptr && places != nullptr)
+        nudged = places->given_up;
     if (nudged != nullptr)
         nudge(nudged);
 }
