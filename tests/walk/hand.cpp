@@ -177,6 +177,12 @@ void Hand::act(const State& from, const Transition& transition) {
             throw Difference("a second launch does not end with status 0");
         break;
     }
+    case Act::interrupt: {
+        const station::OtherWindow other;
+        if (!station::comes_true([this] { return !reader_.read("velmora").in_front(); }, patience))
+            throw Difference("the application keeps the keyboard");
+        break;
+    }
     case Act::terminate:
         application_->terminate();
         break;
