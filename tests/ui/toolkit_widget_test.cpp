@@ -1,7 +1,10 @@
-// Accessible values are declared as beta and protected in Elementary 1.26.
+// Accessibility is declared as beta and protected in Elementary 1.26.
 #define EFL_BETA_API_SUPPORT
+#define EFL_ACCESS_ACTION_PROTECTED
+#define EFL_ACCESS_OBJECT_PROTECTED
 #define EFL_ACCESS_VALUE_PROTECTED
 
+#include "efl_1_26/toolkit/accessible_corrections.h"
 #include "support/settings_folder.h"
 #include "support/toolkit_window.h"
 
@@ -9,6 +12,7 @@
 #include <cmath>
 #include <gmock/gmock.h>
 extern "C" {
+#include <efl_access_action.eo.h>
 #include <efl_access_value.eo.h>
 }
 
@@ -35,6 +39,36 @@ TEST_F(ToolkitWidget, ButtonIsPressedExactlyOnceForEachActivationUnlessItIsBarre
         elm_object_focus_allow_set(button, allowed);
         screen.click(geometry(button));
         EXPECT_EQ(pressed, presses);
+    }
+}
+
+TEST_F(ToolkitWidget, AssistiveTechnologyHearsOfAButtonsLabelAndStatesAlsoInANewTheme) {
+    Evas_Object* const label = elm_vell_textbox_add(page);
+    elm_vell_textbox_text_set(label, "Power: ");
+    elm_vell_layout_item_append(page, label, 100, 20);
+    Evas_Object* const button = add_button("7");
+    add_button("not labelled");
+    Eina_Iterator* const relations = efl_access_object_relations_get(label);
+    int labelled = 0;
+    for (Efl_Access_Relation* relation = nullptr;
+         eina_iterator_next(relations, reinterpret_cast<void**>(&relation));)
+        labelled += relation->type == EFL_ACCESS_RELATION_TYPE_LABEL_FOR &&
+                    eina_list_count(relation->objects) == 1 &&
+                    eina_list_data_get(relation->objects) == button;
+    eina_iterator_free(relations);
+    EXPECT_EQ(labelled, 1);
+    const auto says = [button](Efl_Access_State_Type type) {
+        return STATE_TYPE_GET(efl_access_object_state_set_get(button), type) != 0;
+    };
+    for (const bool holds : {true, false, true}) {
+        vell::set_accessible_state(button, vell::AccessibleState::busy, holds);
+        elm_object_focus_allow_set(button, holds);
+        elm_theme_flush(nullptr);
+        settle();
+        EXPECT_EQ(says(EFL_ACCESS_STATE_TYPE_BUSY), holds);
+        EXPECT_EQ(says(EFL_ACCESS_STATE_TYPE_ENABLED), holds);
+        EXPECT_EQ(says(EFL_ACCESS_STATE_TYPE_SENSITIVE), holds);
+        EXPECT_EQ(efl_access_action_do(button, 0) != EINA_FALSE, holds);
     }
 }
 
