@@ -60,6 +60,11 @@ TEST_F(ToolkitWidget, AssistiveTechnologyHearsOfAButtonsLabelAndStatesAlsoInANew
     const auto says = [button](Efl_Access_State_Type type) {
         return STATE_TYPE_GET(efl_access_object_state_set_get(button), type) != 0;
     };
+    int said = 0;
+    const auto note = [](void* changes, const Efl_Event* event) {
+        *static_cast<int*>(changes) += event->desc == EFL_ACCESS_OBJECT_EVENT_STATE_CHANGED ? 1 : 0;
+    };
+    Efl_Access_Event_Handler* const listener = efl_access_object_event_handler_add(note, &said);
     for (const bool holds : {true, false, true}) {
         vell::set_accessible_state(button, vell::AccessibleState::busy, holds);
         elm_object_focus_allow_set(button, holds);
@@ -70,6 +75,8 @@ TEST_F(ToolkitWidget, AssistiveTechnologyHearsOfAButtonsLabelAndStatesAlsoInANew
         EXPECT_EQ(says(EFL_ACCESS_STATE_TYPE_SENSITIVE), holds);
         EXPECT_EQ(efl_access_action_do(button, 0) != EINA_FALSE, holds);
     }
+    EXPECT_EQ(said, 7) << "three times busy or not, twice enabled or not, twice sensitive or not";
+    efl_access_object_event_handler_del(listener);
 }
 
 TEST_F(ToolkitWidget, AppendedItemIsShownOnceAtTheEndOfTheTurnOrTheRender) {

@@ -70,28 +70,21 @@ void correct_accessible_states(Evas_Object* widget) {
 }
 
 void set_accessible_state(Evas_Object* widget, AccessibleState state, bool holds) {
-    const auto change = [holds](Efl_Access_State_Set& set, Efl_Access_State_Set by) {
-        set = holds ? set | by : set & ~by;
-    };
-    AccessibleStates& states = *attached<AccessibleStates>(widget);
+    const bool bars = state == AccessibleState::barred;
+    const Efl_Access_State_Set types =
+        bars ? set_of(EFL_ACCESS_STATE_TYPE_ENABLED, EFL_ACCESS_STATE_TYPE_SENSITIVE)
+             : set_of(state == AccessibleState::busy ? EFL_ACCESS_STATE_TYPE_BUSY
+                                                     : EFL_ACCESS_STATE_TYPE_SELECTED);
     const Efl_Access_State_Set before = efl_access_object_state_set_get(widget);
-    switch (state) {
-    case AccessibleState::busy:
-        change(states.held, set_of(EFL_ACCESS_STATE_TYPE_BUSY));
-        break;
-    case AccessibleState::chosen:
-        change(states.held, set_of(EFL_ACCESS_STATE_TYPE_SELECTED));
-        break;
-    case AccessibleState::barred:
-        change(states.lacked, set_of(EFL_ACCESS_STATE_TYPE_ENABLED, EFL_ACCESS_STATE_TYPE_SENSITIVE));
-        break;
-    }
+    auto& states = *attached<AccessibleStates>(widget);
+    Efl_Access_State_Set& changed = bars ? states.lacked : states.held;
+    changed = holds ? changed | types : changed & ~types;
     const Efl_Access_State_Set now = efl_access_object_state_set_get(widget);
     for (const auto type : {EFL_ACCESS_STATE_TYPE_BUSY, EFL_ACCESS_STATE_TYPE_SELECTED,
                             EFL_ACCESS_STATE_TYPE_ENABLED, EFL_ACCESS_STATE_TYPE_SENSITIVE}) {
-        Efl_Access_Event_State_Changed_Data changed{type, (now & set_of(type)) != 0 ? EINA_TRUE : EINA_FALSE};
+        Efl_Access_Event_State_Changed_Data data{type, (now & set_of(type)) != 0 ? EINA_TRUE : EINA_FALSE};
         if (((before ^ now) & set_of(type)) != 0)
-            emit(widget, {EFL_ACCESS_OBJECT_EVENT_STATE_CHANGED, &changed});
+            emit(widget, {EFL_ACCESS_OBJECT_EVENT_STATE_CHANGED, &data});
     }
 }
 

@@ -126,7 +126,8 @@ void correct_focus(Evas_Object* window) {
         EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_focus_set, reinterpret_cast<void*>(set_focus)),
         EFL_OBJECT_OP_FUNC(efl_gfx_stack_raise_to_top, reinterpret_cast<void*>(raise)));
     efl_object_override(window, &operations);
-    // The window passes what it is asked on to a manager inside it, which asks itself when a popup goes.
+    // When a popup goes, the manager inside the window, to which the window passes on what it is asked, gives the focus to
+    // the first of all widgets when its history is empty, and does not ask the window (measured).
     EFL_OPS_DEFINE(inner_operations,
                    EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_focus_set, reinterpret_cast<void*>(set_focus)));
     Eina_Iterator* const children = efl_children_iterator_new(window);
@@ -141,7 +142,7 @@ void drop_focus_in(const Evas_Object* parent) {
     if (!is_inside(elm_object_focused_object_get(window), parent))
         return;
     efl_ui_focus_manager_reset_history(window);
-    evas_object_focus_set(window, EINA_TRUE);
+    evas_object_focus_set(window, EINA_TRUE); // it gets the keys meanwhile
 }
 
 void enter_header_at(Evas_Object* header, Evas_Object* tab) {

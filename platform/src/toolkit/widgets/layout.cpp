@@ -138,10 +138,10 @@ void elm_vell_layout_item_append(Evas_Object* layout, Evas_Object* item, int wid
     if (holder == nullptr || widget == nullptr)
         return;
     widget->request.given = {width, height};
-    if (const auto before = vell::layout_items(layout);
-        !before.empty() && widget->family == vell::Family::button)
-        if (vell::find(before.back(), vell::Family::textbox) != nullptr)
-            vell::label_accessible(item, before.back());
+    const auto before = vell::layout_items(layout);
+    if (widget->family == vell::Family::button && !before.empty() &&
+        vell::find(before.back(), vell::Family::textbox) != nullptr)
+        vell::label_accessible(item, before.back());
     vell::items_box_append(holder->box, *widget);
     vell::Manager::instance().show_later(item);
 }

@@ -131,7 +131,8 @@ bool is_in_front(const Evas_Object* widget) {
 }
 
 bool has_to_wait_for_popup(Evas_Object* widget) {
-    if (find(widget) == nullptr || is_in_front(widget)) // Elementary's own parts do not
+    const bool is_own = find(widget) != nullptr; // not a part of Elementary's
+    if (!is_own || open_popups().empty() || is_inside(widget, open_popups().back()->object))
         return false;
     point_weakly(open_popups().back()->focused_behind, widget);
     return true;
