@@ -28,6 +28,8 @@ struct Widget {
     bool focusable = false;
     bool focused = false;
     bool enabled = false;
+    bool chosen = false;    /**< it is the selected one of its row */
+    std::string label = {}; /**< the name of what labels it */
     std::optional<WidgetValue> value = {};
     int x = 0; /**< place on the screen, in pixels */
     int y = 0;

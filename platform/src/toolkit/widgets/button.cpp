@@ -1,5 +1,7 @@
 #include "button.h"
 
+#include "accessible.h"
+#include "efl_1_26/toolkit/accessible_corrections.h"
 #include "efl_1_26/toolkit/focus_bar.h"
 #include "popup.h"
 #include "toolkit/press/press.h"
@@ -25,12 +27,14 @@ void set_work(Evas_Object* button, Work work) {
                                                  "vell,state,running"};
     vell::attached<Button>(button)->work = work;
     elm_layout_signal_emit(button, signals.at(static_cast<std::size_t>(work)), "vell");
+    vell::set_accessible_state(button, vell::AccessibleState::busy, work == Work::waiting);
 }
 
 /** The button whose press bars others runs something, until its press frees them. */
 void show_whether_usable(Evas_Object* button) {
     const bool usable = elm_object_focus_allow_get(button) != EINA_FALSE;
     elm_layout_signal_emit(button, usable ? "vell,state,usable" : "vell,state,unusable", "vell");
+    vell::set_accessible_state(button, vell::AccessibleState::barred, !usable);
     vell::answer_press();
     Evas_Object* const pressed = vell::pressed_widget();
     if (vell::find(pressed, vell::Family::button) != nullptr && pressed != button)
@@ -75,6 +79,7 @@ namespace vell {
 
 void mark_chosen(Evas_Object* button, bool chosen) {
     elm_layout_signal_emit(button, chosen ? "vell,state,chosen" : "vell,state,unchosen", "vell");
+    set_accessible_state(button, AccessibleState::chosen, chosen);
 }
 
 } // namespace vell
@@ -84,10 +89,10 @@ Evas_Object* elm_vell_button_add(Evas_Object* parent) {
     if (object == nullptr)
         return nullptr;
     vell::attach<Button>(object);
+    vell::correct_accessible_states(object);
     vell::watch_focus_bar(object, show_whether_usable);
     evas_object_smart_callback_add(object, "clicked", on_clicked, nullptr);
     evas_object_smart_callback_add(object, "vell,focus,given,up", on_focus_given_up, nullptr);
-    evas_object_smart_callback_add(object, "focused", vell::keep_focus_in_popup, nullptr);
     return vell::adopt(object, vell::Family::button);
 }
 
@@ -107,6 +112,7 @@ void elm_vell_button_text_set(Evas_Object* button, const char* text) {
         set_work(button, Work::failed);
     else
         vell::show_renewed(button);
+    vell::set_accessible_name(button, text);
 }
 
 const char* elm_vell_button_text_get(const Evas_Object* button) {
