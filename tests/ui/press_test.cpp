@@ -1,4 +1,8 @@
 /** What the screen shows after a press, whatever comes of it. */
+// Accessible states are declared as beta and protected in Elementary 1.26.
+#define EFL_BETA_API_SUPPORT
+#define EFL_ACCESS_OBJECT_PROTECTED
+
 #include "support/pages.h"
 
 #include "common/dropped_press.h"
@@ -6,6 +10,7 @@
 #include "operator/pixels.h"
 #include "support/sleep_recorder.h"
 
+#include <efl_access_object.eo.h>
 #include <filesystem>
 #include <thread>
 
@@ -169,6 +174,8 @@ TEST_F(Press, ThatFreezesTheScreenHasShownWhyBefore) {
         activate("Start TX Test");
         ASSERT_NE(screen->find("Please Wait..."), nullptr);
         waiting.emplace(fill_of("Please Wait..."));
+        const auto states = efl_access_object_state_set_get(screen->find("Please Wait..."));
+        EXPECT_TRUE(STATE_TYPE_GET(states, EFL_ACCESS_STATE_TYPE_BUSY));
         EXPECT_TRUE(test::await([&] { return look() == frozen; }))
             << "the dots come round to where they were";
     }
