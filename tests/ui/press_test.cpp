@@ -33,7 +33,8 @@ public:
     Missing& operator=(const Missing&) = delete;
 
 private:
-    std::filesystem::path program_, away_;
+    std::filesystem::path program_;
+    std::filesystem::path away_;
 };
 
 /** A key, and what the radio replies then. */
@@ -163,7 +164,8 @@ TEST_F(Press, ThatFreezesTheScreenHasShownWhyBefore) {
     elm_object_focus_set(screen->find("RX Test"), EINA_TRUE);
     rest(200ms);
     const Pixels idle = fill_of("Start TX Test");
-    std::optional<Pixels> frozen, waiting;
+    std::optional<Pixels> frozen;
+    std::optional<Pixels> waiting;
     const SleepRecorder during([&](std::size_t) {
         if (!frozen)
             frozen.emplace(look());
