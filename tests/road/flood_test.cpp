@@ -1,5 +1,5 @@
-#include "common/bus_object.h"
-#include "host/ncp_contract.h"
+#include "base/bus_object.h"
+#include "ncp_host/contract.h"
 #include "support/road.h"
 
 #include <algorithm>
@@ -19,8 +19,8 @@ struct Flood {
 };
 
 void send(const Flood& flood) {
-    using namespace station::contract;
-    const auto bus = station::connect_to_system_bus();
+    using namespace simulator::contract;
+    const auto bus = simulator::connect_to_system_bus();
     for (std::size_t time = 0; time < flood.times; ++time)
         g_dbus_connection_emit_signal(bus.get(), nullptr, service_path, service_interface, event_signal,
                                       g_variant_new_parsed(flood.event), nullptr);
@@ -28,7 +28,7 @@ void send(const Flood& flood) {
 }
 
 long resident_kilobytes(int process) {
-    return station::sum_of("/proc/" + std::to_string(process) + "/status", {"VmRSS:"});
+    return simulator::sum_of("/proc/" + std::to_string(process) + "/status", {"VmRSS:"});
 }
 
 } // namespace
@@ -37,7 +37,7 @@ class FloodRoad : public Road {
 protected:
     /** Presses a key that has a line in the log. */
     Clock::duration time_to_answer() {
-        const station::LogFromNow log;
+        const simulator::LogFromNow log;
         const auto pressed = Clock::now();
         operator_.press("Down");
         expect_soon("the key's answer", [&log] { return log.count("KeyName [Down]") == 1; });

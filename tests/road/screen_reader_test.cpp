@@ -1,5 +1,5 @@
-#include "operator/announcements.h"
 #include "support/road.h"
+#include "ui_driver/announcements.h"
 
 #include <thread>
 
@@ -36,13 +36,13 @@ protected:
     /** Role and name of everything on the screen. */
     [[nodiscard]] std::vector<std::string> roles() const {
         std::vector<std::string> roles;
-        const station::Screen screen = operator_.screen();
-        for (const station::Widget& widget : screen.widgets())
+        const simulator::Screen screen = operator_.screen();
+        for (const simulator::Widget& widget : screen.widgets())
             roles.push_back(widget.role + " " + widget.name);
         return roles;
     }
 
-    std::optional<station::Announcements> announcements_;
+    std::optional<simulator::Announcements> announcements_;
 };
 
 TEST_F(ScreenReaderRoad, EveryTextHasItsNameAndRole) {
@@ -53,7 +53,7 @@ TEST_F(ScreenReaderRoad, EveryTextHasItsNameAndRole) {
                                      "label Channel:", "push button 11", "push button Stop"));
     enter("11");
     EXPECT_THAT(roles(), ElementsAre("dialog Zigbee TX Channel", "spin button 11"));
-    EXPECT_EQ(operator_.focused()->value, (station::WidgetValue{11, 11, 26}));
+    EXPECT_EQ(operator_.focused()->value, (simulator::WidgetValue{11, 11, 26}));
     operator_.press("XF86Back");
     operator_.activate("Exit");
     operator_.wait_for_focus("Cancel");

@@ -1,9 +1,9 @@
 /** The framework, seen from an application in a process of its own that says what happens to it. */
-#include "common/process.h"
-#include "common/waiting.h"
-#include "operator/accessibility_bus.h"
-#include "operator/other_window.h"
+#include "base/process.h"
+#include "base/wait_until.h"
 #include "support/settings_folder.h"
+#include "ui_driver/accessibility_bus.h"
+#include "ui_driver/other_window.h"
 
 #include "platform/application.h"
 
@@ -50,7 +50,7 @@ void await(const std::string& line, long times = 1) {
         const std::lock_guard lock(said_mutex);
         return std::ranges::count(said, line) >= times;
     };
-    (void)station::comes_true(is_said, 10s);
+    (void)simulator::wait_until(is_said, 10s);
 }
 
 /** Has the main loop do it, and waits for it. */
@@ -69,7 +69,7 @@ void quit() {
 void rest(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }
 
 void press(const std::string& key, std::chrono::milliseconds time = 0ms) {
-    station::press_key(station::open_display(), key, time);
+    simulator::press_key(simulator::open_display(), key, time);
 }
 
 /** Is busy, while a person presses keys. */
@@ -305,7 +305,7 @@ TEST_F(Framework, KeysHeldWhileTheFocusGoesAndComesAreNeitherPressedAgainNorDead
             const std::jthread finger([held] { press("Return", held); });
             await(pressed, ++times);
             {
-                const station::OtherWindow other;
+                const simulator::OtherWindow other;
                 await("pause", times + 1);
                 rest(1s);
             }
@@ -320,7 +320,7 @@ TEST_F(Framework, KeysHeldWhileTheFocusGoesAndComesAreNeitherPressedAgainNorDead
 
 TEST_F(Framework, BridgeFollowsAReaderThatComesLaterAndGoesButWaitsForNoBus) {
     const auto set_reader = [](bool is_there) {
-        station::announce_screen_reader(is_there);
+        simulator::announce_screen_reader(is_there);
         rest(1500ms);
         in_loop([] { say(elm_config_atspi_mode_get() ? "bridge" : "no bridge"); });
     };

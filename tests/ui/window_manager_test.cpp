@@ -3,10 +3,10 @@
 #include "support/screen.h"
 #include "support/settings_folder.h"
 
-#include "common/process.h"
-#include "common/redirection.h"
-#include "operator/other_window.h"
-#include "operator/pixels.h"
+#include "base/process.h"
+#include "base/redirection.h"
+#include "ui_driver/other_window.h"
+#include "ui_driver/pixels.h"
 
 #include <gtest/gtest.h>
 #include <platform/vell.h>
@@ -50,7 +50,7 @@ protected:
         int revert_to = 0;
         XGetInputFocus(display_.get(), &focused, &revert_to);
         return focused == elm_win_xwindow_get(window) &&
-               station::Pixels(display_.get(), 100, 100, 1, 1).at(0, 0) == station::Color{255, 0, 0};
+               simulator::Pixels(display_.get(), 100, 100, 1, 1).at(0, 0) == simulator::Color{255, 0, 0};
     }
 
     Evas_Object* window = nullptr;
@@ -58,8 +58,8 @@ protected:
 private:
     /** One of the television's, until it says that it is ready. */
     void start_manager(const std::vector<std::string>& command) {
-        auto [said, output] = station::make_pipe();
-        station::Descriptors descriptors;
+        auto [said, output] = simulator::make_pipe();
+        simulator::Descriptors descriptors;
         descriptors.output = std::move(output);
         manager_.emplace(command, std::move(descriptors));
         char letter = '\0';
@@ -68,14 +68,14 @@ private:
 
     test::SettingsFolder settings_{std::get<const char*>(GetParam())};
     LogCapture log_; // what EFL and the X library say stays out of the test's output
-    station::Display display_ = station::open_display();
+    simulator::Display display_ = simulator::open_display();
     Window root_ = DefaultRootWindow(display_.get());
-    std::optional<station::Process> manager_;
+    std::optional<simulator::Process> manager_;
 };
 
 TEST_P(Unmanaged, WindowIsSeenAndHasTheKeyboardWhenItAppearsAndWhenItIsRaised) {
     EXPECT_TRUE(test::await([&] { return is_seen_and_has_keyboard(); })) << "at the start";
-    const station::OtherWindow other;
+    const simulator::OtherWindow other;
     other.take_keys();
     EXPECT_TRUE(test::await([&] { return !is_seen_and_has_keyboard(); }));
     elm_win_raise(window);

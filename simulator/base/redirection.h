@@ -1,0 +1,27 @@
+/** Descriptors that lead elsewhere. */
+#pragma once
+
+#include "file_descriptor.h"
+
+#include <array>
+
+namespace simulator {
+
+/** A pipe's reading and its writing end. @throws std::runtime_error. */
+std::array<FileDescriptor, 2> make_pipe();
+
+/** The standard error of this process leads to another file as long as it lives. */
+class StandardErrorTo {
+public:
+    explicit StandardErrorTo(const FileDescriptor& file) : former_(dup(STDERR_FILENO)) {
+        dup2(file.get(), STDERR_FILENO);
+    }
+    StandardErrorTo(const StandardErrorTo&) = delete;
+    StandardErrorTo& operator=(const StandardErrorTo&) = delete;
+    ~StandardErrorTo() { dup2(former_.get(), STDERR_FILENO); }
+
+private:
+    FileDescriptor former_;
+};
+
+} // namespace simulator

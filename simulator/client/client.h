@@ -1,0 +1,65 @@
+/** Calls to what a running television has on its system bus. */
+#pragma once
+
+#include "base/gobject_release.h"
+
+#include <gio/gunixfdlist.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace simulator {
+
+using DescriptorList = std::unique_ptr<GUnixFDList, GObjectRelease>;
+
+/** One object on the television's system bus. */
+struct ObjectAddress {
+    const char* name;
+    const char* path;
+    const char* interface;
+    const char* program; /**< the component of the television that serves it */
+};
+
+extern const ObjectAddress television;
+extern const ObjectAddress ui;
+extern const ObjectAddress ncp_host;
+extern const ObjectAddress radio_module;
+
+class Client {
+public:
+    explicit Client(BusConnection bus) : bus_(std::move(bus)) {}
+
+    /**
+     * Calls a method, however long it takes; waits for a television that is still starting.
+     *
+     * @param arguments   a floating tuple, or null for none.
+     * @param descriptors handed over with the call, null for none.
+     * @return the answer's tuple.
+     * @throws Failure with what the television says, WrongUse when it does not know what it was asked for.
+     */
+    Value call(const ObjectAddress& object, const char* method, GVariant* arguments = nullptr,
+               GUnixFDList* descriptors = nullptr) const;
+
+    /** The connection, for calls of another kind. */
+    [[nodiscard]] GDBusConnection* bus() const { return bus_.get(); }
+
+    /** Throws what `call` throws for this error. */
+    [[noreturn]] static void refuse(const GError& error, const ObjectAddress& object);
+
+private:
+    [[nodiscard]] bool is_starting() const;
+    [[nodiscard]] std::string why_absent(const ObjectAddress& object) const;
+
+    BusConnection bus_;
+};
+
+/** The television that this process runs in. @throws std::runtime_error. */
+Client this_television();
+
+/** The first value of an answer. */
+Value first_of(const Value& answer);
+/** The one text of an answer. */
+std::string text_of(const Value& answer);
+
+} // namespace simulator

@@ -1,0 +1,153 @@
+#include "radio_module.h"
+
+#include "base/refusal.h"
+#include "contract.h"
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <system_error>
+
+namespace simulator {
+namespace {
+
+constexpr auto device_path = "/dev/ttyIOT";
+
+Radio::Time now() { return std::chrono::steady_clock::now(); }
+
+} // namespace
+
+int speed_of_firmware(int last_number) { return last_number <= 8 ? 115200 : 921600; }
+
+RadioModule::RadioModule(GDBusConnection* connection, int speed, const ComponentLog& log)
+    : log_(log), speed_(speed), port_(device_path),
+      reader_(EventSource::when_readable(port_.descriptor(), [this] { read_line(); })),
+      service_(connection, radio_contract::path, radio_contract::introspection,
+               [this](const auto& method, auto* arguments, auto* invocation) {
+                   handle_call(method, arguments, invocation);
+               }) {
+    log_.note("radio speaks at ", speed_);
+}
+
+void RadioModule::set_serial(bool present) {
+    if (present) {
+        port_.show();
+    } else {
+        port_.hide();
+    }
+    log_.note(device_path, present ? " is there" : " is not there");
+}
+
+bool RadioModule::set_traffic(int channel, int packets_per_second) {
+    return radio_.set_traffic(channel, packets_per_second, now());
+}
+
+void RadioModule::join_air(const std::filesystem::path& air) {
+    air_ = air;
+    air_watch_ = std::make_unique<AirWatch>(
+        air,
+        [this](const auto& stream, int channel, int power) {
+            const bool is_heard = radio_.add_stream(stream, channel, power, now());
+            log_.note("stream ", stream, is_heard ? " begins" : " is none");
+        },
+        [this](const auto& stream) {
+            radio_.remove_stream(stream, now());
+            log_.note("stream ", stream, " ends");
+        });
+}
+
+/** Lets others hear the stream that the radio sends, as long as it does. */
+void RadioModule::follow_stream() {
+    if (!radio_.streams() || air_.empty()) {
+        air_stream_.reset();
+    } else if (!air_stream_) {
+        try {
+            air_stream_ = std::make_unique<AirStream>(air_, radio_.channel(), radio_.power());
+        } catch (const std::system_error& error) {
+            log_.error("nobody hears the stream: ", error.what());
+        }
+    }
+}
+
+void RadioModule::lose_line() {
+    port_.hold(true);
+    lines_.clear();
+    radio_.lose_line(now());
+    follow_stream();
+    log_.note("the television has closed the serial line");
+}
+
+/** Who sends bytes has the line open, so its end can be waited for. */
+void RadioModule::read_line() {
+    std::array<char, 512> bytes{};
+    const auto count = read(port_.descriptor(), bytes.data(), bytes.size());
+    if (count <= 0) {
+        if (count == 0 || errno == EIO)
+            lose_line();
+        return;
+    }
+    port_.hold(false);
+    if (port_.speed() != speed_) {
+        log_.note("noise: ", count, " bytes at ", port_.speed().value_or(0), ", the module speaks at ",
+                  speed_);
+        lines_.clear();
+        return;
+    }
+    lines_.append({bytes.data(), static_cast<std::size_t>(count)});
+    while (const auto line = lines_.next())
+        answer(*line);
+}
+
+void RadioModule::answer(const std::string& line) {
+    const auto request = parse_request(line);
+    if (!request) {
+        log_.note("not a request: ", line);
+        return;
+    }
+    const auto reply = radio_.handle(*request, now());
+    follow_stream();
+    const auto text = to_line(reply);
+    log_.note(request->command, "(", request->argument ? std::to_string(*request->argument) : "",
+              ") = ", reply.code, reply.text.empty() ? "" : " ", reply.text);
+    if (write(port_.descriptor(), text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
+        log_.error("the serial line is full");
+    }
+}
+
+GVariant* RadioModule::state() const {
+    GVariantBuilder state;
+    g_variant_builder_init(&state, G_VARIANT_TYPE_VARDICT);
+    g_variant_builder_add(&state, "{sv}", "mode", g_variant_new_string(name_of(radio_.mode())));
+    g_variant_builder_add(&state, "{sv}", "channel", g_variant_new_int32(radio_.channel()));
+    g_variant_builder_add(&state, "{sv}", "power", g_variant_new_int32(radio_.power()));
+    g_variant_builder_add(&state, "{sv}", "stream", g_variant_new_boolean(radio_.streams()));
+    g_variant_builder_add(&state, "{sv}", "received", g_variant_new_int64(radio_.received(now())));
+    g_variant_builder_add(&state, "{sv}", "packets_per_second",
+                          g_variant_new_double(radio_.packets_per_second()));
+    g_variant_builder_add(&state, "{sv}", "serial", g_variant_new_boolean(port_.is_shown()));
+    g_variant_builder_add(&state, "{sv}", "speed", g_variant_new_int32(speed_));
+    return g_variant_new("(a{sv})", &state);
+}
+
+void RadioModule::handle_call(const std::string& method, GVariant* arguments,
+                              GDBusMethodInvocation* invocation) {
+    if (method == "State") {
+        g_dbus_method_invocation_return_value(invocation, state());
+        return;
+    }
+    if (method == "SetSerial") {
+        gboolean present = FALSE;
+        g_variant_get(arguments, "(b)", &present);
+        set_serial(present != FALSE);
+    } else {
+        gint channel = 0;
+        gint rate = 0;
+        g_variant_get(arguments, "(ii)", &channel, &rate);
+        if (!set_traffic(channel, rate))
+            throw Refusal("NoSuchTraffic",
+                          "no channel " + std::to_string(channel) + ", or no rate " + std::to_string(rate));
+    }
+    g_dbus_method_invocation_return_value(invocation, nullptr);
+}
+
+} // namespace simulator

@@ -1,0 +1,59 @@
+#include "announcements.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+
+namespace simulator {
+namespace {
+
+using namespace std::string_view_literals;
+
+constexpr auto focused = "object:state-changed:focused"sv;
+constexpr auto showing = "object:state-changed:showing"sv;
+constexpr auto renamed = "object:property-change:accessible-name"sv;
+constexpr std::array events = {focused, showing, renamed};
+
+std::string taken(char* text) {
+    const std::unique_ptr<char, decltype(&g_free)> owned(text, g_free);
+    return text == nullptr ? "" : text;
+}
+
+} // namespace
+
+Announcements::Announcements() : listener_(nullptr, g_object_unref) {
+    atspi_init();
+    const auto heard = +[](AtspiEvent* event, void* self) {
+        static_cast<Announcements*>(self)->hear(*event);
+        g_boxed_free(ATSPI_TYPE_EVENT, event);
+    };
+    listener_.reset(atspi_event_listener_new(heard, this, nullptr));
+    for (const auto event : events)
+        atspi_event_listener_register(listener_.get(), event.data(), nullptr);
+}
+
+Announcements::~Announcements() {
+    for (const auto event : events)
+        atspi_event_listener_deregister(listener_.get(), event.data(), nullptr);
+}
+
+std::size_t Announcements::count() const {
+    while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
+    }
+    return said_.size();
+}
+
+std::vector<std::string> Announcements::take() { return std::exchange(said_, {}); }
+
+void Announcements::hear(const AtspiEvent& event) {
+    const std::string role = taken(atspi_accessible_get_role_name(event.source, nullptr));
+    const bool begins = event.detail1 == 1;
+    if (event.type == focused && begins)
+        focused_role_ = role;
+    if ((event.type == focused && begins) || (event.type == showing && begins && role == "dialog") ||
+        (event.type == renamed && role == focused_role_))
+        said_.push_back(role + " " + taken(atspi_accessible_get_name(event.source, nullptr)));
+}
+
+} // namespace simulator

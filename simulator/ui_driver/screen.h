@@ -1,0 +1,71 @@
+/** What a screen reader finds on the screen of one application. */
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace simulator {
+
+/** A number that a widget shows, and its limits. */
+struct WidgetValue {
+    double current = 0;
+    double lowest = 0;
+    double highest = 0;
+    bool operator==(const WidgetValue&) const = default;
+};
+
+/** Where the application keeps a widget on the accessibility bus. */
+struct Accessible {
+    std::string bus_name;
+    std::string path;
+};
+
+/** A widget that can be seen. */
+struct Widget {
+    std::string name = {}; /**< what it says, without blanks around it */
+    std::string role = {}; /**< as AT-SPI names it: "push button", "label", "spin button", "dialog" */
+    bool focusable = false;
+    bool focused = false;
+    bool enabled = false;
+    std::optional<WidgetValue> value = {};
+    int x = 0; /**< place on the screen, in pixels */
+    int y = 0;
+    int width = 0;
+    int height = 0;
+    Accessible accessible = {};
+};
+
+/** One look at the screen. While a dialog is open it is all that can be used, and all that is listed. */
+class Screen {
+public:
+    explicit Screen(std::vector<Widget> widgets, bool in_front = true, std::vector<Widget> covered = {});
+    /** A screen on which nothing could be read, and why. */
+    static Screen unreadable(const std::string& reason);
+
+    /** In reading order, those without a name left out. */
+    [[nodiscard]] const std::vector<Widget>& widgets() const { return widgets_; }
+    /** What a dialog covers: name, role and place. */
+    [[nodiscard]] const std::vector<Widget>& covered() const { return covered_; }
+    [[nodiscard]] std::vector<std::string> texts() const;
+    [[nodiscard]] bool shows(const std::string& text) const { return find(text) != nullptr; }
+
+    /** The widget of that name, one that can be pressed before one that cannot; null when there is none. */
+    [[nodiscard]] const Widget* find(const std::string& name) const;
+    /** The widget that has the focus; null when none has. */
+    [[nodiscard]] const Widget* focused() const;
+
+    /** Whether the application's window is the one that gets the keys. */
+    [[nodiscard]] bool in_front() const { return in_front_; }
+
+    /** One line that says everything, the focused widget in brackets. */
+    [[nodiscard]] std::string description() const;
+
+private:
+    std::vector<Widget> widgets_;
+    std::vector<Widget> covered_;
+    bool in_front_;
+    std::string reason_;
+};
+
+} // namespace simulator
