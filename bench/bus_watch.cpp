@@ -1,6 +1,6 @@
 #include "bus_watch.h"
 
-#include "base/bus_object.h"
+#include "base/bus.h"
 
 #include <stdexcept>
 

@@ -1,7 +1,7 @@
 #include "benchmarks.h"
 #include "table.h"
 
-#include "base/bus_object.h"
+#include "base/bus.h"
 #include "base/process.h"
 #include "model/ncp_requester.h"
 #include "ncp_host/contract.h"

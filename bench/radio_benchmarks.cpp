@@ -3,7 +3,7 @@
 #include "measured_program.h"
 #include "table.h"
 
-#include "base/bus_object.h"
+#include "base/bus.h"
 #include "base/processes.h"
 #include "client/client.h"
 #include "model/process_lifecycle.h"

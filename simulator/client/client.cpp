@@ -1,11 +1,8 @@
 #include "client.h"
 
-#include "base/bus_object.h"
+#include "base/bus.h"
 #include "failure.h"
 #include "ncp_host/contract.h"
-#include "radio/contract.h"
-#include "television/contract.h"
-#include "ui_driver_service/contract.h"
 
 #include <algorithm>
 #include <array>
@@ -38,13 +35,14 @@ GError* failed_call(GDBusConnection* bus, const ObjectAddress& object, const cha
 
 } // namespace
 
-const ObjectAddress television{television_contract::bus_name, television_contract::path,
-                               television_contract::interface, "television"};
-const ObjectAddress ui{ui_contract::bus_name, ui_contract::path, ui_contract::interface, "ui_driver"};
-const ObjectAddress ncp_host{contract::bus_name, contract::simulation_path, contract::simulation_interface,
-                             "ncp_host"};
-const ObjectAddress radio_module{radio_contract::bus_name, radio_contract::path, radio_contract::interface,
-                                 "radio_module"};
+const ObjectAddress television{"org.velmora.Simulator.Television", "/org/velmora/Simulator/Television",
+                               "org.velmora.Simulator.Television", "television"};
+const ObjectAddress ui{"org.velmora.Simulator.Ui", "/org/velmora/Simulator/Ui", "org.velmora.Simulator.Ui",
+                       "ui_driver"};
+const ObjectAddress ncp_host{contract::bus_name, "/org/velmora/Simulator/NcpHost",
+                             "org.velmora.Simulator.NcpHost", "ncp_host"};
+const ObjectAddress radio_module{"org.velmora.Simulator.RadioModule", "/org/velmora/Simulator/RadioModule",
+                                 "org.velmora.Simulator.RadioModule", "radio_module"};
 
 Value Client::call(const ObjectAddress& object, const char* method, GVariant* arguments,
                    GUnixFDList* descriptors) const {
@@ -99,15 +97,18 @@ std::string Client::why_absent(const ObjectAddress& object) const {
     const std::string program = object.program;
     if (&object == &television)
         return "the television does not answer";
-    const Value components = call(television, "Components");
-    g_autoptr(GVariantIter) each = nullptr;
-    g_variant_get(components.get(), "(a(ssi))", &each);
-    const char* name = nullptr;
-    const char* state = nullptr;
-    while (g_variant_iter_next(each, "(&s&si)", &name, &state, nullptr) != FALSE)
+    const Value components = first_of(call(television, "Components"));
+    GVariantIter each;
+    g_variant_iter_init(&each, components.get());
+    while (const Value component{g_variant_iter_next_value(&each)}) {
+        const char* name = nullptr;
+        const char* state = nullptr;
+        g_variant_lookup(component.get(), "component", "&s", &name);
+        g_variant_lookup(component.get(), "state", "&s", &state);
         if (program == name)
             return std::string("the ").append(name) + " " + state + "; 'tvctl start " + name +
                    "' starts it again";
+    }
     return &object == &ui ? "this television has no screen" : "this television has no " + program;
 }
 

@@ -1,6 +1,6 @@
 #include "control_sockets.h"
 
-#include "base/bus_object.h"
+#include "base/bus.h"
 #include "base/local_socket.h"
 #include "base/strings.h"
 #include "base/wait_until.h"

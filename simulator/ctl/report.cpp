@@ -55,7 +55,7 @@ public:
         attempt("picture.png", [this] { picture(client_, folder_ / "picture.png"); });
         attempt("screen.txt", [this] { write("screen.txt", {text_of(client_.call(ui, "See"))}); });
         attempt("screen.json",
-                [this] { write("screen.json", {tree_of(first_of(client_.call(ui, "Screen")).get())}); });
+                [this] { write("screen.json", {json_of(first_of(client_.call(ui, "Screen")).get())}); });
         attempt("radio.txt",
                 [this] { write("radio.txt", words_of_radio(client_.call(radio_module, "State"))); });
         attempt("calls.txt", [this] { write("calls.txt", asked_of_host(client_)); });

@@ -15,23 +15,7 @@
 #include <unistd.h>
 
 namespace simulator {
-namespace {
-
-GVariant* objects_of(const Value& components) {
-    GVariantBuilder list;
-    g_variant_builder_init(&list, G_VARIANT_TYPE("aa{sv}"));
-    g_autoptr(GVariantIter) each = nullptr;
-    g_variant_get(components.get(), "(a(ssi))", &each);
-    const char* name = nullptr;
-    const char* state = nullptr;
-    int process = 0;
-    while (g_variant_iter_next(each, "(&s&si)", &name, &state, &process) != FALSE)
-        g_variant_builder_add_parsed(&list, "{'component': <%s>, 'state': <%s>, 'process': <%i>}", name,
-                                     state, process);
-    return g_variant_builder_end(&list);
-}
-
-} // namespace
+namespace {} // namespace
 
 void Output::say(const std::string& line) const {
     std::cout << (json ? json_of(g_variant_new_string(line.c_str())) : line) << '\n';
@@ -43,7 +27,7 @@ void Output::say(const std::vector<std::string>& words) const {
 
 void see(Client& client, const Output& output) {
     if (output.json)
-        std::cout << tree_of(first_of(client.call(ui, "Screen")).get()) << '\n';
+        std::cout << json_of(first_of(client.call(ui, "Screen")).get()) << '\n';
     else
         output.say(text_of(client.call(ui, "See")));
 }
@@ -58,7 +42,7 @@ void radio(Client& client, const Output& output) {
 
 void components(Client& client, const Output& output) {
     const Value components = client.call(television, "Components");
-    std::cout << (output.json ? json_of(objects_of(components))
+    std::cout << (output.json ? json_of(first_of(components).get())
                               : joined(words_of_components(components), " | "))
               << '\n';
 }
@@ -78,12 +62,16 @@ std::vector<std::string> words_of_radio(const Value& state) {
 
 std::vector<std::string> words_of_components(const Value& components) {
     std::vector<std::string> words;
-    g_autoptr(GVariantIter) each = nullptr;
-    g_variant_get(components.get(), "(a(ssi))", &each);
-    const char* name = nullptr;
-    const char* state = nullptr;
-    while (g_variant_iter_next(each, "(&s&si)", &name, &state, nullptr) != FALSE)
+    const Value list = first_of(components);
+    GVariantIter each;
+    g_variant_iter_init(&each, list.get());
+    while (const Value component{g_variant_iter_next_value(&each)}) {
+        const char* name = nullptr;
+        const char* state = nullptr;
+        g_variant_lookup(component.get(), "component", "&s", &name);
+        g_variant_lookup(component.get(), "state", "&s", &state);
         words.push_back(std::string(name) + " " + state);
+    }
     return words;
 }
 

@@ -7,13 +7,11 @@
 
 namespace {
 
-void add_behaviour(simulator::NcpHost& service, const std::string& text) {
+void add_behaviour(simulator::NcpHost& host, const std::string& text) {
     const auto middle = text.find('=');
-    const auto behaviour =
-        middle == std::string::npos ? std::nullopt : simulator::parse_behaviour(text.substr(middle + 1));
-    if (!behaviour || !service.set_behaviour(text.substr(0, middle), *behaviour)) {
+    if (middle == std::string::npos)
         throw std::runtime_error("--answer " + text + ": not METHOD=BEHAVIOUR");
-    }
+    host.set_behaviour(text.substr(0, middle), text.substr(middle + 1));
 }
 
 constexpr guint answer_limit_milliseconds = 5000;
@@ -26,9 +24,9 @@ void run(int argc, char** argv, const simulator::ComponentLog& log) {
     simulator::read_options(argc, argv, entries.data(), "The NCP host service of the simulated television.");
 
     const auto connection = simulator::connect_to_system_bus();
-    simulator::NcpHost service(connection.get(), answer_limit_milliseconds, log);
+    simulator::NcpHost host(connection.get(), answer_limit_milliseconds, log);
     for (auto* entry = answers; entry != nullptr && *entry != nullptr; ++entry)
-        add_behaviour(service, *entry);
+        add_behaviour(host, *entry);
     simulator::own_name(connection.get(), simulator::contract::bus_name);
     simulator::run_until_terminated();
 }

@@ -1,7 +1,7 @@
 /** The NCP host's link to the radio module: the terminal that the relay makes, and the exchange over it. */
 #pragma once
 
-#include "base/bus_object.h"
+#include "base/bus.h"
 #include "base/event_source.h"
 #include "base/log.h"
 #include "radio/protocol.h"

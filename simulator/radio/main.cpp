@@ -1,6 +1,5 @@
 #include "base/program.h"
 #include "base/strings.h"
-#include "contract.h"
 #include "radio_module.h"
 
 #include <array>
@@ -59,9 +58,9 @@ void add_traffic(simulator::RadioModule& module, const std::string& text) {
     const auto channel = simulator::parse_int(text.substr(0, middle));
     const auto rate =
         middle == std::string::npos ? std::nullopt : simulator::parse_int(text.substr(middle + 1));
-    if (!channel || !rate || !module.set_traffic(*channel, *rate)) {
+    if (!channel || !rate)
         throw std::runtime_error("--traffic " + text + ": not CHANNEL=PACKETS_PER_SECOND");
-    }
+    module.set_traffic(*channel, *rate);
 }
 
 void run(int argc, char** argv, const simulator::ComponentLog& log) {
@@ -80,7 +79,7 @@ void run(int argc, char** argv, const simulator::ComponentLog& log) {
     } else {
         module.set_serial(options.no_serial == FALSE);
     }
-    simulator::own_name(connection.get(), simulator::radio_contract::bus_name);
+    simulator::own_name(connection.get(), "org.velmora.Simulator.RadioModule");
     simulator::run_until_terminated();
 }
 

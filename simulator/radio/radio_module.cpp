@@ -1,8 +1,5 @@
 #include "radio_module.h"
 
-#include "base/refusal.h"
-#include "contract.h"
-
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -22,10 +19,10 @@ int speed_of_firmware(int last_number) { return last_number <= 8 ? 115200 : 9216
 RadioModule::RadioModule(GDBusConnection* connection, int speed, const ComponentLog& log)
     : log_(log), speed_(speed), port_(device_path),
       reader_(EventSource::when_readable(port_.descriptor(), [this] { read_line(); })),
-      service_(connection, radio_contract::path, radio_contract::introspection,
-               [this](const auto& method, auto* arguments, auto* invocation) {
-                   handle_call(method, arguments, invocation);
-               }) {
+      object_(connection, "org.velmora.Simulator.RadioModule",
+              {{"State", [this](const Call& call) { call.answer({state()}); }},
+               {"SetSerial", [this](const Call& call) { set_serial(call.flag()); }},
+               {"SetTraffic", [this](const Call& call) { set_traffic(call.number(0), call.number(1)); }}}) {
     log_.note("radio speaks at ", speed_);
 }
 
@@ -38,8 +35,10 @@ void RadioModule::set_serial(bool present) {
     log_.note(device_path, present ? " is there" : " is not there");
 }
 
-bool RadioModule::set_traffic(int channel, int packets_per_second) {
-    return radio_.set_traffic(channel, packets_per_second, now());
+void RadioModule::set_traffic(int channel, int packets_per_second) {
+    if (!radio_.set_traffic(channel, packets_per_second, now()))
+        throw Refusal("NoSuchTraffic", "no channel " + std::to_string(channel) + ", or no rate " +
+                                           std::to_string(packets_per_second));
 }
 
 void RadioModule::join_air(const std::filesystem::path& air) {
@@ -126,28 +125,7 @@ GVariant* RadioModule::state() const {
                           g_variant_new_double(radio_.packets_per_second()));
     g_variant_builder_add(&state, "{sv}", "serial", g_variant_new_boolean(port_.is_shown()));
     g_variant_builder_add(&state, "{sv}", "speed", g_variant_new_int32(speed_));
-    return g_variant_new("(a{sv})", &state);
-}
-
-void RadioModule::handle_call(const std::string& method, GVariant* arguments,
-                              GDBusMethodInvocation* invocation) {
-    if (method == "State") {
-        g_dbus_method_invocation_return_value(invocation, state());
-        return;
-    }
-    if (method == "SetSerial") {
-        gboolean present = FALSE;
-        g_variant_get(arguments, "(b)", &present);
-        set_serial(present != FALSE);
-    } else {
-        gint channel = 0;
-        gint rate = 0;
-        g_variant_get(arguments, "(ii)", &channel, &rate);
-        if (!set_traffic(channel, rate))
-            throw Refusal("NoSuchTraffic",
-                          "no channel " + std::to_string(channel) + ", or no rate " + std::to_string(rate));
-    }
-    g_dbus_method_invocation_return_value(invocation, nullptr);
+    return g_variant_builder_end(&state);
 }
 
 } // namespace simulator

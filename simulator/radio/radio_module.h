@@ -2,7 +2,7 @@
 #pragma once
 
 #include "air.h"
-#include "base/bus_object.h"
+#include "base/bus.h"
 #include "base/event_source.h"
 #include "base/log.h"
 #include "module_port.h"
@@ -23,8 +23,8 @@ public:
     RadioModule(GDBusConnection* connection, int speed, const ComponentLog& log);
 
     void set_serial(bool present);
-    /** @return false for no such channel or rate. */
-    bool set_traffic(int channel, int packets_per_second);
+    /** @throws Refusal for no such channel or rate. */
+    void set_traffic(int channel, int packets_per_second);
     /** Shares the air of this folder with other modules. @throws std::system_error. */
     void join_air(const std::filesystem::path& air);
 
@@ -33,7 +33,7 @@ private:
     void lose_line();
     void follow_stream();
     void answer(const std::string& line);
-    void handle_call(const std::string& method, GVariant* arguments, GDBusMethodInvocation* invocation);
+    /** A floating a{sv}. */
     [[nodiscard]] GVariant* state() const;
 
     const ComponentLog& log_;
@@ -42,7 +42,7 @@ private:
     ModulePort port_;
     LineBuffer lines_;
     EventSource reader_;
-    BusObject service_;
+    BusObject object_;
     std::filesystem::path air_;
     std::unique_ptr<AirWatch> air_watch_;
     std::unique_ptr<AirStream> air_stream_;

@@ -5,18 +5,19 @@ namespace simulator {
 /** One running command, and the caller that waits for it. */
 class CommandRunner::Running {
 public:
-    Running(CommandRunner& runner, const std::vector<std::string>& command,
-            const std::vector<std::string>& environment, Descriptors descriptors,
-            GDBusMethodInvocation* invocation)
-        : runner_(runner), invocation_(invocation),
+    Running(CommandRunner& runner, const Call& call)
+        : runner_(runner), call_(call),
           process_(
-              command, std::move(descriptors), [this] { answer(); }, environment, true) {
+              call.texts(0),
+              {FileDescriptor(call.take_descriptor(0)), FileDescriptor(call.take_descriptor(1)),
+               FileDescriptor(call.take_descriptor(2))},
+              [this] { answer(); }, call.texts(1), true) {
         const auto gone = +[](GDBusConnection* /*connection*/, const char* /*caller*/, gpointer self) {
             static_cast<Running*>(self)->process_.kill();
         };
-        caller_watch_ = g_bus_watch_name_on_connection(
-            runner.connection_, g_dbus_method_invocation_get_sender(invocation),
-            G_BUS_NAME_WATCHER_FLAGS_NONE, nullptr, gone, this, nullptr);
+        caller_watch_ =
+            g_bus_watch_name_on_connection(runner.connection_, call.sender().c_str(),
+                                           G_BUS_NAME_WATCHER_FLAGS_NONE, nullptr, gone, this, nullptr);
     }
     ~Running() { g_bus_unwatch_name(caller_watch_); }
     Running(const Running&) = delete;
@@ -24,12 +25,12 @@ public:
 
 private:
     void answer() {
-        g_dbus_method_invocation_return_value(invocation_, g_variant_new("(i)", *process_.status()));
+        call_.answer({g_variant_new_int32(*process_.status())});
         runner_.remove(*this);
     }
 
     CommandRunner& runner_;
-    GDBusMethodInvocation* invocation_;
+    Call call_;
     Process process_;
     guint caller_watch_ = 0;
 };
@@ -38,10 +39,14 @@ CommandRunner::CommandRunner(GDBusConnection* connection) : connection_(connecti
 
 CommandRunner::~CommandRunner() = default;
 
-void CommandRunner::run(const std::vector<std::string>& command, const std::vector<std::string>& environment,
-                        Descriptors descriptors, GDBusMethodInvocation* invocation) {
-    running_.push_back(
-        std::make_unique<Running>(*this, command, environment, std::move(descriptors), invocation));
+void CommandRunner::run(const Call& call) {
+    if (call.texts(0).empty() || !FileDescriptor(call.take_descriptor(2)))
+        throw Refusal("BadCommand", "a command and its three descriptors are needed");
+    try {
+        running_.push_back(std::make_unique<Running>(*this, call));
+    } catch (const std::runtime_error& error) {
+        throw Refusal("BadCommand", error.what());
+    }
 }
 
 void CommandRunner::remove(const Running& command) {

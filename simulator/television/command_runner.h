@@ -1,14 +1,11 @@
 /** Commands that callers from outside run in the television. */
 #pragma once
 
+#include "base/bus.h"
 #include "base/process.h"
-
-#include <gio/gio.h>
 
 #include <list>
 #include <memory>
-#include <string>
-#include <vector>
 
 namespace simulator {
 
@@ -23,10 +20,10 @@ public:
      * Runs a command to its end and answers the call with its status. When the caller leaves the bus before,
      * the command is killed.
      *
-     * @throws std::runtime_error when it cannot be started; the call is then unanswered.
+     * @param call of the method Run.
+     * @throws Refusal when it cannot be started.
      */
-    void run(const std::vector<std::string>& command, const std::vector<std::string>& environment,
-             Descriptors descriptors, GDBusMethodInvocation* invocation);
+    void run(const Call& call);
 
 private:
     class Running;

@@ -1,5 +1,4 @@
 #include "base/program.h"
-#include "contract.h"
 #include "television_object.h"
 
 #include <array>
@@ -84,7 +83,7 @@ int run(int argc, char** argv) {
     const auto connection = simulator::connect_to_system_bus();
     g_dbus_connection_set_exit_on_close(connection.get(), FALSE);
     const simulator::TelevisionObject service(connection.get(), television);
-    simulator::own_name(connection.get(), simulator::television_contract::bus_name);
+    simulator::own_name(connection.get(), "org.velmora.Simulator.Television");
     const int status = television.run();
     say_last_word(plan.status_descriptor, status);
     return status;

@@ -1,23 +1,14 @@
 #include "television_object.h"
 
 #include "base/processes.h"
-#include "base/refusal.h"
 #include "base/strings.h"
-#include "contract.h"
 #include "logs.h"
 
 #include <csignal>
-#include <gio/gunixfdlist.h>
 #include <stdexcept>
 
 namespace simulator {
 namespace {
-
-std::string text_argument(GVariant* arguments) {
-    const char* text = nullptr;
-    g_variant_get(arguments, "(&s)", &text);
-    return text;
-}
 
 void kill_all(const std::string& program) {
     const auto processes = process_numbers(program);
@@ -43,51 +34,36 @@ void set_language(const std::string& language) {
 } // namespace
 
 TelevisionObject::TelevisionObject(GDBusConnection* connection, Television& television)
-    : connection_(connection), television_(television), runner_(connection),
-      object_(connection, television_contract::path, television_contract::introspection,
-              [this](const auto& method, auto* arguments, auto* invocation) {
-                  handle_call(method, arguments, invocation);
-              }) {
+    : television_(television), runner_(connection),
+      object_(connection, "org.velmora.Simulator.Television",
+              {{"Components", [this](Call& call) { call.answer({components()}); }},
+               {"Start", [this](Call& call) { start_component(call.text()); }},
+               {"Kill", [this](Call& call) { kill_program(call.text()); }},
+               {"Run", [this](Call& call) { runner_.run(call.later()); }},
+               {"SetLanguage", [](Call& call) { set_language(call.text()); }},
+               {"Logs", [](Call& call) { call.answer({to_variant(log_names())}); }},
+               {"End", [this](Call& /*call*/) { television_.end(); }}}) {
     television_.on_component_ended = [this](const Component& component) {
-        g_dbus_connection_emit_signal(
-            connection_, nullptr, television_contract::path, television_contract::interface, "ComponentEnded",
-            g_variant_new("(ss)", component.name().c_str(), component.state().c_str()), nullptr);
+        object_.emit("ComponentEnded",
+                     g_variant_new("(ss)", component.name().c_str(), component.state().c_str()));
     };
 }
 
 TelevisionObject::~TelevisionObject() { television_.on_component_ended = nullptr; }
 
-void TelevisionObject::handle_call(const std::string& method, GVariant* arguments,
-                                   GDBusMethodInvocation* invocation) {
-    GVariant* answer = nullptr;
-    if (method == "Run")
-        return run_command(arguments, invocation);
-    if (method == "Components")
-        answer = components();
-    else if (method == "Start")
-        start_component(text_argument(arguments));
-    else if (method == "Kill")
-        kill_program(text_argument(arguments));
-    else if (method == "SetLanguage")
-        set_language(text_argument(arguments));
-    else if (method == "Logs")
-        answer = g_variant_new("(@as)", to_variant(log_names()));
-    else
-        television_.end();
-    g_dbus_method_invocation_return_value(invocation, answer);
-}
-
 GVariant* TelevisionObject::components() const {
     GVariantBuilder list;
-    g_variant_builder_init(&list, G_VARIANT_TYPE("a(ssi)"));
+    g_variant_builder_init(&list, G_VARIANT_TYPE("aa{sv}"));
+    const auto add = [&list](const std::string& name, const std::string& state, int process) {
+        g_variant_builder_add_parsed(&list, "{'component': <%s>, 'state': <%s>, 'process': <%i>}",
+                                     name.c_str(), state.c_str(), process);
+    };
     for (const Component& component : television_.components())
-        g_variant_builder_add(&list, "(ssi)", component.name().c_str(), component.state().c_str(),
-                              component.process());
+        add(component.name(), component.state(), component.process());
     const Process* const command = television_.command();
-    g_variant_builder_add(&list, "(ssi)", "application",
-                          command != nullptr ? command->state().c_str() : "was not started",
-                          command != nullptr ? command->number() : 0);
-    return g_variant_new("(a(ssi))", &list);
+    add("application", command != nullptr ? command->state() : "was not started",
+        command != nullptr ? command->number() : 0);
+    return g_variant_builder_end(&list);
 }
 
 void TelevisionObject::kill_program(const std::string& name) {
@@ -101,30 +77,12 @@ void TelevisionObject::start_component(const std::string& name) {
     if (component == nullptr)
         throw Refusal("NoSuchComponent", "the television has no component called " + name);
     if (component->runs())
-        throw Refusal("RunsAlready", "the " + name + " runs already");
+        throw Refusal("AlreadyRunning", "the " + name + " runs already");
     try {
         component->start();
         component->wait_until_ready();
     } catch (const std::runtime_error& error) {
-        throw Refusal("DidNotStart", error.what());
-    }
-}
-
-void TelevisionObject::run_command(GVariant* arguments, GDBusMethodInvocation* invocation) {
-    g_autoptr(GVariant) command = g_variant_get_child_value(arguments, 0);
-    g_autoptr(GVariant) environment = g_variant_get_child_value(arguments, 1);
-    GUnixFDList* const list =
-        g_dbus_message_get_unix_fd_list(g_dbus_method_invocation_get_message(invocation));
-    if (list == nullptr || g_unix_fd_list_get_length(list) != 3 || g_variant_n_children(command) == 0)
-        throw Refusal("BadCommand", "a command and its three descriptors are needed");
-    const auto descriptor = [list](int index) {
-        return FileDescriptor(g_unix_fd_list_get(list, index, nullptr));
-    };
-    try {
-        runner_.run(to_strings(command), to_strings(environment),
-                    {descriptor(0), descriptor(1), descriptor(2)}, invocation);
-    } catch (const std::runtime_error& error) {
-        throw Refusal("BadCommand", error.what());
+        throw Refusal("NotStarted", error.what());
     }
 }
 

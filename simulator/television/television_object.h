@@ -1,7 +1,7 @@
-/** The television's object on its system bus: what drives it from outside. See contract.h. */
+/** The television's object on its system bus: what drives it from outside. */
 #pragma once
 
-#include "base/bus_object.h"
+#include "base/bus.h"
 #include "command_runner.h"
 #include "television.h"
 
@@ -16,13 +16,11 @@ public:
     TelevisionObject& operator=(const TelevisionObject&) = delete;
 
 private:
-    void handle_call(const std::string& method, GVariant* arguments, GDBusMethodInvocation* invocation);
+    /** A floating aa{sv}. */
     [[nodiscard]] GVariant* components() const;
     void kill_program(const std::string& name);
     void start_component(const std::string& name);
-    void run_command(GVariant* arguments, GDBusMethodInvocation* invocation);
 
-    GDBusConnection* connection_;
     Television& television_;
     CommandRunner runner_;
     BusObject object_;

@@ -1,6 +1,6 @@
 #include "accessibility_bus.h"
 
-#include "base/bus_object.h"
+#include "base/bus.h"
 
 namespace simulator {
 namespace {

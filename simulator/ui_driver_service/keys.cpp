@@ -1,6 +1,6 @@
 #include "keys.h"
 
-#include "base/refusal.h"
+#include "base/bus.h"
 #include "base/strings.h"
 
 namespace simulator {

@@ -1,5 +1,4 @@
 #include "base/program.h"
-#include "contract.h"
 #include "ui_driver.h"
 
 #include <array>
@@ -11,7 +10,7 @@ void run(int argc, char** argv) {
     simulator::read_options(argc, argv, no_options.data(), "The ui_driver of the simulated television.");
     const auto connection = simulator::connect_to_system_bus();
     const simulator::UiDriver service(connection.get());
-    simulator::own_name(connection.get(), simulator::ui_contract::bus_name);
+    simulator::own_name(connection.get(), "org.velmora.Simulator.Ui");
     simulator::run_until_terminated();
 }
 

@@ -1,8 +1,6 @@
 #include "ui_driver.h"
 
-#include "base/refusal.h"
 #include "base/strings.h"
-#include "contract.h"
 #include "keys.h"
 #include "widgets.h"
 
@@ -15,6 +13,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto reading_patience = 5s;
+constexpr auto interface = "org.velmora.Simulator.Ui";
 
 const Condition readable{"something that can be read",
                          [](const Screen& screen) { return !screen.widgets().empty(); }};
@@ -28,13 +27,17 @@ GVariant* focus_of(const Screen& screen) {
 
 GVariant* widgets_of(const Screen& screen) { return g_variant_new("(@aa{sv})", to_variant(screen)); }
 
+void refuse(GDBusMethodInvocation* invocation, const Refusal& refusal) {
+    g_dbus_method_invocation_return_dbus_error(invocation, refusal.name().c_str(), refusal.what());
+}
+
 /** Does it, and answers nothing, or the refusal. */
 void answer_after(GDBusMethodInvocation* invocation, const char* error, const std::function<void()>& action) {
     try {
         action();
         g_dbus_method_invocation_return_value(invocation, nullptr);
     } catch (const std::exception& reason) {
-        Refusal(error, reason.what()).answer(invocation);
+        refuse(invocation, Refusal(error, reason.what()));
     }
 }
 
@@ -43,10 +46,14 @@ void answer_after(GDBusMethodInvocation* invocation, const char* error, const st
 UiDriver::UiDriver(GDBusConnection* connection) : connection_(connection), display_(open_display()) {
     std::promise<void> ready;
     call_in(thread_.context(), [this, &ready] { // whose calls and signals come where they were registered
-        object_ = std::make_unique<BusObject>(connection_, ui_contract::path, ui_contract::introspection,
-                                              [this](const auto& method, auto* arguments, auto* invocation) {
-                                                  handle_call(method, arguments, invocation);
-                                              });
+        std::map<std::string, Method> methods;
+        for (auto** method = contract_of(interface).interfaces[0]->methods; *method != nullptr; ++method)
+            methods[(*method)->name] = [this](const Call& call) {
+                auto* const invocation = call.later().invocation();
+                handle_call(call.method(), g_dbus_method_invocation_get_parameters(invocation),
+                            static_cast<GDBusMethodInvocation*>(g_object_ref(invocation)));
+            };
+        object_ = std::make_unique<BusObject>(connection_, interface, methods);
         follow_leavers();
         ready.set_value();
     });
@@ -134,9 +141,9 @@ void UiDriver::answer_when(const Condition& condition, std::chrono::milliseconds
                            return false;
                        g_dbus_method_invocation_return_value(invocation, answer(screen));
                    } catch (const NotSeen& not_seen) {
-                       Refusal("NotSeen", not_seen.what()).answer(invocation);
+                       refuse(invocation, Refusal("NotSeen", not_seen.what()));
                    } catch (const Refusal& refusal) {
-                       refusal.answer(invocation);
+                       refuse(invocation, refusal);
                    }
                    return true;
                });

@@ -1,7 +1,7 @@
-/** Answers the calls to the ui_driver. See contract.h. */
+/** Answers the calls to the ui_driver. */
 #pragma once
 
-#include "base/bus_object.h"
+#include "base/bus.h"
 #include "base/main_loop.h"
 #include "jobs.h"
 #include "screen_watch.h"

@@ -1,51 +1,56 @@
 #include "widgets.h"
 
+#include <span>
+
 namespace simulator {
 namespace {
 
-void add_number(GVariantBuilder* widget, const char* key, int value) {
-    g_variant_builder_add(widget, "{sv}", key, g_variant_new_int32(value));
+void add(GVariantBuilder& widget, const char* key, GVariant* value) {
+    g_variant_builder_add(&widget, "{sv}", key, value);
 }
 
-void add_flag(GVariantBuilder* widget, const char* key, bool value) {
-    g_variant_builder_add(widget, "{sv}", key, g_variant_new_boolean(value ? TRUE : FALSE));
-}
+GVariant* flag(bool value) { return g_variant_new_boolean(value ? TRUE : FALSE); }
 
-GVariant* told(const Widget& widget, int parent) {
-    GVariantBuilder told;
-    g_variant_builder_init(&told, G_VARIANT_TYPE_VARDICT);
-    g_variant_builder_add(&told, "{sv}", "name", g_variant_new_string(widget.name.c_str()));
-    g_variant_builder_add(&told, "{sv}", "role", g_variant_new_string(widget.role.c_str()));
-    add_flag(&told, "focusable", widget.focusable);
-    add_flag(&told, "focused", widget.focused);
-    add_flag(&told, "enabled", widget.enabled);
+GVariant* to_tree(std::span<const Widget> widgets);
+
+GVariant* to_dictionary(const Widget& widget, std::span<const Widget> children) {
+    GVariantBuilder built;
+    g_variant_builder_init(&built, G_VARIANT_TYPE_VARDICT);
+    add(built, "name", g_variant_new_string(widget.name.c_str()));
+    add(built, "role", g_variant_new_string(widget.role.c_str()));
+    add(built, "focusable", flag(widget.focusable));
+    add(built, "focused", flag(widget.focused));
+    add(built, "enabled", flag(widget.enabled));
     if (widget.value) {
-        g_variant_builder_add(&told, "{sv}", "value", g_variant_new_double(widget.value->current));
-        g_variant_builder_add(&told, "{sv}", "lowest", g_variant_new_double(widget.value->lowest));
-        g_variant_builder_add(&told, "{sv}", "highest", g_variant_new_double(widget.value->highest));
+        add(built, "value", g_variant_new_double(widget.value->current));
+        add(built, "lowest", g_variant_new_double(widget.value->lowest));
+        add(built, "highest", g_variant_new_double(widget.value->highest));
     }
-    add_number(&told, "x", widget.x);
-    add_number(&told, "y", widget.y);
-    add_number(&told, "width", widget.width);
-    add_number(&told, "height", widget.height);
-    add_number(&told, "parent", parent);
-    return g_variant_builder_end(&told);
+    add(built, "x", g_variant_new_int32(widget.x));
+    add(built, "y", g_variant_new_int32(widget.y));
+    add(built, "width", g_variant_new_int32(widget.width));
+    add(built, "height", g_variant_new_int32(widget.height));
+    if (!children.empty())
+        add(built, "children", to_tree(children));
+    return g_variant_builder_end(&built);
+}
+
+/** What follows a dialog is in it. */
+GVariant* to_tree(std::span<const Widget> widgets) {
+    GVariantBuilder list;
+    g_variant_builder_init(&list, G_VARIANT_TYPE("aa{sv}"));
+    for (std::size_t i = 0; i < widgets.size(); ++i) {
+        const bool is_dialog = widgets[i].role == "dialog";
+        const auto children = is_dialog ? widgets.subspan(i + 1) : widgets.first(0);
+        g_variant_builder_add_value(&list, to_dictionary(widgets[i], children));
+        if (is_dialog)
+            break;
+    }
+    return g_variant_builder_end(&list);
 }
 
 } // namespace
 
-GVariant* to_variant(const Screen& screen) {
-    GVariantBuilder list;
-    g_variant_builder_init(&list, G_VARIANT_TYPE("aa{sv}"));
-    int dialog = -1;
-    int index = 0;
-    for (const Widget& widget : screen.widgets()) {
-        g_variant_builder_add_value(&list, told(widget, dialog));
-        if (widget.role == "dialog")
-            dialog = index;
-        ++index;
-    }
-    return g_variant_builder_end(&list);
-}
+GVariant* to_variant(const Screen& screen) { return to_tree(screen.widgets()); }
 
 } // namespace simulator

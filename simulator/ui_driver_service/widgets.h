@@ -7,7 +7,7 @@
 
 namespace simulator {
 
-/** A floating aa{sv}; see Screen in contract.h. */
+/** A floating aa{sv}; see org.velmora.Simulator.Ui.Screen. */
 GVariant* to_variant(const Screen& screen);
 
 } // namespace simulator

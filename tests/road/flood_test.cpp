@@ -1,4 +1,4 @@
-#include "base/bus_object.h"
+#include "base/bus.h"
 #include "ncp_host/contract.h"
 #include "support/road.h"
 

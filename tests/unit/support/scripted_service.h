@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/bus_object.h"
+#include "base/bus.h"
 #include "base/wait_until.h"
 #include "client/client_radio.h"
 
