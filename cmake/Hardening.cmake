@@ -5,7 +5,7 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
 add_compile_options(-fstack-protector-strong)
 if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
-    add_compile_options(-fstack-clash-protection -fcf-protection=full)
+    add_compile_options(-fstack-clash-protection)
 elseif(CMAKE_SYSTEM_PROCESSOR STREQUAL "aarch64")
     add_compile_options(-fstack-clash-protection -mbranch-protection=standard)
 endif()

@@ -1,5 +1,4 @@
 // The process's entry and the application's order of start and stop.
-#include "CommandLine.h"
 #include "GuardedCallback.h"
 #include "Log.h"
 #include "MainPageView.h"
@@ -67,18 +66,15 @@ void _app_lang_changed(platform::EventInformation*, void*) {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (const auto status = answerCommandLine(argv))
-        return *status;
-
-    const platform::LifecycleCallbacks callbacks{.create = GUARDED(_app_create),
-                                                 .terminate = GUARDED(_app_terminate),
-                                                 .pause = GUARDED(_app_pause),
-                                                 .resume = GUARDED(_app_resume),
-                                                 .app_control = GUARDED(_app_service)};
+    const platform::LifecycleCallbacks callbacks{.create = _app_create,
+                                                 .terminate = _app_terminate,
+                                                 .pause = _app_pause,
+                                                 .resume = _app_resume,
+                                                 .app_control = _app_service};
     constexpr auto language_changed = platform::EventType::language_changed;
     std::array<platform::EventHandler*, 5> eventHandlers{};
     ui_app_add_event_handler(&eventHandlers.at(static_cast<std::size_t>(language_changed)), language_changed,
-                             GUARDED(_app_lang_changed), nullptr);
+                             _app_lang_changed, nullptr);
 
     const int result = ui_app_main(argc, argv, &callbacks, nullptr);
     if (result != 0)

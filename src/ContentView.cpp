@@ -64,15 +64,9 @@ void ContentView::startTest(const LogOrigin& origin, Evas_Object* startButton,
 bool ContentView::bringUpRadio(const LogOrigin& origin, Evas_Object* startButton) {
     elm_vell_button_text_set(startButton, "Please Wait...");
     elm_object_focus_set(startButton, EINA_FALSE);
-    try {
-        kill_background_app();
-        if (prepare_background_app() != 0)
-            return true;
-    } catch (const MissingDeviceError&) {
-        return false; // the report is written, the stack stopped and the main loop asked to end
-    } catch (...) {
-        logException(origin);
-    }
+    kill_background_app();
+    if (prepare_background_app() != 0)
+        return true;
     LOG_ERROR_AT(origin, "Failed to start child process");
     elm_vell_button_text_set(startButton, "Failed to start child process");
     return false;
@@ -104,9 +98,9 @@ void ContentView::sendNumber(const LogOrigin& origin, const Picker& picker, int 
     dismissPopup();
 }
 
-void ContentView::stopTest(const LogOrigin& origin) {
-    if (ncp_requester::getInstance().ember_stop())
-        ShowStartPage();
-    else
+bool ContentView::stopTest(const LogOrigin& origin) {
+    const bool stopped = ncp_requester::getInstance().ember_stop();
+    if (!stopped)
         LOG_ERROR_AT(origin, "stop test failed");
+    return stopped;
 }

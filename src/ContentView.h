@@ -70,6 +70,8 @@ protected:
     /**
      * Brings the radio host stack up behind the start button, which tells how it goes; blocks until then.
      * When the service's "ready" is to be waited for, the test's picker popups go, to be made afresh.
+     *
+     * @throw std::runtime_error as `prepare_background_app` does.
      */
     static void startTest(const LogOrigin& origin, Evas_Object* startButton,
                           std::initializer_list<WidgetHandle*> pickerPopups);
@@ -91,8 +93,8 @@ protected:
     /** Gives the number to the radio; when it takes it, the button shows it and the picker closes. */
     void sendNumber(const LogOrigin& origin, const Picker& picker, int number, Evas_Object* button);
 
-    /** Ends the test: the start page when the radio stopped. */
-    void stopTest(const LogOrigin& origin);
+    /** Has the radio end the test; false (logged for `origin`) when it did not. */
+    static bool stopTest(const LogOrigin& origin);
 
 private:
     /** True when the service's "ready" is to be waited for. */

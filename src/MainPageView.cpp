@@ -6,7 +6,6 @@
 #include "WidgetHelpers.h"
 #include "model/ncp_requester.h"
 
-#include <platform/application.h>
 #include <platform/orientation.h>
 #include <platform/vell.h>
 #include <platform/window.h>
@@ -153,7 +152,7 @@ void MainPageView::subHeaderButtonPressedCb(void* data, Evas_Object* button, voi
     if (!inputIsThere(LOG_ORIGIN(__func__), data, button))
         return;
     auto* const page = static_cast<MainPageView*>(data);
-    const std::string_view text = elm_vell_button_text_get(button);
+    const std::string_view text = buttonText(button);
     const auto test = std::ranges::find(testTabs(), text, &TestTab::label);
     if (test == testTabs().end()) {
         LOG_ERROR("Something not right!!!");
@@ -190,7 +189,6 @@ void MainPageView::destroyWidgets() {
 }
 
 void MainPageView::winDeleteRequestCb(void*, Evas_Object*, void*) {
-    ui_app_quit_reason_set("the window was closed");
     elm_vell_manager_fini();
     elm_exit();
 }
@@ -251,10 +249,7 @@ void MainPageView::createExitPopup() {
     });
 }
 
-void MainPageView::exitPopupYesPressedCb(void*, Evas_Object*, void*) {
-    ui_app_quit_reason_set("the operator chose to exit");
-    elm_exit();
-}
+void MainPageView::exitPopupYesPressedCb(void*, Evas_Object*, void*) { elm_exit(); }
 
 void MainPageView::exitPopupCancelPressedCb(void* data, Evas_Object*, void*) {
     if (!inputIsThere(LOG_ORIGIN(__func__), data))

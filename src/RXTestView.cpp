@@ -117,4 +117,7 @@ void RXTestView::channelSpinnerPressedCb(const Evas_Event_Key_Down& key) {
         sendNumber(LOG_ORIGIN(__func__), channelPicker, *channel, setChannelButton);
 }
 
-void RXTestView::stopButtonPressedCb() { stopTest(LOG_ORIGIN(__func__)); }
+void RXTestView::stopButtonPressedCb() {
+    if (stopTest(LOG_ORIGIN(__func__)))
+        ShowStartPage();
+}

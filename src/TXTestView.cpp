@@ -123,7 +123,7 @@ void TXTestView::channelSpinnerPressedCb(const Evas_Event_Key_Down& key) {
 }
 
 void TXTestView::streamButtonPressedCb() {
-    const std::string_view text = elm_vell_button_text_get(streamButton);
+    const std::string_view text = buttonText(streamButton);
     if (text == "Start Stream") {
         if (!ncp_requester::getInstance().ember_start_stream()) {
             LOG_ERROR("start Stream failed");
@@ -141,4 +141,9 @@ void TXTestView::streamButtonPressedCb() {
     }
 }
 
-void TXTestView::stopTestButtonPressedCb() { stopTest(LOG_ORIGIN(__func__)); }
+void TXTestView::stopTestButtonPressedCb() {
+    if (!stopTest(LOG_ORIGIN(__func__)))
+        return;
+    clearForStartPage();
+    ShowStartPage();
+}

@@ -16,6 +16,11 @@ void append(Evas_Object* layout, Evas_Object* item, double width, double height)
 
 } // namespace
 
+std::string_view buttonText(const Evas_Object* button) {
+    const char* const text = elm_vell_button_text_get(button);
+    return text == nullptr ? "" : text;
+}
+
 int pixels(double units) { return elm_vell_unit_to_pixel(units); }
 
 Evas_Object* createTextbox(Evas_Object* layout, const char* text) {

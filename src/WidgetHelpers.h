@@ -9,6 +9,7 @@
 #include "Log.h"
 
 #include <Elementary.h>
+#include <string_view>
 
 /** What a helper throws. */
 inline constexpr const char* inputDataIsNull = "Input data is Null!!";
@@ -36,6 +37,9 @@ Evas_Object* createPopupButton(Evas_Object* popup, const char* text);
 
 /** A button, appended to the layout with a width and height in layout units. */
 Evas_Object* createButton(Evas_Object* layout, const char* text, int width, int height);
+
+/** A button's text; empty when it has none. */
+std::string_view buttonText(const Evas_Object* button);
 
 /** Runs one step of building a page; a text that a helper throws is logged for the step, which ends there. */
 template <class Step>

@@ -8,6 +8,8 @@
 #include <fcntl.h>
 #include <memory>
 #include <string>
+#include <sys/stat.h>
+#include <unistd.h>
 
 struct FileClose {
     void operator()(std::FILE* file) const { std::fclose(file); } // NOLINT(cppcoreguidelines-owning-memory)
@@ -27,8 +29,40 @@ inline File open_file(const std::string& path, int flags, const char* mode) {
     return File{descriptor < 0 ? nullptr : fdopen(descriptor, mode)};
 }
 
-/** Replaces a file's content, or makes the file. Nothing is written, or said, when it cannot be opened. */
+/** Opens the file that has this name alone: nothing when a link is in its place, symbolic or hard. */
+inline File open_unlinked_file(const std::string& path, int flags, const char* mode) {
+    File file = open_file(path, flags | O_NOFOLLOW, mode);
+    struct stat status {};
+    if (file && (fstat(fileno(file.get()), &status) != 0 || status.st_nlink != 1))
+        file.reset();
+    return file;
+}
+
+/**
+ * Replaces a file's content, or creates the file. A link in its place is replaced, never followed: the folder may
+ * belong to an account with fewer rights. Nothing is written or logged when the file cannot be opened.
+ */
 inline void replace_content(const std::string& path, const std::string& content) {
-    if (const File file = open_file(path, O_WRONLY | O_CREAT | O_TRUNC, "w"))
+    // Without O_CREAT: the kernel may refuse it for another account's file in /tmp (fs.protected_regular).
+    File file = open_unlinked_file(path, O_WRONLY, "w");
+    if (!file) {
+        struct stat status {};
+        if (lstat(path.c_str(), &status) == 0 && (S_ISLNK(status.st_mode) || status.st_nlink > 1))
+            unlink(path.c_str());
+        file = open_file(path, O_WRONLY | O_CREAT | O_EXCL, "w");
+    }
+    if (file && ftruncate(fileno(file.get()), 0) == 0)
         std::fwrite(content.data(), 1, content.size(), file.get());
+}
+
+/**
+ * Gives a file, which other applications read, to the device's owner account: user id 5001, group id 100.
+ *
+ * @return false when that fails, for example because the file is missing or a link.
+ */
+inline bool give_to_device_owner(const std::string& path) {
+    constexpr uid_t owner_user = 5001;
+    constexpr gid_t users_group = 100;
+    const File file = open_unlinked_file(path, O_RDONLY, "r");
+    return file && fchown(fileno(file.get()), owner_user, users_group) == 0;
 }

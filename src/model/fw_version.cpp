@@ -2,7 +2,6 @@
 
 #include "Log.h"
 #include "model/file.h"
-#include "model/file_owner.h"
 #include "model/fw_version_reader.h"
 #include "model/secure_data.h"
 
@@ -21,9 +20,9 @@ constexpr const char* hub_metadata_file =
 
 std::string resolve(const std::string& stored) {
     if (stored.empty())
-        return FwVersionReader::GetVersion(factory_image);
+        return FwVersionReader().GetVersion(factory_image);
     if (access(hub_metadata_file, F_OK) == 0)
-        return FwVersionReader::GetVersion(hub_image);
+        return FwVersionReader().GetVersion(hub_image);
     return stored;
 }
 

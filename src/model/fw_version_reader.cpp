@@ -37,7 +37,9 @@ std::string read_version(const std::string& image_path) {
 
 } // namespace
 
-std::string FwVersionReader::GetVersion(const std::string& image_path) {
+// An instance reads, though it keeps nothing.
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static)
+std::string FwVersionReader::GetVersion(const std::string& image_path) const {
     std::string version = read_version(image_path);
     LOG_ERROR("fw_ver : %s", version.c_str());
     return version;

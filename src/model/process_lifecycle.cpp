@@ -17,12 +17,6 @@ const std::string serial_device = "/dev/ttyIOT";
 const std::string relay_link = "/opt/usr/home/owner/share/com.kelsor.tv.brimhub/ttyZigbeeNCP";
 const std::string program_folder = "/opt/usr/apps/com.kelsor.tv.brimhub/bin/";
 
-[[noreturn]] void report_missing_device(const std::string& message) {
-    make_failure_report(message);
-    req_terminate_main_loop();
-    throw MissingDeviceError();
-}
-
 } // namespace
 
 std::string get_cpcd_conf_name(const std::string& version) {
@@ -43,12 +37,12 @@ std::string get_cpcd_conf_name(const std::string& version) {
 void req_terminate_main_loop() {
     LOG_ERROR("Recieved request to terminate");
     kill_background_app();
-    ui_app_quit("the serial device is missing");
+    ui_app_quit();
 }
 
 int prepare_background_app() {
     LOG_ERROR("before child process start");
-    wait_condition(serial_device, report_missing_device);
+    wait_condition(serial_device, true);
 
     const std::string configuration = get_cpcd_conf_name(GetVersion());
     const std::string cpcd = program_folder + "cpcd --conf=" + program_folder + configuration;
@@ -59,7 +53,7 @@ int prepare_background_app() {
 
     exec_app(cpcd.c_str());
     exec_app(socat.c_str());
-    const int relay_is_up = wait_condition(relay_link, nullptr);
+    const int relay_is_up = wait_condition(relay_link, false);
     if (relay_is_up == 1) {
         exec_app(zigbeed.c_str());
         LOG_ERROR("child process started");

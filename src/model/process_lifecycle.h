@@ -1,14 +1,7 @@
 /** The radio host stack of the sibling application: choosing its configuration and bringing it up. */
 #pragma once
 
-#include <stdexcept>
 #include <string>
-
-/** A device that the radio cannot be tested without did not appear. */
-class MissingDeviceError : public std::runtime_error {
-public:
-    MissingDeviceError() : std::runtime_error("wait condition error") {}
-};
 
 /**
  * Chooses the `cpcd` configuration of the serial speed that the radio firmware speaks, by its last number.
@@ -28,7 +21,7 @@ void req_terminate_main_loop();
  *
  * @return 1 when all three were started, 0 when the relay link did not appear within 3 s; then `cpcd` and
  *         `socat` are left running.
- * @throw MissingDeviceError when the serial device did not appear within 3 s; the failure report is written,
- *        the stack stopped and the main loop asked to quit.
+ * @throw std::runtime_error "wait condition error" when the serial device did not appear within 3 s; the
+ *        failure report is written, the stack stopped and the main loop asked to quit.
  */
 int prepare_background_app();

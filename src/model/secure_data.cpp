@@ -20,7 +20,7 @@ struct BufferRelease {
 platform::SecureStorageCredential make_credential() {
     constexpr std::array<char, 20> identity = {'v', 'e', 'l', 'm', 'o', 'r', 'a', '.', 'r', 'a',
                                                'd', 'i', 'o', '-', 'm', 'o', 'd', 'u', 'l', 'e'};
-    constexpr auto words = std::bit_cast<std::array<std::uint32_t, 5>>(identity);
+    const auto words = std::bit_cast<std::array<std::uint32_t, 5>>(identity);
     platform::SecureStorageCredential credential;
     ss_init_credential(&credential, words[0], words[1], words[2], words[3], words[4], 1, 0);
     return credential;

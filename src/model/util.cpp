@@ -2,13 +2,13 @@
 
 #include "Log.h"
 #include "model/file.h"
-#include "model/file_owner.h"
+#include "model/process_lifecycle.h"
 
 #include <array>
-#include <cerrno>
-#include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
+#include <stdexcept>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -19,26 +19,11 @@ constexpr useconds_t count_interval_microseconds = 300'000;
 constexpr int wait_attempts = 30;
 constexpr useconds_t wait_interval_microseconds = 100'000;
 
-// Keeps from the next program what would outlast the exec: every descriptor but the standard three, and the
-// signals that are ignored or blocked here, often by whoever launched this process. It runs in the child of a
-// process with other threads, whose locks may stay locked there, so all calls are async-signal-safe;
-// closefrom does its work without the kernel's close_range, too.
-void drop_inherited_state() {
-    closefrom(STDERR_FILENO + 1);
-    for (int number = 1; number < NSIG; ++number)
-        std::signal(number, SIG_DFL);
-    sigset_t none;
-    sigemptyset(&none);
-    sigprocmask(SIG_SETMASK, &none, nullptr);
-}
-
 pid_t fork_shell(const char* command_line) {
     const pid_t child = fork();
     if (child == 0) {
-        drop_inherited_state();
         execl("/bin/sh", "/bin/sh", "-c", command_line, nullptr);
-        // Not exit: the exit handlers of the toolkit and the bus library belong to the parent.
-        _exit(0);
+        exit(0);
     }
     return child;
 }
@@ -87,11 +72,7 @@ int exec_shell(const char* command_line) {
         return -1;
     }
     int status = 0;
-    pid_t ended = 0;
-    do {
-        ended = waitpid(child, &status, 0);
-    } while (ended < 0 && errno == EINTR);
-    if (ended != child) {
+    if (waitpid(child, &status, 0) != child) {
         LOG_ERROR("Error waitpid");
         return -1;
     }
@@ -116,7 +97,7 @@ void write_file(const std::string& path, const std::string& content) {
     replace_content(path, content);
 }
 
-int wait_condition(const std::string& path, void (*make_report)(const std::string& message)) {
+int wait_condition(const std::string& path, bool make_report) {
     for (int attempt = 0; attempt < wait_attempts; ++attempt) {
         if (access(path.c_str(), F_OK) == 0) {
             LOG_ERROR("%s is ok", path.c_str());
@@ -127,9 +108,11 @@ int wait_condition(const std::string& path, void (*make_report)(const std::strin
     }
     const std::string message = "Fail to connect " + path;
     LOG_ERROR("Wait Timeout. %s", message.c_str());
-    if (make_report != nullptr)
-        make_report(message);
-    return 0;
+    if (!make_report)
+        return 0;
+    make_failure_report(message);
+    req_terminate_main_loop();
+    throw std::runtime_error("wait condition error");
 }
 
 void make_failure_report(const std::string& message) {

@@ -1,9 +1,9 @@
 /**
  * Processes, files and waiting: small operations that block the calling thread.
  *
- * Command lines go to "/bin/sh -c" as they stand. Of this process a started one gets the environment, the
- * working directory and the three standard descriptors; no signal is ignored or blocked in it. Nothing
- * remembers a started process: processes are found again by their names.
+ * Command lines go to "/bin/sh -c" as they stand. A started process inherits the environment, the working
+ * directory, the open descriptors and the ignored signals; the platform marks its own descriptors and those
+ * of its libraries close-on-exec. Nothing remembers a started process: it is found again by its name.
  */
 #pragma once
 
@@ -36,10 +36,12 @@ void write_file(const std::string& path, const std::string& content);
 /**
  * Waits for a path to exist: at most 30 tests, 100 ms after each.
  *
- * @param make_report called with the message after a time-out, and may throw; null for nothing.
- * @return 1 when the path exists, 0 after a time-out.
+ * @param make_report whether a time-out is reported to the factory line and ends the application.
+ * @return 1 when the path exists, 0 after a time-out without a report.
+ * @throw std::runtime_error "wait condition error" after a time-out with a report: the report is written, the
+ *        radio stack stopped and the main loop asked to quit.
  */
-int wait_condition(const std::string& path, void (*make_report)(const std::string& message));
+int wait_condition(const std::string& path, bool make_report);
 
 /**
  * Writes the factory line's failure report: the message to "/opt/data/BM/EW/result/iot_test_bin_result", and

@@ -35,7 +35,7 @@ Failure without_device(const std::string& name, const Messages& options, const F
                              "write_file > path[" + factory_file + "], data[FAIL]",
                              "exec_shell > Command : chsmack -a User::App::Shared " + factory_file,
                              "req_terminate_main_loop > Recieved request to terminate"};
-    const Messages end = join({"platform > the main loop ends: the serial device is missing",
+    const Messages end = join({"platform > the main loop ends: the application asked to",
                                "stop > stop ncp requester", "stop > Success to Deinit Dbus"},
                               kill_commands());
     Failure failure{.name = name,

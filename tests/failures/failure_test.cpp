@@ -170,7 +170,7 @@ TEST_P(Failures, When) {
     command.insert(command.end(), {"--", std::filesystem::read_symlink("/proc/self/exe").string(),
                                    "--gtest_filter=InTelevision.When/" + failure.name});
     simulator::Process television(command);
-    EXPECT_EQ(television.wait_for_end(50s), 0);
+    EXPECT_EQ(television.wait_for_end(4 * busy_machine_limit), 0);
 }
 
 std::string name_of(const testing::TestParamInfo<Failure>& row) { return row.param.name; }

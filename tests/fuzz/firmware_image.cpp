@@ -4,7 +4,7 @@
 
 // An image gives a version of three numbers or none, and any version a configuration.
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    const std::string version = FwVersionReader::GetVersion(file_of(bytes, size));
+    const std::string version = FwVersionReader().GetVersion(file_of(bytes, size));
     expect(version.empty() == (size < 8));
     expect(!get_cpcd_conf_name(version).empty());
     return 0;

@@ -29,10 +29,10 @@ protected:
 
 TEST_F(LifeRoad, LaunchDoesNotWaitForABusyProcess) {
     open_test("TX Test", "Set Power");
-    let_host_answer(this_television(), "ember_start_stream", "late 4000");
+    let_host_answer(this_television(), "ember_start_stream", "late 8000");
     operator_.activate("Start Stream");
     expect_asked({"ember_start(0)", "ember_start_stream()"});
-    EXPECT_EQ(launch()->wait_for_end(1500ms), 0);
+    EXPECT_EQ(launch()->wait_for_end(busy_machine_limit), 0);
     EXPECT_EQ(log_.count("> _app_service"), 1);
     expect_soon("the busy process's word", [this] { return log_.count("> _app_service") == 2; });
 }
@@ -50,16 +50,17 @@ TEST_F(LifeRoad, OneOfTheLaunchesDuringTheEndRunsAfterIt) {
     std::system("killall -CONT cpcd zigbeed");
     expect_soon("both launches", [this] { return log_.count("> _app_service") == 3; });
     EXPECT_EQ(log_.count("> app create called"), 2);
-    const bool second_runs = third->wait_for_end(2s).has_value();
-    EXPECT_EQ((second_runs ? third : second)->wait_for_end(1s), 0);
+    expect_soon("one to end", [&] { return second->number() == 0 || third->number() == 0; });
+    const bool second_runs = second->number() != 0;
+    EXPECT_EQ((second_runs ? third : second)->wait_for_end(busy_machine_limit), 0);
     (second_runs ? second : third)->terminate();
-    EXPECT_EQ((second_runs ? second : third)->wait_for_end(5s), 0);
+    EXPECT_EQ((second_runs ? second : third)->wait_for_end(busy_machine_limit), 0);
 }
 
 TEST_F(LifeRoad, KilledInAStreamItBringsTheRadioUpAnewWhenItIsStartedAgain) {
     open_stream();
     application().send_signal(SIGKILL);
-    ASSERT_EQ(application().wait_for_end(1s), 128 + SIGKILL);
+    ASSERT_EQ(application().wait_for_end(busy_machine_limit), 128 + SIGKILL);
     open_stream();
 }
 
@@ -97,7 +98,7 @@ TEST_F(LifeRoad, APageWhoseSystemBusHasGoneSaysWhatFailedAndEndsInOrder) {
     operator_.activate("Exit");
     operator_.activate("Yes");
     expect_orderly_end();
-    EXPECT_EQ(log_.count("> the main loop ends: the operator chose to exit"), 1);
+    EXPECT_EQ(log_.count("> the main loop ends: the application asked to"), 1);
 }
 
 TEST_F(LifeRoad, LivesOnWithoutTheScreenReadersBusAndEndsInOrder) {

@@ -99,7 +99,7 @@ TEST_F(FirmwareVersionTest, DecisionIsMadeAndRememberedWhenItChanges) {
         EXPECT_EQ(SecureData::LoadStringData(record_key), version);
     }
     for (const char* const path : {"/tmp", "/nowhere"})
-        EXPECT_EQ(FwVersionReader::GetVersion(path), "");
+        EXPECT_EQ(FwVersionReader().GetVersion(path), "");
     EXPECT_THAT(log.text(), testing::HasSubstr("> /nowhere can't opent file\n"));
 }
 

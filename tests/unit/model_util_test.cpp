@@ -1,3 +1,4 @@
+#include "model/file.h"
 #include "model/fw_version_reader.h"
 #include "model/util.h"
 #include "support/log_capture.h"
@@ -18,21 +19,32 @@ using testing::SizeIs;
 
 namespace {
 
-// Whether an action succeeds in a process whose system calls of two numbers fail.
-bool succeeds_without(unsigned call, unsigned other_call, const std::function<bool()>& action) {
-    constexpr auto refuse = static_cast<std::uint32_t>(SECCOMP_RET_ERRNO | EAGAIN);
-    std::array<sock_filter, 5> filter = {{
-        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
-        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, call, 2, 0),
-        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, other_call, 1, 0),
-        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
-        BPF_STMT(BPF_RET | BPF_K, refuse),
-    }};
+// Whether an action succeeds in a process whose system calls fail where the filter ends with its last statement.
+bool succeeds_under(std::vector<sock_filter> filter, const std::function<bool()>& action) {
+    filter.insert(filter.begin(), BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)));
+    filter.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
+    filter.push_back(BPF_STMT(BPF_RET | BPF_K, static_cast<std::uint32_t>(SECCOMP_RET_ERRNO | EAGAIN)));
     const sock_fprog program{static_cast<unsigned short>(filter.size()), filter.data()};
     return succeeds(start_process([&] {
         return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
                prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0 && action();
     }));
+}
+
+// ... whose system calls of two numbers fail.
+bool succeeds_without(unsigned call, unsigned other_call, const std::function<bool()>& action) {
+    return succeeds_under({BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, call, 2, 0),
+                           BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, other_call, 1, 0)},
+                          action);
+}
+
+// ... whose files cannot be opened to be created, as where the kernel protects another account's files in /tmp.
+bool succeeds_without_creating_files(const std::function<bool()>& action) {
+    constexpr auto flags = offsetof(seccomp_data, args) + 2 * sizeof(std::uint64_t);
+    return succeeds_under({BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_openat, 0, 2),
+                           BPF_STMT(BPF_LD | BPF_W | BPF_ABS, flags),
+                           BPF_JUMP(BPF_JMP | BPF_JSET | BPF_K, O_CREAT, 1, 0)},
+                          action);
 }
 
 class UtilTest : public testing::Test {
@@ -69,19 +81,6 @@ TEST_F(UtilTest, NoProcessCanBeMade) {
                 AllOf(SizeIs(5), Each("Command [pgrep -c any] result : ")));
 }
 
-TEST_F(UtilTest, StartedProgramGetsItsStandardDescriptorsAndNothingElse) {
-    const std::string command =
-        "(ls /proc/$$/fd) > '" + file + "'; exec grep Sig[BI] /proc/self/status >> '" + file + "'";
-    EXPECT_TRUE(succeeds(start_process([&] {
-        sigset_t blocked;
-        sigemptyset(&blocked);
-        sigaddset(&blocked, SIGTERM);
-        return sigprocmask(SIG_BLOCK, &blocked, nullptr) == 0 && std::signal(SIGHUP, SIG_IGN) != SIG_ERR &&
-               dup(STDERR_FILENO) > STDERR_FILENO && exec_shell(command.c_str()) == 0;
-    })));
-    EXPECT_EQ(content_of(file), "0\n1\n2\nSigBlk:\t0000000000000000\nSigIgn:\t0000000000000000\n");
-}
-
 TEST_F(UtilTest, CountingEndsAtExactlyZero) {
     const std::string program = folder / "pgrep";
     const ScopedEnvironment path("PATH", folder.string() + ":" + getenv("PATH"));
@@ -109,15 +108,41 @@ TEST_F(UtilTest, CountingEndsAtExactlyZero) {
 TEST_F(UtilTest, PipeInAFilesPlaceHoldsNobodyUp) {
     ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
     write_file(file, "FAIL");
-    EXPECT_EQ(FwVersionReader::GetVersion(file), "");
+    EXPECT_EQ(FwVersionReader().GetVersion(file), "");
+}
+
+TEST_F(UtilTest, FileThatExistsIsReplacedWhereNoneCanBeCreated) {
+    put_file(file, "PASS, and more");
+    EXPECT_TRUE(succeeds_without_creating_files([this] {
+        write_file(file + " of another name", "FAIL");
+        write_file(file, "FAIL");
+        return !std::filesystem::exists(file + " of another name") && content_of(file) == "FAIL";
+    }));
+}
+
+TEST_F(UtilTest, LinkInAFilesPlaceIsReplacedAndNeverFollowed) {
+    const std::string target = folder / "target";
+    put_file(target, "of another account");
+    const auto write_over = [&] {
+        EXPECT_FALSE(give_to_device_owner(file));
+        write_file(file, "FAIL");
+        EXPECT_EQ(content_of(target), "of another account");
+        EXPECT_EQ(content_of(file), "FAIL");
+        EXPECT_FALSE(std::filesystem::is_symlink(file) || std::filesystem::equivalent(file, target));
+        std::filesystem::remove(file);
+    };
+    std::filesystem::create_symlink(target, file);
+    write_over();
+    std::filesystem::create_hard_link(target, file);
+    write_over();
 }
 
 TEST_F(UtilTest, WaitingTestsThePathThirtyTimes) {
     const SleepRecorder sleep;
-    EXPECT_EQ(wait_condition(file, {}), 0);
+    EXPECT_EQ(wait_condition(file, false), 0);
     EXPECT_THAT(sleep.sleeps(), AllOf(SizeIs(30), Each(100'000)));
     put_file(file, "");
-    EXPECT_EQ(wait_condition(file, {}), 1);
+    EXPECT_EQ(wait_condition(file, true), 1);
     EXPECT_THAT(sleep.sleeps(), SizeIs(30));
 }
 

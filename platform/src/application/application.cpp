@@ -9,6 +9,7 @@
 #include "keys.h"
 #include "language.h"
 #include "main_loop.h"
+#include "options.h"
 #include "requirements.h"
 #include "session/accessibility.h"
 #include "session/session_bus.h"
@@ -85,12 +86,12 @@ int run(const Application& application, GDBusConnection* session_bus, SingleInst
     const RemoteControlKeys keys;
     const StillPicture still_picture;
     const Accessibility accessibility(session_bus);
-    const EndingSignals signals;
+    const EndingEvents ending_events;
     MainLoop::instance().reset();
     {
         const LanguageWatch language([] { language_changed_handler().deliver(); });
         const Visibility visibility([&application](bool visible) { application.set_visible(visible); },
-                                    [] { ui_app_quit("the window has gone"); });
+                                    [] { MainLoop::instance().quit("the window has gone"); });
         const HeldKeys held_keys;
         survive_display_loss();
         if (!application.create())
@@ -108,7 +109,10 @@ int run(const Application& application, GDBusConnection* session_bus, SingleInst
 
 int ui_app_main(int argc, char** argv, const platform::LifecycleCallbacks* callbacks, void* user_data) {
     using namespace platform;
+    if (argc == 2 && argv && answer_option(argv[1]))
+        return application_ok;
     open_missing_standard_descriptors();
+    keep_descriptors_from_children();
     if (!callbacks || !callbacks->create || !callbacks->terminate || argc < 1 || !argv)
         return application_invalid_argument;
     const Application application(*callbacks, user_data);

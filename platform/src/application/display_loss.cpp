@@ -1,6 +1,6 @@
 #include "display_loss.h"
 
-#include "platform/application.h"
+#include "main_loop.h"
 
 #include <Ecore_X.h>
 #include <X11/Xlib.h>
@@ -15,7 +15,7 @@ void survive_display_loss() {
     if (!display)
         return;
     XSetIOErrorHandler([](Display*) {
-        ui_app_quit("the display has gone");
+        MainLoop::instance().quit("the display has gone");
         return 0;
     });
     XSetIOErrorExitHandler(

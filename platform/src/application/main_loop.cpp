@@ -3,12 +3,15 @@
 #include "platform/application.h"
 #include "platform/log.h"
 
+#include <Ecore_X.h>
 #include <Elementary.h>
 #include <csignal>
 #include <utility>
 
 namespace platform {
 namespace {
+
+constexpr const char* application_reason = "the application asked to";
 
 const char* signal_name(const Ecore_Event_Signal_Exit& event) {
     if (event.interrupt)
@@ -23,12 +26,18 @@ Eina_Bool exit_signal(void* /*data*/, int /*type*/, void* event) {
                      "the session bus connection was closed");
         return ECORE_CALLBACK_DONE;
     }
-    ui_app_quit(signal_name(signal));
+    MainLoop::instance().quit(signal_name(signal));
     return ECORE_CALLBACK_DONE;
 }
 
+// The application may refuse to close, but ours never does.
+Eina_Bool close_request(void* /*data*/, int /*type*/, void* /*event*/) {
+    MainLoop::instance().note_reason("the window was closed");
+    return ECORE_CALLBACK_PASS_ON;
+}
+
 Eina_Bool hangup_signal(void* /*data*/, int /*type*/, void* /*event*/) {
-    ui_app_quit("SIGHUP");
+    MainLoop::instance().quit("SIGHUP");
     return ECORE_CALLBACK_DONE;
 }
 
@@ -45,15 +54,16 @@ void MainLoop::run() {
         elm_run();
     running_ = false;
     __dlog_print(LogBuffer::main, LogPriority::info, "PLATFORM", "the main loop ends: %s",
-                 reason_.empty() ? "the toolkit was asked to" : reason_.c_str());
+                 reason_.empty() ? application_reason : reason_.c_str());
 }
 
 void MainLoop::note_reason(const char* reason) {
-    if (reason_.empty() && reason)
+    if (reason_.empty())
         reason_ = reason;
 }
 
-void MainLoop::quit() {
+void MainLoop::quit(const char* reason) {
+    note_reason(reason);
     if (running_)
         elm_exit();
     else
@@ -66,16 +76,11 @@ void MainLoop::reset() {
 }
 
 // Before Elementary's own handler, which ends the loop without a word.
-EndingSignals::EndingSignals()
+EndingEvents::EndingEvents()
     : exit_(ecore_event_handler_prepend(ECORE_EVENT_SIGNAL_EXIT, exit_signal, nullptr)),
-      hangup_(ecore_event_handler_prepend(ECORE_EVENT_SIGNAL_HUP, hangup_signal, nullptr)) {}
+      hangup_(ecore_event_handler_prepend(ECORE_EVENT_SIGNAL_HUP, hangup_signal, nullptr)),
+      close_(ecore_event_handler_prepend(ECORE_X_EVENT_WINDOW_DELETE_REQUEST, close_request, nullptr)) {}
 
 } // namespace platform
 
-void ui_app_quit_reason_set(const char* reason) { platform::MainLoop::instance().note_reason(reason); }
-
-void ui_app_quit(const char* reason) {
-    auto& loop = platform::MainLoop::instance();
-    loop.note_reason(reason);
-    loop.quit();
-}
+void ui_app_quit() { platform::MainLoop::instance().quit(platform::application_reason); }

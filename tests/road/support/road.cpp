@@ -9,7 +9,6 @@ namespace {
 using namespace std::chrono_literals;
 using testing::IsEmpty;
 
-constexpr auto patience = 30s; // of a busy machine
 constexpr auto last_picture = "/var/log/simulator/last_picture.png";
 
 } // namespace
@@ -48,7 +47,7 @@ void Road::TearDown() {
 }
 
 void Road::expect_soon(const std::string& what, const std::function<bool()>& has_come) {
-    if (!simulator::wait_until(has_come, patience))
+    if (!simulator::wait_until(has_come, busy_machine_limit))
         throw simulator::NotSeen("waited for " + what);
 }
 
@@ -64,7 +63,7 @@ void Road::expect_asked(const std::vector<std::string>& calls) {
 }
 
 void Road::expect_orderly_end(const std::vector<std::string>& survivors) {
-    EXPECT_EQ(application_->wait_for_end(patience), 0);
+    EXPECT_EQ(application_->wait_for_end(busy_machine_limit), 0);
     EXPECT_THAT(simulator::running_processes({"cpcd", "socat", "zigbeed"}),
                 testing::UnorderedElementsAreArray(survivors));
     EXPECT_THAT(simulator::zombies(), IsEmpty());
