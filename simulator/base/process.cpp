@@ -5,6 +5,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <stdexcept>
+#include <sys/ioctl.h>
 
 namespace simulator {
 namespace {
@@ -22,6 +23,7 @@ void reset_signals(gpointer /*data*/) {
 
 void begin_session(gpointer data) {
     setsid();
+    ioctl(STDIN_FILENO, TIOCSCTTY, 0); // of a shell, which then has job control
     reset_signals(data);
 }
 

@@ -1,12 +1,14 @@
 #include "client.h"
 
 #include "base/bus.h"
+#include "base/file_descriptor.h"
 #include "failure.h"
 #include "ncp_host/contract.h"
 
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <fcntl.h>
 #include <string_view>
 #include <thread>
 
@@ -113,6 +115,15 @@ std::string Client::why_absent(const ObjectAddress& object) const {
 }
 
 Client this_television() { return Client(connect_to_system_bus()); }
+
+DescriptorList hand_over(std::initializer_list<int> numbers) {
+    DescriptorList list(g_unix_fd_list_new());
+    for (const int number : numbers)
+        if (g_unix_fd_list_append(list.get(), number, nullptr) < 0)
+            g_unix_fd_list_append(list.get(), FileDescriptor(open("/dev/null", O_RDWR | O_CLOEXEC)).get(),
+                                  nullptr);
+    return list;
+}
 
 Value first_of(const Value& answer) { return Value(g_variant_get_child_value(answer.get(), 0)); }
 

@@ -5,6 +5,7 @@
 
 #include <gio/gunixfdlist.h>
 
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <vector>
@@ -56,6 +57,9 @@ private:
 
 /** The television that this process runs in. @throws std::runtime_error. */
 Client this_television();
+
+/** Descriptors to hand over with a call; one that is closed is replaced by /dev/null. */
+DescriptorList hand_over(std::initializer_list<int> numbers);
 
 /** The first value of an answer. */
 Value first_of(const Value& answer);

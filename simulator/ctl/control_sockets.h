@@ -1,8 +1,6 @@
 /** The televisions of this user that run. */
 #pragma once
 
-#include "base/gobject_release.h"
-
 #include <chrono>
 #include <string>
 #include <vector>
@@ -13,12 +11,16 @@ namespace simulator {
 std::vector<std::string> running_televisions();
 
 /**
- * Connects to a television's system bus.
+ * Finds a television, and waits for one that is not there yet.
  *
- * @param name     of the television; empty: the only one that runs.
- * @param patience how long to wait for it to appear.
- * @throws WrongUse when there is none, or more than one and none was named; std::runtime_error.
+ * @param name  of the television; empty: the only one that runs.
+ * @param limit for it to appear.
+ * @return its name.
+ * @throws WrongUse when there is none, or more than one and none was named.
  */
-BusConnection open_control_socket(const std::string& name, std::chrono::milliseconds patience);
+std::string find_television(const std::string& name, std::chrono::milliseconds limit);
+
+/** The address of its system bus. */
+std::string bus_address_of(const std::string& name);
 
 } // namespace simulator

@@ -62,9 +62,7 @@ void in_loop(Action action) {
     ecore_main_loop_thread_safe_call_sync(act, &action);
 }
 
-void quit() {
-    in_loop(ui_app_quit);
-}
+void quit() { in_loop(ui_app_quit); }
 
 void rest(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }
 
@@ -184,16 +182,20 @@ TEST_F(Framework, MissingStandardDescriptorsAreTheNullDevice) {
             quit();
         }});
     };
-    const Lines lines{
-        "create",         "app_control", "/dev/null", "/dev/null", "log: the main loop ends: the application asked to",
-        "terminate Probe"};
+    const Lines lines{"create",
+                      "app_control",
+                      "/dev/null",
+                      "/dev/null",
+                      "log: the main loop ends: the application asked to",
+                      "terminate Probe"};
     EXPECT_EXIT(std::exit(run_without()), ExitedWithCode(0), says(lines));
 }
 
 TEST_F(Framework, StartedProgramInheritsTheStandardDescriptorsAlone) {
     expect_life({"0", "1", "2"}, [] {
         EXPECT_GT(dup(STDERR_FILENO), STDERR_FILENO);
-        constexpr const char* script = "for n in $(seq 0 99); do [ -e /proc/$$/fd/$n ] && echo \"> $n\" >&2; done";
+        constexpr const char* script =
+            "for n in $(seq 0 99); do [ -e /proc/$$/fd/$n ] && echo \"> $n\" >&2; done";
         const pid_t child = fork();
         if (child == 0)
             execl("/bin/sh", "sh", "-c", script, nullptr);
@@ -211,7 +213,9 @@ TEST_F(Framework, WhatHappensInCreateOrIsMissingBeforeItDecides) {
         ui_app_quit();
         return true;
     };
-    expect(0, {"create", "app_control", "log: the main loop ends: the application asked to", "terminate Probe"}, quit_at_once);
+    expect(0,
+           {"create", "app_control", "log: the main loop ends: the application asked to", "terminate Probe"},
+           quit_at_once);
     expect(3, {"create"}, [] { return false; });
     expect(3, {"create", "log: create ended with an exception: thrown"},
            []() -> bool { throw std::runtime_error("thrown"); });

@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 using simulator::this_television;
 namespace fs = std::filesystem;
 
-constexpr auto patience = 2min; // of a busy machine
+constexpr auto patience = 2min;          // of a busy machine
 constexpr auto patience_of_a_trial = 4s; // a start without the relay takes three
 constexpr auto look_interval = 10ms;
 constexpr auto repeat_after = 250ms;

@@ -1,7 +1,7 @@
 #include "options.h"
 
-#include <cstdio>
 #include <cerrno>
+#include <cstdio>
 #include <string_view>
 
 namespace platform {

@@ -15,8 +15,8 @@ void open_missing_standard_descriptors() {
 }
 
 void keep_descriptors_from_children() {
-    [[maybe_unused]] static const int registered = pthread_atfork(
-        [] { close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC); }, nullptr, nullptr);
+    [[maybe_unused]] static const int registered =
+        pthread_atfork([] { close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC); }, nullptr, nullptr);
 }
 
 } // namespace platform
