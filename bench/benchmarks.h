@@ -4,7 +4,7 @@
 #include "drawing_watch.h"
 
 #include "base/process.h"
-#include "base/redirection.h"
+#include "support/standard_error_to.h"
 
 namespace bench {
 

@@ -1,6 +1,6 @@
 #include "measured_program.h"
 
-#include "base/processes.h"
+#include "support/processes.h"
 
 #include <filesystem>
 #include <iterator>

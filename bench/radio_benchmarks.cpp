@@ -4,10 +4,10 @@
 #include "table.h"
 
 #include "base/bus.h"
-#include "base/processes.h"
 #include "client/client.h"
 #include "model/process_lifecycle.h"
 #include "model/util.h"
+#include "support/processes.h"
 
 #include <functional>
 #include <stdexcept>

@@ -39,6 +39,13 @@ Descriptors written_to(const std::string& path) {
     return descriptors;
 }
 
+std::array<FileDescriptor, 2> make_pipe() {
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0)
+        throw std::runtime_error("no pipe can be made");
+    return {FileDescriptor(ends[0]), FileDescriptor(ends[1])};
+}
+
 Process::Process(const std::vector<std::string>& command, Descriptors descriptors, Ended ended,
                  const std::vector<std::string>& environment, bool leads)
     : watch_(g_cancellable_new()), ended_(std::move(ended)), leads_(leads) {

@@ -6,6 +6,7 @@
 
 #include <gio/gio.h>
 
+#include <array>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -28,6 +29,9 @@ struct Descriptors {
  * @throws std::runtime_error when it cannot be opened.
  */
 Descriptors written_to(const std::string& path);
+
+/** A pipe's reading and its writing end. @throws std::runtime_error. */
+std::array<FileDescriptor, 2> make_pipe();
 
 class Process {
 public:

@@ -1,6 +1,5 @@
 #include "component.h"
 
-#include "base/redirection.h"
 #include "logs.h"
 
 #include <csignal>

@@ -1,6 +1,5 @@
 #include "television_object.h"
 
-#include "base/processes.h"
 #include "base/strings.h"
 #include "logs.h"
 
@@ -11,11 +10,9 @@ namespace simulator {
 namespace {
 
 void kill_all(const std::string& program) {
-    const auto processes = process_numbers(program);
-    if (processes.empty())
+    Process killall({"killall", "-KILL", "--", program});
+    if (killall.wait_for_end(std::chrono::seconds(10)) != 0)
         throw Refusal("NoSuchProcess", "no process is called " + program);
-    for (const int process : processes)
-        kill(process, SIGKILL);
 }
 
 /** Keeps what else is in the settings. */

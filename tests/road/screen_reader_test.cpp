@@ -1,5 +1,5 @@
+#include "support/announcements.h"
 #include "support/road.h"
-#include "ui_driver/announcements.h"
 
 #include <thread>
 

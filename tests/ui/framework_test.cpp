@@ -2,8 +2,8 @@
 #include "base/process.h"
 #include "base/wait_until.h"
 #include "support/settings_folder.h"
+#include "support/windows.h"
 #include "ui_driver/accessibility_bus.h"
-#include "ui_driver/other_window.h"
 
 #include "platform/application.h"
 

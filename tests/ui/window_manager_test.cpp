@@ -4,8 +4,7 @@
 #include "support/settings_folder.h"
 
 #include "base/process.h"
-#include "base/redirection.h"
-#include "ui_driver/other_window.h"
+#include "support/windows.h"
 #include "ui_driver/pixels.h"
 
 #include <gtest/gtest.h>
@@ -28,7 +27,7 @@ protected:
             manager_.reset(); // what it has announced stays
         }
         if (std::get<Manager>(GetParam()) == Manager::silent)
-            start_manager({VELMORA_PROGRAMS "/window_manager", "--silent"});
+            start_manager({VELMORA_PROGRAMS "/silent_window_manager"});
         window = elm_win_util_standard_add("window", "Window");
         EXPECT_TRUE(elm_vell_manager_init(window));
         Evas_Object* const red = evas_object_rectangle_add(evas_object_evas_get(window));

@@ -1,9 +1,9 @@
 #include "faults.h"
 
-#include "base/application_log.h"
 #include "base/wait_until.h"
 #include "client/failure.h"
 #include "ncp_host/contract.h"
+#include "support/application_log.h"
 
 #include <algorithm>
 #include <array>

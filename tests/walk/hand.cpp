@@ -2,7 +2,7 @@
 
 #include "base/strings.h"
 #include "base/wait_until.h"
-#include "ui_driver/front_window.h"
+#include "support/windows.h"
 
 #include <X11/XKBlib.h>
 

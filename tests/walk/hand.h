@@ -4,11 +4,11 @@
 #include "appearance.h"
 #include "model.h"
 
-#include "base/application_log.h"
 #include "base/process.h"
 #include "client/client_radio.h"
+#include "support/application_log.h"
+#include "support/windows.h"
 #include "ui_driver/keyboard.h"
-#include "ui_driver/other_window.h"
 #include "ui_driver/screen_reader.h"
 
 #include <chrono>

@@ -1,11 +1,11 @@
 /** A person before the television who uses the application; each test is one sitting. */
 #pragma once
 
-#include "base/application_log.h"
 #include "base/process.h"
-#include "base/processes.h"
 #include "client/client_radio.h"
-#include "ui_driver/operator.h"
+#include "support/application_log.h"
+#include "support/operator.h"
+#include "support/processes.h"
 
 #include <chrono>
 #include <functional>

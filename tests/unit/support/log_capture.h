@@ -1,8 +1,8 @@
 #pragma once
 
-#include "base/application_log.h"
 #include "base/process.h"
-#include "base/redirection.h"
+#include "support/application_log.h"
+#include "support/standard_error_to.h"
 #include "support/surroundings.h"
 
 /** Captures what this process and its children write to standard error, as long as it lives. */

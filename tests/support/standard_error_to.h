@@ -1,14 +1,8 @@
-/** Descriptors that lead elsewhere. */
 #pragma once
 
-#include "file_descriptor.h"
-
-#include <array>
+#include "base/file_descriptor.h"
 
 namespace simulator {
-
-/** A pipe's reading and its writing end. @throws std::runtime_error. */
-std::array<FileDescriptor, 2> make_pipe();
 
 /** The standard error of this process leads to another file as long as it lives. */
 class StandardErrorTo {

@@ -51,28 +51,6 @@ std::vector<std::string> zombies() {
     return names;
 }
 
-std::vector<std::string> command_lines(const std::string& name) {
-    std::vector<std::string> lines;
-    for (const ProcessEntry& entry : all_processes()) {
-        if (entry.name != name || entry.state == 'Z')
-            continue;
-        std::ifstream file(entry.folder / "cmdline");
-        std::string line;
-        for (std::string argument; std::getline(file, argument, '\0');)
-            line += (line.empty() ? "" : " ") + argument;
-        lines.push_back(line);
-    }
-    return lines;
-}
-
-std::vector<pid_t> process_numbers(const std::string& name) {
-    std::vector<pid_t> numbers;
-    for (const ProcessEntry& entry : all_processes())
-        if (entry.name == name && entry.state != 'Z')
-            numbers.push_back(std::stoi(entry.folder.filename()));
-    return numbers;
-}
-
 long sum_of(const std::filesystem::path& path, std::initializer_list<std::string_view> names) {
     std::ifstream file(path);
     long sum = 0;

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "base/process.h"
-#include "condition.h"
-#include "keyboard.h"
-#include "screen_reader.h"
+#include "ui_driver/condition.h"
+#include "ui_driver/keyboard.h"
+#include "ui_driver/screen_reader.h"
 
 #include <chrono>
 #include <functional>

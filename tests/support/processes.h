@@ -17,12 +17,6 @@ std::vector<std::string> running_processes(const std::vector<std::string>& names
 /** The names of the ended processes that nobody has collected. */
 std::vector<std::string> zombies();
 
-/** The command lines of the running processes of a name, their arguments parted by one blank. */
-std::vector<std::string> command_lines(const std::string& name);
-
-/** The numbers of the running processes of a name. */
-std::vector<pid_t> process_numbers(const std::string& name);
-
 /** The sum of the numbers that follow one of the names in a file of "Name: number" lines, as /proc has many. */
 long sum_of(const std::filesystem::path& path, std::initializer_list<std::string_view> names);
 

@@ -1,11 +1,11 @@
-/** A window of another application. */
+/** Windows of other applications, and what others do to the one in front. */
 #pragma once
 
-#include "keyboard.h"
+#include "ui_driver/keyboard.h"
 
 namespace simulator {
 
-/** Covers the screen and takes the keys, until it is covered or closed at the end of its life. */
+/** A window that covers the screen and takes the keys, until it is covered or closed at the end of its life. */
 class OtherWindow {
 public:
     OtherWindow();
@@ -24,5 +24,11 @@ private:
     Display display_;
     unsigned long window_;
 };
+
+/** Asks the application of the window that has the keys to close it, as a window manager does. */
+void close_front_window(const Display& display);
+
+/** Destroys the window that has the keys, as any client of the display can. */
+void destroy_front_window(const Display& display);
 
 } // namespace simulator
