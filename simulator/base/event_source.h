@@ -62,19 +62,4 @@ private:
     guint number_ = 0;
 };
 
-/** Calls `action` once after so many milliseconds, whatever becomes of the caller. */
-inline void call_after(guint milliseconds, std::function<void()> action) {
-    auto held = std::make_unique<std::function<void()>>(std::move(action));
-    g_timeout_add_full(
-        G_PRIORITY_DEFAULT, milliseconds,
-        [](gpointer data) -> gboolean {
-            (*static_cast<std::function<void()>*>(data))();
-            return G_SOURCE_REMOVE;
-        },
-        held.release(),
-        [](gpointer data) {
-            const std::unique_ptr<std::function<void()>> ended(static_cast<std::function<void()>*>(data));
-        });
-}
-
 } // namespace simulator

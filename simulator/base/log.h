@@ -1,4 +1,4 @@
-/** The log file of one simulator program. */
+/** The logs of the television's components, /var/log/simulator/NAME.log. */
 #pragma once
 
 #include "file_descriptor.h"
@@ -6,6 +6,7 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace simulator {
 
@@ -42,5 +43,13 @@ private:
     std::string name_;
     FileDescriptor file_;
 };
+
+std::string log_path(const std::string& name);
+
+/** The last lines of a log, separated by " / "; "its log is empty" without any. */
+std::string end_of_log(const std::string& name);
+
+/** The names of the logs that are there, in alphabetical order. */
+std::vector<std::string> log_names();
 
 } // namespace simulator

@@ -2,6 +2,7 @@
 
 #include "base/bus.h"
 #include "base/file_descriptor.h"
+#include "base/strings.h"
 #include "failure.h"
 #include "ncp_host/contract.h"
 
@@ -16,63 +17,25 @@ namespace simulator {
 namespace {
 
 using namespace std::chrono_literals;
-using Clock = std::chrono::steady_clock;
 
+constexpr auto bus_name = "org.velmora.Simulator"; // taken when every component is ready
 constexpr auto look_interval = 10ms;
-constexpr auto start_patience = 60s;
+constexpr auto start_limit = 60s;
 
-bool is_absence(const GError* error) {
-    return g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN) != FALSE ||
-           g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_NAME_HAS_NO_OWNER) != FALSE;
+bool is_absence(const GError& error) {
+    return g_error_matches(&error, G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN) != FALSE ||
+           g_error_matches(&error, G_DBUS_ERROR, G_DBUS_ERROR_NAME_HAS_NO_OWNER) != FALSE;
 }
 
-GError* failed_call(GDBusConnection* bus, const ObjectAddress& object, const char* method,
-                    GVariant* arguments, GUnixFDList* descriptors, Value& answer) {
-    GError* error = nullptr;
-    answer.reset(g_dbus_connection_call_with_unix_fd_list_sync(
-        bus, object.name, object.path, object.interface, method, arguments, nullptr,
-        G_DBUS_CALL_FLAGS_NO_AUTO_START, G_MAXINT, descriptors, nullptr, nullptr, &error));
-    return error;
-}
-
-} // namespace
-
-const ObjectAddress television{"org.velmora.Simulator.Television", "/org/velmora/Simulator/Television",
-                               "org.velmora.Simulator.Television", "television"};
-const ObjectAddress ui{"org.velmora.Simulator.Ui", "/org/velmora/Simulator/Ui", "org.velmora.Simulator.Ui",
-                       "ui_driver"};
-const ObjectAddress ncp_host{contract::bus_name, "/org/velmora/Simulator/NcpHost",
-                             "org.velmora.Simulator.NcpHost", "ncp_host"};
-const ObjectAddress radio_module{"org.velmora.Simulator.RadioModule", "/org/velmora/Simulator/RadioModule",
-                                 "org.velmora.Simulator.RadioModule", "radio_module"};
-
-Value Client::call(const ObjectAddress& object, const char* method, GVariant* arguments,
-                   GUnixFDList* descriptors) const {
-    const Value held(arguments != nullptr ? g_variant_ref_sink(arguments) : nullptr);
-    const auto deadline = Clock::now() + start_patience;
-    for (bool is_up = false;;) {
-        Value answer;
-        g_autoptr(GError) error = failed_call(bus_.get(), object, method, held.get(), descriptors, answer);
-        if (error == nullptr)
-            return answer;
-        if (!is_absence(error))
-            refuse(*error, object);
-        if (is_up || Clock::now() >= deadline)
-            throw Failure(why_absent(object));
-        is_up = !is_starting(); // it may have come up since the call: once more
-        if (!is_up)
-            std::this_thread::sleep_for(look_interval);
-    }
-}
-
-void Client::refuse(const GError& error, const ObjectAddress& object) {
+[[noreturn]] void refuse(const GError& error) {
     static constexpr std::array<std::string_view, 4> wrong_uses{
         "org.velmora.Simulator.Error.NoSuchKey", "org.velmora.Simulator.Error.NoSuchComponent",
         "org.velmora.Simulator.Error.NoSuchBehaviour", "org.velmora.Simulator.Error.NoSuchTraffic"};
-    if (g_dbus_error_is_remote_error(&error) == FALSE)
+    if (is_absence(error))
+        throw Failure("the television does not answer");
+    if (g_dbus_error_is_remote_error(&error) == FALSE ||
+        g_error_matches(&error, G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY) != FALSE)
         throw Failure("the television has ended");
-    if (g_error_matches(&error, G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY) != FALSE)
-        throw Failure("the " + std::string(object.program) + " has ended before it answered");
     g_autofree char* name = g_dbus_error_get_remote_error(&error);
     const std::unique_ptr<GError, decltype(&g_error_free)> copy(g_error_copy(&error), g_error_free);
     g_dbus_error_strip_remote_error(copy.get());
@@ -81,37 +44,28 @@ void Client::refuse(const GError& error, const ObjectAddress& object) {
     throw Failure(copy->message);
 }
 
-/** The television's own name comes last, when every component is there. */
-bool Client::is_starting() const {
-    static constexpr ObjectAddress bus{"org.freedesktop.DBus", "/org/freedesktop/DBus",
-                                       "org.freedesktop.DBus", ""};
-    Value answer;
-    const Value name(g_variant_ref_sink(g_variant_new("(s)", television.name)));
-    g_autoptr(GError) error = failed_call(bus_.get(), bus, "NameHasOwner", name.get(), nullptr, answer);
-    if (error != nullptr)
-        refuse(*error, television);
-    gboolean owned = TRUE;
-    g_variant_get(answer.get(), "(b)", &owned);
-    return owned == FALSE;
-}
+} // namespace
 
-std::string Client::why_absent(const ObjectAddress& object) const {
-    const std::string program = object.program;
-    if (&object == &television)
-        return "the television does not answer";
-    const Value components = first_of(call(television, "Components"));
-    GVariantIter each;
-    g_variant_iter_init(&each, components.get());
-    while (const Value component{g_variant_iter_next_value(&each)}) {
-        const char* name = nullptr;
-        const char* state = nullptr;
-        g_variant_lookup(component.get(), "component", "&s", &name);
-        g_variant_lookup(component.get(), "state", "&s", &state);
-        if (program == name)
-            return std::string("the ").append(name) + " " + state + "; 'tvctl start " + name +
-                   "' starts it again";
+const ObjectAddress television{"/org/velmora/Simulator/Television", "org.velmora.Simulator.Television"};
+const ObjectAddress ui{"/org/velmora/Simulator/Ui", "org.velmora.Simulator.Ui"};
+const ObjectAddress ncp_host{"/org/velmora/Simulator/NcpHost", "org.velmora.Simulator.NcpHost"};
+const ObjectAddress radio_module{"/org/velmora/Simulator/RadioModule", "org.velmora.Simulator.RadioModule"};
+
+Value Client::call(const ObjectAddress& object, const char* method, GVariant* arguments,
+                   GUnixFDList* descriptors) const {
+    const Value held(arguments != nullptr ? g_variant_ref_sink(arguments) : nullptr);
+    const auto deadline = std::chrono::steady_clock::now() + start_limit;
+    for (;;) {
+        g_autoptr(GError) error = nullptr;
+        Value answer(g_dbus_connection_call_with_unix_fd_list_sync(
+            bus_.get(), bus_name, object.path, object.interface, method, held.get(), nullptr,
+            G_DBUS_CALL_FLAGS_NO_AUTO_START, G_MAXINT, descriptors, nullptr, nullptr, &error));
+        if (answer)
+            return answer;
+        if (!is_absence(*error) || std::chrono::steady_clock::now() >= deadline)
+            refuse(*error);
+        std::this_thread::sleep_for(look_interval);
     }
-    return &object == &ui ? "this television has no screen" : "this television has no " + program;
 }
 
 Client this_television() { return Client(connect_to_system_bus()); }
@@ -127,10 +81,28 @@ DescriptorList hand_over(std::initializer_list<int> numbers) {
 
 Value first_of(const Value& answer) { return Value(g_variant_get_child_value(answer.get(), 0)); }
 
-std::string text_of(const Value& answer) {
-    const char* text = nullptr;
-    g_variant_get(answer.get(), "(&s)", &text);
-    return text;
+std::vector<std::string> asked_of_host(const Client& client) {
+    return to_strings(first_of(client.call(ncp_host, "Calls")).get());
+}
+
+void let_host_answer(const Client& client, const std::string& method, const std::string& behaviour) {
+    client.call(ncp_host, "SetBehaviour", g_variant_new("(ss)", method.c_str(), behaviour.c_str()));
+}
+
+void send_event(const Client& client, const std::string& values) {
+    using namespace contract;
+    g_dbus_connection_emit_signal(client.bus(), nullptr, service_path, service_interface, event_signal,
+                                  tuple_of(values).get(), nullptr);
+    g_dbus_connection_flush_sync(client.bus(), nullptr, nullptr);
+}
+
+RadioState radio_state(const Client& client) {
+    const Value state = first_of(client.call(radio_module, "State"));
+    const char* mode = "";
+    gboolean streams = FALSE;
+    g_variant_lookup(state.get(), "mode", "&s", &mode);
+    g_variant_lookup(state.get(), "stream", "b", &streams);
+    return {mode, streams != FALSE};
 }
 
 } // namespace simulator

@@ -1,4 +1,4 @@
-/** Calls to what a running television has on its system bus. */
+/** Calls to a running television, from outside or inside. */
 #pragma once
 
 #include "base/gobject_release.h"
@@ -14,12 +14,10 @@ namespace simulator {
 
 using DescriptorList = std::unique_ptr<GUnixFDList, GObjectRelease>;
 
-/** One object on the television's system bus. */
+/** One object of the television; interfaces/ describes each. */
 struct ObjectAddress {
-    const char* name;
     const char* path;
     const char* interface;
-    const char* program; /**< the component of the television that serves it */
 };
 
 extern const ObjectAddress television;
@@ -45,13 +43,7 @@ public:
     /** The connection, for calls of another kind. */
     [[nodiscard]] GDBusConnection* bus() const { return bus_.get(); }
 
-    /** Throws what `call` throws for this error. */
-    [[noreturn]] static void refuse(const GError& error, const ObjectAddress& object);
-
 private:
-    [[nodiscard]] bool is_starting() const;
-    [[nodiscard]] std::string why_absent(const ObjectAddress& object) const;
-
     BusConnection bus_;
 };
 
@@ -63,7 +55,21 @@ DescriptorList hand_over(std::initializer_list<int> numbers);
 
 /** The first value of an answer. */
 Value first_of(const Value& answer);
-/** The one text of an answer. */
-std::string text_of(const Value& answer);
+
+/** Every call of the NCP host's methods since it started, "ember_set_channel(11)". @throws Failure. */
+std::vector<std::string> asked_of_host(const Client& client);
+
+/** From now on the NCP host answers a method like that, see `parse_behaviour`. @throws Failure, WrongUse. */
+void let_host_answer(const Client& client, const std::string& method, const std::string& behaviour);
+
+/** Sends "ncp_event" with these values, written as GVariant text: "(7, true)". There need be no host. */
+void send_event(const Client& client, const std::string& values);
+
+struct RadioState {
+    std::string mode; /**< "off", "tx" or "rx" */
+    bool streams = false;
+};
+/** What the radio module does. @throws Failure. */
+RadioState radio_state(const Client& client);
 
 } // namespace simulator

@@ -3,11 +3,12 @@
 #include "base/strings.h"
 #include "contract.h"
 
-#include <cstdlib>
+#include <algorithm>
 
 namespace simulator {
 namespace {
 
+constexpr guint answer_limit_milliseconds = 5000;
 constexpr auto link_path = "/tmp/ttyZigbeeNCP";
 constexpr std::string_view method_prefix = "ember_";
 
@@ -24,18 +25,28 @@ std::string text_of(const Call& call) {
 
 } // namespace
 
-NcpHost::NcpHost(GDBusConnection* connection, guint limit, const ComponentLog& log)
-    : connection_(connection), log_(log),
+NcpHost::NcpHost(const std::vector<std::string>& answers, std::function<void()> die)
+    : connection_(connect_to_bus(g_getenv("DBUS_SYSTEM_BUS_ADDRESS"))), die_(std::move(die)),
       link_(
-          link_path, limit, [this] { emit(g_variant_new("(s)", "ready")); }, log),
-      service_(connection, contract::service_interface, methods()),
-      simulation_(connection, "org.velmora.Simulator.NcpHost",
-                  {{"SetBehaviour", [this](Call& call) { set_behaviour(call.text(0), call.text(1)); }},
-                   {"Emit", [this](Call& call) { emit(g_variant_new("(s)", call.text().c_str())); }},
-                   {"EmitValues", [this](Call& call) { emit_values(call.text()); }},
-                   {"Calls", [this](Call& call) { call.answer({to_variant(calls_)}); }}}) {}
+          link_path, answer_limit_milliseconds, [this] { emit(g_variant_new("(s)", "ready")); }, log_),
+      service_(connection_.get(), contract::service_interface, service_methods()) {
+    for (const std::string& answer : answers) {
+        const auto middle = std::min(answer.find('='), answer.size() - 1);
+        set_behaviour(answer.substr(0, middle), answer.substr(middle + 1));
+    }
+    own_name(connection_.get(), contract::bus_name);
+}
+
+NcpHost::~NcpHost() { g_dbus_connection_close_sync(connection_.get(), nullptr, nullptr); }
 
 std::map<std::string, Method> NcpHost::methods() {
+    return {{"SetBehaviour", [this](Call& call) { set_behaviour(call.text(0), call.text(1)); }},
+            {"Emit", [this](Call& call) { emit(g_variant_new("(s)", call.text().c_str())); }},
+            {"EmitValues", [this](Call& call) { emit_values(call.text()); }},
+            {"Calls", [this](Call& call) { call.answer({to_variant(calls_)}); }}};
+}
+
+std::map<std::string, Method> NcpHost::service_methods() {
     std::map<std::string, Method> methods;
     const auto* const service = contract_of(contract::service_interface).interfaces[0];
     for (auto** method = service->methods; *method != nullptr; ++method)
@@ -45,7 +56,7 @@ std::map<std::string, Method> NcpHost::methods() {
 
 void NcpHost::set_behaviour(const std::string& method, const std::string& text) {
     const auto behaviour = parse_behaviour(text);
-    if (!behaviour || !methods().contains(method))
+    if (!behaviour || !service_methods().contains(method))
         throw Refusal("NoSuchBehaviour", "no method " + method + ", or no behaviour \"" + text + "\"");
     behaviours_[method] = *behaviour;
 }
@@ -72,7 +83,8 @@ void NcpHost::handle(const Call& call) {
         break;
     case Behaviour::Kind::dies:
         log_.note(text, " is the end of this host");
-        std::_Exit(1);
+        die_();
+        break;
     case Behaviour::Kind::reply:
         reply_with(call, behaviour.value);
         break;
@@ -82,13 +94,19 @@ void NcpHost::handle(const Call& call) {
 void NcpHost::ask_module(const Call& call, int late_by) {
     link_.request(call.method().substr(method_prefix.size()), argument_of(call),
                   [this, call, late_by](int code, const std::string& text) {
-                      if (late_by == 0) {
+                      if (late_by == 0)
                           reply(call, code, text);
-                      } else {
-                          call_after(static_cast<guint>(late_by),
-                                     [this, call, code, text] { reply(call, code, text); });
-                      }
+                      else
+                          reply_later(call, code, text, static_cast<guint>(late_by));
                   });
+}
+
+void NcpHost::reply_later(const Call& call, int code, const std::string& text, guint milliseconds) {
+    const auto late = late_replies_.emplace(late_replies_.end());
+    *late = EventSource::every(milliseconds, [this, call, code, text, late] {
+        reply(call, code, text);
+        late_replies_.erase(late);
+    });
 }
 
 void NcpHost::reply(const Call& call, int code, const std::string& text) const {
@@ -106,7 +124,8 @@ void NcpHost::reply_with(const Call& call, const std::string& value) const {
     g_autoptr(GDBusMessage) message =
         g_dbus_message_new_method_reply(g_dbus_method_invocation_get_message(call.invocation()));
     g_dbus_message_set_body(message, tuple_of(value).get());
-    g_dbus_connection_send_message(connection_, message, G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr, nullptr);
+    g_dbus_connection_send_message(connection_.get(), message, G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr,
+                                   nullptr);
 }
 
 void NcpHost::emit(GVariant* values) const {

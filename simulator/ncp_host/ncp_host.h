@@ -2,40 +2,55 @@
 #pragma once
 
 #include "base/bus.h"
+#include "base/event_source.h"
 #include "base/log.h"
+#include "base/simulation.h"
 #include "behaviour.h"
 #include "ncp_link.h"
 
+#include <functional>
+#include <list>
 #include <map>
 #include <string>
 #include <vector>
 
 namespace simulator {
 
-class NcpHost {
+/** On a bus connection of its own, which ends with this: whoever waits for an answer then gets none. */
+class NcpHost : public Simulation {
 public:
-    /** @param limit milliseconds the radio module has for an answer. @param log outlives the service. */
-    NcpHost(GDBusConnection* connection, guint limit, const ComponentLog& log);
+    /**
+     * @param answers how methods answer, each "METHOD=BEHAVIOUR".
+     * @param die     called from the main loop when the host is to end: this must go then, but not in the call.
+     * @throws std::runtime_error for a wrong answer, or without a system bus.
+     */
+    NcpHost(const std::vector<std::string>& answers, std::function<void()> die);
+    ~NcpHost() override;
+    NcpHost(const NcpHost&) = delete;
+    NcpHost& operator=(const NcpHost&) = delete;
 
-    /** From now on the method answers like that. @throws Refusal for an unknown method or behaviour. */
-    void set_behaviour(const std::string& method, const std::string& text);
+    [[nodiscard]] std::map<std::string, Method> methods() override;
 
 private:
-    [[nodiscard]] std::map<std::string, Method> methods();
+    [[nodiscard]] std::map<std::string, Method> service_methods();
+    /** @throws Refusal for an unknown method or behaviour. */
+    void set_behaviour(const std::string& method, const std::string& text);
     void handle(const Call& call);
     void ask_module(const Call& call, int late_by);
+    void reply_later(const Call& call, int code, const std::string& text, guint milliseconds);
     void reply(const Call& call, int code, const std::string& text) const;
     void reply_with(const Call& call, const std::string& value) const;
     void emit(GVariant* values) const;
     void emit_values(const std::string& text) const;
 
-    GDBusConnection* connection_;
-    const ComponentLog& log_;
+    ComponentLog log_{"ncp_host"};
+    BusConnection connection_;
+    std::function<void()> die_;
     std::map<std::string, Behaviour> behaviours_;
     std::vector<std::string> calls_;
+    std::list<EventSource> late_replies_;
     NcpLink link_;
     BusObject service_;
-    BusObject simulation_;
 };
 
 } // namespace simulator

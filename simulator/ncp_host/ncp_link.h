@@ -1,8 +1,8 @@
 /** The NCP host's link to the radio module: the terminal that the relay makes, and the exchange over it. */
 #pragma once
 
-#include "base/bus.h"
 #include "base/event_source.h"
+#include "base/gobject_release.h"
 #include "base/log.h"
 #include "radio/protocol.h"
 

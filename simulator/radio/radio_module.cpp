@@ -1,5 +1,7 @@
 #include "radio_module.h"
 
+#include "base/strings.h"
+
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -12,18 +14,52 @@ constexpr auto device_path = "/dev/ttyIOT";
 
 Radio::Time now() { return std::chrono::steady_clock::now(); }
 
+int speed_of(const RadioOptions& options) {
+    constexpr int slow = 115200;
+    constexpr int fast = 921600;
+    constexpr int last_slow_firmware = 8;
+    if (options.speed == slow || options.speed == fast)
+        return options.speed;
+    if (options.speed != 0)
+        throw std::runtime_error("--module-speed: neither 115200 nor 921600");
+    const auto last_number = parse_int(options.firmware.substr(options.firmware.rfind('.') + 1));
+    if (!last_number)
+        throw std::runtime_error("--firmware " + options.firmware + ": not A.B.C");
+    return *last_number <= last_slow_firmware ? slow : fast;
+}
+
 } // namespace
 
-int speed_of_firmware(int last_number) { return last_number <= 8 ? 115200 : 921600; }
-
-RadioModule::RadioModule(GDBusConnection* connection, int speed, const ComponentLog& log)
-    : log_(log), speed_(speed), port_(device_path),
-      reader_(EventSource::when_readable(port_.descriptor(), [this] { read_line(); })),
-      object_(connection, "org.velmora.Simulator.RadioModule",
-              {{"State", [this](const Call& call) { call.answer({state()}); }},
-               {"SetSerial", [this](const Call& call) { set_serial(call.flag()); }},
-               {"SetTraffic", [this](const Call& call) { set_traffic(call.number(0), call.number(1)); }}}) {
+RadioModule::RadioModule(const RadioOptions& options)
+    : speed_(speed_of(options)), port_(device_path),
+      reader_(EventSource::when_readable(port_.descriptor(), [this] { read_line(); })) {
     log_.note("radio speaks at ", speed_);
+    for (const std::string& traffic : options.traffic)
+        add_traffic(traffic);
+    if (!options.air.empty())
+        join_air(options.air);
+    if (options.serial_after > 0)
+        serial_timer_ = EventSource::every(static_cast<guint>(options.serial_after * 1000), [this] {
+            serial_timer_.reset();
+            set_serial(true);
+        });
+    else
+        set_serial(options.has_serial);
+}
+
+std::map<std::string, Method> RadioModule::methods() {
+    return {{"State", [this](Call& call) { call.answer({state()}); }},
+            {"SetSerial", [this](Call& call) { set_serial(call.flag()); }},
+            {"SetTraffic", [this](Call& call) { set_traffic(call.number(0), call.number(1)); }}};
+}
+
+void RadioModule::add_traffic(const std::string& text) {
+    const auto middle = text.find('=');
+    const auto channel = parse_int(text.substr(0, middle));
+    const auto rate = middle == std::string::npos ? std::nullopt : parse_int(text.substr(middle + 1));
+    if (!channel || !rate)
+        throw std::runtime_error("--traffic " + text + ": not CHANNEL=PACKETS_PER_SECOND");
+    set_traffic(*channel, *rate);
 }
 
 void RadioModule::set_serial(bool present) {

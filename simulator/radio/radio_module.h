@@ -1,34 +1,42 @@
-/** The radio module: a radio behind a serial line, with a service to look at it and to disturb it. */
+/** The radio module: a radio behind a serial line. */
 #pragma once
 
 #include "air.h"
-#include "base/bus.h"
 #include "base/event_source.h"
 #include "base/log.h"
+#include "base/simulation.h"
 #include "module_port.h"
 #include "radio.h"
 
 #include <filesystem>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace simulator {
 
-class RadioModule {
-public:
-    /**
-     * @param connection the system bus, for the service.
-     * @param speed      the serial speed the module's firmware speaks; it is deaf and dumb at any other.
-     * @param log        outlives the module.
-     */
-    RadioModule(GDBusConnection* connection, int speed, const ComponentLog& log);
+struct RadioOptions {
+    std::string firmware = "7.4.8";
+    int speed = 0; /**< that the module speaks, whatever its firmware; 0: that of the firmware */
+    std::vector<std::string> traffic; /**< each "CHANNEL=PACKETS_PER_SECOND" */
+    std::string air;                  /**< the folder that it shares with other modules; empty: none */
+    bool has_serial = true;
+    double serial_after = 0; /**< seconds */
+};
 
-    void set_serial(bool present);
-    /** @throws Refusal for no such channel or rate. */
-    void set_traffic(int channel, int packets_per_second);
-    /** Shares the air of this folder with other modules. @throws std::system_error. */
-    void join_air(const std::filesystem::path& air);
+class RadioModule : public Simulation {
+public:
+    /** @throws std::runtime_error for an option that is wrong, or a folder or terminal that cannot be had. */
+    explicit RadioModule(const RadioOptions& options);
+
+    [[nodiscard]] std::map<std::string, Method> methods() override;
 
 private:
+    void set_serial(bool present);
+    void add_traffic(const std::string& text);
+    /** @throws Refusal for no such channel or rate. */
+    void set_traffic(int channel, int packets_per_second);
+    void join_air(const std::filesystem::path& air);
     void read_line();
     void lose_line();
     void follow_stream();
@@ -36,19 +44,16 @@ private:
     /** A floating a{sv}. */
     [[nodiscard]] GVariant* state() const;
 
-    const ComponentLog& log_;
+    ComponentLog log_{"radio_module"};
     int speed_;
     Radio radio_;
     ModulePort port_;
     LineBuffer lines_;
     EventSource reader_;
-    BusObject object_;
+    EventSource serial_timer_;
     std::filesystem::path air_;
     std::unique_ptr<AirWatch> air_watch_;
     std::unique_ptr<AirStream> air_stream_;
 };
-
-/** The serial speed a firmware speaks: 115200 when its last number is 8 or less, else 921600. */
-int speed_of_firmware(int last_number);
 
 } // namespace simulator

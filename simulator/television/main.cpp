@@ -1,4 +1,4 @@
-#include "base/program.h"
+#include "base/options.h"
 #include "television_object.h"
 
 #include <array>
@@ -36,37 +36,50 @@ void say_last_word(int descriptor, int status) {
 }
 
 simulator::Plan read_plan(int argc, char** argv) {
-    gchar* programs = nullptr;
     gchar* bus = nullptr;
     gchar* screen = nullptr;
-    gchar** radio = nullptr;
-    gchar** host = nullptr;
+    gchar* firmware = nullptr;
+    gchar* air = nullptr;
+    gchar* host = nullptr;
+    gchar** traffic = nullptr;
+    gchar** answers = nullptr;
     gchar** command = nullptr;
+    gboolean no_serial = FALSE;
     gboolean no_window_manager = FALSE;
     gboolean logs = FALSE;
-    int status_descriptor = -1;
+    simulator::Plan plan;
     const auto entries = std::to_array<GOptionEntry>(
-        {{"programs", 0, 0, G_OPTION_ARG_FILENAME, &programs, "the simulator's programs", "DIR"},
-         {"system-bus", 0, 0, G_OPTION_ARG_FILENAME, &bus, "configuration of the system bus", "FILE"},
+        {{"system-bus", 0, 0, G_OPTION_ARG_FILENAME, &bus, "configuration of the system bus", "FILE"},
          {"screen", 0, 0, G_OPTION_ARG_STRING, &screen, "an own screen, user or none", "WxH"},
-         {"radio-option", 0, 0, G_OPTION_ARG_STRING_ARRAY, &radio, "an option of the radio module", "OPTION"},
-         {"host-option", 0, 0, G_OPTION_ARG_STRING_ARRAY, &host, "an option of the NCP host", "OPTION"},
          {"no-window-manager", 0, 0, G_OPTION_ARG_NONE, &no_window_manager, "on an own screen", nullptr},
-         {"log-application", 0, 0, G_OPTION_ARG_NONE, &logs, "keep what the command writes off the terminal",
+         {"firmware", 0, 0, G_OPTION_ARG_STRING, &firmware, "of the radio module", "A.B.C"},
+         {"module-speed", 0, 0, G_OPTION_ARG_INT, &plan.radio.speed, "speak at 115200 or 921600", "N"},
+         {"traffic", 0, 0, G_OPTION_ARG_STRING_ARRAY, &traffic, "packets a second", "CHANNEL=N"},
+         {"air", 0, 0, G_OPTION_ARG_FILENAME, &air, "the folder of the shared air", "DIR"},
+         {"no-serial", 0, 0, G_OPTION_ARG_NONE, &no_serial, "the serial device does not appear", nullptr},
+         {"serial-after", 0, 0, G_OPTION_ARG_DOUBLE, &plan.radio.serial_after, "it appears late", "SECONDS"},
+         {"host-answers", 0, 0, G_OPTION_ARG_STRING_ARRAY, &answers, "of the NCP host", "METHOD=BEHAVIOUR"},
+         {"host", 0, 0, G_OPTION_ARG_FILENAME, &host, "in the place of the simulated NCP host", "PROGRAM"},
+         {"log-application", 0, 0, G_OPTION_ARG_NONE, &logs, "keep the command's output off the terminal",
           nullptr},
-         {"status-descriptor", 0, 0, G_OPTION_ARG_INT, &status_descriptor, "gets the status at the end", "N"},
+         {"status-descriptor", 0, 0, G_OPTION_ARG_INT, &plan.status_descriptor, "gets the status", "N"},
          {G_OPTION_REMAINING, 0, 0, G_OPTION_ARG_FILENAME_ARRAY, &command, nullptr, "-- COMMAND..."},
          {}});
     simulator::read_options(argc, argv, entries.data(), "The simulated television; started by simulator/tv.");
-    return {.programs = taken(programs),
-            .system_bus_configuration = taken(bus),
-            .screen = taken(screen),
-            .radio_options = taken(radio),
-            .host_options = taken(host),
-            .has_window_manager = no_window_manager == FALSE,
-            .logs_application = logs != FALSE,
-            .status_descriptor = status_descriptor,
-            .command = taken(command)};
+    const std::string program = argv[0];
+    plan.programs = program.substr(0, program.rfind('/'));
+    plan.system_bus_configuration = taken(bus);
+    plan.screen = taken(screen);
+    plan.radio.firmware = taken(firmware);
+    plan.radio.traffic = taken(traffic);
+    plan.radio.air = taken(air);
+    plan.radio.has_serial = no_serial == FALSE;
+    plan.host_answers = taken(answers);
+    plan.host = taken(host);
+    plan.has_window_manager = no_window_manager == FALSE;
+    plan.logs_application = logs != FALSE;
+    plan.command = taken(command);
+    return plan;
 }
 
 int run(int argc, char** argv) {
@@ -80,10 +93,8 @@ int run(int argc, char** argv) {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP})
         g_unix_signal_add(signal, end, &television);
     television.start();
-    const auto connection = simulator::connect_to_system_bus();
-    g_dbus_connection_set_exit_on_close(connection.get(), FALSE);
-    const simulator::TelevisionObject service(connection.get(), television);
-    simulator::own_name(connection.get(), "org.velmora.Simulator.Television");
+    const simulator::TelevisionObject object(television);
+    simulator::own_name(television.bus(), "org.velmora.Simulator");
     const int status = television.run();
     say_last_word(plan.status_descriptor, status);
     return status;

@@ -1,6 +1,8 @@
 #include "television.h"
 
-#include "logs.h"
+#include "ncp_host/contract.h"
+#include "ncp_host/ncp_host.h"
+#include "ui_driver/ui_driver.h"
 
 #include <algorithm>
 #include <csignal>
@@ -11,49 +13,94 @@ namespace {
 constexpr guint end_limit_milliseconds = 10'000;
 constexpr auto terminated = 128 + SIGTERM;
 
-std::vector<std::string> join(std::vector<std::string> words, const std::vector<std::string>& more) {
-    words.insert(words.end(), more.begin(), more.end());
-    return words;
-}
-
 bool is_own_screen(const std::string& screen) { return screen.find('x') != std::string::npos; }
+
+/** The object of something that this television does not have. */
+std::unique_ptr<BusObject> absent(GDBusConnection* bus, const std::string& interface,
+                                  const Refusal& refusal) {
+    std::map<std::string, Method> methods;
+    for (auto** method = contract_of(interface).interfaces[0]->methods; *method != nullptr; ++method)
+        methods[(*method)->name] = [refusal](const Call& /*call*/) { throw refusal; };
+    return std::make_unique<BusObject>(bus, interface, methods);
+}
 
 } // namespace
 
 Television::Television(Plan plan) : plan_(std::move(plan)) {}
 
-Component& Television::add_component(const std::string& name, std::vector<std::string> command) {
-    Component& component = components_.emplace_back(name, std::move(command),
-                                                    [this](const Component& ended) { tell_end(ended); });
-    component.start();
-    return component;
+Television::~Television() = default;
+
+template <class Kind, class... Arguments>
+Kind& Television::add(std::string name, Arguments&&... arguments) {
+    auto component = std::make_unique<Kind>(std::move(name), std::forward<Arguments>(arguments)...,
+                                            [this](const Component& ended) { report_end(ended); });
+    Kind& added = *component;
+    components_.push_back(std::move(component));
+    ++starting_;
+    added.start([this](const std::string& failure) {
+        --starting_;
+        failure_ = failure_.empty() ? failure : failure_;
+    });
+    return added;
 }
 
 // What does not wait for another component is started before the first is waited for.
 void Television::start() {
+    using Command = std::vector<std::string>;
     const std::string session_bus = g_getenv("DBUS_SESSION_BUS_ADDRESS");
-    Component& system_bus = add_component("system_bus", {"dbus-daemon", "--nofork", "--print-address=1",
-                                                         "--config-file=" + plan_.system_bus_configuration});
-    Component& user_bus = add_component("session_bus", {"dbus-daemon", "--nofork", "--print-address=1",
-                                                        "--session", "--address=" + session_bus});
-    Component* screen = nullptr;
+    add<ProcessComponent>("system_bus", Command{"dbus-daemon", "--nofork", "--print-address=1",
+                                                "--config-file=" + plan_.system_bus_configuration});
+    wait_until_ready();
+    bus_ = connect_to_bus(g_getenv("DBUS_SYSTEM_BUS_ADDRESS"));
+    add<ProcessComponent>("session_bus", Command{"dbus-daemon", "--nofork", "--print-address=1", "--session",
+                                                 "--address=" + session_bus});
+    const ProcessComponent* screen = nullptr;
     if (is_own_screen(plan_.screen))
-        screen = &add_component("screen", {"Xvfb", "-displayfd", "1", "-screen", "0", plan_.screen + "x24",
-                                           "-nolisten", "tcp", "-noreset", "-dpi", "96"});
-    system_bus.wait_until_ready();
-    Component& radio_module =
-        add_component("radio_module", join({plan_.programs + "/radio_module"}, plan_.radio_options));
-    Component& ncp_host = add_component("ncp_host", join({plan_.programs + "/ncp_host"}, plan_.host_options));
-    user_bus.wait_until_ready();
+        screen = &add<ProcessComponent>("screen", Command{"Xvfb", "-displayfd", "1", "-screen", "0",
+                                                          plan_.screen + "x24", "-nolisten", "tcp",
+                                                          "-noreset", "-dpi", "96"});
+    add<SimulatedComponent>("radio_module", bus(), "org.velmora.Simulator.RadioModule",
+                            [this] { return std::make_unique<RadioModule>(plan_.radio); });
+    add_ncp_host();
+    wait_until_ready();
     if (screen != nullptr) {
-        g_setenv("DISPLAY", (":" + screen->wait_until_ready()).c_str(), TRUE);
+        g_setenv("DISPLAY", (":" + screen->first_line()).c_str(), TRUE);
         if (plan_.has_window_manager)
-            add_component("window_manager", {plan_.programs + "/window_manager"}).wait_until_ready();
+            add<ProcessComponent>("window_manager", Command{plan_.programs + "/window_manager"});
+        wait_until_ready();
     }
-    if (plan_.screen != "none")
-        add_component("ui_driver", {plan_.programs + "/ui_driver"}).wait_until_ready();
-    radio_module.wait_until_ready();
-    ncp_host.wait_until_ready();
+    add_ui_driver();
+    wait_until_ready();
+}
+
+void Television::add_ncp_host() {
+    constexpr auto name = "ncp_host";
+    constexpr auto interface = "org.velmora.Simulator.NcpHost";
+    if (!plan_.host.empty()) {
+        objects_.push_back(
+            absent(bus(), interface, Refusal("NotSimulated", "the NCP host is " + plan_.host)));
+        add<ProcessComponent>(name, std::vector{plan_.host}, bus(), contract::bus_name);
+        return;
+    }
+    const auto die = [this] { dynamic_cast<SimulatedComponent&>(*find_component(name)).kill_soon(); };
+    add<SimulatedComponent>(name, bus(), interface,
+                            [this, die] { return std::make_unique<NcpHost>(plan_.host_answers, die); });
+}
+
+void Television::add_ui_driver() {
+    constexpr auto interface = "org.velmora.Simulator.Ui";
+    if (plan_.screen == "none")
+        objects_.push_back(absent(bus(), interface, Refusal("NoScreen", "this television has no screen")));
+    else
+        add<SimulatedComponent>("ui_driver", bus(), interface,
+                                [this] { return std::make_unique<UiDriver>(bus()); });
+}
+
+void Television::wait_until_ready() {
+    while (starting_ > 0 && failure_.empty())
+        g_main_context_iteration(nullptr, TRUE);
+    if (!failure_.empty())
+        throw std::runtime_error(failure_);
 }
 
 int Television::run() {
@@ -68,17 +115,17 @@ int Television::run() {
     return *command_->status() == 0 && !components_ended_well ? 1 : *command_->status();
 }
 
-// What fails because another component had gone before was told when that one went.
+// What fails because another component had gone before was reported when that one went.
 bool Television::end_components() {
     bool all_ended_well = true;
-    std::for_each(components_.rbegin(), components_.rend(), [&](Component& component) {
-        component.end();
-        log_.note("the ", component.name(), " ", component.state());
-        if (component_is_missing_ || !component.failed())
+    std::for_each(components_.rbegin(), components_.rend(), [&](const auto& component) {
+        component->end();
+        log_.note("the ", component->name(), " ", component->state());
+        if (component_is_missing_ || !component->failed())
             return;
         all_ended_well = false;
-        log_.error("the ", component.name(), " ", component.state(),
-                   " at its end: ", end_of_log(component.name()));
+        log_.error("the ", component->name(), " ", component->state(),
+                   " at its end: ", end_of_log(component->name()));
     });
     return all_ended_well;
 }
@@ -91,12 +138,13 @@ void Television::end() {
         kill_ = EventSource::every(end_limit_milliseconds, [this] { command_->send_signal(SIGKILL); });
 }
 
-Component* Television::find_component(const std::string& name) {
-    const auto component = std::ranges::find(components_, name, &Component::name);
-    return component == components_.end() ? nullptr : &*component;
+Component* Television::find_component(const std::string& name) const {
+    const auto component =
+        std::ranges::find(components_, name, [](const auto& each) { return each->name(); });
+    return component == components_.end() ? nullptr : component->get();
 }
 
-void Television::tell_end(const Component& component) {
+void Television::report_end(const Component& component) {
     component_is_missing_ = true;
     // Who would ask for another system bus could not be heard.
     const std::string remedy =

@@ -4,11 +4,10 @@
 #include "base/event_source.h"
 #include "base/log.h"
 #include "component.h"
+#include "radio/radio_module.h"
 
-#include <deque>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,11 +18,12 @@ struct Plan {
     std::string programs;                 /**< the folder of the simulator's programs */
     std::string system_bus_configuration; /**< of its dbus-daemon */
     std::string screen;                   /**< "WIDTHxHEIGHT" of an own screen, "user" or "none" */
-    std::vector<std::string> radio_options;
-    std::vector<std::string> host_options;
-    bool has_window_manager = true; /**< on an own screen */
-    bool logs_application = false;  /**< the command's output goes to application.log, not to the terminal */
-    int status_descriptor = -1;     /**< gets the status when the television has ended in order */
+    RadioOptions radio;
+    std::vector<std::string> host_answers; /**< of the simulated NCP host, each "METHOD=BEHAVIOUR" */
+    std::string host;                      /**< a program in its place; empty: none */
+    bool has_window_manager = true;        /**< on an own screen */
+    bool logs_application = false; /**< the command's output goes to application.log, not to the terminal */
+    int status_descriptor = -1;    /**< gets the status when the television has ended in order */
     std::vector<std::string> command;
 };
 
@@ -31,11 +31,14 @@ struct Plan {
  * Starts the components, then the command; when the command has ended, or the television is asked to end, the
  * components end in the reverse order.
  *
- * A component that ends by itself is told on standard error and in television.log, and can be started again.
+ * A component that ends by itself is reported on standard error and in television.log, and can be started again.
  */
 class Television {
 public:
     explicit Television(Plan plan);
+    ~Television();
+    Television(const Television&) = delete;
+    Television& operator=(const Television&) = delete;
 
     /** Starts the components; each is ready then. @throws std::runtime_error. */
     void start();
@@ -46,23 +49,33 @@ public:
     void end();
 
     /** All components, in the order in which they were started. */
-    [[nodiscard]] const std::deque<Component>& components() const { return components_; }
+    [[nodiscard]] const std::vector<std::unique_ptr<Component>>& components() const { return components_; }
     /** The component of that name, null when there is none. */
-    Component* find_component(const std::string& name);
+    [[nodiscard]] Component* find_component(const std::string& name) const;
     /** The command; null before it was started. */
     [[nodiscard]] const Process* command() const { return command_.get(); }
+    /** The connection to the system bus. */
+    [[nodiscard]] GDBusConnection* bus() const { return bus_.get(); }
 
     /** Called whenever a component has ended by itself. */
     std::function<void(const Component&)> on_component_ended;
 
 private:
-    Component& add_component(const std::string& name, std::vector<std::string> command);
-    void tell_end(const Component& component);
+    template <class Kind, class... Arguments>
+    Kind& add(std::string name, Arguments&&... arguments);
+    void add_ncp_host();
+    void add_ui_driver();
+    void wait_until_ready();
+    void report_end(const Component& component);
     bool end_components();
 
     Plan plan_;
     ComponentLog log_{"television"};
-    std::deque<Component> components_; // a deque: a component stays where it is
+    BusConnection bus_;
+    std::vector<std::unique_ptr<Component>> components_;
+    std::vector<std::unique_ptr<BusObject>> objects_; // of what this television does not have
+    std::size_t starting_ = 0;
+    std::string failure_;
     std::unique_ptr<Process> command_;
     EventSource kill_;
     bool component_is_missing_ = false;

@@ -1,7 +1,7 @@
 #include "television_object.h"
 
+#include "base/log.h"
 #include "base/strings.h"
-#include "logs.h"
 
 #include <csignal>
 #include <stdexcept>
@@ -9,10 +9,19 @@
 namespace simulator {
 namespace {
 
-void kill_all(const std::string& program) {
-    Process killall({"killall", "-KILL", "--", program});
-    if (killall.wait_for_end(std::chrono::seconds(10)) != 0)
-        throw Refusal("NoSuchProcess", "no process is called " + program);
+void kill_all(const Call& call, const std::string& program) {
+    const auto ended = +[](GObject* killall, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<Call> asked(static_cast<Call*>(data));
+        if (g_subprocess_wait_check_finish(G_SUBPROCESS(killall), result, nullptr) != FALSE)
+            asked->answer();
+        else
+            asked->refuse(Refusal("NoSuchProcess", "no process is called " + asked->text()));
+    };
+    g_autoptr(GSubprocess) killall = g_subprocess_new(G_SUBPROCESS_FLAGS_STDERR_SILENCE, nullptr, "killall",
+                                                      "-KILL", "--", program.c_str(), nullptr);
+    if (killall != nullptr)
+        g_subprocess_wait_check_async(killall, nullptr, ended,
+                                      std::make_unique<Call>(call.later()).release());
 }
 
 /** Keeps what else is in the settings. */
@@ -30,12 +39,12 @@ void set_language(const std::string& language) {
 
 } // namespace
 
-TelevisionObject::TelevisionObject(GDBusConnection* connection, Television& television)
-    : television_(television), runner_(connection),
-      object_(connection, "org.velmora.Simulator.Television",
+TelevisionObject::TelevisionObject(Television& television)
+    : television_(television), runner_(television.bus()),
+      object_(television.bus(), "org.velmora.Simulator.Television",
               {{"Components", [this](Call& call) { call.answer({components()}); }},
-               {"Start", [this](Call& call) { start_component(call.text()); }},
-               {"Kill", [this](Call& call) { kill_program(call.text()); }},
+               {"Start", [this](Call& call) { start_component(call); }},
+               {"Kill", [this](Call& call) { kill(call); }},
                {"Run", [this](Call& call) { runner_.run(call.later()); }},
                {"SetLanguage", [](Call& call) { set_language(call.text()); }},
                {"Logs", [](Call& call) { call.answer({to_variant(log_names())}); }},
@@ -55,32 +64,35 @@ GVariant* TelevisionObject::components() const {
         g_variant_builder_add_parsed(&list, "{'component': <%s>, 'state': <%s>, 'process': <%i>}",
                                      name.c_str(), state.c_str(), process);
     };
-    for (const Component& component : television_.components())
-        add(component.name(), component.state(), component.process());
+    for (const auto& component : television_.components())
+        add(component->name(), component->state(), component->process());
     const Process* const command = television_.command();
     add("application", command != nullptr ? command->state() : "was not started",
         command != nullptr ? command->number() : 0);
     return g_variant_builder_end(&list);
 }
 
-void TelevisionObject::kill_program(const std::string& name) {
-    kill_all(name);
-    if (Component* const component = television_.find_component(name))
-        component->wait_for_end();
+void TelevisionObject::kill(const Call& call) {
+    Component* const component = television_.find_component(call.text());
+    if (component != nullptr && component->runs())
+        component->kill([asked = call.later()] { asked.answer(); });
+    else
+        kill_all(call, call.text());
 }
 
-void TelevisionObject::start_component(const std::string& name) {
+void TelevisionObject::start_component(const Call& call) {
+    const std::string name = call.text();
     Component* const component = television_.find_component(name);
     if (component == nullptr)
         throw Refusal("NoSuchComponent", "the television has no component called " + name);
     if (component->runs())
         throw Refusal("AlreadyRunning", "the " + name + " runs already");
-    try {
-        component->start();
-        component->wait_until_ready();
-    } catch (const std::runtime_error& error) {
-        throw Refusal("NotStarted", error.what());
-    }
+    component->start([asked = call.later()](const std::string& failure) {
+        if (failure.empty())
+            asked.answer();
+        else
+            asked.refuse(Refusal("NotStarted", failure));
+    });
 }
 
 } // namespace simulator

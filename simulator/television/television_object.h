@@ -10,7 +10,7 @@ namespace simulator {
 class TelevisionObject {
 public:
     /** @param television outlives the service. */
-    TelevisionObject(GDBusConnection* connection, Television& television);
+    explicit TelevisionObject(Television& television);
     ~TelevisionObject();
     TelevisionObject(const TelevisionObject&) = delete;
     TelevisionObject& operator=(const TelevisionObject&) = delete;
@@ -18,8 +18,8 @@ public:
 private:
     /** A floating aa{sv}. */
     [[nodiscard]] GVariant* components() const;
-    void kill_program(const std::string& name);
-    void start_component(const std::string& name);
+    void kill(const Call& call);
+    void start_component(const Call& call);
 
     Television& television_;
     CommandRunner runner_;

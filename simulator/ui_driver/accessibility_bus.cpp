@@ -1,88 +1,118 @@
 #include "accessibility_bus.h"
 
-#include "base/bus.h"
+#include <gio/gio.h>
 
 namespace simulator {
 namespace {
 
-Value ask_launcher(GDBusConnection* bus, const char* interface, const char* method, GVariant* arguments) {
-    g_autoptr(GError) error = nullptr;
-    Value answer(g_dbus_connection_call_sync(bus, "org.a11y.Bus", "/org/a11y/bus", interface, method,
-                                             arguments, nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr,
-                                             &error));
-    if (!answer)
-        throw std::runtime_error(std::string("no accessibility bus: ") + error->message);
-    return answer;
+constexpr std::chrono::milliseconds start_limit{5000}; // of the launcher of the accessibility bus
+const Accessible launcher{"org.a11y.Bus", "/org/a11y/bus"};
+
+std::optional<Unanswered> failure_of(const GError* error) {
+    return Unanswered{error->message, g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE};
 }
 
-std::string session_bus_address() {
-    g_autoptr(GError) error = nullptr;
-    g_autofree char* address = g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, &error);
-    if (address == nullptr)
-        throw std::runtime_error(std::string("no session bus: ") + error->message);
-    return address;
+/** Whoever wants it has gone then. */
+bool is_cancelled(const GError* error) {
+    return g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED) != FALSE;
 }
-
-/** The answer to one question that is under way. */
-struct Pending {
-    std::size_t* open;
-    Value answer;
-    std::unique_ptr<GError, decltype(&g_error_free)> error{nullptr, g_error_free};
-
-    static void on_answer(GObject* connection, GAsyncResult* result, gpointer data) {
-        auto& pending = *static_cast<Pending*>(data);
-        GError* error = nullptr;
-        pending.answer.reset(g_dbus_connection_call_finish(G_DBUS_CONNECTION(connection), result, &error));
-        pending.error.reset(error);
-        --*pending.open;
-    }
-};
 
 } // namespace
 
-void announce_screen_reader(bool is_there) {
-    const BusConnection session = connect_to_bus(session_bus_address());
-    ask_launcher(session.get(), "org.freedesktop.DBus.Properties", "Set",
-                 g_variant_new("(ssv)", "org.a11y.Status", "ScreenReaderEnabled",
-                               g_variant_new_boolean(is_there ? TRUE : FALSE)));
+AccessibilityBus::AccessibilityBus(std::chrono::milliseconds patience)
+    : patience_(patience), cancel_(g_cancellable_new()) {}
+
+AccessibilityBus::~AccessibilityBus() { g_cancellable_cancel(cancel_.get()); }
+
+void AccessibilityBus::call(GDBusConnection* bus, const Question& question, const Answered& answered) {
+    const auto on_answer = +[](GObject* connection, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<Answered> held(static_cast<Answered*>(data));
+        g_autoptr(GError) error = nullptr;
+        const Value answer(g_dbus_connection_call_finish(G_DBUS_CONNECTION(connection), result, &error));
+        if (!is_cancelled(error))
+            (*held)(answer.get(), error);
+    };
+    g_dbus_connection_call(bus, question.whom.bus_name.c_str(), question.whom.path.c_str(),
+                           question.interface, question.method, question.arguments,
+                           G_VARIANT_TYPE(question.answer_type), G_DBUS_CALL_FLAGS_NONE,
+                           static_cast<int>((bus == session_.get() ? start_limit : patience_).count()),
+                           cancel_.get(), on_answer, std::make_unique<Answered>(answered).release());
 }
 
-AccessibilityBus::AccessibilityBus(std::chrono::milliseconds patience) : patience_(patience) {
-    announce_screen_reader(true);
-    const BusConnection session = connect_to_bus(session_bus_address());
-    const Value answer = ask_launcher(session.get(), "org.a11y.Bus", "GetAddress", nullptr);
-    const char* address = nullptr;
-    g_variant_get(answer.get(), "(&s)", &address);
-    connection_ = connect_to_bus(address);
+void AccessibilityBus::open(const std::string& address,
+                            const std::function<void(BusConnection, const GError*)>& opened) {
+    using Opened = std::function<void(BusConnection, const GError*)>;
+    const auto on_opened = +[](GObject* /*source*/, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<Opened> held(static_cast<Opened*>(data));
+        g_autoptr(GError) error = nullptr;
+        BusConnection connection(g_dbus_connection_new_for_address_finish(result, &error));
+        if (!is_cancelled(error))
+            (*held)(std::move(connection), error);
+    };
+    g_dbus_connection_new_for_address(
+        address.c_str(),
+        static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+        nullptr, cancel_.get(), on_opened, std::make_unique<Opened>(opened).release());
 }
 
-bool AccessibilityBus::is_connected() const {
-    return g_dbus_connection_is_closed(connection_.get()) == FALSE;
+void AccessibilityBus::connect(const Done& done) {
+    if (connection_ && g_dbus_connection_is_closed(connection_.get()) == FALSE)
+        return done({});
+    g_autoptr(GError) error = nullptr;
+    g_autofree char* address = g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, &error);
+    if (address == nullptr)
+        return done(Unanswered{std::string("no session bus: ") + error->message});
+    open(address, [this, done](BusConnection session, const GError* open_error) {
+        if (open_error != nullptr)
+            return done(failure_of(open_error));
+        session_ = std::move(session);
+        announce(done);
+    });
 }
 
-void AccessibilityBus::ask(const std::vector<Question>& questions) const {
-    std::vector<Pending> pending(questions.size());
-    std::size_t open = questions.size();
-    g_autoptr(GMainContext) context = g_main_context_new();
-    g_main_context_push_thread_default(context); // the answers come here, whatever loop the caller has
-    for (std::size_t i = 0; i < questions.size(); ++i) {
-        const Question& question = questions[i];
-        pending[i].open = &open;
-        g_dbus_connection_call(connection_.get(), question.whom.bus_name.c_str(), question.whom.path.c_str(),
-                               question.interface, question.method, question.arguments,
-                               G_VARIANT_TYPE(question.answer_type), G_DBUS_CALL_FLAGS_NO_AUTO_START,
-                               static_cast<int>(patience_.count()), nullptr, Pending::on_answer, &pending[i]);
-    }
-    while (open > 0)
-        g_main_context_iteration(context, TRUE);
-    g_main_context_pop_thread_default(context);
-    for (std::size_t i = 0; i < questions.size(); ++i) {
-        const GError* const error = pending[i].error.get();
+void AccessibilityBus::announce(const Done& done) {
+    const Question set{
+        launcher,
+        "org.freedesktop.DBus.Properties",
+        "Set",
+        g_variant_new("(ssv)", "org.a11y.Status", "ScreenReaderEnabled", g_variant_new_boolean(TRUE)),
+        "()",
+        nullptr};
+    const Question get_address{launcher, "org.a11y.Bus", "GetAddress", nullptr, "(s)", nullptr};
+    call(session_.get(), set, [](GVariant* /*answer*/, const GError* /*error*/) {}); // GetAddress reports it
+    call(session_.get(), get_address, [this, done](GVariant* answer, const GError* error) {
         if (error != nullptr)
-            throw LostSight(error->message,
-                            g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE);
-        questions[i].take(pending[i].answer.get());
-    }
+            return done(Unanswered{std::string("no accessibility bus: ") + error->message});
+        const char* address = nullptr;
+        g_variant_get(answer, "(&s)", &address);
+        open(address, [this, done](BusConnection connection, const GError* open_error) {
+            if (open_error != nullptr)
+                return done(failure_of(open_error));
+            connection_ = std::move(connection);
+            done({});
+        });
+    });
+}
+
+void AccessibilityBus::ask(const std::vector<Question>& questions, const Done& done) {
+    struct Open {
+        std::size_t count;
+        std::optional<Unanswered> failure;
+    };
+    if (questions.empty())
+        return done({});
+    const auto open = std::make_shared<Open>(Open{questions.size(), {}});
+    for (const Question& question : questions)
+        call(connection_.get(), question,
+             [open, done, take = question.take](GVariant* answer, const GError* error) {
+                 if (error != nullptr && !open->failure)
+                     open->failure = failure_of(error);
+                 if (error == nullptr)
+                     take(answer);
+                 if (--open->count == 0)
+                     done(open->failure);
+             });
 }
 
 } // namespace simulator

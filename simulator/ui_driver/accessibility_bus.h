@@ -1,4 +1,4 @@
-/** Questions to what is on the accessibility bus. */
+/** Questions to what is on the accessibility bus. Nothing here waits: answers come from the main loop. */
 #pragma once
 
 #include "base/gobject_release.h"
@@ -6,22 +6,12 @@
 
 #include <chrono>
 #include <functional>
-#include <stdexcept>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace simulator {
-
-/** The application did not answer, or what was asked has gone. */
-class LostSight : public std::runtime_error {
-public:
-    LostSight(const std::string& message, bool is_late) : std::runtime_error(message), is_late_(is_late) {}
-    /** Nothing was answered in time. */
-    [[nodiscard]] bool is_late() const { return is_late_; }
-
-private:
-    bool is_late_;
-};
 
 struct Question {
     Accessible whom;
@@ -32,27 +22,45 @@ struct Question {
     std::function<void(GVariant* answer)> take; /**< takes the values of the answer */
 };
 
-/** Tells the session whether a screen reader is there. @throws std::runtime_error. */
-void announce_screen_reader(bool is_there);
+/** Why a question has no answer. */
+struct Unanswered {
+    std::string reason;
+    bool is_late = false; /**< nothing was answered in time */
+};
 
+/** Its connection is made, and a screen reader announced, by the first question. */
 class AccessibilityBus {
 public:
-    /** Connects, and says that a screen reader is there. @throws std::runtime_error. */
+    using Done = std::function<void(const std::optional<Unanswered>& failure)>;
+
+    /** @param patience for the answer to a question. */
     explicit AccessibilityBus(std::chrono::milliseconds patience);
+    /** Nothing is taken and nobody called any more. */
+    ~AccessibilityBus();
+    AccessibilityBus(const AccessibilityBus&) = delete;
+    AccessibilityBus& operator=(const AccessibilityBus&) = delete;
+
+    /** Connects unless it is connected, and announces a screen reader. */
+    void connect(const Done& done);
 
     /**
-     * Asks several questions that are under way at the same time, so that they cost little more than one;
-     * then hands out the answers in the order of the questions, whose arguments are consumed.
+     * Asks several questions at the same time, so that they cost little more than one; their arguments are consumed.
      *
-     * @throws LostSight at the first that did not come.
+     * @param done called when all are answered, or with the first failure.
      */
-    void ask(const std::vector<Question>& questions) const;
-
-    [[nodiscard]] bool is_connected() const;
+    void ask(const std::vector<Question>& questions, const Done& done);
 
 private:
-    BusConnection connection_;
+    using Answered = std::function<void(GVariant* answer, const GError* error)>;
+
+    void call(GDBusConnection* bus, const Question& question, const Answered& answered);
+    void open(const std::string& address, const std::function<void(BusConnection, const GError*)>& opened);
+    void announce(const Done& done);
+
     std::chrono::milliseconds patience_;
+    std::unique_ptr<GCancellable, GObjectRelease> cancel_;
+    BusConnection session_;
+    BusConnection connection_;
 };
 
 } // namespace simulator

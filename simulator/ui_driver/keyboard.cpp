@@ -48,17 +48,6 @@ KeyCode code_or_stand_in(_XDisplay* display, const std::string& key) {
     return code_of(display, key.c_str());
 }
 
-KeyCode existing_code(_XDisplay* display, const std::string& key) {
-    const KeyCode code = code_or_stand_in(display, key);
-    if (code == 0)
-        throw std::invalid_argument("this keyboard has no key '" + key + "'");
-    return code;
-}
-
-void move_key(_XDisplay* display, KeyCode code, bool down) {
-    XTestFakeKeyEvent(display, code, down ? True : False, CurrentTime);
-}
-
 } // namespace
 
 void CloseDisplay::operator()(_XDisplay* display) const { XCloseDisplay(display); }
@@ -70,14 +59,19 @@ Display open_display() {
     return display;
 }
 
+void move_key(const Display& display, const std::string& key, bool down) {
+    const KeyCode code = code_or_stand_in(display.get(), key);
+    if (code == 0)
+        throw std::invalid_argument("this keyboard has no key '" + key + "'");
+    XTestFakeKeyEvent(display.get(), code, down ? True : False, CurrentTime);
+    XFlush(display.get());
+}
+
 void press_key(const Display& display, const std::string& key, std::chrono::milliseconds time) {
-    const KeyCode code = existing_code(display.get(), key);
-    move_key(display.get(), code, true);
-    if (time.count() > 0) {
-        XSync(display.get(), False);
+    move_key(display, key, true);
+    if (time.count() > 0)
         std::this_thread::sleep_for(time);
-    }
-    move_key(display.get(), code, false);
+    move_key(display, key, false);
     XSync(display.get(), False);
 }
 

@@ -1,7 +1,5 @@
-/** The X display that the ui_driver looks at and types on. */
+/** The keys of the X display, pressed as a hand on the remote control does. */
 #pragma once
-
-#include "base/file_descriptor.h"
 
 #include <chrono>
 #include <memory>
@@ -24,28 +22,20 @@ using Display = std::unique_ptr<_XDisplay, CloseDisplay>;
 Display open_display();
 
 /**
- * Presses and releases a key, as a hand on the keyboard does (XTEST).
+ * Presses (down) or releases a key (XTEST).
  *
  * @param key an X keysym name, for example "Return", "Left" or "XF86Back", or a key of the remote control:
  * "OK", "Back", "Exit" or "Red". One that the keyboard lacks is pressed as the PC key that stands for it
  * (Escape, F12, F1).
- * @param time it is held down.
  * @throws std::invalid_argument for a key that the keyboard does not have.
  */
+void move_key(const Display& display, const std::string& key, bool down);
+
+/** Presses a key, holds it down for a time, in which it waits, and releases it. */
 void press_key(const Display& display, const std::string& key,
                std::chrono::milliseconds time = std::chrono::milliseconds::zero());
 
 /** Whether `press_key` can press it. */
 bool has_key(const Display& display, const std::string& key);
-
-/**
- * Leaves a PNG picture of the whole screen, once two looks at it 100 ms apart show the same, or after two seconds.
- *
- * @throws std::runtime_error when the screen cannot be read or the file not be written.
- */
-void take_picture(const Display& display, const std::string& path);
-
-/** The same into an open file, from where it stands. */
-void take_picture(const Display& display, const FileDescriptor& file);
 
 } // namespace simulator

@@ -4,11 +4,13 @@
 #include <atspi/atspi.h>
 #include <gio/gio.h>
 #include <map>
+#include <stdexcept>
 
 namespace simulator {
 namespace {
 
 constexpr auto accessible_interface = "org.a11y.atspi.Accessible";
+constexpr auto items_type = "(a((so)(so)(so)a(so)assusau))";
 
 /** One entry of the application's own list of what it has. */
 struct Item {
@@ -29,6 +31,12 @@ struct Item {
 struct Items {
     std::map<std::string, Item> by_path;
     std::string root;
+
+    [[nodiscard]] bool are_of(const std::string& application) const {
+        const auto found = by_path.find(root);
+        return found != by_path.end() &&
+               (application.empty() ? !found->second.children.empty() : found->second.name == application);
+    }
 };
 
 std::string stripped(const char* text) {
@@ -61,66 +69,31 @@ Item read_item(GVariant* entry) {
     return item;
 }
 
-Items read_items(const AccessibilityBus& bus, const std::string& bus_name) {
-    Items items;
-    constexpr auto type = "(a((so)(so)(so)a(so)assusau))";
-    const Accessible cache{bus_name, "/org/a11y/atspi/cache"};
-    bus.ask({{cache, "org.a11y.atspi.Cache", "GetItems", nullptr, type, [&](GVariant* answer) {
-                  g_autoptr(GVariantIter) entries = nullptr;
-                  g_variant_get(answer, type, &entries);
-                  for (GVariant* entry = nullptr; (entry = g_variant_iter_next_value(entries)) != nullptr;) {
-                      const Value held(entry);
-                      Item item = read_item(entry);
-                      if (items.root.empty())
-                          items.root = item.accessible.path;
-                      items.by_path.emplace(item.accessible.path, std::move(item));
-                  }
-              }}});
-    return items;
-}
-
-std::vector<std::string> applications(const AccessibilityBus& bus) {
-    std::vector<std::string> names;
-    const Accessible desktop{"org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root"};
-    bus.ask({{desktop, accessible_interface, "GetChildren", nullptr, "(a(so))", [&names](GVariant* answer) {
-                  g_autoptr(GVariantIter) each = nullptr;
-                  g_variant_get(answer, "(a(so))", &each);
-                  for (const char* name = nullptr;
-                       g_variant_iter_next(each, "(&s&o)", &name, nullptr) != FALSE;)
-                      names.emplace_back(name);
-              }}});
-    return names;
-}
-
-/** What the wanted application has; one that has just ended, or does not answer, must not hide it. */
-Items items_of(const AccessibilityBus& bus, const std::string& wanted) {
-    LostSight reason("the application is not on the accessibility bus", false);
-    for (const std::string& name : applications(bus)) {
-        try {
-            Items items = read_items(bus, name);
-            const auto root = items.by_path.find(items.root);
-            if (root != items.by_path.end() &&
-                (wanted.empty() ? !root->second.children.empty() : root->second.name == wanted))
-                return items;
-        } catch (const LostSight& error) {
-            reason = error;
-        }
+void take_items(GVariant* answer, Items& items) {
+    g_autoptr(GVariantIter) entries = nullptr;
+    g_variant_get(answer, items_type, &entries);
+    items = {};
+    while (GVariant* const entry = g_variant_iter_next_value(entries)) {
+        const Value held(entry);
+        Item item = read_item(entry);
+        if (items.root.empty())
+            items.root = item.accessible.path;
+        items.by_path.emplace(item.accessible.path, std::move(item));
     }
-    throw LostSight(reason);
 }
 
-/** What one look has found so far. */
-struct Look {
+/** What is shown, sorted by the dialog that it is in. */
+struct Shown {
     struct Found {
         const Item* item;
-        int dialog; /**< the dialog that it is in, counted from 1; 0 for the page */
+        int dialog; /**< counted from 1; 0 for the page */
     };
     std::vector<Found> found;
     int dialogs = 0;
     bool in_front = false;
 };
 
-void look_below(const Items& items, const Item& parent, int dialog, bool is_window, Look& look) {
+void look_below(const Items& items, const Item& parent, int dialog, bool is_window, Shown& shown) {
     for (const std::string& path : parent.children) {
         const auto found = items.by_path.find(path);
         if (found == items.by_path.end())
@@ -128,11 +101,11 @@ void look_below(const Items& items, const Item& parent, int dialog, bool is_wind
         const Item& item = found->second;
         if (!is_window && !item.is(ATSPI_STATE_VISIBLE))
             continue;
-        look.in_front = look.in_front || item.is(ATSPI_STATE_ACTIVE);
-        const int own_dialog = item.is(ATSPI_STATE_MODAL) ? ++look.dialogs : dialog;
+        shown.in_front = shown.in_front || item.is(ATSPI_STATE_ACTIVE);
+        const int own_dialog = item.is(ATSPI_STATE_MODAL) ? ++shown.dialogs : dialog;
         if (!is_window && item.is(ATSPI_STATE_SHOWING) && !item.name.empty())
-            look.found.push_back({&item, own_dialog});
-        look_below(items, item, own_dialog, false, look);
+            shown.found.push_back({&item, own_dialog});
+        look_below(items, item, own_dialog, false, shown);
     }
 }
 
@@ -142,7 +115,7 @@ std::string role_name(guint32 role) {
 }
 
 /** Fills in what the list of items says, and asks for the rest. */
-void describe(const Item& item, Widget& widget, Places places, std::vector<Question>& questions) {
+void ask_about(const Item& item, Widget& widget, Places places, std::vector<Question>& questions) {
     widget.name = item.name;
     widget.role = role_name(item.role);
     widget.focusable = item.is(ATSPI_STATE_FOCUSABLE);
@@ -166,44 +139,145 @@ void describe(const Item& item, Widget& widget, Places places, std::vector<Quest
                              }});
 }
 
-} // namespace
-
-Screen ScreenReader::read(const std::string& application, Places places) const {
-    try {
-        const Items items = items_of(bus_, application);
-        Look look;
-        look_below(items, items.by_path.at(items.root), 0, true, look);
-        const auto shown =
-            std::stable_partition(look.found.begin(), look.found.end(),
-                                  [&look](const auto& found) { return found.dialog == look.dialogs; }) -
-            look.found.begin();
-        std::vector<Widget> widgets(look.found.size());
-        std::vector<Question> questions;
-        for (std::size_t i = 0; i < widgets.size(); ++i)
-            describe(*look.found[i].item, widgets[i], places, questions);
-        bus_.ask(questions);
-        const auto first_covered = widgets.begin() + shown;
-        return Screen(std::vector(widgets.begin(), first_covered), look.in_front,
-                      std::vector(first_covered, widgets.end()));
-    } catch (const LostSight& error) {
-        return Screen::unreadable(error.what());
-    }
+/** Turns the main loop until something is done; the answers come here, whatever loop the caller has. */
+void wait_for(const std::function<void(const std::function<void()>& done)>& start) {
+    g_autoptr(GMainContext) context = g_main_context_new();
+    g_main_context_push_thread_default(context);
+    bool is_done = false;
+    start([&is_done] { is_done = true; });
+    while (!is_done)
+        g_main_context_iteration(context, TRUE);
+    g_main_context_pop_thread_default(context);
 }
 
-void ScreenReader::activate(const Widget& widget) const {
-    const std::string refusal = "'" + widget.name + "' cannot be activated";
-    try {
-        bus_.ask({{widget.accessible, "org.a11y.atspi.Action", "DoAction", g_variant_new("(i)", 0), "(b)",
-                   [&refusal](GVariant* answer) {
-                       gboolean done = FALSE;
-                       g_variant_get(answer, "(b)", &done);
-                       if (done == FALSE)
-                           throw LostSight(refusal, false);
-                   }}});
-    } catch (const LostSight& error) {
-        if (!error.is_late())
-            throw std::runtime_error(refusal);
-    }
+} // namespace
+
+/** One look, from the first question to the screen. */
+struct ScreenReader::Look {
+    std::string application;
+    Places places;
+    Seen seen;
+    std::vector<std::string> applications;
+    std::string reason = "the application is not on the accessibility bus";
+    Items items;
+    std::vector<Widget> widgets;
+};
+
+void ScreenReader::look(const std::string& application, Places places, const Seen& seen) {
+    const auto look = std::make_shared<Look>();
+    look->application = application;
+    look->places = places;
+    look->seen = seen;
+    bus_.connect([this, look](const auto& failure) {
+        if (failure)
+            look->seen(Screen::unreadable(failure->reason));
+        else
+            ask_applications(look);
+    });
+}
+
+void ScreenReader::ask_applications(const std::shared_ptr<Look>& look) {
+    const Accessible desktop{"org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root"};
+    const auto take = [look](GVariant* answer) {
+        g_autoptr(GVariantIter) each = nullptr;
+        g_variant_get(answer, "(a(so))", &each);
+        for (const char* name = nullptr; g_variant_iter_next(each, "(&s&o)", &name, nullptr) != FALSE;)
+            look->applications.emplace_back(name);
+    };
+    bus_.ask({{desktop, accessible_interface, "GetChildren", nullptr, "(a(so))", take}},
+             [this, look](const auto& failure) {
+                 if (failure)
+                     look->seen(Screen::unreadable(failure->reason));
+                 else
+                     read_items(look, 0);
+             });
+}
+
+/** Of the wanted application; one that has just ended, or does not answer, must not hide it. */
+void ScreenReader::read_items(const std::shared_ptr<Look>& look, std::size_t index) {
+    if (index == look->applications.size())
+        return look->seen(Screen::unreadable(look->reason));
+    const Accessible cache{look->applications[index], "/org/a11y/atspi/cache"};
+    const auto take = [look](GVariant* answer) { take_items(answer, look->items); };
+    bus_.ask({{cache, "org.a11y.atspi.Cache", "GetItems", nullptr, items_type, take}},
+             [this, look, index](const auto& failure) {
+                 if (failure)
+                     look->reason = failure->reason;
+                 if (!failure && look->items.are_of(look->application))
+                     describe(look);
+                 else
+                     read_items(look, index + 1);
+             });
+}
+
+void ScreenReader::describe(const std::shared_ptr<Look>& look) {
+    Shown shown;
+    look_below(look->items, look->items.by_path.at(look->items.root), 0, true, shown);
+    const auto uncovered =
+        std::stable_partition(shown.found.begin(), shown.found.end(),
+                              [&shown](const auto& found) { return found.dialog == shown.dialogs; }) -
+        shown.found.begin();
+    look->widgets.resize(shown.found.size());
+    std::vector<Question> questions;
+    for (std::size_t i = 0; i < shown.found.size(); ++i)
+        ask_about(*shown.found[i].item, look->widgets[i], look->places, questions);
+    bus_.ask(questions, [look, uncovered, in_front = shown.in_front](const auto& failure) {
+        if (failure)
+            return look->seen(Screen::unreadable(failure->reason));
+        const auto first_covered = look->widgets.begin() + uncovered;
+        look->seen(Screen(std::vector(look->widgets.begin(), first_covered), in_front,
+                          std::vector(first_covered, look->widgets.end())));
+    });
+}
+
+void ScreenReader::activate(const Widget& widget, const Activated& activated) {
+    const auto refusal = std::make_shared<std::string>();
+    const std::string text = "'" + widget.name + "' cannot be activated";
+    const auto take = [refusal, text](GVariant* answer) {
+        gboolean done = FALSE;
+        g_variant_get(answer, "(b)", &done);
+        if (done == FALSE)
+            *refusal = text;
+    };
+    bus_.ask({{widget.accessible, "org.a11y.atspi.Action", "DoAction", g_variant_new("(i)", 0), "(b)", take}},
+             [refusal, text, activated](const auto& failure) {
+                 activated(failure && !failure->is_late ? text : *refusal);
+             });
+}
+
+Screen ScreenReader::read(const std::string& application, Places places) {
+    Screen screen({});
+    wait_for([&](const auto& done) {
+        look(application, places, [&screen, done](const Screen& seen) {
+            screen = seen;
+            done();
+        });
+    });
+    return screen;
+}
+
+void ScreenReader::activate(const Widget& widget) {
+    std::string refusal;
+    wait_for([&](const auto& done) {
+        activate(widget, [&refusal, done](const std::string& why) {
+            refusal = why;
+            done();
+        });
+    });
+    if (!refusal.empty())
+        throw std::runtime_error(refusal);
+}
+
+void ScreenReader::announce() {
+    std::optional<Unanswered> failure;
+    wait_for([&](const auto& done) {
+        bus_.connect([&failure, done](const auto& why) {
+            failure = why;
+            done();
+        });
+    });
+    if (failure)
+        throw std::runtime_error(failure->reason);
 }
 
 } // namespace simulator

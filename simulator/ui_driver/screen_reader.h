@@ -5,6 +5,7 @@
 #include "screen.h"
 
 #include <chrono>
+#include <functional>
 #include <string>
 
 namespace simulator {
@@ -14,36 +15,45 @@ enum class Places : bool { unasked, asked };
 
 class ScreenReader {
 public:
+    using Seen = std::function<void(const Screen& screen)>;
+    /** @param refusal why the widget could not be activated; empty: it was. */
+    using Activated = std::function<void(const std::string& refusal)>;
+
     /**
-     * Says on the session bus that a screen reader is there, which an application asks when it starts.
-     *
      * @param patience how long the application may take to answer a question; a look ends with the first that
      * is not answered.
-     * @throws std::runtime_error without an accessibility bus.
      */
     explicit ScreenReader(std::chrono::milliseconds patience) : bus_(patience) {}
-
-    /** Whether the accessibility bus is still there. */
-    [[nodiscard]] bool is_connected() const { return bus_.is_connected(); }
 
     /**
      * Looks at the screen. Nothing is remembered from one look to the next.
      *
      * @param application the name the application has on the accessibility bus, that of its program; empty:
      * the first one there that has a window.
-     * @return an empty screen when the application is not there or too busy to answer.
+     * @param seen        called from the main loop, with an empty screen when the application is not there or too
+     * busy to answer.
      */
-    [[nodiscard]] Screen read(const std::string& application, Places places = Places::asked) const;
+    void look(const std::string& application, Places places, const Seen& seen);
 
     /**
      * Presses a widget through its accessible action, as a screen reader's user does. An application that
      * works longer on it than the bus waits is not an error.
-     *
-     * @throws std::runtime_error when the widget has no action.
      */
-    void activate(const Widget& widget) const;
+    void activate(const Widget& widget, const Activated& activated);
+
+    /** The same for a program without a main loop: these wait. @throws std::runtime_error. */
+    [[nodiscard]] Screen read(const std::string& application, Places places = Places::asked);
+    void activate(const Widget& widget);
+    /** Announces a screen reader, which an application asks for when it starts; else the first look does. */
+    void announce();
 
 private:
+    struct Look;
+
+    void ask_applications(const std::shared_ptr<Look>& look);
+    void read_items(const std::shared_ptr<Look>& look, std::size_t index);
+    void describe(const std::shared_ptr<Look>& look);
+
     AccessibilityBus bus_;
 };
 

@@ -1,35 +1,91 @@
-#include "keyboard.h"
-#include "pixels.h"
+#include "screenshot.h"
 
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <bit>
 #include <cerrno>
-#include <chrono>
-#include <cstdint>
 #include <cstring>
-#include <fcntl.h>
 #include <png.h>
 #include <stdexcept>
-#include <thread>
-#include <vector>
 
 namespace simulator {
 namespace {
 
-using namespace std::chrono_literals;
-
-constexpr auto picture_interval = 100ms;
+constexpr guint look_interval_milliseconds = 100;
 constexpr int most_looks = 20;
 
-std::vector<std::uint8_t> written(const Pixels& look) {
+/** Work for a thread, whose exception's text is handed over to `done` in the main loop, unless it was cancelled. */
+struct Job {
+    std::function<void()> work;
+    std::function<void(const std::string& error)> done;
+    std::string error;
+};
+
+void run_in_thread(GCancellable* cancel, Job job) {
+    const auto on_done = +[](GObject* /*source*/, GAsyncResult* result, gpointer /*data*/) {
+        const auto& done = *static_cast<Job*>(g_task_get_task_data(G_TASK(result)));
+        if (g_task_propagate_boolean(G_TASK(result), nullptr) != FALSE)
+            done.done(done.error);
+    };
+    g_autoptr(GTask) task = g_task_new(nullptr, cancel, on_done, nullptr);
+    g_task_set_task_data(task, std::make_unique<Job>(std::move(job)).release(),
+                         [](gpointer data) { const std::unique_ptr<Job> held(static_cast<Job*>(data)); });
+    g_task_run_in_thread(task,
+                         [](GTask* running, gpointer /*source*/, gpointer data, GCancellable* /*cancel*/) {
+                             auto& running_job = *static_cast<Job*>(data);
+                             try {
+                                 running_job.work();
+                             } catch (const std::exception& failure) {
+                                 running_job.error = failure.what();
+                             }
+                             g_task_return_boolean(running, TRUE);
+                         });
+}
+
+} // namespace
+
+Pixels Pixels::of_screen(_XDisplay* display) {
+    XWindowAttributes screen{};
+    XGetWindowAttributes(display, DefaultRootWindow(display), &screen);
+    return {display, 0, 0, screen.width, screen.height};
+}
+
+Pixels::Pixels(_XDisplay* display, int x, int y, int width, int height)
+    : image_(XGetImage(display, DefaultRootWindow(display), x, y, static_cast<unsigned>(width),
+                       static_cast<unsigned>(height), AllPlanes, ZPixmap)) {
+    if (!image_ || image_->red_mask == 0 || image_->green_mask == 0 || image_->blue_mask == 0)
+        throw std::runtime_error("the screen cannot be read");
+}
+
+void Pixels::DestroyImage::operator()(_XImage* image) const { XDestroyImage(image); }
+
+Color Pixels::at(int x, int y) const {
+    const unsigned long pixel = XGetPixel(image_.get(), x, y);
+    const auto component = [pixel](unsigned long mask) {
+        return static_cast<std::uint8_t>((pixel & mask) >> std::countr_zero(mask));
+    };
+    return {component(image_->red_mask), component(image_->green_mask), component(image_->blue_mask)};
+}
+
+bool Pixels::operator==(const Pixels& other) const {
+    const auto size = [](const XImage& image) {
+        return static_cast<std::size_t>(image.bytes_per_line) * static_cast<std::size_t>(image.height);
+    };
+    return size(*image_) == size(*other.image_) &&
+           std::memcmp(image_->data, other.image_->data, size(*image_)) == 0;
+}
+
+std::vector<std::uint8_t> Pixels::to_png() const {
     png_image image{};
     image.version = PNG_IMAGE_VERSION;
-    image.width = static_cast<png_uint_32>(look.width());
-    image.height = static_cast<png_uint_32>(look.height());
+    image.width = static_cast<png_uint_32>(image_->width);
+    image.height = static_cast<png_uint_32>(image_->height);
     image.format = PNG_FORMAT_RGB;
     std::vector<std::uint8_t> pixels;
     pixels.reserve(PNG_IMAGE_SIZE(image));
-    for (int y = 0; y < look.height(); ++y)
-        for (int x = 0; x < look.width(); ++x) {
-            const Color color = look.at(x, y);
+    for (int y = 0; y < image_->height; ++y)
+        for (int x = 0; x < image_->width; ++x) {
+            const Color color = at(x, y);
             pixels.insert(pixels.end(), color.begin(), color.end());
         }
     png_alloc_size_t size = PNG_IMAGE_PNG_SIZE_MAX(image);
@@ -40,25 +96,7 @@ std::vector<std::uint8_t> written(const Pixels& look) {
     return file;
 }
 
-/** A picture of the screen once its movements have ended. */
-std::vector<std::uint8_t> picture_at_rest(_XDisplay* display) {
-    auto next_look = std::chrono::steady_clock::now() + picture_interval;
-    Pixels seen = Pixels::of_screen(display);
-    for (int looks = 1;; ++looks) {
-        std::vector<std::uint8_t> picture = written(seen); // while it is waited for
-        std::this_thread::sleep_until(next_look);
-        next_look = std::chrono::steady_clock::now() + picture_interval;
-        Pixels next = Pixels::of_screen(display);
-        if (looks == most_looks || next == seen)
-            return picture;
-        seen = std::move(next);
-    }
-}
-
-} // namespace
-
-void take_picture(const Display& display, const FileDescriptor& file) {
-    const auto picture = picture_at_rest(display.get());
+void write_picture(const std::vector<std::uint8_t>& picture, const FileDescriptor& file) {
     for (std::size_t done = 0; done < picture.size();) {
         const auto count = write(file.get(), picture.data() + done, picture.size() - done);
         if (count < 0)
@@ -67,12 +105,55 @@ void take_picture(const Display& display, const FileDescriptor& file) {
     }
 }
 
-void take_picture(const Display& display, const std::string& path) {
-    constexpr mode_t readable = 0644;
-    const FileDescriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, readable));
-    if (!file)
-        throw std::runtime_error("cannot write the picture " + path + ": " + std::strerror(errno));
-    take_picture(display, file);
+Screenshot::Screenshot(_XDisplay* display, FileDescriptor file, Taken taken)
+    : display_(display), file_(std::make_shared<const FileDescriptor>(std::move(file))),
+      taken_(std::move(taken)), cancel_(g_cancellable_new()) {
+    compress(Pixels::of_screen(display_));
+    next_look_ = EventSource::every(look_interval_milliseconds, [this] { look_again(); });
+}
+
+Screenshot::~Screenshot() { g_cancellable_cancel(cancel_.get()); }
+
+void Screenshot::look_again() {
+    try {
+        Pixels next = Pixels::of_screen(display_);
+        if (++looks_ < most_looks && next != *pixels_)
+            return compress(std::move(next));
+        next_look_.reset();
+        is_at_rest_ = true;
+        finish_when_ready();
+    } catch (const std::runtime_error& error) {
+        finish(error.what());
+    }
+}
+
+void Screenshot::compress(Pixels pixels) {
+    pixels_ = std::make_shared<const Pixels>(std::move(pixels));
+    picture_.reset();
+    const auto picture = std::make_shared<std::vector<std::uint8_t>>();
+    run_in_thread(cancel_.get(), {[picture, pixels = pixels_] { *picture = pixels->to_png(); },
+                                  [this, picture, pixels = pixels_](const std::string& error) {
+                                      if (pixels != pixels_)
+                                          return; // the screen has changed meanwhile
+                                      if (!error.empty())
+                                          return finish(error);
+                                      picture_ = picture;
+                                      finish_when_ready();
+                                  },
+                                  {}});
+}
+
+void Screenshot::finish_when_ready() {
+    if (is_at_rest_ && picture_)
+        run_in_thread(cancel_.get(), {[picture = picture_, file = file_] { write_picture(*picture, *file); },
+                                      [this](const std::string& error) { finish(error); },
+                                      {}});
+}
+
+void Screenshot::finish(const std::string& error) {
+    next_look_.reset();
+    const Taken taken = std::move(taken_);
+    taken(error);
 }
 
 } // namespace simulator

@@ -50,8 +50,9 @@ TEST(Contracts, AreExportedAsInstalledAndDocumented) {
         ASSERT_TRUE(node);
         GDBusInterfaceInfo* const interface = node->interfaces[0];
         EXPECT_EQ(file.path().stem(), interface->name);
-        const bool is_host = std::string(interface->name).find("ost") != std::string::npos;
-        const Node object = exported(is_host ? "org.orvane.qm_ncp_host" : interface->name, node->path);
+        const bool is_host = node->path == std::string("/org/orvane/qm_ncp_host");
+        const Node object =
+            exported(is_host ? "org.orvane.qm_ncp_host" : "org.velmora.Simulator", node->path);
         GDBusInterfaceInfo* const found =
             object ? g_dbus_node_info_lookup_interface(object.get(), interface->name) : nullptr;
         ASSERT_NE(found, nullptr);

@@ -1,5 +1,7 @@
 #include "announcements.h"
 
+#include "base/bus.h"
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -45,6 +47,19 @@ std::size_t Announcements::count() const {
 }
 
 std::vector<std::string> Announcements::take() { return std::exchange(said_, {}); }
+
+void announce_screen_reader(bool is_there) {
+    g_autoptr(GError) error = nullptr;
+    g_autofree char* address = g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, &error);
+    const BusConnection session = connect_to_bus(address != nullptr ? address : "");
+    const Value answer(g_dbus_connection_call_sync(
+        session.get(), "org.a11y.Bus", "/org/a11y/bus", "org.freedesktop.DBus.Properties", "Set",
+        g_variant_new("(ssv)", "org.a11y.Status", "ScreenReaderEnabled",
+                      g_variant_new_boolean(is_there ? TRUE : FALSE)),
+        nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, &error));
+    if (!answer)
+        throw std::runtime_error(std::string("no accessibility bus: ") + error->message);
+}
 
 void Announcements::hear(const AtspiEvent& event) {
     const std::string role = taken(atspi_accessible_get_role_name(event.source, nullptr));

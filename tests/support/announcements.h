@@ -33,4 +33,7 @@ private:
     std::vector<std::string> said_;
 };
 
+/** Tells the session whether a screen reader is there. @throws std::runtime_error. */
+void announce_screen_reader(bool is_there);
+
 } // namespace simulator

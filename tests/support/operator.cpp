@@ -15,7 +15,9 @@ constexpr auto answer_patience = 1s;
 
 Operator::Operator(std::string application, std::chrono::milliseconds patience)
     : application_(std::move(application)), patience_(patience), display_(open_display()),
-      reader_(answer_patience) {}
+      reader_(answer_patience) {
+    reader_.announce();
+}
 
 void Operator::press(const std::string& key, int times) {
     for (int time = 0; time < times; ++time)

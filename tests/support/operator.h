@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/process.h"
+#include "picture.h"
 #include "ui_driver/condition.h"
 #include "ui_driver/keyboard.h"
 #include "ui_driver/screen_reader.h"
@@ -53,7 +54,7 @@ private:
     std::string application_;
     std::chrono::milliseconds patience_;
     Display display_;
-    ScreenReader reader_;
+    mutable ScreenReader reader_; // which asks anew each time
     const Process* followed_ = nullptr;
     Screen seen_{{}, false}; // the newest look of a wait
 };

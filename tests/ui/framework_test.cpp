@@ -1,9 +1,9 @@
 /** The framework, seen from an application in a process of its own that says what happens to it. */
 #include "base/process.h"
 #include "base/wait_until.h"
+#include "support/announcements.h"
 #include "support/settings_folder.h"
 #include "support/windows.h"
-#include "ui_driver/accessibility_bus.h"
 
 #include "platform/application.h"
 

@@ -5,7 +5,7 @@
 
 #include "base/process.h"
 #include "support/windows.h"
-#include "ui_driver/pixels.h"
+#include "ui_driver/screenshot.h"
 
 #include <gtest/gtest.h>
 #include <platform/vell.h>

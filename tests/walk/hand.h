@@ -5,8 +5,9 @@
 #include "model.h"
 
 #include "base/process.h"
-#include "client/client_radio.h"
+#include "client/client.h"
 #include "support/application_log.h"
+#include "support/picture.h"
 #include "support/windows.h"
 #include "ui_driver/keyboard.h"
 #include "ui_driver/screen_reader.h"

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/process.h"
-#include "client/client_radio.h"
+#include "client/client.h"
 #include "support/application_log.h"
 #include "support/operator.h"
 #include "support/processes.h"

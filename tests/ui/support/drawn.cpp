@@ -1,6 +1,6 @@
 #include "support/screen.h"
 
-#include "ui_driver/pixels.h"
+#include "ui_driver/screenshot.h"
 
 #include <Ecore_X.h>
 #include <algorithm>

@@ -2,7 +2,7 @@
 
 #include "base/bus.h"
 #include "base/wait_until.h"
-#include "client/client_radio.h"
+#include "client/client.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
-/** The widgets of a screen, as they are told on the bus. */
+/** The widgets of a screen, as they are listed on the bus. */
 #pragma once
 
-#include "ui_driver/screen.h"
+#include "screen.h"
 
 #include <gio/gio.h>
 
