@@ -12,19 +12,9 @@ constexpr const char* service_object_path = "/org/orvane/qm_ncp_host";
 constexpr const char* service_interface = "org.orvane.qm_ncp_host.service";
 constexpr const char* service_signal = "ncp_event";
 constexpr int call_timeout_milliseconds = 120000;
-constexpr gint64 share_of_a_turn_microseconds = 20'000;
 
 void connection_closed(GDBusConnection*, gboolean, const GError* error, gpointer) {
     LOG_ERROR("The system bus connection was closed: %s", error != nullptr ? error->message : "by us");
-}
-
-// GLib dispatches all the signals that have come in before the keys, or what has been deleted, get their turn. After a
-// share of the turn the rest waits for the next one: a context that is prepared, as a loop inside a callback does,
-// forgets what it was about to dispatch, and finds it ready again.
-void let_the_loop_turn() {
-    GSource* const signal = g_main_current_source();
-    if (g_get_monotonic_time() - g_source_get_time(signal) > share_of_a_turn_microseconds)
-        g_main_context_prepare(g_source_get_context(signal), nullptr);
 }
 
 } // namespace
@@ -203,7 +193,6 @@ void DBusClient::signal_callback(GDBusConnection* connection, const gchar* sende
     }
     static_cast<DBusClient*>(user_data)->invoke_callback(signal_name, parameters);
     LOG_ERROR("[n]");
-    let_the_loop_turn();
 }
 
 void DBusClient::invoke_callback(const std::string& signal_name, GVariant* parameters) {

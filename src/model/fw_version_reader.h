@@ -13,5 +13,5 @@ public:
      * @return three numbers of 0 to 255 joined by ".", or empty when the file cannot be opened or read
      *         (logged) or is too short to have a version.
      */
-    std::string GetVersion(const std::string& image_path) const;
+    [[nodiscard]] std::string GetVersion(const std::string& image_path) const;
 };

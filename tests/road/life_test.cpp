@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 
@@ -35,6 +36,28 @@ TEST_F(LifeRoad, LaunchDoesNotWaitForABusyProcess) {
     EXPECT_EQ(launch()->wait_for_end(busy_machine_limit), 0);
     EXPECT_EQ(log_.count("> _app_service"), 1);
     expect_soon("the busy process's word", [this] { return log_.count("> _app_service") == 2; });
+}
+
+TEST_F(LifeRoad, SessionBusThatIsLateIsUsedWhenItComes) {
+    const auto signal_bus = [](const std::string& signal) {
+        return std::system(("pkill -" + signal + " -f [s]ession.*--address").c_str());
+    };
+    std::filesystem::remove(log_.path()); // of an earlier test
+    ASSERT_EQ(signal_bus("STOP"), 0);
+    const auto first = launch();
+    expect_soon("the start without it", [this] { return log_.count("> _app_service") == 1; });
+    EXPECT_EQ(log_.count("> the session bus does not answer"), 1);
+    const auto second = launch();
+    expect_soon("a second start without it", [this] { return log_.count("> _app_service") == 2; });
+    ASSERT_EQ(signal_bus("CONT"), 0);
+    expect_soon("the word about two", [this] { return log_.count("runs as well") == 1; });
+    second->terminate();
+    EXPECT_EQ(second->wait_for_end(10s), 0);
+    EXPECT_EQ(launch()->wait_for_end(1500ms), 0);
+    expect_soon("a launch to reach it", [this] { return log_.count("> _app_service") == 3; });
+    operator_.wait_for("TX Test");
+    first->terminate();
+    EXPECT_EQ(first->wait_for_end(10s), 0);
 }
 
 TEST_F(LifeRoad, OneOfTheLaunchesDuringTheEndRunsAfterIt) {
@@ -79,12 +102,15 @@ TEST_F(LifeRoad, WithoutTheDeviceASecondStartIsReportedAndEndsTheStream) {
 }
 
 TEST_F(LifeRoad, EndsInOrderOnSigtermWhileTheStackComesUp) {
+    const std::filesystem::path relay = "/opt/usr/apps/com.kelsor.tv.brimhub/bin/socat";
+    std::filesystem::rename(relay, relay.string() + ".away"); // so that it is waited for
     open_application();
     enter("Start TX Test");
     operator_.press("Return");
     expect_soon("the relay's start", [this] { return log_.count("app name") >= 2; });
     application().terminate();
     expect_orderly_end();
+    std::filesystem::rename(relay.string() + ".away", relay);
     EXPECT_EQ(log_.count("> the main loop ends: SIGTERM"), 1);
     EXPECT_EQ(log_.count("> stop ncp requester"), 1);
 }

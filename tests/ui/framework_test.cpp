@@ -1,6 +1,7 @@
 /** The framework, seen from an application in a process of its own that says what happens to it. */
 #include "base/process.h"
 #include "base/wait_until.h"
+#include "efl_1_26/application/bridge_connection.h"
 #include "support/announcements.h"
 #include "support/settings_folder.h"
 #include "support/windows.h"
@@ -9,6 +10,7 @@
 
 #include <Elementary.h>
 #include <csignal>
+#include <dlfcn.h>
 #include <functional>
 #include <gio/gio.h>
 #include <gio/gunixsocketaddress.h>
@@ -109,6 +111,7 @@ int run(Application application) {
         .terminate =
             [](void*) {
                 say(std::string("terminate ") + elm_win_title_get(window));
+                rest(100ms);
                 evas_object_del(window);
             },
         .pause = [](void*) { say("pause"); },
@@ -155,7 +158,12 @@ TEST_F(Framework, EveryWayOutCallsTerminateOnceWhileTheToolkitIsUpAndSaysWhy) {
     for (const auto& [number, name] :
          {std::pair{SIGTERM, "SIGTERM"}, {SIGINT, "SIGINT"}, {SIGQUIT, "SIGQUIT"}, {SIGHUP, "SIGHUP"}})
         expect_life(
-            {}, [signal = number] { kill(getpid(), signal); }, name);
+            {},
+            [signal = number] {
+                in_loop([] {}); // before the loop it would end the process
+                kill(getpid(), signal);
+            },
+            name);
     const auto signals_while_busy = [] {
         for (const int number : {SIGTERM, SIGTERM, SIGHUP})
             kill(getpid(), number);
@@ -163,6 +171,26 @@ TEST_F(Framework, EveryWayOutCallsTerminateOnceWhileTheToolkitIsUpAndSaysWhy) {
     };
     expect_life(
         {"worked"}, [&] { in_loop(signals_while_busy); }, "SIGTERM");
+}
+
+TEST_F(Framework, WhatTheLauncherIgnoredStaysIgnoredAndASecondSignalDoesNotBreakOffTheEnd) {
+    const auto hang_up = [] {
+        kill(getpid(), SIGHUP);
+        return true;
+    };
+    const auto hang_up_and_end = [] {
+        in_loop([] { kill(getpid(), SIGHUP); });
+        rest(300ms);
+        say("lives");
+        kill(getpid(), SIGTERM);
+        await("terminate Probe");
+        kill(getpid(), SIGTERM);
+    };
+    std::signal(SIGHUP, SIG_IGN); // as nohup does; the processes below inherit it
+    EXPECT_EXIT(
+        std::exit(run({.hand = hang_up_and_end, .create = hang_up})), ExitedWithCode(0),
+        says({"create", "app_control", "lives", "log: the main loop ends: SIGTERM", "terminate Probe"}));
+    std::signal(SIGHUP, SIG_DFL);
 }
 
 class FrameworkOnADyingDisplay : public Framework {};
@@ -219,6 +247,12 @@ TEST_F(Framework, WhatHappensInCreateOrIsMissingBeforeItDecides) {
     expect(3, {"create"}, [] { return false; });
     expect(3, {"create", "log: create ended with an exception: thrown"},
            []() -> bool { throw std::runtime_error("thrown"); });
+    const auto wait_for_a_signal = [] {
+        kill(getpid(), SIGTERM);
+        rest(5s); // as a silent bus would keep it
+        return true;
+    };
+    EXPECT_EXIT(run({.create = wait_for_a_signal}), testing::KilledBySignal(SIGTERM), says({"create"}));
     const ScopedEnvironment no_display("DISPLAY", ":4095");
     expect(4, {"log: no display: nothing answers at DISPLAY=:4095"}, [] { return true; });
 }
@@ -233,10 +267,11 @@ TEST_F(Framework, BusesThatDoNotAnswerHoldUpNeitherTheStartNorTheEnd) {
                                                   G_SOCKET_PROTOCOL_DEFAULT, nullptr, nullptr, nullptr));
         for (const char* const variable : {"DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS"})
             setenv(variable, ("unix:path=" + path).c_str(), 1);
+        setenv("ELM_ATSPI_MODE", "1", 1);
         return run({.hand = quit});
     };
     const auto begin = Clock::now();
-    EXPECT_EXIT(std::exit(run_on_it()), ExitedWithCode(0), HasSubstr("the session bus is not used"));
+    EXPECT_EXIT(std::exit(run_on_it()), ExitedWithCode(0), HasSubstr("the session bus does not answer"));
     EXPECT_LT(Clock::now() - begin, 20s); // GLib's own time-out is 25 s
 }
 
@@ -273,13 +308,13 @@ TEST_F(Framework, ChangedLanguageOrMirroringIsToldOnce) {
     });
 }
 
-TEST_F(Framework, KeysAreThoseOfTheRemoteControlAndReachNobodyWhileTheScreenStandsStill) {
+TEST_F(Framework, KeysAreThoseOfTheRemoteControlAndOnlyRedIsKeptWhileTheScreenIsFrozen) {
     const std::string reached = "key Return";
-    const std::string dropped = "log: dropped a press while the screen stood still: Return";
-    const Lines lines{"key XF86Back", "key XF86Exit", "key XF86Red", //
-                      "worked",       reached,        reached,       //
-                      "worked",       dropped,        reached,       //
-                      "worked",       dropped,        reached,       //
+    const std::string dropped = "log: dropped a press while the screen was frozen: Return";
+    const Lines lines{"key XF86Back", "key XF86Exit", "key XF86Red",          //
+                      "worked",       reached,        reached,                //
+                      "worked",       dropped,        reached,                //
+                      "worked",       dropped,        "key XF86Red", reached, //
                       "worked",       "key F9",       "worked",      dropped, reached};
     expect_life(lines, [] {
         const auto press_after = [](const Action& action) {
@@ -289,7 +324,7 @@ TEST_F(Framework, KeysAreThoseOfTheRemoteControlAndReachNobodyWhileTheScreenStan
             rest(500ms);
         };
         const auto work_in_glib = [](gpointer) -> gboolean {
-            work(400ms, {"Return"});
+            work(400ms, {"Return", "F1", "Return"});
             return G_SOURCE_REMOVE;
         };
         rest(500ms);
@@ -332,14 +367,29 @@ TEST_F(Framework, KeysHeldWhileTheFocusGoesAndComesAreNeitherPressedAgainNorDead
     });
 }
 
-TEST_F(Framework, BridgeFollowsAReaderThatComesLaterAndGoesButWaitsForNoBus) {
-    const auto set_reader = [](bool is_there) {
-        simulator::announce_screen_reader(is_there);
-        rest(1500ms);
-        in_loop([] { say(elm_config_atspi_mode_get() ? "bridge" : "no bridge"); });
+bool next_question_is_lost = false;
+
+TEST_F(Framework, BridgeFollowsAReaderThatComesLaterAndGoesAndTheAccessibilityBusWhenItAnswers) {
+    const auto tell = [](bool expected) {
+        bool is_connected = !expected;
+        const auto look = [&] { is_connected = platform::bridge_is_connected(); };
+        (void)simulator::wait_until(
+            [&] {
+                rest(500ms);
+                in_loop(look);
+                return is_connected == expected;
+            },
+            10s);
+        say(is_connected ? "connected" : "not connected");
     };
-    expect_life({"no bridge", "bridge", "no bridge", "bridge", "key Return", "no bridge",
-                 "log: no accessibility: it does not answer", "no bridge"},
+    const auto set_reader = [tell](bool is_there) {
+        simulator::announce_screen_reader(is_there);
+        tell(is_there);
+    };
+    const ScopedEnvironment mode("ELM_ATSPI_MODE", "1"); // which nobody asks
+    next_question_is_lost = true;
+    expect_life({"not connected", "lost", "connected", "not connected", "connected", "key Return",
+                 "not connected", "not connected", "connected"},
                 [&] {
                     for (const bool is_there : {false, true, false, true})
                         set_reader(is_there);
@@ -347,10 +397,25 @@ TEST_F(Framework, BridgeFollowsAReaderThatComesLaterAndGoesButWaitsForNoBus) {
                     await("key Return");
                     set_reader(false);
                     std::system("pkill -STOP -f [a]ccessibility.conf");
-                    set_reader(true);
+                    simulator::announce_screen_reader(true);
+                    tell(false);
                     std::system("pkill -CONT -f [a]ccessibility.conf");
+                    tell(true);
                     quit();
                 });
 }
 
 } // namespace
+
+// The accessibility bridge asks for the address of its bus through it.
+extern "C" Eldbus_Pending* eldbus_object_send(Eldbus_Object* object, Eldbus_Message* message,
+                                              Eldbus_Message_Cb answered, const void* data, double timeout) {
+    if (std::exchange(next_question_is_lost, false)) {
+        say("lost");
+        eldbus_message_unref(message);
+        return nullptr;
+    }
+    static const auto forward =
+        reinterpret_cast<decltype(&eldbus_object_send)>(dlsym(RTLD_NEXT, "eldbus_object_send"));
+    return forward(object, message, answered, data, timeout);
+}

@@ -53,6 +53,9 @@ TEST_F(ToolkitPopup, ShownAgainItTakesTheFocusAndGivesItBack) {
     for (const auto& [popup, focused] : {std::pair(picker, "[0]"), std::pair(question, "Cancel")}) {
         evas_object_show(popup);
         elm_popup_dismiss(popup);
+        settle();
+        evas_object_show(popup);
+        elm_popup_dismiss(popup);
         show(popup);
         test::await([] { return false; }, std::chrono::milliseconds(300)); // longer than any effect
         EXPECT_EQ(screen.focused(), focused);

@@ -11,7 +11,8 @@
 #include <platform/vell.h>
 #include <tuple>
 
-#include <X11/Xlib.h> // last: it defines words that others use
+#include <X11/Xlib.h> // last: they define words that others use
+#include <X11/Xutil.h>
 
 namespace {
 
@@ -52,6 +53,14 @@ protected:
                simulator::Pixels(display_.get(), 100, 100, 1, 1).at(0, 0) == simulator::Color{255, 0, 0};
     }
 
+    /** Whether its size hints say that the user chose its place. */
+    [[nodiscard]] bool is_placed_by_user() const {
+        XSizeHints hints{};
+        long supplied = 0;
+        XGetWMNormalHints(display_.get(), elm_win_xwindow_get(window), &hints, &supplied);
+        return (hints.flags & USPosition) != 0;
+    }
+
     Evas_Object* window = nullptr;
 
 private:
@@ -74,6 +83,8 @@ private:
 
 TEST_P(Unmanaged, WindowIsSeenAndHasTheKeyboardWhenItAppearsAndWhenItIsRaised) {
     EXPECT_TRUE(test::await([&] { return is_seen_and_has_keyboard(); })) << "at the start";
+    const bool is_full_screen = *std::get<const char*>(GetParam()) == '\0';
+    EXPECT_EQ(is_placed_by_user(), is_full_screen); // or a window manager asks the user for its place
     const simulator::OtherWindow other;
     other.take_keys();
     EXPECT_TRUE(test::await([&] { return !is_seen_and_has_keyboard(); }));

@@ -138,14 +138,21 @@ TEST_F(DBusClientTest, RemovalDuringADispatchTakesEffectFromTheNextSignalOn) {
 
 TEST_F(DBusClientTest, EventsOfAnotherTypeAndExceptionsOfListenersGoToTheLogAndNoFurther) {
     client.Init();
-    client.RegisterDBusSignalCB(
-        "ncp_event", [](const std::string& text, void*) { throw std::runtime_error("not " + text); },
-        nullptr);
+    const auto fail = +[](const std::string& text, void*) { throw std::runtime_error("not " + text); };
+    client.RegisterDBusSignalCB("ncp_event", fail, nullptr);
     service.emit("(7,)");
     EXPECT_EQ(own_messages("invoke_callback").back(), "Signal ncp_event has the type (i), expected (s)");
     EXPECT_EQ(own_messages("signal_callback").back(), "[n]");
     service.emit("('ready',)");
     EXPECT_EQ(own_messages("signal_callback").back(), "ended with an exception: not ready");
+
+    const auto fatal = g_log_set_always_fatal(static_cast<GLogLevelFlags>(G_LOG_LEVEL_MASK));
+    g_autoptr(GVariant) event = g_variant_ref_sink(g_variant_new_parsed("('called',)"));
+    client.UnregisterDBusSignalCB("ncp_event", fail);
+    client.RegisterDBusSignalCB("ncp_event", note<1>, &notes);
+    DBusClient::signal_callback(nullptr, "", "", "", "ncp_event", event, &client);
+    EXPECT_THAT(notes, ElementsAre("1 called")) << "outside of a dispatch";
+    g_log_set_always_fatal(fatal);
 }
 
 } // namespace

@@ -84,8 +84,21 @@ TEST_F(SecureStorageFiles, AreLeftAloneWhenTheyAreOfAnotherKind) {
     const fs::path moved = top / "elsewhere";
     fs::rename(folder, moved);
     fs::create_directory_symlink(moved, folder);
-    EXPECT_EQ(read("version").result, platform::storage_failed);
-    EXPECT_EQ(write("version", "7.4.10"), platform::storage_failed);
+    struct Link {
+        uid_t owner;
+        uid_t owner_of_folder;
+        mode_t mode_of_folder;
+    };
+    for (const auto& [owner, owner_of_folder, mode] :
+         {Link{0, 0, 0755}, {1234, 0, 0755}, {0, 1234, 0755}, {0, 0, 0775}, {0, 0, 0757}}) {
+        SCOPED_TRACE(testing::Message() << owner << " " << owner_of_folder << " " << std::oct << mode);
+        const bool is_given = lchown(folder.c_str(), owner, owner) == 0; // by root
+        EXPECT_EQ(is_given && chown(moved.c_str(), owner_of_folder, 0) == 0, geteuid() == 0);
+        EXPECT_EQ(chmod(moved.c_str(), mode), 0);
+        const bool is_followed = is_given && owner == 0 && owner_of_folder == 0 && mode == 0755;
+        EXPECT_EQ(read("version").result, is_followed ? platform::ok : platform::storage_failed);
+        EXPECT_EQ(write("version", "1.2.9"), is_followed ? platform::ok : platform::storage_failed);
+    }
     fs::remove(folder);
 
     put_file(folder, "no folder");

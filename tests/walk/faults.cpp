@@ -14,7 +14,7 @@ namespace {
 using namespace std::chrono_literals;
 using simulator::this_television;
 
-constexpr auto patience = 2min; // of a busy machine
+constexpr auto patience = 30s; // of a busy machine
 constexpr std::size_t mebibyte = 1U << 20U;
 /** Before and after the bus has given up the call. */
 constexpr auto late = "late 1500";

@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 using simulator::this_television;
 namespace fs = std::filesystem;
 
-constexpr auto patience = 2min;          // of a busy machine
+constexpr auto patience = 30s;           // of a busy machine
 constexpr auto patience_of_a_trial = 4s; // a start without the relay takes three
 constexpr auto look_interval = 10ms;
 constexpr auto repeat_after = 250ms;
@@ -177,6 +177,12 @@ void Hand::act(const State& from, const Transition& transition) {
         simulator::Process second({program_}, simulator::written_to("/tmp/second.log"));
         if (second.wait_for_end(patience) != 0)
             throw Difference("a second launch does not end with status 0");
+        break;
+    }
+    case Act::interrupt: {
+        const simulator::OtherWindow other;
+        if (!simulator::wait_until([this] { return !reader_.read("velmora").in_front(); }, patience))
+            throw Difference("the application keeps the keyboard");
         break;
     }
     case Act::terminate:

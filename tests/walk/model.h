@@ -24,6 +24,7 @@ enum class Act : std::uint8_t {
     event,     /**< the radio's service says `key` */
     language,  /**< one of the other direction */
     launch,    /**< a second time */
+    interrupt, /**< by another window, which takes the keyboard and closes */
     terminate, /**< SIGTERM, then start anew; so do all from here on */
     close,     /**< the window's close request */
     destroy    /**< the window, by another client */

@@ -126,6 +126,8 @@ void add_rest(Transitions& transitions) {
     transitions.add(other_language, Act::language, "", grain | texts | mirrored | made, 60, always);
     transitions.add(other_language + ", behind", Act::language, "", page | waits, 60, behind_another);
     transitions.add("a second launch", Act::launch, "", page | waits | popup | behind, 40, always);
+    transitions.add("another window comes and goes", Act::interrupt, "", page | waits | popup | focus, 200,
+                    in_front);
     transitions.add("SIGTERM and a new start", Act::terminate, "", page | popup | stream, 700, always);
     transitions.add("the window is closed, and a new start", Act::close, "", page | popup, 700, in_front);
     transitions.add("the window is destroyed, and a new start", Act::destroy, "", page | popup, 700,

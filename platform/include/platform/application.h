@@ -3,9 +3,11 @@
  *
  * On an ordinary Linux machine the framework brings up Elementary, runs its main loop with GLib's default
  * context in it, keeps one process an application, ends in order on SIGTERM, SIGINT, SIGQUIT and SIGHUP and when
- * the display server or its last window has gone, and logs why the main loop ends. A standard descriptor that the
- * process was started without is opened on the null device; no other descriptor reaches a program that it starts with
- * fork(2). The argument "--help" or "--version", alone, is answered without a launch.
+ * the display server or its last window has gone, and logs why the main loop ends. Before the main loop these signals
+ * do what the launcher set, by default end the process at once; those that it ignored stay ignored; after the loop
+ * further ones do nothing. A standard descriptor that the process was started without is opened on the null device; no
+ * other descriptor reaches a program that it starts with fork(2). The argument "--help" or "--version", alone, is answered
+ * without a launch.
  */
 #pragma once
 

@@ -7,7 +7,7 @@
  * file that everyone may read, so this finds damage, and keeps a store that was copied to another machine from being
  * read there. It does not protect against who can read the store on this machine: that is what its mode is for.
  * A machine without an identity has no secure storage: reading and writing answer `storage_failed`, and so they do
- * when a part of the store's path is a link.
+ * when a part of the store's path is a link, except one of root's to a folder that root alone owns and may write.
  */
 #pragma once
 

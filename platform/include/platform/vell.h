@@ -118,7 +118,7 @@ void elm_vell_subheader_content_set(Evas_Object* header, Evas_Object* content);
 /* Textbox
  * ------------------------------------------------------------------------------------------------------- */
 
-/** Makes a textbox of one line; null when it cannot be made. */
+/** Makes a textbox of one line, which ends in an ellipsis when it is too long; null when it cannot be made. */
 Evas_Object* elm_vell_textbox_add(Evas_Object* parent);
 
 /** Sets the text; it is shown as it stands, without markup. */

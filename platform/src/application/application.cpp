@@ -2,7 +2,8 @@
 
 #include "display_loss.h"
 #include "efl_1_26/application/held_keys.h"
-#include "efl_1_26/application/still_picture.h"
+#include "efl_1_26/application/stale_input_filter.h"
+#include "ending_signals.h"
 #include "event_handlers.h"
 #include "glib_loop.h"
 #include "guarded_call.h"
@@ -12,7 +13,6 @@
 #include "options.h"
 #include "requirements.h"
 #include "session/accessibility.h"
-#include "session/session_bus.h"
 #include "session/single_instance.h"
 #include "standard_descriptors.h"
 #include "visibility.h"
@@ -22,6 +22,7 @@
 
 #include <Efreet.h>
 #include <Elementary.h>
+#include <optional>
 
 namespace platform {
 
@@ -40,18 +41,23 @@ public:
         efreet_cache_disable();
         // They tell of batteries and time zones, and wait for the system bus for as long as it takes to answer.
         ecore_app_no_system_modules();
+        leave_bridge_off();
+        ecore_is_up_ = init_ecore_without_signals();
         up_ = elm_init(argc, argv) > 0;
         eina_freeq_mem_max_set(eina_freeq_main_get(), most_unfreed_bytes);
     }
     ~Toolkit() {
         if (up_)
             elm_shutdown();
+        if (ecore_is_up_)
+            ecore_shutdown();
     }
     Toolkit(const Toolkit&) = delete;
     Toolkit& operator=(const Toolkit&) = delete;
     explicit operator bool() const { return up_; }
 
 private:
+    bool ecore_is_up_ = false;
     bool up_ = false;
 };
 
@@ -81,12 +87,12 @@ private:
 
 /** The life of the application while Elementary is up: what listens to the system goes before terminate is
  * called. */
-int run(const Application& application, GDBusConnection* session_bus, SingleInstance& instance) {
+int run(const Application& application) {
     const GlibLoop glib_loop;
     const RemoteControlKeys keys;
-    const StillPicture still_picture;
-    const Accessibility accessibility(session_bus);
-    const EndingEvents ending_events;
+    const StaleInputFilter stale_input_filter;
+    const Accessibility accessibility;
+    std::optional<EndingSignals> signals;
     MainLoop::instance().reset();
     {
         const LanguageWatch language([] { language_changed_handler().deliver(); });
@@ -97,8 +103,9 @@ int run(const Application& application, GDBusConnection* session_bus, SingleInst
         if (!application.create())
             return application_create_failed;
         application.launch();
+        signals.emplace();
         MainLoop::instance().run();
-        instance.refuse_launches();
+        SingleInstance::refuse_launches();
     }
     application.terminate();
     return application_ok;
@@ -116,12 +123,9 @@ int ui_app_main(int argc, char** argv, const platform::LifecycleCallbacks* callb
     if (!callbacks || !callbacks->create || !callbacks->terminate || argc < 1 || !argv)
         return application_invalid_argument;
     const Application application(*callbacks, user_data);
-    const auto session_bus = connect_to_session_bus();
-    SingleInstance instance(session_bus.get(), argv[0], [&application] { application.launch(); });
-    if (instance.outcome() == LaunchOutcome::held_up)
-        return application_held_up;
-    if (instance.outcome() == LaunchOutcome::reached)
-        return application_ok;
+    SingleInstance instance(argv[0], [&application] { application.launch(); });
+    if (const auto outcome = instance.settle(); outcome != LaunchOutcome::runs)
+        return outcome == LaunchOutcome::reached ? application_ok : application_held_up;
     const Toolkit toolkit(argc, argv);
     if (!toolkit)
         return application_toolkit_failed;
@@ -129,5 +133,5 @@ int ui_app_main(int argc, char** argv, const platform::LifecycleCallbacks* callb
     if (const auto result = check_requirements(display); result != application_ok)
         return result;
     elm_theme_overlay_add(nullptr, theme_file().c_str()); // which has the frame of the window, too
-    return run(application, instance.has_bus() ? session_bus.get() : nullptr, instance);
+    return run(application);
 }

@@ -8,6 +8,7 @@
 #include <poll.h>
 #include <sys/select.h>
 #include <sys/time.h>
+#include <utility>
 #include <vector>
 
 namespace platform {
@@ -102,6 +103,28 @@ int answer(const std::vector<GPollFD>& polled, std::size_t first, const EcoreSet
         bits += give_back(polled[index], sets);
     }
     return bits;
+}
+
+/** What the sources that are ready together may take of a turn of the loop, before the rest waits for the next. */
+constexpr gint64 share_of_a_turn_microseconds = 20'000;
+
+gboolean dispatch_within_share(GSource* source, GSourceFunc callback, gpointer data);
+
+// Replaced before there is another thread.
+const auto dispatch_of_idle_source = std::exchange(g_idle_funcs.dispatch, dispatch_within_share);
+
+/**
+ * GDBus brings each signal and each answer in an idle source of its own, and GLib dispatches all that are ready:
+ * a flood of signals would keep keys and deleted objects waiting. A context that is prepared during a dispatch, as
+ * by a loop inside a callback, drops the list of what it was about to dispatch, and finds it ready again.
+ */
+gboolean dispatch_within_share(GSource* source, GSourceFunc callback, gpointer data) {
+    GMainContext* const context = g_source_get_context(source);
+    const gint64 begin = g_source_get_time(source);
+    const gboolean stays = dispatch_of_idle_source(source, callback, data);
+    if (context == g_main_context_default() && g_get_monotonic_time() - begin > share_of_a_turn_microseconds)
+        g_main_context_prepare(context, nullptr);
+    return stays;
 }
 
 int select_with_glib(int count, fd_set* read, fd_set* write, fd_set* except, timeval* timeout) {

@@ -18,8 +18,4 @@ std::string below_prefix(const char* path) {
 
 std::string theme_file() { return below_prefix("share/tv-platform/vell.edj"); }
 
-std::string writing_direction_module() {
-    return below_prefix("lib/tv-platform/modules/writing_direction.so");
-}
-
 } // namespace platform

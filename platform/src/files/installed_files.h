@@ -8,7 +8,4 @@ namespace platform {
 /** The theme's file, whether it exists or not: `../share/tv-platform/vell.edj` from the program's folder. */
 std::string theme_file();
 
-/** The module of `writing_direction.h`: `../lib/tv-platform/modules/writing_direction.so` from the program's folder. */
-std::string writing_direction_module();
-
 } // namespace platform

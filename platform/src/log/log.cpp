@@ -9,6 +9,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <glib.h>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -43,7 +44,7 @@ bool shows_colours() {
 
 int print(LogPriority priority, std::string_view tag, std::string_view message) {
     [[maybe_unused]] static const bool survives = survive_broken_pipes();
-    if (is_journal_stream(STDERR_FILENO) && send_to_journal(priority, tag, message))
+    if (g_log_writer_is_journald(STDERR_FILENO) != FALSE && send_to_journal(priority, tag, message))
         return static_cast<int>(message.size());
     const std::string line = log_line(priority, tag, message, shows_colours());
     const int result = write_all(STDERR_FILENO, line);

@@ -3,10 +3,8 @@
 #include "log_line.h"
 
 #include <array>
-#include <cstdlib>
 #include <glib.h>
 #include <string>
-#include <sys/stat.h>
 #include <syslog.h>
 
 namespace platform {
@@ -34,13 +32,6 @@ GLogField field(const char* key, std::string_view value) {
 }
 
 } // namespace
-
-bool is_journal_stream(int descriptor) {
-    const char* const stream = std::getenv("JOURNAL_STREAM");
-    struct stat status {};
-    return stream != nullptr && fstat(descriptor, &status) == 0 &&
-           std::to_string(status.st_dev) + ':' + std::to_string(status.st_ino) == stream;
-}
 
 bool send_to_journal(LogPriority priority, std::string_view tag, std::string_view message) {
     const std::string level = std::to_string(journal_priority(priority));

@@ -7,9 +7,6 @@
 
 namespace platform {
 
-/** Tells whether the descriptor is the stream that the journal gave this process (JOURNAL_STREAM). */
-bool is_journal_stream(int descriptor);
-
 /**
  * Sends one message to the journal, with its priority, tag and text as the journal's own fields.
  *

@@ -40,13 +40,29 @@ bool make_folder(const Descriptor& parent, const Folder& folder) {
     return fchmodat(parent.get(), folder.name, folder.mode, 0) == 0 && fsync(parent.get()) == 0;
 }
 
-/** The store's folder, no part of whose path is a link; nothing, and errno, when it is not to be had. */
+/** A link is followed when it and the folder that it leads to are root's, and nobody else may write the folder. */
+Descriptor open_next(const Descriptor& parent, const char* name) {
+    constexpr auto flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+    struct stat status {};
+    const bool is_link =
+        fstatat(parent.get(), name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(status.st_mode);
+    if (!is_link || status.st_uid != 0)
+        return Descriptor(openat(parent.get(), name, flags | O_NOFOLLOW));
+    Descriptor folder(openat(parent.get(), name, flags));
+    if (fstat(folder.get(), &status) == 0 && status.st_uid == 0 &&
+        (status.st_mode & (S_IWGRP | S_IWOTH)) == 0)
+        return folder;
+    errno = ELOOP;
+    return {};
+}
+
+/** The store's folder; nothing, and errno, when it is not to be had. */
 Descriptor open_folder(bool make) {
     Descriptor folder(::open("/", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     for (const Folder& next : folders) {
         if (make && !make_folder(folder, next))
             return {};
-        folder = Descriptor(openat(folder.get(), next.name, O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW));
+        folder = open_next(folder, next.name);
         if (!folder)
             return {};
     }

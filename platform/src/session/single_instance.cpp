@@ -1,102 +1,68 @@
 #include "single_instance.h"
 
+#include "application/object_pointer.h"
 #include "platform/log.h"
 #include "session_bus.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cctype>
-#include <mutex>
-#include <thread>
 #include <utility>
 
 namespace platform {
 namespace {
 
-using namespace std::chrono_literals;
-
 constexpr auto* application_interface = "org.freedesktop.Application";
 constexpr auto* ending_error = "tv.application.Error.Ending";
 
-// The bus's own numbers for RequestName.
-constexpr unsigned do_not_queue = 4;
-constexpr unsigned name_is_taken = 3;
-
-/** How long a process that is ending is waited for; the end of the radio's programs takes five seconds. */
-constexpr auto end_limit = 30s;
-constexpr auto look_interval = 100ms;
+/** How long the bus may hold up the start. */
+constexpr unsigned bus_limit_milliseconds = 1000;
 /** How long the running process, or its GIO thread, may take to answer a launch. */
-constexpr std::chrono::milliseconds launch_limit = 1500ms;
+constexpr int launch_limit_milliseconds = 1500;
+/** How long a process that is ending is waited for; the end of the radio's programs takes five seconds. */
+constexpr unsigned end_limit_milliseconds = 30'000;
 
-std::string object_path(const std::string& id) {
-    std::string path = "/" + id;
-    std::ranges::replace(path, '.', '/');
-    return path;
-}
+std::atomic<bool> accepts_launches = false; // read by GIO's worker thread
+std::function<void()> launched_callback;    // the main thread's
 
 void log_line(LogPriority priority, const char* text) {
     __dlog_print(LogBuffer::main, priority, "PLATFORM", "%s", text);
 }
 
-} // namespace
-
-/** Shared with GIO's worker thread and with the calls that wait in the main loop. */
-class Launches : public std::enable_shared_from_this<Launches> {
-public:
-    explicit Launches(std::function<void()> launched) : launched_(std::move(launched)) {}
-
-    void refuse() {
-        const std::lock_guard lock(mutex_);
-        accepted_ = false;
-    }
-
-    /** Whether a launch is accepted; it is delivered by the main loop. */
-    bool take() {
-        const std::lock_guard lock(mutex_);
-        if (accepted_)
-            g_idle_add_full(G_PRIORITY_DEFAULT, deliver, make_handle(), drop_handle);
-        return accepted_;
-    }
-
-    /** A reference for GLib, which `drop_handle` deletes. */
-    gpointer make_handle() {
-        return std::make_unique<std::shared_ptr<Launches>>(shared_from_this()).release();
-    }
-    static void drop_handle(gpointer handle) {
-        std::default_delete<std::shared_ptr<Launches>>()(static_cast<std::shared_ptr<Launches>*>(handle));
-    }
-    static Launches& of(gpointer handle) { return **static_cast<std::shared_ptr<Launches>*>(handle); }
-
-private:
-    static gboolean deliver(gpointer handle) {
-        if (of(handle).is_accepted())
-            of(handle).launched_();
-        return G_SOURCE_REMOVE;
-    }
-    bool is_accepted() {
-        const std::lock_guard lock(mutex_);
-        return accepted_;
-    }
-
-    std::mutex mutex_;
-    bool accepted_ = true;
-    std::function<void()> launched_;
-};
-
-namespace {
+gboolean deliver_launch(gpointer /*data*/) {
+    if (accepts_launches)
+        launched_callback();
+    return G_SOURCE_REMOVE;
+}
 
 /** On GIO's worker thread: answers launches, and lets all other messages pass. */
-GDBusMessage* answer_launch(GDBusConnection* bus, GDBusMessage* message, gboolean incoming, gpointer handle) {
+GDBusMessage* answer_launch(GDBusConnection* bus, GDBusMessage* message, gboolean incoming,
+                            gpointer /*data*/) {
     if (!incoming || g_dbus_message_get_message_type(message) != G_DBUS_MESSAGE_TYPE_METHOD_CALL ||
         g_strcmp0(g_dbus_message_get_interface(message), application_interface) != 0 ||
         g_strcmp0(g_dbus_message_get_member(message), "Activate") != 0)
         return message;
     const ObjectPointer<GDBusMessage> call(message);
+    const bool is_accepted = accepts_launches;
+    if (is_accepted)
+        g_idle_add_full(G_PRIORITY_DEFAULT, deliver_launch, nullptr, nullptr);
     const ObjectPointer<GDBusMessage> answer(
-        Launches::of(handle).take()
+        is_accepted
             ? g_dbus_message_new_method_reply(call.get())
             : g_dbus_message_new_method_error_literal(call.get(), ending_error, "the application is ending"));
     g_dbus_connection_send_message(bus, answer.get(), G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr, nullptr);
     return nullptr;
+}
+
+/** Dispatches GLib's default context until `is_over`, at most for a time. */
+template <typename Predicate>
+void dispatch_until(Predicate is_over, unsigned milliseconds) {
+    bool is_late = false;
+    const auto set = [](gpointer late) -> gboolean { return *static_cast<bool*>(late) = true; };
+    const unsigned timer = g_timeout_add(milliseconds, set, &is_late);
+    while (!is_over() && !is_late)
+        g_main_context_iteration(nullptr, TRUE);
+    g_source_remove(timer);
 }
 
 } // namespace
@@ -109,74 +75,95 @@ std::string application_id(std::string_view program) {
     return "tv.application.A" + name.substr(0, longest); // no element of a bus name begins with a digit
 }
 
-SingleInstance::SingleInstance(GDBusConnection* session_bus, std::string_view program,
-                               std::function<void()> launched)
-    : id_(application_id(program)), launches_(std::make_shared<Launches>(std::move(launched))) {
-    if (!session_bus)
+SingleInstance::SingleInstance(std::string_view program, std::function<void()> launched)
+    : id_(application_id(program)) {
+    launched_callback = std::move(launched);
+    accepts_launches = true;
+    if (!has_session_bus()) {
+        decide(LaunchOutcome::runs);
         return;
-    bus_.reset(G_DBUS_CONNECTION(g_object_ref(session_bus)));
-    // Before the name is taken, so that no launch finds the name without an answer.
-    filter_ = g_dbus_connection_add_filter(bus_.get(), answer_launch, launches_->make_handle(),
-                                           Launches::drop_handle);
-    outcome_ = settle();
+    }
+    // Before the name is asked for, so that no launch finds it without an answer.
+    const auto connected = [](GDBusConnection* bus, const char* /*name*/, gpointer /*self*/) {
+        g_dbus_connection_set_exit_on_close(bus, FALSE);
+        g_dbus_connection_add_filter(bus, answer_launch, nullptr, nullptr);
+    };
+    const auto acquired = [](GDBusConnection* /*bus*/, const char* /*name*/, gpointer self) {
+        static_cast<SingleInstance*>(self)->decide(LaunchOutcome::runs);
+    };
+    const auto not_acquired = [](GDBusConnection* bus, const char* /*name*/, gpointer self) {
+        static_cast<SingleInstance*>(self)->watch_owner(bus);
+    };
+    // The bus keeps a queue. GLib would wait for its answer when the name is given back, so that is left to the end
+    // of the process.
+    g_bus_own_name(G_BUS_TYPE_SESSION, id_.c_str(), G_BUS_NAME_OWNER_FLAGS_NONE, connected, acquired,
+                   not_acquired, this, nullptr);
 }
 
-// The bus takes the name back when the process has gone, not a moment before.
 SingleInstance::~SingleInstance() {
-    launches_->refuse();
-    if (bus_)
-        g_dbus_connection_remove_filter(bus_.get(), filter_);
+    refuse_launches();
+    if (watch_ != 0)
+        g_bus_unwatch_name(watch_);
 }
 
-void SingleInstance::refuse_launches() { launches_->refuse(); }
+void SingleInstance::refuse_launches() { accepts_launches = false; }
 
 LaunchOutcome SingleInstance::settle() {
-    const auto end = std::chrono::steady_clock::now() + end_limit;
-    bool told = false;
-    while (!take_name()) {
-        if (launch_owner())
-            return LaunchOutcome::reached;
-        if (!std::exchange(told, true))
+    dispatch_until([this] { return outcome_ || is_other_there_; }, bus_limit_milliseconds);
+    if (is_other_there_)
+        dispatch_until([this] { return outcome_.has_value(); }, end_limit_milliseconds);
+    if (!outcome_ && is_other_there_)
+        log_line(LogPriority::error, "the application's earlier process has not ended in 30 s: not started");
+    else if (!outcome_)
+        log_line(LogPriority::warning, "the session bus does not answer: the start does not wait for it");
+    decide(is_other_there_ ? LaunchOutcome::held_up : LaunchOutcome::runs);
+    return *outcome_;
+}
+
+/** The first counts. */
+void SingleInstance::decide(LaunchOutcome outcome) {
+    outcome_ = outcome_.value_or(outcome);
+    if (outcome_ == LaunchOutcome::reached)
+        refuse_launches(); // the queue may still bring the name
+}
+
+void SingleInstance::watch_owner(GDBusConnection* bus) {
+    if (!bus) {
+        log_line(LogPriority::warning, "the session bus is not used: it lets nobody in, or has gone");
+        decide(LaunchOutcome::runs);
+        return;
+    }
+    const auto appeared = [](GDBusConnection* same, const char* /*name*/, const char* owner, gpointer self) {
+        if (g_strcmp0(owner, g_dbus_connection_get_unique_name(same)) != 0)
+            static_cast<SingleInstance*>(self)->hand_launch_to(same, owner);
+    };
+    if (watch_ == 0)
+        watch_ = g_bus_watch_name_on_connection(bus, id_.c_str(), G_BUS_NAME_WATCHER_FLAGS_NONE, appeared,
+                                                nullptr, this, nullptr);
+}
+
+void SingleInstance::hand_launch_to(GDBusConnection* bus, const char* owner) {
+    if (outcome_) {
+        log_line(LogPriority::warning, "another process of the application runs as well");
+        return;
+    }
+    is_other_there_ = true;
+    const auto answered = [](GObject* same, GAsyncResult* result, gpointer self) {
+        g_autoptr(GError) error = nullptr;
+        g_autoptr(GVariant) reply = g_dbus_connection_call_finish(G_DBUS_CONNECTION(same), result, &error);
+        const bool is_silent = g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT);
+        if (is_silent)
+            log_line(LogPriority::warning, "the application's running process does not answer the launch");
+        if (reply || is_silent)
+            static_cast<SingleInstance*>(self)->decide(LaunchOutcome::reached);
+        else
             log_line(LogPriority::info, "the application's earlier process is ending: waiting for its end");
-        if (std::chrono::steady_clock::now() >= end) {
-            log_line(LogPriority::error,
-                     "the application's earlier process has not ended in 30 s: not started");
-            return LaunchOutcome::held_up;
-        }
-        std::this_thread::sleep_for(look_interval);
-    }
-    return LaunchOutcome::runs;
-}
-
-/** False when another process has the name. Without an answer the bus is given up. */
-bool SingleInstance::take_name() {
-    g_autoptr(GError) error = nullptr;
-    g_autoptr(GVariant) reply = g_dbus_connection_call_sync(
-        bus_.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
-        g_variant_new("(su)", id_.c_str(), do_not_queue), G_VARIANT_TYPE("(u)"), G_DBUS_CALL_FLAGS_NONE,
-        static_cast<int>(bus_answer_limit.count()), nullptr, &error);
-    if (!reply) {
-        give_up_session_bus(error->message);
-        g_dbus_connection_remove_filter(bus_.get(), filter_);
-        bus_.reset();
-        return true;
-    }
-    unsigned answer = 0;
-    g_variant_get(reply, "(u)", &answer);
-    return answer != name_is_taken;
-}
-
-/** Whether the launch has reached the process that has the name; not, when that one is ending or gone. */
-bool SingleInstance::launch_owner() const {
-    g_autoptr(GError) error = nullptr;
-    g_autoptr(GVariant) reply = g_dbus_connection_call_sync(
-        bus_.get(), id_.c_str(), object_path(id_).c_str(), application_interface, "Activate",
-        g_variant_new("(a{sv})", nullptr), nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START,
-        static_cast<int>(launch_limit.count()), nullptr, &error);
-    if (!g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT))
-        return reply != nullptr;
-    log_line(LogPriority::warning, "the application's running process does not answer the launch");
-    return true;
+    };
+    std::string path = "/" + id_;
+    std::ranges::replace(path, '.', '/');
+    g_dbus_connection_call(bus, owner, path.c_str(), application_interface, "Activate",
+                           g_variant_new("(a{sv})", nullptr), nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START,
+                           launch_limit_milliseconds, nullptr, answered, this);
 }
 
 } // namespace platform

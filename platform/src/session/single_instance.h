@@ -1,12 +1,9 @@
 /** One process for each application. */
 #pragma once
 
-#include "application/object_pointer.h"
-
-#include <chrono>
 #include <functional>
 #include <gio/gio.h>
-#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,55 +14,51 @@ std::string application_id(std::string_view program);
 
 /** What is to become of a process that was started. */
 enum class LaunchOutcome {
-    runs,    /**< it is the application's one process */
+    runs,    /**< it is the application's one process, as far as is known */
     reached, /**< another one is, and has taken the launch */
     held_up, /**< another one is ending, and does not come to its end */
 };
-
-/** The launches that reach this process. */
-class Launches;
 
 /**
  * Holds the application's name on the session bus, or hands the launch to the process that holds it.
  *
  * Later launches come in as calls of org.freedesktop.Application.Activate. GIO's worker thread answers them,
  * so that the process may be as busy as it likes: accepted, or refused because it is ending. A process that
- * was refused waits until the other is gone, and then tries anew. (GApplication asks the first process for
+ * was refused waits in the bus's queue for the name. (GApplication asks the first process for
  * its actions and waits for the answer, measured: with a busy one a second would come up.)
+ *
+ * A bus that is silent for a second holds the start up no longer: the process runs, and has the name when the
+ * bus answers, or when another process that has it by then is gone.
  */
 class SingleInstance {
 public:
     /**
-     * Takes the name, or finds that it is taken. Without a bus that answers the process counts as the first.
+     * Asks for the name, without waiting. One of these lives at a time.
      *
-     * @param session_bus where the names are kept; may be null.
-     * @param program     the path or name the program was started as.
-     * @param launched    called from GLib's default context at every later launch.
+     * @param program  the path or name the program was started as.
+     * @param launched called from GLib's default context at every later launch.
      */
-    SingleInstance(GDBusConnection* session_bus, std::string_view program, std::function<void()> launched);
-    /** Gives the name back. */
+    SingleInstance(std::string_view program, std::function<void()> launched);
+    /** GLib's default context is not dispatched after it. The bus takes the name back when the process has gone. */
     ~SingleInstance();
     SingleInstance(const SingleInstance&) = delete;
     SingleInstance& operator=(const SingleInstance&) = delete;
 
-    [[nodiscard]] LaunchOutcome outcome() const { return outcome_; }
-
-    /** Whether there is a bus that answered. */
-    [[nodiscard]] bool has_bus() const { return bus_ != nullptr; }
+    /** Dispatches GLib's default context until the outcome is known. */
+    LaunchOutcome settle();
 
     /** From now on launches are refused: this process is ending. */
-    void refuse_launches();
+    static void refuse_launches();
 
 private:
-    [[nodiscard]] LaunchOutcome settle();
-    [[nodiscard]] bool take_name();
-    [[nodiscard]] bool launch_owner() const;
+    void decide(LaunchOutcome outcome);
+    void watch_owner(GDBusConnection* bus);
+    void hand_launch_to(GDBusConnection* bus, const char* owner);
 
     std::string id_;
-    ObjectPointer<GDBusConnection> bus_;
-    std::shared_ptr<Launches> launches_;
-    unsigned filter_ = 0;
-    LaunchOutcome outcome_ = LaunchOutcome::runs;
+    unsigned watch_ = 0;          /**< of the name, when another process has it at first */
+    bool is_other_there_ = false; /**< the launch was handed to it */
+    std::optional<LaunchOutcome> outcome_;
 };
 
 } // namespace platform

@@ -35,7 +35,7 @@ bool is_whole(Evas_Object* text) {
         return natural_width(text) <= place.w;
     int width = 0;
     int height = 0;
-    evas_object_textblock_size_native_get(text, &width, &height);
+    evas_object_textblock_size_formatted_get(text, &width, &height);
     return width <= place.w && height <= place.h;
 }
 

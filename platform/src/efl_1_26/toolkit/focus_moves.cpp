@@ -92,6 +92,14 @@ void give_up(Eo* window, void*) {
     evas_object_focus_set(window, EINA_TRUE); // it gets the keys, or none would move the focus again
 }
 
+/** What Elementary gives the focus to when the window gets the keyboard and nothing has the focus: nothing, when it was
+ * given up. */
+Efl_Ui_Focus_Object* first_below(Eo* window, void*, Efl_Ui_Focus_Object* parent) {
+    if (parent == window && attached<Places>(window)->given_up != nullptr)
+        return nullptr;
+    return efl_ui_focus_manager_request_subchild(efl_super(window, EFL_OBJECT_OVERRIDE_CLASS), parent);
+}
+
 void raise(Eo* window, void*) {
     efl_gfx_stack_raise_to_top(efl_super(window, EFL_OBJECT_OVERRIDE_CLASS));
     get_keyboard(window);
@@ -106,6 +114,7 @@ void correct_focus(Evas_Object* window) {
     EFL_OPS_DEFINE(
         operations, EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_move, reinterpret_cast<void*>(move)),
         EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_pop_history_stack, reinterpret_cast<void*>(give_up)),
+        EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_request_subchild, reinterpret_cast<void*>(first_below)),
         EFL_OBJECT_OP_FUNC(efl_gfx_stack_raise_to_top, reinterpret_cast<void*>(raise)));
     efl_object_override(window, &operations);
 }

@@ -12,7 +12,7 @@ namespace vell {
  *   all widgets that way, which for one in the page's middle may well be another page's tab.
  * - When a widget gives the focus up (`elm_object_focus_set` with false), nothing has it, and the next key
  *   that moves the focus brings it back there. Elementary gives it to another widget, which OK would then
- *   press.
+ *   press: at once, or when the window gets the keyboard back from another window.
  * - A window that is raised gets the keyboard. Elementary leaves that to the window manager, and some raise
  *   no window that does not ask for the keyboard too, and others give none.
  *

@@ -37,6 +37,9 @@ void hide(Eo* popup, void*) {
 /** Turns the window's focus to the notification, or back to what the window's own history says. */
 void turn_focus(Eo* notification, void*, Eina_Bool to_notification) {
     if (to_notification != EINA_FALSE) {
+        // What takes the focus in an empty notification goes one turn after the first item has come, even if that has
+        // gone meanwhile (measured). It is put back when an item leaves: here one that is not inside.
+        efl_ui_focus_manager_calc_unregister(notification, efl_ui_widget_parent_get(notification));
         efl_ui_focus_layer_enable_set(efl_super(notification, EFL_OBJECT_OVERRIDE_CLASS), EINA_TRUE);
         return;
     }

@@ -15,6 +15,8 @@ Evas_Object* notification_of(Evas_Object* popup);
  *   it was shown again meanwhile. It is hidden within the call now, "dismissed" included.
  * - It gives the focus back to what had it when the popup was shown, though that may be deleted by then. The
  *   window's own history says now who gets it.
+ * - After it was shown and dismissed in one turn nothing in it can take the focus, and EFL reports an error when it is
+ *   shown again.
  * - It does not look at the direction of the layout again. The popup follows a changed one now.
  */
 void correct_popup(Evas_Object* popup);

@@ -59,6 +59,12 @@ Ecore_Event_Handler* show_under_any_manager(Evas_Object* window) {
     return ecore_event_handler_add(ECORE_X_EVENT_WINDOW_SHOW, on_show, window);
 }
 
+void place_for_user(Evas_Object* window, int x, int y) {
+    // Ecore sets the hint with a move before the window is shown, but not with one to where the window is (measured).
+    evas_object_move(window, x + 1, y);
+    evas_object_move(window, x, y);
+}
+
 void get_keyboard(Evas_Object* window) {
     const Ecore_X_Window own = elm_win_xwindow_get(window);
     if (own == 0)

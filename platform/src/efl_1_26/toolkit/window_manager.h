@@ -12,6 +12,10 @@ namespace vell {
  */
 Ecore_Event_Handler* show_under_any_manager(Evas_Object* window);
 
+/** Moves a window that is not shown yet, as the user's own choice (USPosition): a window manager may ask the user for the
+ * place of any other window, and shows it only then. */
+void place_for_user(Evas_Object* window, int x, int y);
+
 /** Has the window get the keyboard: the window manager gives it, or the window takes it. */
 void get_keyboard(Evas_Object* window);
 

@@ -187,7 +187,7 @@ void elm_vell_popup_message_set(Evas_Object* popup, const char* text, int width)
     if (state == nullptr)
         return;
     Evas_Object* const message = vell::adopt(elm_label_add(popup), vell::Family::message);
-    elm_label_line_wrap_set(message, ELM_WRAP_WORD);
+    elm_label_line_wrap_set(message, ELM_WRAP_MIXED);
     elm_label_wrap_width_set(message, width);
     elm_object_text_set(message, vell::markup(text).c_str());
     vell::find(message)->request.given = {width, 0};

@@ -75,7 +75,7 @@ void Manager::set_window_size() {
         height = size->height;
     } else {
         elm_win_screen_size_get(window_, &x, &y, &width, &height);
-        evas_object_move(window_, x, y);
+        place_for_user(window_, x, y);
         elm_win_fullscreen_set(window_, EINA_TRUE);
     }
     if (width <= 0 || height <= 0)

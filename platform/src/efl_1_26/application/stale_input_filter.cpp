@@ -1,10 +1,11 @@
-#include "still_picture.h"
+#include "stale_input_filter.h"
 
 #include "application/x_server.h"
 #include "platform/log.h"
 
 #include <Ecore_Input.h>
 #include <string>
+#include <string_view>
 
 namespace platform {
 namespace {
@@ -12,9 +13,10 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto longest_turn = 250ms;
-/** What was pressed in a stretch has been read soon after it; an older end would tell nothing, for X's times
- * come round. */
+/** Presses made in a freeze are read soon after it. A freeze that ended earlier is not compared with: X's times wrap
+ * around. */
 constexpr auto longest_memory = 1min;
+constexpr std::string_view raising_key = "XF86Red";
 
 struct Press {
     unsigned server_time;
@@ -34,12 +36,12 @@ Press press_of(int type, const void* event) {
 } // namespace
 
 /** A source of GLib's that is never ready: GLib calls its functions before and after each wait. */
-struct StillPicture::Watch {
+struct StaleInputFilter::Watch {
     GSource source;
-    StillPicture* picture;
+    StaleInputFilter* filter;
 };
 
-void StillPicture::Removal::operator()(GSource* watch) const {
+void StaleInputFilter::DestroyWatch::operator()(GSource* watch) const {
     g_source_destroy(watch);
     g_source_unref(watch);
 }
@@ -47,7 +49,7 @@ void StillPicture::Removal::operator()(GSource* watch) const {
 // Ecore calls its event filters for the whole queue before the first handler, so that a filter has passed the
 // presses that were read together with the one whose handler then takes long (measured with EFL 1.26.3). The
 // first of the handlers sees each press when its turn has come.
-StillPicture::StillPicture() {
+StaleInputFilter::StaleInputFilter() {
     static GSourceFuncs functions{.prepare = about_to_wait,
                                   .check = woken,
                                   .dispatch = nullptr,
@@ -55,47 +57,47 @@ StillPicture::StillPicture() {
                                   .closure_callback = nullptr,
                                   .closure_marshal = nullptr};
     watch_.reset(g_source_new(&functions, sizeof(Watch)));
-    reinterpret_cast<Watch*>(watch_.get())->picture = this;
+    reinterpret_cast<Watch*>(watch_.get())->filter = this;
     g_source_set_priority(watch_.get(), G_MININT); // GLib asks no source behind one that is ready
     g_source_attach(watch_.get(), nullptr);
-    handlers_[0].reset(ecore_event_handler_prepend(ECORE_EVENT_KEY_DOWN, judge, this));
-    handlers_[1].reset(ecore_event_handler_prepend(ECORE_EVENT_MOUSE_BUTTON_DOWN, judge, this));
-    handlers_[2].reset(ecore_event_handler_prepend(ECORE_EVENT_MOUSE_WHEEL, judge, this));
+    handlers_[0].reset(ecore_event_handler_prepend(ECORE_EVENT_KEY_DOWN, drop_if_stale, this));
+    handlers_[1].reset(ecore_event_handler_prepend(ECORE_EVENT_MOUSE_BUTTON_DOWN, drop_if_stale, this));
+    handlers_[2].reset(ecore_event_handler_prepend(ECORE_EVENT_MOUSE_WHEEL, drop_if_stale, this));
 }
 
-gboolean StillPicture::about_to_wait(GSource* watch, int* timeout) {
-    auto& picture = *reinterpret_cast<Watch*>(watch)->picture;
+gboolean StaleInputFilter::about_to_wait(GSource* watch, int* timeout) {
+    auto& filter = *reinterpret_cast<Watch*>(watch)->filter;
     *timeout = -1;
-    if (Clock::now() - picture.woken_ > longest_turn) {
-        picture.end_ = {.server_time = x_server_time(), .time = Clock::now()};
-        picture.dropped_last_.clear();
+    if (Clock::now() - filter.woken_ > longest_turn) {
+        filter.last_freeze_ = {.server_time = x_server_time(), .time = Clock::now()};
+        filter.dropped_last_.clear();
     }
     return FALSE;
 }
 
-gboolean StillPicture::woken(GSource* watch) {
-    reinterpret_cast<Watch*>(watch)->picture->woken_ = Clock::now();
+gboolean StaleInputFilter::woken(GSource* watch) {
+    reinterpret_cast<Watch*>(watch)->filter->woken_ = Clock::now();
     return FALSE;
 }
 
-bool StillPicture::stood_still_at(unsigned server_time) const {
+bool StaleInputFilter::is_stale(unsigned server_time) const {
     const auto now = Clock::now();
     if (now - woken_ > longest_turn)
-        return true; // this turn is such a stretch, and what it handles was read before its end
+        return true; // this turn is a freeze, and the events that it handles were read before its end
     constexpr unsigned unknown = 0; // of an event that another program made
-    return server_time != unknown && end_.server_time && now - end_.time < longest_memory &&
-           static_cast<int>(server_time - *end_.server_time) <= 0;
+    return server_time != unknown && last_freeze_.server_time && now - last_freeze_.time < longest_memory &&
+           static_cast<int>(server_time - *last_freeze_.server_time) <= 0;
 }
 
-Eina_Bool StillPicture::judge(void* self, int type, void* event) {
-    auto* const picture = static_cast<StillPicture*>(self);
+Eina_Bool StaleInputFilter::drop_if_stale(void* self, int type, void* event) {
+    auto* const filter = static_cast<StaleInputFilter*>(self);
     const auto press = press_of(type, event);
-    if (!picture->stood_still_at(press.server_time))
+    if (press.name == raising_key || !filter->is_stale(press.server_time))
         return ECORE_CALLBACK_PASS_ON;
-    if (press.name != picture->dropped_last_)
+    if (press.name != filter->dropped_last_)
         __dlog_print(LogBuffer::main, LogPriority::warning, "PLATFORM",
-                     "dropped a press while the screen stood still: %s", press.name.c_str());
-    picture->dropped_last_ = press.name;
+                     "dropped a press while the screen was frozen: %s", press.name.c_str());
+    filter->dropped_last_ = press.name;
     return ECORE_CALLBACK_DONE;
 }
 
