@@ -1,10 +1,10 @@
 #include "benchmarks.h"
 #include "table.h"
 
-#include "base/bus.h"
 #include "base/process.h"
 #include "model/ncp_requester.h"
 #include "ncp_host/contract.h"
+#include "support/television.h"
 
 #include <stdexcept>
 #include <systemd/sd-bus.h>

@@ -4,10 +4,10 @@
 #include "table.h"
 
 #include "base/bus.h"
-#include "client/client.h"
 #include "model/process_lifecycle.h"
 #include "model/util.h"
 #include "support/processes.h"
+#include "support/television.h"
 
 #include <functional>
 #include <stdexcept>

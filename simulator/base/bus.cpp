@@ -14,14 +14,6 @@ namespace {
 
 } // namespace
 
-BusConnection connect_to_system_bus() {
-    g_autoptr(GError) error = nullptr;
-    BusConnection connection(g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, &error));
-    if (!connection)
-        fail("no system bus", error);
-    return connection;
-}
-
 BusConnection connect_to_bus(const std::string& address) {
     g_autoptr(GError) error = nullptr;
     BusConnection connection(g_dbus_connection_new_for_address_sync(

@@ -13,11 +13,7 @@
 
 namespace simulator {
 
-/** Connects to the system bus, with the connection that GIO shares. @throws std::runtime_error. */
-BusConnection connect_to_system_bus();
-
-/** A connection of its own, whose end does not end the process as that of the system bus may.
- * @throws std::runtime_error. */
+/** A connection of its own, whose end does not end the process. @throws std::runtime_error. */
 BusConnection connect_to_bus(const std::string& address);
 
 /** Takes a name on the bus. @throws std::runtime_error when it cannot be had. */
@@ -71,6 +67,14 @@ private:
 
 /** Answers a call: with values, with a Refusal that it throws, with nothing when it just returns, or later. */
 using Method = std::function<void(Call& call)>;
+
+/** What a component in this process does, there as long as the component runs. */
+class Simulation {
+public:
+    virtual ~Simulation() = default;
+    /** Those of its contract. */
+    [[nodiscard]] virtual std::map<std::string, Method> methods() = 0;
+};
 
 /** The object of a contract, there as long as this lives. */
 class BusObject {

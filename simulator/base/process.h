@@ -4,12 +4,9 @@
 #include "file_descriptor.h"
 #include "gobject_release.h"
 
-#include <gio/gio.h>
-
 #include <array>
 #include <chrono>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>

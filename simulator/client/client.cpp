@@ -1,10 +1,7 @@
 #include "client.h"
 
-#include "base/bus.h"
 #include "base/file_descriptor.h"
-#include "base/strings.h"
 #include "failure.h"
-#include "ncp_host/contract.h"
 
 #include <algorithm>
 #include <array>
@@ -68,8 +65,6 @@ Value Client::call(const ObjectAddress& object, const char* method, GVariant* ar
     }
 }
 
-Client this_television() { return Client(connect_to_system_bus()); }
-
 DescriptorList hand_over(std::initializer_list<int> numbers) {
     DescriptorList list(g_unix_fd_list_new());
     for (const int number : numbers)
@@ -80,29 +75,5 @@ DescriptorList hand_over(std::initializer_list<int> numbers) {
 }
 
 Value first_of(const Value& answer) { return Value(g_variant_get_child_value(answer.get(), 0)); }
-
-std::vector<std::string> asked_of_host(const Client& client) {
-    return to_strings(first_of(client.call(ncp_host, "Calls")).get());
-}
-
-void let_host_answer(const Client& client, const std::string& method, const std::string& behaviour) {
-    client.call(ncp_host, "SetBehaviour", g_variant_new("(ss)", method.c_str(), behaviour.c_str()));
-}
-
-void send_event(const Client& client, const std::string& values) {
-    using namespace contract;
-    g_dbus_connection_emit_signal(client.bus(), nullptr, service_path, service_interface, event_signal,
-                                  tuple_of(values).get(), nullptr);
-    g_dbus_connection_flush_sync(client.bus(), nullptr, nullptr);
-}
-
-RadioState radio_state(const Client& client) {
-    const Value state = first_of(client.call(radio_module, "State"));
-    const char* mode = "";
-    gboolean streams = FALSE;
-    g_variant_lookup(state.get(), "mode", "&s", &mode);
-    g_variant_lookup(state.get(), "stream", "b", &streams);
-    return {mode, streams != FALSE};
-}
 
 } // namespace simulator

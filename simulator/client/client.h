@@ -6,7 +6,6 @@
 #include <gio/gunixfdlist.h>
 
 #include <initializer_list>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -47,29 +46,10 @@ private:
     BusConnection bus_;
 };
 
-/** The television that this process runs in. @throws std::runtime_error. */
-Client this_television();
-
 /** Descriptors to hand over with a call; one that is closed is replaced by /dev/null. */
 DescriptorList hand_over(std::initializer_list<int> numbers);
 
 /** The first value of an answer. */
 Value first_of(const Value& answer);
-
-/** Every call of the NCP host's methods since it started, "ember_set_channel(11)". @throws Failure. */
-std::vector<std::string> asked_of_host(const Client& client);
-
-/** From now on the NCP host answers a method like that, see `parse_behaviour`. @throws Failure, WrongUse. */
-void let_host_answer(const Client& client, const std::string& method, const std::string& behaviour);
-
-/** Sends "ncp_event" with these values, written as GVariant text: "(7, true)". There need be no host. */
-void send_event(const Client& client, const std::string& values);
-
-struct RadioState {
-    std::string mode; /**< "off", "tx" or "rx" */
-    bool streams = false;
-};
-/** What the radio module does. @throws Failure. */
-RadioState radio_state(const Client& client);
 
 } // namespace simulator

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <gio/gio.h>
 
 namespace simulator {
 namespace {

@@ -11,7 +11,6 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -121,31 +120,206 @@ int run_script(const char* name, std::vector<std::string> words) {
 
 class CommandLine {
 public:
-    CommandLine();
+    CommandLine() {
+        app_.require_subcommand(1);
+        app_.fallthrough();
+        app_.get_formatter()->label("SUBCOMMAND", "VERB");
+        app_.get_formatter()->label("Subcommands", "Verbs");
+        app_.get_formatter()->label("OPTIONS", "options");
+        app_.add_option("-n,--name", name_, "the television's name; else the only one that runs");
+        app_.add_flag("--json", json_, "answer in JSON");
+        add_others();
+        add_wait();
+        for (const Verb& verb : verbs)
+            add_row(verb);
+        app_.footer(help_footer); // last: else every verb repeats it
+    }
+
     /** @return the exit status. @throws Failure or WrongUse. */
-    int run(int argc, char** argv);
+    int run(int argc, char** argv) {
+        arguments_.assign(argv, argv + argc);
+        try {
+            app_.parse(argc, argv);
+        } catch (const CLI::Success& help) {
+            return app_.exit(help);
+        } catch (const CLI::ParseError& error) {
+            if (app_.get_subcommands().empty() && !app_.remaining().empty())
+                throw WrongUse("there is no verb '" + app_.remaining().front() + "' (see tvctl --help)");
+            throw WrongUse(std::string(error.what()) + " (see tvctl --help)");
+        }
+        action_();
+        std::cout.flush();
+        if (!std::cout)
+            throw Failure("the answer cannot be written");
+        return status_;
+    }
 
 private:
-    using Action = std::function<void()>;
+    CLI::App* add_verb(const std::string& name, const std::string& help,
+                       const std::function<void()>& action) {
+        CLI::App* const verb = app_.add_subcommand(name, help);
+        verb->callback([this, action] {
+            action_ = [this, action] {
+                name_ = find_television(name_, limit_);
+                action();
+            };
+        });
+        return verb;
+    }
 
-    CLI::App* add_verb(const std::string& name, const std::string& help, const Action& action);
-    void add_row(const Verb& verb);
-    void add_wait();
-    void add_others();
+    static void add_word(CLI::App* verb, const std::string& name, std::string& word) {
+        verb->add_option(name, word)->option_text(" ")->required();
+    }
 
-    [[nodiscard]] Client client() const { return Client(connect_to_bus(bus_address_of(television_name_))); }
-    void print(GVariant* value) const;
-    void wait();
-    void picture();
-    void log();
-    [[nodiscard]] int run_inside(const std::vector<std::string>& command) const;
-    [[nodiscard]] int shell(const std::vector<std::string>& command) const;
+    void add_row(const Verb& verb) {
+        CLI::App* const added = add_verb(verb.name, verb.help, [this, &verb] { call(verb); });
+        for (std::size_t i = 0; i < verb.words.size(); ++i)
+            if (const std::string word = verb.words[i]; word.ends_with("..."))
+                added->add_option(word.substr(0, word.size() - 3), more_words_)
+                    ->option_text("...")
+                    ->required();
+            else
+                add_word(added, word, words_.at(i));
+    }
+
+    void call(const Verb& verb) {
+        std::vector<std::string> words = more_words_;
+        if (words.empty())
+            words.assign(words_.begin(), words_.begin() + static_cast<std::ptrdiff_t>(verb.words.size()));
+        const char* const method = json_ && verb.json_method != nullptr ? verb.json_method : verb.method;
+        const GDBusMethodInfo* const contract =
+            g_dbus_interface_info_lookup_method(contract_of(verb.object.interface).interfaces[0], method);
+        const Value answer = client().call(verb.object, method, to_arguments(contract->in_args, words));
+        if (g_variant_n_children(answer.get()) != 0)
+            print(first_of(answer).release());
+        else if (!more_words_.empty())
+            print(to_variant(words));
+        else
+            print(verb.said != nullptr ? verb.said : joined(words, " "));
+    }
+
+    void add_wait() {
+        CLI::App* const verb = add_verb(
+            "wait", "waits until a text is on the screen, also for a television that is not there yet",
+            [this] { wait(); });
+        add_word(verb, "TEXT", words_[0]);
+        verb->add_option("-t,--time", seconds_, "at most so long (10)")
+            ->option_text("SECONDS")
+            ->check(CLI::Range(0.0, 1e6));
+        verb->add_flag("--gone", gone_, "until it is not there any more");
+        verb->add_flag("--focus", focus_, "until it has the focus");
+        verb->add_flag("--number", number_, "until the focused widget shows this number");
+        verb->parse_complete_callback(
+            [this] { limit_ = std::chrono::milliseconds(static_cast<long>(seconds_ * 1000)); });
+    }
+
+    void wait() {
+        if (gone_ + focus_ + number_ > 1)
+            throw WrongUse("wait for one of --gone, --focus and --number");
+        const auto milliseconds = static_cast<guint>(limit_.count());
+        GVariant* const arguments = number_ ? g_variant_new("(iu)", to_number(words_[0]), milliseconds)
+                                            : g_variant_new("(su)", words_[0].c_str(), milliseconds);
+        const char* const method = number_  ? "WaitNumber"
+                                   : focus_ ? "WaitFocus"
+                                   : gone_  ? "WaitGone"
+                                            : "Wait";
+        print(first_of(client().call(ui, method, arguments)).release());
+    }
+
+    void add_others() {
+        app_.add_subcommand("list", "the names of the televisions that run")->callback([this] {
+            action_ = [this] {
+                const auto names = running_televisions();
+                if (names.empty() && !json_)
+                    throw Failure("no television runs");
+                print(to_variant(names));
+            };
+        });
+        add_word(add_verb("picture", "a PNG of the screen once it stands still", [this] { picture(); }),
+                 "FILE", words_[0]);
+        CLI::App* const logs = add_verb("log", "prints a log, or all of them", [this] { log(); });
+        logs->add_option("COMPONENT", words_[0], "which one")->option_text(" ");
+        logs->add_flag("-f,--follow", follow_, "goes on with what is added");
+        CLI::App* const shell_verb = add_verb("shell", "runs a command inside, or bash", [this] { shell(); });
+        shell_verb->prefix_command()->fallthrough(false);
+        shell_verb->parse_complete_callback([this, shell_verb] { more_words_ = shell_verb->remaining(); });
+        const auto report = [this] {
+            status_ = run_script("report", {name_, words_[0]});
+            if (status_ == 0)
+                print(words_[0]);
+        };
+        add_word(
+            add_verb("report", "a .tar.gz with picture, screen, radio, calls, components and logs", report),
+            "FILE", words_[0]);
+    }
+
+    /** Leaves no file behind when there is no picture. */
+    void picture() {
+        constexpr mode_t readable = 0666;
+        const std::string& file = words_[0];
+        const FileDescriptor target(open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, readable));
+        if (!target)
+            throw Failure("cannot write " + file + ": " + std::strerror(errno));
+        try {
+            client().call(ui, "Picture", g_variant_new("(h)", 0), hand_over({target.get()}).get());
+        } catch (...) {
+            struct stat found {};
+            if (fstat(target.get(), &found) == 0 && S_ISREG(found.st_mode))
+                unlink(file.c_str());
+            throw;
+        }
+        print(file);
+    }
+
+    void log() {
+        const auto names = to_strings(first_of(client().call(television, "Logs")).get());
+        if (!words_[0].empty() && std::ranges::find(names, words_[0]) == names.end())
+            throw WrongUse("there is no log of " + words_[0] + "; there are " + joined(names, ", "));
+        std::vector<std::string> command{"tail", "--lines=+1"};
+        if (follow_)
+            command.emplace_back("--follow");
+        for (const auto& name : words_[0].empty() ? names : std::vector{words_[0]})
+            command.push_back("/var/log/simulator/" + name + ".log");
+        run_inside(command);
+    }
+
+    /** On a terminal the command gets one of its own, so that it has job control and its keys. */
+    void shell() {
+        if (g_getenv("VELMORA_TERMINAL") != nullptr) {
+            std::signal(SIGHUP, SIG_IGN);
+            ioctl(STDIN_FILENO, TIOCNOTTY); // the command inside takes it
+        } else if (isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1) {
+            status_ = run_script("terminal", arguments_);
+            return;
+        }
+        run_inside(more_words_.empty() ? std::vector<std::string>{"bash"} : more_words_);
+    }
+
+    void run_inside(const std::vector<std::string>& command) {
+        const char* const terminal = g_getenv("TERM");
+        const std::vector<std::string> environment{std::string("TERM=") +
+                                                   (terminal != nullptr ? terminal : "dumb")};
+        GVariant* const handles = g_variant_new_parsed("[handle 0, 1, 2]");
+        const Value status = first_of(
+            client().call(television, "Run",
+                          g_variant_new("(@as@as@ah)", to_variant(command), to_variant(environment), handles),
+                          hand_over({STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}).get()));
+        status_ = g_variant_get_int32(status.get());
+    }
+
+    [[nodiscard]] Client client() const { return Client(connect_to_bus(bus_address_of(name_))); }
+
+    void print(GVariant* value) const {
+        const Value held(g_variant_ref_sink(value));
+        std::cout << (json_ ? to_json(value) : to_words(value)) << '\n';
+    }
+    void print(const std::string& text) const { print(g_variant_new_string(text.c_str())); }
 
     CLI::App app_{"Drives a running simulated television.", "tvctl"};
-    std::vector<std::string> all_;
-    Action action_;
+    std::vector<std::string> arguments_;
+    std::function<void()> action_;
     int status_ = 0;
-    std::string television_name_;
+    std::string name_;                   // the television's
     std::chrono::milliseconds limit_{0}; // for a television that is not there yet
     std::array<std::string, 2> words_;
     std::vector<std::string> more_words_;
@@ -156,193 +330,6 @@ private:
     bool number_ = false;
     bool follow_ = false;
 };
-
-CommandLine::CommandLine() {
-    app_.require_subcommand(1);
-    app_.fallthrough();
-    app_.get_formatter()->label("SUBCOMMAND", "VERB");
-    app_.get_formatter()->label("Subcommands", "Verbs");
-    app_.get_formatter()->label("OPTIONS", "options");
-    app_.add_option("-n,--name", television_name_, "the television's name; else the only one that runs");
-    app_.add_flag("--json", json_, "answer in JSON");
-    add_others();
-    add_wait();
-    for (const Verb& verb : verbs)
-        add_row(verb);
-    app_.footer(help_footer); // last: else every verb repeats it
-}
-
-int CommandLine::run(int argc, char** argv) {
-    all_.assign(argv, argv + argc);
-    try {
-        app_.parse(argc, argv);
-    } catch (const CLI::Success& help) {
-        return app_.exit(help);
-    } catch (const CLI::ParseError& error) {
-        if (app_.get_subcommands().empty() && !app_.remaining().empty())
-            throw WrongUse("there is no verb '" + app_.remaining().front() + "' (see tvctl --help)");
-        throw WrongUse(std::string(error.what()) + " (see tvctl --help)");
-    }
-    action_();
-    std::cout.flush();
-    if (!std::cout)
-        throw Failure("the answer cannot be written");
-    return status_;
-}
-
-void CommandLine::print(GVariant* value) const {
-    const Value held(g_variant_ref_sink(value));
-    std::cout << (json_ ? to_json(value) : to_words(value)) << '\n';
-}
-
-CLI::App* CommandLine::add_verb(const std::string& name, const std::string& help, const Action& action) {
-    CLI::App* const verb = app_.add_subcommand(name, help);
-    verb->callback([this, action] {
-        action_ = [this, action] {
-            television_name_ = find_television(television_name_, limit_);
-            action();
-        };
-    });
-    return verb;
-}
-
-void CommandLine::add_row(const Verb& verb) {
-    CLI::App* const added = add_verb(verb.name, verb.help, [this, &verb] {
-        std::vector<std::string> words = more_words_;
-        if (words.empty())
-            words.assign(words_.begin(), words_.begin() + static_cast<std::ptrdiff_t>(verb.words.size()));
-        const char* const method = json_ && verb.json_method != nullptr ? verb.json_method : verb.method;
-        GDBusMethodInfo* const contract =
-            g_dbus_interface_info_lookup_method(contract_of(verb.object.interface).interfaces[0], method);
-        const Value answer = client().call(verb.object, method, to_arguments(contract->in_args, words));
-        if (g_variant_n_children(answer.get()) != 0)
-            print(first_of(answer).release());
-        else
-            print(!more_words_.empty()
-                      ? to_variant(words)
-                      : g_variant_new_string(verb.said != nullptr ? verb.said : joined(words, " ").c_str()));
-    });
-    for (std::size_t i = 0; i < verb.words.size(); ++i) {
-        const std::string word = verb.words[i];
-        if (word.ends_with("..."))
-            added->add_option(word.substr(0, word.size() - 3), more_words_)->option_text("...")->required();
-        else
-            added->add_option(word, words_.at(i))->option_text(" ")->required();
-    }
-}
-
-void CommandLine::add_wait() {
-    CLI::App* const verb =
-        add_verb("wait", "waits until a text is on the screen, also for a television that is not there yet",
-                 [this] { wait(); });
-    verb->add_option("TEXT", words_[0])->option_text(" ")->required();
-    verb->add_option("-t,--time", seconds_, "at most so long (10)")
-        ->option_text("SECONDS")
-        ->check(CLI::Range(0.0, 1e6));
-    verb->add_flag("--gone", gone_, "until it is not there any more");
-    verb->add_flag("--focus", focus_, "until it has the focus");
-    verb->add_flag("--number", number_, "until the focused widget shows this number");
-    verb->parse_complete_callback(
-        [this] { limit_ = std::chrono::milliseconds(static_cast<long>(seconds_ * 1000)); });
-}
-
-void CommandLine::wait() {
-    if (gone_ + focus_ + number_ > 1)
-        throw WrongUse("wait for one of --gone, --focus and --number");
-    const auto milliseconds = static_cast<guint>(limit_.count());
-    GVariant* const arguments = number_ ? g_variant_new("(iu)", to_number(words_[0]), milliseconds)
-                                        : g_variant_new("(su)", words_[0].c_str(), milliseconds);
-    const char* const method = number_ ? "WaitNumber" : focus_ ? "WaitFocus" : gone_ ? "WaitGone" : "Wait";
-    print(first_of(client().call(ui, method, arguments)).release());
-}
-
-void CommandLine::add_others() {
-    app_.add_subcommand("list", "the names of the televisions that run")->callback([this] {
-        action_ = [this] {
-            const auto names = running_televisions();
-            if (names.empty() && !json_)
-                throw Failure("no television runs");
-            print(to_variant(names));
-        };
-    });
-    add_verb("picture", "a PNG of the screen once it stands still", [this] { picture(); })
-        ->add_option("FILE", words_[0])
-        ->option_text(" ")
-        ->required();
-    CLI::App* const logs = add_verb("log", "prints a log, or all of them", [this] { log(); });
-    logs->add_option("COMPONENT", words_[0], "which one")->option_text(" ");
-    logs->add_flag("-f,--follow", follow_, "goes on with what is added");
-    CLI::App* const shell_verb = app_.add_subcommand("shell", "runs a command inside, or bash");
-    shell_verb->prefix_command()->fallthrough(false);
-    shell_verb->callback([this, shell_verb] {
-        action_ = [this, command = shell_verb->remaining()] {
-            television_name_ = find_television(television_name_, limit_);
-            status_ = shell(command);
-        };
-    });
-    add_verb("report", "a .tar.gz with picture, screen, radio, calls, components and logs",
-             [this] {
-                 status_ = run_script("report", {television_name_, words_[0]});
-                 if (status_ == 0)
-                     print(g_variant_new_string(words_[0].c_str()));
-             })
-        ->add_option("FILE", words_[0])
-        ->option_text(" ")
-        ->required();
-}
-
-/** Leaves no file behind when there is no picture. */
-void CommandLine::picture() {
-    constexpr mode_t readable = 0666;
-    const std::string& file = words_[0];
-    const FileDescriptor target(open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, readable));
-    if (!target)
-        throw Failure("cannot write " + file + ": " + std::strerror(errno));
-    try {
-        client().call(ui, "Picture", g_variant_new("(h)", 0), hand_over({target.get()}).get());
-    } catch (...) {
-        struct stat found {};
-        if (fstat(target.get(), &found) == 0 && S_ISREG(found.st_mode))
-            unlink(file.c_str());
-        throw;
-    }
-    print(g_variant_new_string(file.c_str()));
-}
-
-void CommandLine::log() {
-    const auto names = to_strings(first_of(client().call(television, "Logs")).get());
-    if (!words_[0].empty() && std::ranges::find(names, words_[0]) == names.end())
-        throw WrongUse("there is no log of " + words_[0] + "; there are " + joined(names, ", "));
-    std::vector<std::string> command{"tail", "--lines=+1"};
-    if (follow_)
-        command.emplace_back("--follow");
-    for (const auto& name : words_[0].empty() ? names : std::vector{words_[0]})
-        command.push_back("/var/log/simulator/" + name + ".log");
-    status_ = run_inside(command);
-}
-
-int CommandLine::run_inside(const std::vector<std::string>& command) const {
-    const char* const terminal = g_getenv("TERM");
-    const std::vector<std::string> environment{std::string("TERM=") +
-                                               (terminal != nullptr ? terminal : "dumb")};
-    GVariant* const handles = g_variant_new_parsed("[handle 0, 1, 2]");
-    const Value status = first_of(
-        client().call(television, "Run",
-                      g_variant_new("(@as@as@ah)", to_variant(command), to_variant(environment), handles),
-                      hand_over({STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}).get()));
-    return g_variant_get_int32(status.get());
-}
-
-/** On a terminal the command gets one of its own, so that it has job control and its keys. */
-int CommandLine::shell(const std::vector<std::string>& command) const {
-    if (g_getenv("VELMORA_TERMINAL") != nullptr) {
-        std::signal(SIGHUP, SIG_IGN);
-        ioctl(STDIN_FILENO, TIOCNOTTY); // the command inside takes it
-    } else if (isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1) {
-        return run_script("terminal", all_);
-    }
-    return run_inside(command.empty() ? std::vector<std::string>{"bash"} : command);
-}
 
 /** In one piece: others may write to the same terminal. */
 int report_error(const std::exception& error, int status) {

@@ -3,7 +3,6 @@
 #include "base/strings.h"
 
 #include <json-glib/json-glib.h>
-#include <memory>
 
 namespace simulator {
 namespace {

@@ -3,7 +3,6 @@
 #include "base/strings.h"
 
 #include <sstream>
-#include <string_view>
 
 namespace simulator {
 

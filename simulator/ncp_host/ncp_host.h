@@ -4,15 +4,10 @@
 #include "base/bus.h"
 #include "base/event_source.h"
 #include "base/log.h"
-#include "base/simulation.h"
 #include "behaviour.h"
 #include "ncp_link.h"
 
-#include <functional>
 #include <list>
-#include <map>
-#include <string>
-#include <vector>
 
 namespace simulator {
 

@@ -6,9 +6,7 @@
 #include "base/log.h"
 #include "radio/protocol.h"
 
-#include <functional>
 #include <map>
-#include <string>
 
 namespace simulator {
 

@@ -9,7 +9,6 @@
 #include "base/file_descriptor.h"
 
 #include <filesystem>
-#include <functional>
 #include <map>
 #include <string>
 

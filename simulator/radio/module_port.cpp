@@ -2,12 +2,11 @@
 
 #include "base/terminal.h"
 
-#include <fcntl.h>
-
 #include <array>
 #include <cerrno>
-#include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
+#include <pty.h>
 #include <system_error>
 
 namespace simulator {
@@ -19,36 +18,28 @@ namespace {
 
 } // namespace
 
-ModulePort::ModulePort(std::string device_path)
-    : device_path_(std::move(device_path)), module_end_(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
+ModulePort::ModulePort(std::string device_path) : device_path_(std::move(device_path)) {
+    int module = -1;
+    int television = -1;
     std::array<char, 64> path{};
-    if (!module_end_ || grantpt(descriptor()) != 0 || unlockpt(descriptor()) != 0 ||
-        ptsname_r(descriptor(), path.data(), path.size()) != 0) {
+    if (openpty(&module, &television, path.data(), nullptr, nullptr) != 0)
         fail("no pseudo-terminal");
-    }
-    if (fcntl(descriptor(), F_SETFL, O_NONBLOCK) != 0)
-        fail("no pseudo-terminal");
+    close(television); // it is opened raw
+    module_end_.reset(module);
     terminal_path_ = path.data();
     television_end_ = open_terminal(terminal_path_);
-    if (!television_end_)
+    if (!television_end_ || fcntl(module, F_SETFL, O_NONBLOCK) != 0 ||
+        fcntl(module, F_SETFD, FD_CLOEXEC) != 0)
         fail(terminal_path_);
 }
 
-void ModulePort::show() {
-    if (shown_)
-        return;
+void ModulePort::show(bool shown) {
     std::error_code error;
-    if (std::filesystem::is_symlink(device_path_, error))
-        unlink(device_path_.c_str()); // of a module that was killed
-    if (symlink(terminal_path_.c_str(), device_path_.c_str()) != 0)
-        fail(device_path_);
-    shown_ = true;
-}
-
-void ModulePort::hide() {
-    if (shown_)
+    if (std::filesystem::is_symlink(device_path_, error)) // also that of a module that was killed
         unlink(device_path_.c_str());
-    shown_ = false;
+    if (shown && symlink(terminal_path_.c_str(), device_path_.c_str()) != 0)
+        fail(device_path_);
+    shown_ = shown;
 }
 
 void ModulePort::hold(bool held) {

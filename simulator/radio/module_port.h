@@ -15,12 +15,13 @@ public:
     explicit ModulePort(std::string device_path);
     ModulePort(const ModulePort&) = delete;
     ModulePort& operator=(const ModulePort&) = delete;
-    ~ModulePort() { hide(); }
+    ~ModulePort() { show(false); }
 
-    /** Makes the device appear, as a symbolic link. @throws std::system_error. */
-    void show();
-    /** Makes the device disappear; a program that has it open keeps it. */
-    void hide();
+    /**
+     * Makes the device appear, as a symbolic link, or disappear; a program that has it open keeps it.
+     * @throws std::system_error.
+     */
+    void show(bool shown);
     [[nodiscard]] bool is_shown() const { return shown_; }
 
     /**

@@ -5,17 +5,13 @@
 namespace simulator {
 
 std::string to_line(const RadioRequest& request) {
-    auto line = "> " + std::to_string(request.number) + " " + request.command;
-    if (request.argument)
-        line += " " + std::to_string(*request.argument);
-    return line + "\n";
+    const std::string argument = request.argument ? " " + std::to_string(*request.argument) : "";
+    return "> " + std::to_string(request.number) + " " + request.command + argument + "\n";
 }
 
 std::string to_line(const RadioAnswer& answer) {
-    auto line = "< " + std::to_string(answer.number) + " " + std::to_string(answer.code);
-    if (!answer.text.empty())
-        line += " " + answer.text;
-    return line + "\n";
+    const std::string text = answer.text.empty() ? "" : " " + answer.text;
+    return "< " + std::to_string(answer.number) + " " + std::to_string(answer.code) + text + "\n";
 }
 
 std::optional<RadioRequest> parse_request(const std::string& line) {
@@ -25,11 +21,10 @@ std::optional<RadioRequest> parse_request(const std::string& line) {
     if (!(words >> mark >> request.number >> request.command) || mark != ">")
         return std::nullopt;
     int argument = 0;
-    if (words >> argument) {
+    if (words >> argument)
         request.argument = argument;
-    } else if (!words.eof()) {
+    else if (!words.eof())
         return std::nullopt;
-    }
     return request;
 }
 

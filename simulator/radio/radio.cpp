@@ -1,7 +1,7 @@
 #include "radio.h"
 
 #include <algorithm>
-#include <array>
+#include <cmath>
 #include <utility>
 
 namespace simulator {
@@ -23,15 +23,7 @@ Radio::Radio() {
 }
 
 const char* name_of(Radio::Mode mode) {
-    switch (mode) {
-    case Radio::Mode::transmit:
-        return "tx";
-    case Radio::Mode::receive:
-        return "rx";
-    case Radio::Mode::off:
-        break;
-    }
-    return "off";
+    return mode == Radio::Mode::transmit ? "tx" : mode == Radio::Mode::receive ? "rx" : "off";
 }
 
 RadioAnswer Radio::handle(const RadioRequest& request, Time now) {
@@ -45,43 +37,31 @@ RadioAnswer Radio::handle(const RadioRequest& request, Time now) {
 }
 
 RadioCode Radio::perform(const RadioRequest& request) {
-    struct Plain {
-        const char* command;
-        RadioCode (Radio::*perform)();
-    };
-    struct WithArgument {
-        const char* command;
-        RadioCode (Radio::*perform)(int);
-    };
-    static constexpr auto plain =
-        std::to_array<Plain>({{"stop", &Radio::stop},
-                              {"start_stream", &Radio::start_stream},
-                              {"stop_stream", &Radio::stop_stream},
-                              {"get_rx_statistics", &Radio::get_rx_statistics},
-                              {"reset_rx_statistics", &Radio::reset_rx_statistics}});
-    static constexpr auto with_argument =
-        std::to_array<WithArgument>({{"set_channel", &Radio::set_channel}, {"set_power", &Radio::set_power}});
-    const auto is_it = [&](const auto& entry) { return request.command == entry.command; };
-
+    static const std::map<std::string, RadioCode (Radio::*)()> plain{
+        {"stop", &Radio::stop},
+        {"start_stream", &Radio::start_stream},
+        {"stop_stream", &Radio::stop_stream},
+        {"get_rx_statistics", &Radio::get_rx_statistics},
+        {"reset_rx_statistics", &Radio::reset_rx_statistics}};
+    static const std::map<std::string, RadioCode (Radio::*)(int)> with_argument{
+        {"set_channel", &Radio::set_channel}, {"set_power", &Radio::set_power}};
     if (request.command == "reset")
         return reset();
     if (request.command == "start" && request.argument)
         return start(*request.argument);
     if (mode_ == Mode::off)
         return RadioCode::not_started;
-    if (const auto* found = std::find_if(std::begin(plain), std::end(plain), is_it);
-        found != std::end(plain)) {
-        return (this->*found->perform)();
-    }
-    const auto* found = std::find_if(std::begin(with_argument), std::end(with_argument), is_it);
-    if (found == std::end(with_argument) || !request.argument)
+    if (const auto found = plain.find(request.command); found != plain.end())
+        return (this->*found->second)();
+    const auto found = with_argument.find(request.command);
+    if (found == with_argument.end() || !request.argument)
         return RadioCode::bad_request;
-    return (this->*found->perform)(*request.argument);
+    return (this->*found->second)(*request.argument);
 }
 
 RadioCode Radio::reset() {
     Radio fresh;
-    fresh.traffic_ = std::move(traffic_);
+    fresh.senders_ = std::move(senders_);
     fresh.listened_until_ = listened_until_;
     *this = std::move(fresh);
     return RadioCode::ok;
@@ -154,7 +134,7 @@ bool Radio::set_traffic(int channel, double packets_per_second, Time now) {
     if (!is_channel(channel) || packets_per_second < 0)
         return false;
     listen_until(now);
-    traffic_.add(name_of_traffic(channel), {channel, packets_per_second, now});
+    senders_[name_of_traffic(channel)] = {channel, packets_per_second, now};
     return true;
 }
 
@@ -163,13 +143,13 @@ bool Radio::add_stream(const std::string& name, int channel, int power, Time now
         return false;
     listen_until(now);
     const auto rate = stream_packets_per_second - lost_packets_per_power * (highest_power - power);
-    traffic_.add(name, {channel, rate, now});
+    senders_[name] = {channel, rate, now};
     return true;
 }
 
 void Radio::remove_stream(const std::string& name, Time now) {
     listen_until(now);
-    traffic_.remove(name);
+    senders_.erase(name);
 }
 
 void Radio::lose_line(Time now) {
@@ -177,12 +157,26 @@ void Radio::lose_line(Time now) {
     stop();
 }
 
+/** Counts are computed when they are asked for, so nothing wakes for a packet. */
 long long Radio::received(Time now) const {
-    return received_ + (mode_ == Mode::receive ? traffic_.packets(channel_, listened_until_, now) : 0);
+    long long count = received_;
+    for (const auto& [name, sender] : senders_) {
+        const auto packets_until = [&sender = sender](Time moment) {
+            const std::chrono::duration<double> seconds = std::max(moment, sender.since) - sender.since;
+            return static_cast<long long>(std::floor(seconds.count() * sender.packets_per_second));
+        };
+        if (mode_ == Mode::receive && sender.channel == channel_)
+            count += packets_until(now) - packets_until(listened_until_);
+    }
+    return count;
 }
 
 double Radio::packets_per_second() const {
-    return mode_ == Mode::receive ? traffic_.packets_per_second(channel_) : 0;
+    double sum = 0;
+    for (const auto& [name, sender] : senders_)
+        if (mode_ == Mode::receive && sender.channel == channel_)
+            sum += sender.packets_per_second;
+    return sum;
 }
 
 void Radio::listen_until(Time now) {

@@ -2,15 +2,15 @@
 #pragma once
 
 #include "radio/protocol.h"
-#include "traffic.h"
 
-#include <string>
+#include <chrono>
+#include <map>
 
 namespace simulator {
 
 class Radio {
 public:
-    using Time = Sender::Time;
+    using Time = std::chrono::steady_clock::time_point;
     enum class Mode { off, transmit, receive };
 
     static constexpr int lowest_channel = 11;
@@ -59,6 +59,13 @@ public:
     [[nodiscard]] double packets_per_second() const;
 
 private:
+    /** Packet K arrives K / packets_per_second after `since`. */
+    struct Sender {
+        int channel = 0;
+        double packets_per_second = 0; /**< 0 or more */
+        Time since;
+    };
+
     RadioCode reset();
     RadioCode start(int mode);
     RadioCode stop();
@@ -77,7 +84,7 @@ private:
     bool streams_ = false;
     long long received_ = 0;
     Time listened_until_;
-    Traffic traffic_;
+    std::map<std::string, Sender> senders_;
 };
 
 /** "off", "tx" or "rx". */

@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cerrno>
-#include <chrono>
 #include <system_error>
 
 namespace simulator {
@@ -14,37 +13,36 @@ constexpr auto device_path = "/dev/ttyIOT";
 
 Radio::Time now() { return std::chrono::steady_clock::now(); }
 
-int speed_of(const RadioOptions& options) {
+int speed_of(const Options& options) {
     constexpr int slow = 115200;
     constexpr int fast = 921600;
     constexpr int last_slow_firmware = 8;
-    if (options.speed == slow || options.speed == fast)
-        return options.speed;
-    if (options.speed != 0)
+    const std::string firmware = options.text("firmware");
+    const int last_number = parse_int(firmware.substr(firmware.rfind('.') + 1)).value_or(0);
+    const auto speed =
+        static_cast<int>(options.number("module-speed", last_number <= last_slow_firmware ? slow : fast));
+    if (speed != slow && speed != fast)
         throw std::runtime_error("--module-speed: neither 115200 nor 921600");
-    const auto last_number = parse_int(options.firmware.substr(options.firmware.rfind('.') + 1));
-    if (!last_number)
-        throw std::runtime_error("--firmware " + options.firmware + ": not A.B.C");
-    return *last_number <= last_slow_firmware ? slow : fast;
+    return speed;
 }
 
 } // namespace
 
-RadioModule::RadioModule(const RadioOptions& options)
+RadioModule::RadioModule(const Options& options)
     : speed_(speed_of(options)), port_(device_path),
       reader_(EventSource::when_readable(port_.descriptor(), [this] { read_line(); })) {
     log_.note("radio speaks at ", speed_);
-    for (const std::string& traffic : options.traffic)
+    for (const std::string& traffic : options.all("traffic"))
         add_traffic(traffic);
-    if (!options.air.empty())
-        join_air(options.air);
-    if (options.serial_after > 0)
-        serial_timer_ = EventSource::every(static_cast<guint>(options.serial_after * 1000), [this] {
-            serial_timer_.reset();
-            set_serial(true);
-        });
-    else
-        set_serial(options.has_serial);
+    if (options.has("air"))
+        join_air(options.text("air"));
+    set_serial(!options.has("no-serial") && !options.has("serial-after"));
+    if (!options.has("serial-after"))
+        return;
+    serial_timer_ = EventSource::every(static_cast<guint>(options.number("serial-after", 0) * 1000), [this] {
+        serial_timer_.reset();
+        set_serial(true);
+    });
 }
 
 std::map<std::string, Method> RadioModule::methods() {
@@ -63,11 +61,7 @@ void RadioModule::add_traffic(const std::string& text) {
 }
 
 void RadioModule::set_serial(bool present) {
-    if (present) {
-        port_.show();
-    } else {
-        port_.hide();
-    }
+    port_.show(present);
     log_.note(device_path, present ? " is there" : " is not there");
 }
 
@@ -150,18 +144,11 @@ void RadioModule::answer(const std::string& line) {
 }
 
 GVariant* RadioModule::state() const {
-    GVariantBuilder state;
-    g_variant_builder_init(&state, G_VARIANT_TYPE_VARDICT);
-    g_variant_builder_add(&state, "{sv}", "mode", g_variant_new_string(name_of(radio_.mode())));
-    g_variant_builder_add(&state, "{sv}", "channel", g_variant_new_int32(radio_.channel()));
-    g_variant_builder_add(&state, "{sv}", "power", g_variant_new_int32(radio_.power()));
-    g_variant_builder_add(&state, "{sv}", "stream", g_variant_new_boolean(radio_.streams()));
-    g_variant_builder_add(&state, "{sv}", "received", g_variant_new_int64(radio_.received(now())));
-    g_variant_builder_add(&state, "{sv}", "packets_per_second",
-                          g_variant_new_double(radio_.packets_per_second()));
-    g_variant_builder_add(&state, "{sv}", "serial", g_variant_new_boolean(port_.is_shown()));
-    g_variant_builder_add(&state, "{sv}", "speed", g_variant_new_int32(speed_));
-    return g_variant_builder_end(&state);
+    return g_variant_new_parsed(
+        "{'mode': <%s>, 'channel': <%i>, 'power': <%i>, 'stream': <%b>, 'received': <%x>, "
+        "'packets_per_second': <%d>, 'serial': <%b>, 'speed': <%i>}",
+        name_of(radio_.mode()), radio_.channel(), radio_.power(), radio_.streams(),
+        static_cast<gint64>(radio_.received(now())), radio_.packets_per_second(), port_.is_shown(), speed_);
 }
 
 } // namespace simulator

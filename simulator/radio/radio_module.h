@@ -2,32 +2,19 @@
 #pragma once
 
 #include "air.h"
+#include "base/bus.h"
 #include "base/event_source.h"
 #include "base/log.h"
-#include "base/simulation.h"
+#include "base/options.h"
 #include "module_port.h"
 #include "radio.h"
 
-#include <filesystem>
-#include <memory>
-#include <string>
-#include <vector>
-
 namespace simulator {
-
-struct RadioOptions {
-    std::string firmware = "7.4.8";
-    int speed = 0; /**< that the module speaks, whatever its firmware; 0: that of the firmware */
-    std::vector<std::string> traffic; /**< each "CHANNEL=PACKETS_PER_SECOND" */
-    std::string air;                  /**< the folder that it shares with other modules; empty: none */
-    bool has_serial = true;
-    double serial_after = 0; /**< seconds */
-};
 
 class RadioModule : public Simulation {
 public:
     /** @throws std::runtime_error for an option that is wrong, or a folder or terminal that cannot be had. */
-    explicit RadioModule(const RadioOptions& options);
+    explicit RadioModule(const Options& options);
 
     [[nodiscard]] std::map<std::string, Method> methods() override;
 

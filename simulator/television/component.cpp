@@ -2,11 +2,8 @@
 
 #include "base/log.h"
 
-#include <array>
 #include <csignal>
 #include <fcntl.h>
-#include <stdexcept>
-#include <utility>
 
 namespace simulator {
 namespace {

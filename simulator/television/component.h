@@ -1,15 +1,9 @@
 /** One component of the television: a bus, the screen, the radio module, the NCP host. */
 #pragma once
 
+#include "base/bus.h"
 #include "base/event_source.h"
 #include "base/process.h"
-#include "base/simulation.h"
-
-#include <functional>
-#include <map>
-#include <memory>
-#include <string>
-#include <vector>
 
 namespace simulator {
 

@@ -2,6 +2,7 @@
 
 #include "ncp_host/contract.h"
 #include "ncp_host/ncp_host.h"
+#include "radio/radio_module.h"
 #include "ui_driver/ui_driver.h"
 
 #include <algorithm>
@@ -26,7 +27,8 @@ std::unique_ptr<BusObject> absent(GDBusConnection* bus, const std::string& inter
 
 } // namespace
 
-Television::Television(Plan plan) : plan_(std::move(plan)) {}
+Television::Television(const Options& options, std::string programs)
+    : options_(options), programs_(std::move(programs)) {}
 
 Television::~Television() = default;
 
@@ -49,24 +51,24 @@ void Television::start() {
     using Command = std::vector<std::string>;
     const std::string session_bus = g_getenv("DBUS_SESSION_BUS_ADDRESS");
     add<ProcessComponent>("system_bus", Command{"dbus-daemon", "--nofork", "--print-address=1",
-                                                "--config-file=" + plan_.system_bus_configuration});
+                                                "--config-file=" + options_.text("system-bus")});
     wait_until_ready();
     bus_ = connect_to_bus(g_getenv("DBUS_SYSTEM_BUS_ADDRESS"));
     add<ProcessComponent>("session_bus", Command{"dbus-daemon", "--nofork", "--print-address=1", "--session",
                                                  "--address=" + session_bus});
     const ProcessComponent* screen = nullptr;
-    if (is_own_screen(plan_.screen))
+    if (is_own_screen(options_.text("screen")))
         screen = &add<ProcessComponent>("screen", Command{"Xvfb", "-displayfd", "1", "-screen", "0",
-                                                          plan_.screen + "x24", "-nolisten", "tcp",
+                                                          options_.text("screen") + "x24", "-nolisten", "tcp",
                                                           "-noreset", "-dpi", "96"});
     add<SimulatedComponent>("radio_module", bus(), "org.velmora.Simulator.RadioModule",
-                            [this] { return std::make_unique<RadioModule>(plan_.radio); });
+                            [this] { return std::make_unique<RadioModule>(options_); });
     add_ncp_host();
     wait_until_ready();
     if (screen != nullptr) {
         g_setenv("DISPLAY", (":" + screen->first_line()).c_str(), TRUE);
-        if (plan_.has_window_manager)
-            add<ProcessComponent>("window_manager", Command{plan_.programs + "/window_manager"});
+        if (!options_.has("no-window-manager"))
+            add<ProcessComponent>("window_manager", Command{programs_ + "/window_manager"});
         wait_until_ready();
     }
     add_ui_driver();
@@ -76,20 +78,21 @@ void Television::start() {
 void Television::add_ncp_host() {
     constexpr auto name = "ncp_host";
     constexpr auto interface = "org.velmora.Simulator.NcpHost";
-    if (!plan_.host.empty()) {
+    if (options_.has("host")) {
         objects_.push_back(
-            absent(bus(), interface, Refusal("NotSimulated", "the NCP host is " + plan_.host)));
-        add<ProcessComponent>(name, std::vector{plan_.host}, bus(), contract::bus_name);
+            absent(bus(), interface, Refusal("NotSimulated", "the NCP host is " + options_.text("host"))));
+        add<ProcessComponent>(name, std::vector{options_.text("host")}, bus(), contract::bus_name);
         return;
     }
     const auto die = [this] { dynamic_cast<SimulatedComponent&>(*find_component(name)).kill_soon(); };
-    add<SimulatedComponent>(name, bus(), interface,
-                            [this, die] { return std::make_unique<NcpHost>(plan_.host_answers, die); });
+    add<SimulatedComponent>(name, bus(), interface, [this, die] {
+        return std::make_unique<NcpHost>(options_.all("host-answers"), die);
+    });
 }
 
 void Television::add_ui_driver() {
     constexpr auto interface = "org.velmora.Simulator.Ui";
-    if (plan_.screen == "none")
+    if (options_.text("screen") == "none")
         objects_.push_back(absent(bus(), interface, Refusal("NoScreen", "this television has no screen")));
     else
         add<SimulatedComponent>("ui_driver", bus(), interface,
@@ -105,9 +108,9 @@ void Television::wait_until_ready() {
 
 int Television::run() {
     Descriptors descriptors;
-    if (plan_.logs_application)
+    if (options_.has("log-application"))
         descriptors = written_to(log_path("application"));
-    command_ = std::make_unique<Process>(plan_.command, std::move(descriptors));
+    command_ = std::make_unique<Process>(options_.command(), std::move(descriptors));
     while (command_->runs())
         g_main_context_iteration(nullptr, TRUE);
     kill_.reset();

@@ -3,29 +3,10 @@
 
 #include "base/event_source.h"
 #include "base/log.h"
+#include "base/options.h"
 #include "component.h"
-#include "radio/radio_module.h"
-
-#include <functional>
-#include <memory>
-#include <string>
-#include <vector>
 
 namespace simulator {
-
-/** What the television is made of. */
-struct Plan {
-    std::string programs;                 /**< the folder of the simulator's programs */
-    std::string system_bus_configuration; /**< of its dbus-daemon */
-    std::string screen;                   /**< "WIDTHxHEIGHT" of an own screen, "user" or "none" */
-    RadioOptions radio;
-    std::vector<std::string> host_answers; /**< of the simulated NCP host, each "METHOD=BEHAVIOUR" */
-    std::string host;                      /**< a program in its place; empty: none */
-    bool has_window_manager = true;        /**< on an own screen */
-    bool logs_application = false; /**< the command's output goes to application.log, not to the terminal */
-    int status_descriptor = -1;    /**< gets the status when the television has ended in order */
-    std::vector<std::string> command;
-};
 
 /**
  * Starts the components, then the command; when the command has ended, or the television is asked to end, the
@@ -35,7 +16,11 @@ struct Plan {
  */
 class Television {
 public:
-    explicit Television(Plan plan);
+    /**
+     * @param options  see the help of simulator/tv. They outlive the television.
+     * @param programs the folder of the simulator's programs.
+     */
+    Television(const Options& options, std::string programs);
     ~Television();
     Television(const Television&) = delete;
     Television& operator=(const Television&) = delete;
@@ -69,7 +54,8 @@ private:
     void report_end(const Component& component);
     bool end_components();
 
-    Plan plan_;
+    const Options& options_;
+    std::string programs_;
     ComponentLog log_{"television"};
     BusConnection bus_;
     std::vector<std::unique_ptr<Component>> components_;

@@ -2,10 +2,35 @@
 #pragma once
 
 #include "base/bus.h"
-#include "command_runner.h"
 #include "television.h"
 
+#include <list>
+
 namespace simulator {
+
+/** Commands that callers from outside run in the television. */
+class CommandRunner {
+public:
+    explicit CommandRunner(GDBusConnection* connection);
+    ~CommandRunner();
+    CommandRunner(const CommandRunner&) = delete;
+    CommandRunner& operator=(const CommandRunner&) = delete;
+
+    /**
+     * Runs a command to its end and answers the call (of Run) with its status. When the caller leaves the bus before,
+     * the command is killed.
+     *
+     * @throws Refusal when it cannot be started.
+     */
+    void run(const Call& call);
+
+private:
+    class Running;
+    void remove(const Running& command);
+
+    GDBusConnection* connection_;
+    std::list<std::unique_ptr<Running>> running_;
+};
 
 class TelevisionObject {
 public:

@@ -1,7 +1,5 @@
 #include "accessibility_bus.h"
 
-#include <gio/gio.h>
-
 namespace simulator {
 namespace {
 

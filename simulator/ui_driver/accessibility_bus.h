@@ -6,10 +6,6 @@
 
 #include <chrono>
 #include <functional>
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
 
 namespace simulator {
 

@@ -1,6 +1,7 @@
 /** What a screen reader finds on the screen of one application. */
 #pragma once
 
+#include <gio/gio.h>
 #include <optional>
 #include <string>
 #include <vector>
@@ -47,7 +48,6 @@ public:
     [[nodiscard]] const std::vector<Widget>& widgets() const { return widgets_; }
     /** What a dialog covers: name, role and place. */
     [[nodiscard]] const std::vector<Widget>& covered() const { return covered_; }
-    [[nodiscard]] std::vector<std::string> texts() const;
     [[nodiscard]] bool shows(const std::string& text) const { return find(text) != nullptr; }
 
     /** The widget of that name, one that can be pressed before one that cannot; null when there is none. */
@@ -67,5 +67,8 @@ private:
     bool in_front_;
     std::string reason_;
 };
+
+/** The widgets as they are listed on the bus: a floating aa{sv}, see org.velmora.Simulator.Ui.Screen. */
+GVariant* to_variant(const Screen& screen);
 
 } // namespace simulator

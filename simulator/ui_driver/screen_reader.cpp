@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <atspi/atspi.h>
-#include <gio/gio.h>
 #include <map>
-#include <stdexcept>
 
 namespace simulator {
 namespace {
@@ -139,17 +137,6 @@ void ask_about(const Item& item, Widget& widget, Places places, std::vector<Ques
                              }});
 }
 
-/** Turns the main loop until something is done; the answers come here, whatever loop the caller has. */
-void wait_for(const std::function<void(const std::function<void()>& done)>& start) {
-    g_autoptr(GMainContext) context = g_main_context_new();
-    g_main_context_push_thread_default(context);
-    bool is_done = false;
-    start([&is_done] { is_done = true; });
-    while (!is_done)
-        g_main_context_iteration(context, TRUE);
-    g_main_context_pop_thread_default(context);
-}
-
 } // namespace
 
 /** One look, from the first question to the screen. */
@@ -243,41 +230,6 @@ void ScreenReader::activate(const Widget& widget, const Activated& activated) {
              [refusal, text, activated](const auto& failure) {
                  activated(failure && !failure->is_late ? text : *refusal);
              });
-}
-
-Screen ScreenReader::read(const std::string& application, Places places) {
-    Screen screen({});
-    wait_for([&](const auto& done) {
-        look(application, places, [&screen, done](const Screen& seen) {
-            screen = seen;
-            done();
-        });
-    });
-    return screen;
-}
-
-void ScreenReader::activate(const Widget& widget) {
-    std::string refusal;
-    wait_for([&](const auto& done) {
-        activate(widget, [&refusal, done](const std::string& why) {
-            refusal = why;
-            done();
-        });
-    });
-    if (!refusal.empty())
-        throw std::runtime_error(refusal);
-}
-
-void ScreenReader::announce() {
-    std::optional<Unanswered> failure;
-    wait_for([&](const auto& done) {
-        bus_.connect([&failure, done](const auto& why) {
-            failure = why;
-            done();
-        });
-    });
-    if (failure)
-        throw std::runtime_error(failure->reason);
 }
 
 } // namespace simulator

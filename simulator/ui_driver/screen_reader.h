@@ -4,10 +4,6 @@
 #include "accessibility_bus.h"
 #include "screen.h"
 
-#include <chrono>
-#include <functional>
-#include <string>
-
 namespace simulator {
 
 /** Whether a look asks where the widgets are: without, it takes half the time, and they come in no order. */
@@ -41,11 +37,8 @@ public:
      */
     void activate(const Widget& widget, const Activated& activated);
 
-    /** The same for a program without a main loop: these wait. @throws std::runtime_error. */
-    [[nodiscard]] Screen read(const std::string& application, Places places = Places::asked);
-    void activate(const Widget& widget);
     /** Announces a screen reader, which an application asks for when it starts; else the first look does. */
-    void announce();
+    void announce(const AccessibilityBus::Done& done) { bus_.connect(done); }
 
 private:
     struct Look;

@@ -14,33 +14,23 @@ namespace {
 constexpr guint look_interval_milliseconds = 100;
 constexpr int most_looks = 20;
 
-/** Work for a thread, whose exception's text is handed over to `done` in the main loop, unless it was cancelled. */
-struct Job {
-    std::function<void()> work;
-    std::function<void(const std::string& error)> done;
+/** For a worker thread, since it may take a while to compress the pixels, and for ever to write the file. */
+struct Work {
+    Pixels pixels;
+    FileDescriptor file;
     std::string error;
-};
 
-void run_in_thread(GCancellable* cancel, Job job) {
-    const auto on_done = +[](GObject* /*source*/, GAsyncResult* result, gpointer /*data*/) {
-        const auto& done = *static_cast<Job*>(g_task_get_task_data(G_TASK(result)));
-        if (g_task_propagate_boolean(G_TASK(result), nullptr) != FALSE)
-            done.done(done.error);
-    };
-    g_autoptr(GTask) task = g_task_new(nullptr, cancel, on_done, nullptr);
-    g_task_set_task_data(task, std::make_unique<Job>(std::move(job)).release(),
-                         [](gpointer data) { const std::unique_ptr<Job> held(static_cast<Job*>(data)); });
-    g_task_run_in_thread(task,
-                         [](GTask* running, gpointer /*source*/, gpointer data, GCancellable* /*cancel*/) {
-                             auto& running_job = *static_cast<Job*>(data);
-                             try {
-                                 running_job.work();
-                             } catch (const std::exception& failure) {
-                                 running_job.error = failure.what();
-                             }
-                             g_task_return_boolean(running, TRUE);
-                         });
-}
+    static void run(GTask* task, gpointer /*source*/, gpointer data, GCancellable* /*cancel*/) {
+        auto& work = *static_cast<Work*>(data);
+        try {
+            write_picture(work.pixels.to_png(), work.file);
+        } catch (const std::exception& failure) {
+            work.error = failure.what();
+        }
+        g_task_return_boolean(task, TRUE);
+    }
+    static void release(gpointer data) { const std::unique_ptr<Work> held(static_cast<Work*>(data)); }
+};
 
 } // namespace
 
@@ -106,48 +96,30 @@ void write_picture(const std::vector<std::uint8_t>& picture, const FileDescripto
 }
 
 Screenshot::Screenshot(_XDisplay* display, FileDescriptor file, Taken taken)
-    : display_(display), file_(std::make_shared<const FileDescriptor>(std::move(file))),
-      taken_(std::move(taken)), cancel_(g_cancellable_new()) {
-    compress(Pixels::of_screen(display_));
-    next_look_ = EventSource::every(look_interval_milliseconds, [this] { look_again(); });
-}
+    : display_(display), file_(std::move(file)), taken_(std::move(taken)),
+      pixels_(Pixels::of_screen(display)),
+      next_look_(EventSource::every(look_interval_milliseconds, [this] { look_again(); })),
+      cancel_(g_cancellable_new()) {}
 
 Screenshot::~Screenshot() { g_cancellable_cancel(cancel_.get()); }
 
 void Screenshot::look_again() {
     try {
-        Pixels next = Pixels::of_screen(display_);
-        if (++looks_ < most_looks && next != *pixels_)
-            return compress(std::move(next));
-        next_look_.reset();
-        is_at_rest_ = true;
-        finish_when_ready();
+        Pixels before = std::exchange(pixels_, Pixels::of_screen(display_));
+        if (++looks_ < most_looks && before != pixels_)
+            return;
     } catch (const std::runtime_error& error) {
-        finish(error.what());
+        return finish(error.what());
     }
-}
-
-void Screenshot::compress(Pixels pixels) {
-    pixels_ = std::make_shared<const Pixels>(std::move(pixels));
-    picture_.reset();
-    const auto picture = std::make_shared<std::vector<std::uint8_t>>();
-    run_in_thread(cancel_.get(), {[picture, pixels = pixels_] { *picture = pixels->to_png(); },
-                                  [this, picture, pixels = pixels_](const std::string& error) {
-                                      if (pixels != pixels_)
-                                          return; // the screen has changed meanwhile
-                                      if (!error.empty())
-                                          return finish(error);
-                                      picture_ = picture;
-                                      finish_when_ready();
-                                  },
-                                  {}});
-}
-
-void Screenshot::finish_when_ready() {
-    if (is_at_rest_ && picture_)
-        run_in_thread(cancel_.get(), {[picture = picture_, file = file_] { write_picture(*picture, *file); },
-                                      [this](const std::string& error) { finish(error); },
-                                      {}});
+    next_look_.reset();
+    const auto on_done = +[](GObject* /*source*/, GAsyncResult* result, gpointer self) {
+        const auto& work = *static_cast<Work*>(g_task_get_task_data(G_TASK(result)));
+        if (g_task_propagate_boolean(G_TASK(result), nullptr) != FALSE) // else `self` has gone
+            static_cast<Screenshot*>(self)->finish(work.error);
+    };
+    g_autoptr(GTask) task = g_task_new(nullptr, cancel_.get(), on_done, this);
+    g_task_set_task_data(task, new Work{std::move(pixels_), std::move(file_), {}}, Work::release);
+    g_task_run_in_thread(task, Work::run);
 }
 
 void Screenshot::finish(const std::string& error) {

@@ -7,8 +7,6 @@
 
 #include <array>
 #include <cstdint>
-#include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -43,10 +41,7 @@ private:
 /** Writes a picture into a file, from where it stands. @throws std::runtime_error. */
 void write_picture(const std::vector<std::uint8_t>& picture, const FileDescriptor& file);
 
-/**
- * Takes a picture of the screen once two looks 100 ms apart show the same, or after two seconds; a worker thread
- * compresses it meanwhile.
- */
+/** Takes a picture of the screen once two looks 100 ms apart show the same, or after two seconds. */
 class Screenshot {
 public:
     /** @param error empty when the picture is in the file. */
@@ -63,20 +58,14 @@ public:
     Screenshot& operator=(const Screenshot&) = delete;
 
 private:
-    using Picture = std::shared_ptr<std::vector<std::uint8_t>>;
-
     void look_again();
-    void compress(Pixels pixels);
-    void finish_when_ready();
     void finish(const std::string& error);
 
     _XDisplay* display_;
-    std::shared_ptr<const FileDescriptor> file_;
+    FileDescriptor file_;
     Taken taken_;
     int looks_ = 0;
-    bool is_at_rest_ = false;
-    std::shared_ptr<const Pixels> pixels_;
-    Picture picture_; // of these pixels, once it is ready
+    Pixels pixels_;
     EventSource next_look_;
     std::unique_ptr<GCancellable, GObjectRelease> cancel_;
 };

@@ -1,7 +1,6 @@
 #include "ui_driver.h"
 
 #include "base/strings.h"
-#include "widgets.h"
 
 #include <X11/Xlib.h>
 #include <algorithm>

@@ -3,17 +3,12 @@
 
 #include "base/bus.h"
 #include "base/event_source.h"
-#include "base/simulation.h"
 #include "condition.h"
 #include "keyboard.h"
 #include "screen_reader.h"
 #include "screenshot.h"
 
-#include <chrono>
-#include <functional>
 #include <list>
-#include <memory>
-#include <string>
 
 namespace simulator {
 

@@ -1,7 +1,5 @@
 #include "key_router.h"
 
-#include "properties.h"
-
 #include <X11/XF86keysym.h>
 #include <X11/Xatom.h>
 #include <X11/Xutil.h>

@@ -1,7 +1,7 @@
 /** Hands remote-control keys to windows that asked for them although another window is in front. */
 #pragma once
 
-#include "atoms.h"
+#include "x11.h"
 
 #include <map>
 #include <set>

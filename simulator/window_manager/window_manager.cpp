@@ -1,7 +1,5 @@
 #include "window_manager.h"
 
-#include "properties.h"
-
 #include <X11/Xatom.h>
 #include <X11/Xutil.h>
 
@@ -52,9 +50,8 @@ void WindowManager::announce() {
                     static_cast<int>(name.size()));
     write_property(display_, root_, atoms_.supported, XA_ATOM,
                    {atoms_.supporting_wm_check, atoms_.name, atoms_.active_window,
-                    atoms_.client_list_stacking, atoms_.close_window, atoms_.restack_window, atoms_.state,
-                    atoms_.state_fullscreen, atoms_.state_hidden, atoms_.window_type,
-                    atoms_.window_type_normal});
+                    atoms_.client_list_stacking, atoms_.state, atoms_.state_fullscreen, atoms_.state_hidden,
+                    atoms_.window_type, atoms_.window_type_normal});
 }
 
 void WindowManager::handle(const XEvent& event) {
@@ -64,10 +61,6 @@ void WindowManager::handle(const XEvent& event) {
         break;
     case ConfigureRequest:
         handle_configure_request(event.xconfigurerequest);
-        break;
-    case CirculateRequest:
-        restack(event.xcirculaterequest.window, event.xcirculaterequest.place == PlaceOnTop ? Above : Below,
-                None);
         break;
     case MapNotify:
         if (const auto client = clients_.find(event.xmap.window); client != clients_.end()) {
@@ -88,7 +81,8 @@ void WindowManager::handle(const XEvent& event) {
         handle_message(event.xclient);
         break;
     case PropertyNotify:
-        handle_property(event.xproperty);
+        if (event.xproperty.atom == atoms_.keyrouter_table && clients_.contains(event.xproperty.window))
+            keys_.read_table(event.xproperty.window);
         break;
     case KeyPress:
         keys_.route(event.xkey);
@@ -175,19 +169,10 @@ void WindowManager::handle_message(const XClientMessageEvent& message) {
         iconify(message.window);
     } else if (message.message_type == atoms_.active_window) {
         activate(message.window);
-    } else if (message.message_type == atoms_.close_window) {
-        close(message.window);
-    } else if (message.message_type == atoms_.restack_window) {
-        restack(message.window, static_cast<int>(number(2)), number(1));
     } else if (message.message_type == atoms_.state &&
                (number(1) == atoms_.state_fullscreen || number(2) == atoms_.state_fullscreen)) {
         change_fullscreen(message.window, number(0));
     }
-}
-
-void WindowManager::restack(Window window, int mode, Window sibling) {
-    XWindowChanges changes{0, 0, 0, 0, 0, sibling, mode};
-    XConfigureWindow(display_, window, CWStackMode | (sibling != None ? CWSibling : 0U), &changes);
 }
 
 void WindowManager::change_fullscreen(Window window, unsigned long action) {
@@ -202,12 +187,6 @@ void WindowManager::change_fullscreen(Window window, unsigned long action) {
     write_state(window, client.iconic ? IconicState : NormalState);
 }
 
-void WindowManager::handle_property(const XPropertyEvent& property) {
-    if (property.atom == atoms_.keyrouter_table && clients_.contains(property.window)) {
-        keys_.read_table(property.window);
-    }
-}
-
 void WindowManager::iconify(Window window) {
     clients_[window].iconic = true;
     XUnmapWindow(display_, window);
@@ -218,14 +197,6 @@ void WindowManager::activate(Window window) {
     clients_[window].iconic = false;
     XMapRaised(display_, window);
     write_state(window, NormalState);
-}
-
-void WindowManager::close(Window window) {
-    if (speaks(window, atoms_.wm_delete_window)) {
-        send(window, atoms_.wm_delete_window);
-    } else {
-        XKillClient(display_, window);
-    }
 }
 
 void WindowManager::write_state(Window window, int state) {
@@ -239,18 +210,17 @@ void WindowManager::write_state(Window window, int state) {
     write_property(display_, window, atoms_.state, XA_ATOM, states);
 }
 
-bool WindowManager::speaks(Window window, Atom protocol) const {
+void WindowManager::offer_focus(Window window) {
+    XSetInputFocus(display_, window, RevertToPointerRoot, CurrentTime);
     const auto protocols = read_property(display_, window, atoms_.wm_protocols, XA_ATOM);
-    return std::count(protocols.begin(), protocols.end(), protocol) != 0;
-}
-
-void WindowManager::send(Window window, Atom protocol) {
+    if (std::ranges::count(protocols, atoms_.wm_take_focus) == 0)
+        return;
     XEvent event{};
     event.xclient.type = ClientMessage;
     event.xclient.window = window;
     event.xclient.message_type = atoms_.wm_protocols;
     event.xclient.format = 32;
-    event.xclient.data.l[0] = static_cast<long>(protocol);
+    event.xclient.data.l[0] = static_cast<long>(atoms_.wm_take_focus);
     event.xclient.data.l[1] = CurrentTime;
     XSendEvent(display_, window, False, NoEventMask, &event);
 }
@@ -280,11 +250,8 @@ void WindowManager::update_front() {
     front_ = front;
     keys_.set_front(front);
     write_property(display_, root_, atoms_.active_window, XA_WINDOW, {front});
-    if (front == None)
-        return;
-    XSetInputFocus(display_, front, RevertToPointerRoot, CurrentTime);
-    if (speaks(front, atoms_.wm_take_focus))
-        send(front, atoms_.wm_take_focus);
+    if (front != None)
+        offer_focus(front);
 }
 
 } // namespace simulator

@@ -1,11 +1,8 @@
 /** The window manager of the television's own screen. */
 #pragma once
 
-#include "atoms.h"
 #include "key_router.h"
-
-#include <map>
-#include <vector>
+#include "x11.h"
 
 namespace simulator {
 
@@ -35,18 +32,14 @@ private:
     void handle_unmap(Window window);
     void handle_destroy(Window window);
     void handle_message(const XClientMessageEvent& message);
-    void handle_property(const XPropertyEvent& property);
 
     void adopt(Window window);
     void fill_screen(Window window);
-    void restack(Window window, int mode, Window sibling);
     void change_fullscreen(Window window, unsigned long action);
     void iconify(Window window);
     void activate(Window window);
-    void close(Window window);
+    void offer_focus(Window window);
     void write_state(Window window, int state);
-    void send(Window window, Atom protocol);
-    [[nodiscard]] bool speaks(Window window, Atom protocol) const;
     [[nodiscard]] std::vector<Window> mapped_from_bottom() const;
     void update_front();
 

@@ -1,6 +1,6 @@
-#include "base/bus.h"
 #include "ncp_host/contract.h"
 #include "support/road.h"
+#include "support/television.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "base/bus.h"
+#include "support/television.h"
 
 #include <filesystem>
 #include <fstream>

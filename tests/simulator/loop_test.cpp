@@ -1,7 +1,7 @@
 #include "base/bus.h"
 #include "base/process.h"
-#include "client/client.h"
 #include "ncp_host/contract.h"
+#include "support/television.h"
 
 #include <algorithm>
 #include <chrono>

@@ -15,9 +15,7 @@ constexpr auto answer_patience = 1s;
 
 Operator::Operator(std::string application, std::chrono::milliseconds patience)
     : application_(std::move(application)), patience_(patience), display_(open_display()),
-      reader_(answer_patience) {
-    reader_.announce();
-}
+      reader_(answer_patience) {}
 
 void Operator::press(const std::string& key, int times) {
     for (int time = 0; time < times; ++time)

@@ -3,9 +3,9 @@
 
 #include "base/process.h"
 #include "picture.h"
+#include "sync_reader.h"
 #include "ui_driver/condition.h"
 #include "ui_driver/keyboard.h"
-#include "ui_driver/screen_reader.h"
 
 #include <chrono>
 #include <functional>
@@ -54,7 +54,7 @@ private:
     std::string application_;
     std::chrono::milliseconds patience_;
     Display display_;
-    mutable ScreenReader reader_; // which asks anew each time
+    mutable SyncReader reader_; // which asks anew each time
     const Process* followed_ = nullptr;
     Screen seen_{{}, false}; // the newest look of a wait
 };

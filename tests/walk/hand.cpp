@@ -93,7 +93,6 @@ std::vector<std::string> items(const simulator::Screen& screen) {
 
 Hand::Hand(std::string program)
     : program_(std::move(program)), display_(simulator::open_display()), reader_(1s) {
-    reader_.announce();
     XkbSetAutoRepeatRate(display_.get(), XkbUseCoreKbd, repeat_after.count(), repeat_interval.count());
 }
 

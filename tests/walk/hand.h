@@ -5,12 +5,12 @@
 #include "model.h"
 
 #include "base/process.h"
-#include "client/client.h"
 #include "support/application_log.h"
 #include "support/picture.h"
+#include "support/sync_reader.h"
+#include "support/television.h"
 #include "support/windows.h"
 #include "ui_driver/keyboard.h"
-#include "ui_driver/screen_reader.h"
 
 #include <chrono>
 #include <map>
@@ -70,7 +70,7 @@ private:
 
     std::string program_;
     simulator::Display display_;
-    simulator::ScreenReader reader_;
+    simulator::SyncReader reader_;
     simulator::OtherWindow other_;
     std::optional<simulator::Process> application_;
     std::map<std::string, simulator::Widget> seen_; /**< buttons by name, where they were seen last */

@@ -2,7 +2,7 @@
 
 #include "faults.h"
 
-#include "base/options.h"
+#include "support/options.h"
 
 #include <algorithm>
 #include <array>

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "base/process.h"
-#include "client/client.h"
 #include "support/application_log.h"
 #include "support/operator.h"
 #include "support/processes.h"
+#include "support/television.h"
 
 #include <chrono>
 #include <functional>

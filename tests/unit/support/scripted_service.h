@@ -2,7 +2,7 @@
 
 #include "base/bus.h"
 #include "base/wait_until.h"
-#include "client/client.h"
+#include "support/television.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "properties.h"
+#include "x11.h"
 
 #include <memory>
 
