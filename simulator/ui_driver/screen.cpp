@@ -91,6 +91,12 @@ Screen Screen::unreadable(const std::string& reason) {
     return screen;
 }
 
+std::vector<std::string> Screen::texts() const {
+    std::vector<std::string> texts;
+    std::ranges::transform(widgets_, std::back_inserter(texts), text_of);
+    return texts;
+}
+
 const Widget* Screen::find(const std::string& name) const {
     const Widget* found = nullptr;
     for (const Widget& widget : widgets_) {

@@ -29,6 +29,8 @@ struct Widget {
     bool focusable = false;
     bool focused = false;
     bool enabled = false;
+    bool chosen = false;    /**< it is the selected one of its row */
+    std::string label = {}; /**< the name of what labels it */
     std::optional<WidgetValue> value = {};
     int x = 0; /**< place on the screen, in pixels */
     int y = 0;
@@ -48,6 +50,7 @@ public:
     [[nodiscard]] const std::vector<Widget>& widgets() const { return widgets_; }
     /** What a dialog covers: name, role and place. */
     [[nodiscard]] const std::vector<Widget>& covered() const { return covered_; }
+    [[nodiscard]] std::vector<std::string> texts() const;
     [[nodiscard]] bool shows(const std::string& text) const { return find(text) != nullptr; }
 
     /** The widget of that name, one that can be pressed before one that cannot; null when there is none. */

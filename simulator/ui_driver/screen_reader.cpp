@@ -112,13 +112,30 @@ std::string role_name(guint32 role) {
     return name;
 }
 
+/** The name of what labels a widget that has these relations; "" when nothing does. */
+std::string label_in(const Items& items, GVariant* relations) {
+    g_autoptr(GVariantIter) each = nullptr;
+    g_variant_get(relations, "(a(ua(so)))", &each);
+    std::string label;
+    guint32 type = 0;
+    for (GVariantIter* targets = nullptr; g_variant_iter_loop(each, "(ua(so))", &type, &targets) != FALSE;) {
+        const char* path = nullptr;
+        while (type == ATSPI_RELATION_LABELLED_BY &&
+               g_variant_iter_next(targets, "(&s&o)", nullptr, &path) != FALSE)
+            label += items.by_path.contains(path) ? items.by_path.at(path).name : "?";
+    }
+    return label;
+}
+
 /** Fills in what the list of items says, and asks for the rest. */
-void ask_about(const Item& item, Widget& widget, Places places, std::vector<Question>& questions) {
+void ask_about(const Items& items, const Item& item, Widget& widget, Places places,
+               std::vector<Question>& questions) {
     widget.name = item.name;
     widget.role = role_name(item.role);
     widget.focusable = item.is(ATSPI_STATE_FOCUSABLE);
     widget.focused = item.is(ATSPI_STATE_FOCUSED);
-    widget.enabled = item.is(ATSPI_STATE_ENABLED);
+    widget.enabled = item.is(ATSPI_STATE_ENABLED) && item.is(ATSPI_STATE_SENSITIVE);
+    widget.chosen = item.is(ATSPI_STATE_SELECTED);
     widget.accessible = item.accessible;
     if (places == Places::asked && item.has("Component"))
         questions.push_back(
@@ -126,6 +143,10 @@ void ask_about(const Item& item, Widget& widget, Places places, std::vector<Ques
              g_variant_new("(u)", ATSPI_COORD_TYPE_SCREEN), "((iiii))", [&widget](GVariant* answer) {
                  g_variant_get(answer, "((iiii))", &widget.x, &widget.y, &widget.width, &widget.height);
              }});
+    if (places == Places::asked && item.role == ATSPI_ROLE_PUSH_BUTTON)
+        questions.push_back(
+            {item.accessible, accessible_interface, "GetRelationSet", nullptr, "(a(ua(so)))",
+             [&items, &widget](GVariant* answer) { widget.label = label_in(items, answer); }});
     if (item.role == ATSPI_ROLE_SPIN_BUTTON && item.has("Value"))
         questions.push_back({item.accessible, "org.freedesktop.DBus.Properties", "GetAll",
                              g_variant_new("(s)", "org.a11y.atspi.Value"), "(a{sv})",
@@ -207,7 +228,7 @@ void ScreenReader::describe(const std::shared_ptr<Look>& look) {
     look->widgets.resize(shown.found.size());
     std::vector<Question> questions;
     for (std::size_t i = 0; i < shown.found.size(); ++i)
-        ask_about(*shown.found[i].item, look->widgets[i], look->places, questions);
+        ask_about(look->items, *shown.found[i].item, look->widgets[i], look->places, questions);
     bus_.ask(questions, [look, uncovered, in_front = shown.in_front](const auto& failure) {
         if (failure)
             return look->seen(Screen::unreadable(failure->reason));

@@ -6,7 +6,10 @@
 
 namespace simulator {
 
-/** Whether a look asks where the widgets are: without, it takes half the time, and they come in no order. */
+/**
+ * Whether a look asks where the widgets are and what labels them: without, it takes half the time, and they come as the
+ * application lists them.
+ */
 enum class Places : bool { unasked, asked };
 
 class ScreenReader {

@@ -67,7 +67,7 @@ void Announcements::hear(const AtspiEvent& event) {
     if (event.type == focused && begins)
         focused_role_ = role;
     if ((event.type == focused && begins) || (event.type == showing && begins && role == "dialog") ||
-        (event.type == renamed && role == focused_role_))
+        (event.type == renamed && (role == focused_role_ || role == "label")))
         said_.push_back(role + " " + taken(atspi_accessible_get_name(event.source, nullptr)));
 }
 

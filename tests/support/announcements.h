@@ -10,7 +10,7 @@ namespace simulator {
 
 /**
  * From its making on, what a screen reader would say of itself: what gets the focus ("push button Exit"),
- * popups that appear ("dialog Exit App"), and new names of what has the focus ("spin button 7").
+ * popups that appear ("dialog Exit App"), and new names of labels and of what is like that which has the focus ("spin button 7").
  */
 class Announcements {
 public:

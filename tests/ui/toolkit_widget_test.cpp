@@ -1,7 +1,10 @@
-// Accessible values are declared as beta and protected in Elementary 1.26.
+// Accessibility is declared as beta and protected in Elementary 1.26.
 #define EFL_BETA_API_SUPPORT
+#define EFL_ACCESS_ACTION_PROTECTED
+#define EFL_ACCESS_OBJECT_PROTECTED
 #define EFL_ACCESS_VALUE_PROTECTED
 
+#include "efl_1_26/toolkit/accessible_corrections.h"
 #include "support/settings_folder.h"
 #include "support/toolkit_window.h"
 
@@ -9,6 +12,7 @@
 #include <cmath>
 #include <gmock/gmock.h>
 extern "C" {
+#include <efl_access_action.eo.h>
 #include <efl_access_value.eo.h>
 }
 
@@ -36,6 +40,43 @@ TEST_F(ToolkitWidget, ButtonIsPressedExactlyOnceForEachActivationUnlessItIsBarre
         screen.click(geometry(button));
         EXPECT_EQ(pressed, presses);
     }
+}
+
+TEST_F(ToolkitWidget, AssistiveTechnologyHearsOfAButtonsLabelAndStatesAlsoInANewTheme) {
+    Evas_Object* const label = elm_vell_textbox_add(page);
+    elm_vell_textbox_text_set(label, "Power: ");
+    elm_vell_layout_item_append(page, label, 100, 20);
+    Evas_Object* const button = add_button("7");
+    add_button("not labelled");
+    Eina_Iterator* const relations = efl_access_object_relations_get(label);
+    int labelled = 0;
+    for (Efl_Access_Relation* relation = nullptr;
+         eina_iterator_next(relations, reinterpret_cast<void**>(&relation));)
+        labelled += relation->type == EFL_ACCESS_RELATION_TYPE_LABEL_FOR &&
+                    eina_list_count(relation->objects) == 1 &&
+                    eina_list_data_get(relation->objects) == button;
+    eina_iterator_free(relations);
+    EXPECT_EQ(labelled, 1);
+    const auto says = [button](Efl_Access_State_Type type) {
+        return STATE_TYPE_GET(efl_access_object_state_set_get(button), type) != 0;
+    };
+    int said = 0;
+    const auto note = [](void* changes, const Efl_Event* event) {
+        *static_cast<int*>(changes) += event->desc == EFL_ACCESS_OBJECT_EVENT_STATE_CHANGED ? 1 : 0;
+    };
+    Efl_Access_Event_Handler* const listener = efl_access_object_event_handler_add(note, &said);
+    for (const bool holds : {true, false, true}) {
+        vell::set_accessible_state(button, vell::AccessibleState::busy, holds);
+        elm_object_focus_allow_set(button, holds);
+        elm_theme_flush(nullptr);
+        settle();
+        EXPECT_EQ(says(EFL_ACCESS_STATE_TYPE_BUSY), holds);
+        EXPECT_EQ(says(EFL_ACCESS_STATE_TYPE_ENABLED), holds);
+        EXPECT_EQ(says(EFL_ACCESS_STATE_TYPE_SENSITIVE), holds);
+        EXPECT_EQ(efl_access_action_do(button, 0) != EINA_FALSE, holds);
+    }
+    EXPECT_EQ(said, 7) << "three times busy or not, twice enabled or not, twice sensitive or not";
+    efl_access_object_event_handler_del(listener);
 }
 
 TEST_F(ToolkitWidget, AppendedItemIsShownOnceAtTheEndOfTheTurnOrTheRender) {

@@ -55,7 +55,10 @@ std::string name_of(const State& state, Spot spot) {
 
 std::string appearance(const State& state, const std::string& packets) {
     const auto button = [&state](Spot spot) {
-        const std::string text = name_of(state, spot) + (is_barred(state, spot) ? "" : "*");
+        const bool is_chosen =
+            state.page != Page::first && spot == (is_tx(state) ? Spot::tx_tab : Spot::rx_tab);
+        const std::string text =
+            name_of(state, spot) + (is_barred(state, spot) ? "" : "*") + (is_chosen ? " chosen" : "");
         const bool has_focus = spot == state.focus && !state.behind; // behind it the front window's has it
         return has_focus ? "[" + text + "]" : text;
     };

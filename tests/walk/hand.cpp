@@ -81,7 +81,10 @@ std::string without_count(const std::string& text) {
 std::vector<std::string> items(const simulator::Screen& screen) {
     std::vector<std::string> items;
     for (const simulator::Widget& widget : screen.widgets()) {
-        std::string text = without_count(widget.name) + (widget.focusable ? "*" : "");
+        std::string text =
+            without_count(widget.name) + (widget.focusable ? "*" : "") + (widget.chosen ? " chosen" : "");
+        if (widget.role == "push button" && widget.enabled != widget.focusable)
+            text += widget.enabled ? " enabled" : " disabled";
         if (widget.value && widget.name != std::to_string(static_cast<int>(widget.value->current)))
             text += "=" + std::to_string(widget.value->current);
         items.push_back(widget.focused ? "[" + text + "]" : text);
@@ -229,12 +232,13 @@ std::string Hand::look() {
 }
 
 /** Looks once more: what came before that has been dealt with, and a page that looks like the last one is there. */
-bool Hand::stays() {
+bool Hand::stays(bool mirrored) {
     const simulator::Screen screen = reader_.read("velmora", simulator::Places::unasked);
     for (const simulator::Widget& widget : screen.widgets())
         if (const auto seen = seen_.find(widget.name); seen != seen_.end())
             seen->second.accessible = widget.accessible;
-    return std::ranges::is_permutation(items(screen), shown_); // without places in another order
+    // Without places in the order of the tree, which is that of reading, whatever the direction.
+    return mirrored ? std::ranges::is_permutation(items(screen), shown_) : items(screen) == shown_;
 }
 
 std::vector<std::string> Hand::new_calls() const {
@@ -258,7 +262,7 @@ void Hand::expect(const State& state, const std::optional<std::vector<std::strin
         const bool is_late = std::chrono::steady_clock::now() >= deadline;
         const auto asked = calls && (is_shown || is_late) ? new_calls() : std::vector<std::string>{};
         const bool is_asked = asked == calls.value_or(asked);
-        if (is_shown && is_asked && stays()) // after the calls
+        if (is_shown && is_asked && stays(state.mirrored)) // after the calls
             break;
         if (is_late)
             throw Difference("  expected " + wanted.substr(0, longest_line) + "\n  seen     " +

@@ -65,7 +65,7 @@ private:
     void activate(const std::string& name);
     static void set_language(bool mirrored);
     [[nodiscard]] std::string look();
-    [[nodiscard]] bool stays();
+    [[nodiscard]] bool stays(bool mirrored);
     [[nodiscard]] std::vector<std::string> new_calls() const;
 
     std::string program_;

@@ -5,6 +5,7 @@
 
 #include "focus_moves.h"
 #include "focus_ring.h"
+#include "toolkit/widgets/popup.h"
 #include "toolkit/widgets/widget.h"
 #include "window_manager.h"
 
@@ -100,6 +101,13 @@ Efl_Ui_Focus_Object* first_below(Eo* window, void*, Efl_Ui_Focus_Object* parent)
     return efl_ui_focus_manager_request_subchild(efl_super(window, EFL_OBJECT_OVERRIDE_CLASS), parent);
 }
 
+void set_focus(Eo* manager, void*, Efl_Ui_Focus_Object* widget) {
+    if (has_to_wait_for_popup(widget))
+        efl_ui_focus_manager_reset_history(manager); // or what had it before gets it when the popup closes
+    else
+        efl_ui_focus_manager_focus_set(efl_super(manager, EFL_OBJECT_OVERRIDE_CLASS), widget);
+}
+
 void raise(Eo* window, void*) {
     efl_gfx_stack_raise_to_top(efl_super(window, EFL_OBJECT_OVERRIDE_CLASS));
     get_keyboard(window);
@@ -115,8 +123,26 @@ void correct_focus(Evas_Object* window) {
         operations, EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_move, reinterpret_cast<void*>(move)),
         EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_pop_history_stack, reinterpret_cast<void*>(give_up)),
         EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_request_subchild, reinterpret_cast<void*>(first_below)),
+        EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_focus_set, reinterpret_cast<void*>(set_focus)),
         EFL_OBJECT_OP_FUNC(efl_gfx_stack_raise_to_top, reinterpret_cast<void*>(raise)));
     efl_object_override(window, &operations);
+    // When a popup goes, the manager inside the window, to which the window passes on what it is asked, gives the focus to
+    // the first of all widgets when its history is empty, and does not ask the window (measured).
+    EFL_OPS_DEFINE(inner_operations,
+                   EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_focus_set, reinterpret_cast<void*>(set_focus)));
+    Eina_Iterator* const children = efl_children_iterator_new(window);
+    for (void* child = nullptr; eina_iterator_next(children, &child) != EINA_FALSE;)
+        if (efl_isa(static_cast<Eo*>(child), EFL_UI_FOCUS_MANAGER_CALC_CLASS) != EINA_FALSE)
+            efl_object_override(static_cast<Eo*>(child), &inner_operations);
+    eina_iterator_free(children);
+}
+
+void drop_focus_in(const Evas_Object* parent) {
+    Evas_Object* const window = elm_object_top_widget_get(parent);
+    if (!is_inside(elm_object_focused_object_get(window), parent))
+        return;
+    efl_ui_focus_manager_reset_history(window);
+    evas_object_focus_set(window, EINA_TRUE); // it gets the keys meanwhile
 }
 
 void enter_header_at(Evas_Object* header, Evas_Object* tab) {

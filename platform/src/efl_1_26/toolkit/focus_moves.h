@@ -13,12 +13,20 @@ namespace vell {
  * - When a widget gives the focus up (`elm_object_focus_set` with false), nothing has it, and the next key
  *   that moves the focus brings it back there. Elementary gives it to another widget, which OK would then
  *   press: at once, or when the window gets the keyboard back from another window.
+ * - What is behind an open popup cannot take the focus, not even for a moment in which a screen reader would say so; it
+ *   has it when the popup closes.
  * - A window that is raised gets the keyboard. Elementary leaves that to the window manager, and some raise
  *   no window that does not ask for the keyboard too, and others give none.
  *
  * The focus ring glides along with every key that moves the focus.
  */
 void correct_focus(Evas_Object* window);
+
+/**
+ * Has nothing focused if something in `parent`, which is about to go, is. Elementary gives the focus to another widget
+ * then, which a screen reader would say, and the next page takes it from there.
+ */
+void drop_focus_in(const Evas_Object* parent);
 
 /** Has the focus go to `tab` whenever a key moves it up into the header. */
 void enter_header_at(Evas_Object* header, Evas_Object* tab);

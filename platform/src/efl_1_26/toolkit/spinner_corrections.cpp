@@ -24,13 +24,6 @@ Eina_Bool register_as_widget(Eo* spinner, void*, Efl_Ui_Widget_Focus_State curre
                                            configured, redirect);
 }
 
-/** Says "focused" as Elementary's other widgets do; a spinner says nothing (measured). */
-void say_focused(void*, const Efl_Event* event) {
-    auto* const spinner = static_cast<Evas_Object*>(event->object);
-    if (efl_ui_focus_object_focus_get(spinner) != EINA_FALSE)
-        evas_object_smart_callback_call(spinner, "focused", nullptr);
-}
-
 Eina_Bool set_number(Eo* spinner, void*, double number, const char* /*text*/) {
     double low = 0.0;
     double high = 0.0;
@@ -51,7 +44,6 @@ void correct_spinner(Evas_Object* spinner) {
         EFL_OBJECT_OP_FUNC(efl_ui_widget_focus_state_apply, reinterpret_cast<void*>(register_as_widget)),
         EFL_OBJECT_OP_FUNC(efl_access_value_and_text_set, reinterpret_cast<void*>(set_number)));
     efl_object_override(spinner, &operations);
-    efl_event_callback_add(spinner, EFL_UI_FOCUS_OBJECT_EVENT_FOCUS_CHANGED, say_focused, nullptr);
 }
 
 } // namespace vell

@@ -9,7 +9,7 @@ namespace vell {
  * Corrects what Elementary 1.26 was measured to do with a spinner:
  *
  * - It registers it with the focus manager as a mere parent of its inner buttons, and without them nothing takes the
- *   focus. It is a widget that can hold the focus now, and says "focused" as other widgets do.
+ *   focus. It is a widget that can hold the focus now.
  * - A number that an assistive technology sets is not shown, and may be a broken one or none at all. It is rounded and
  *   shown now, and refused beyond the limits, by a spinner that is disabled, and by one that is not in front.
  */

@@ -1,5 +1,7 @@
 #include "button.h"
 
+#include "accessible.h"
+#include "efl_1_26/toolkit/accessible_corrections.h"
 #include "efl_1_26/toolkit/focus_bar.h"
 #include "popup.h"
 #include "widget.h"
@@ -16,6 +18,7 @@ struct Button {
 void show_whether_usable(Evas_Object* button) {
     const bool usable = elm_object_focus_allow_get(button) != EINA_FALSE;
     elm_layout_signal_emit(button, usable ? "vell,state,usable" : "vell,state,unusable", "vell");
+    vell::set_accessible_state(button, vell::AccessibleState::barred, !usable);
 }
 
 /** A mouse and an accessibility action reach a button that the focus cannot. */
@@ -40,6 +43,7 @@ namespace vell {
 
 void mark_chosen(Evas_Object* button, bool chosen) {
     elm_layout_signal_emit(button, chosen ? "vell,state,chosen" : "vell,state,unchosen", "vell");
+    set_accessible_state(button, AccessibleState::chosen, chosen);
 }
 
 } // namespace vell
@@ -49,9 +53,9 @@ Evas_Object* elm_vell_button_add(Evas_Object* parent) {
     if (object == nullptr)
         return nullptr;
     vell::attach<Button>(object);
+    vell::correct_accessible_states(object);
     vell::watch_focus_bar(object, show_whether_usable);
     evas_object_smart_callback_add(object, "clicked", on_clicked, nullptr);
-    evas_object_smart_callback_add(object, "focused", vell::keep_focus_in_popup, nullptr);
     return vell::adopt(object, vell::Family::button);
 }
 
@@ -67,6 +71,7 @@ void elm_vell_button_text_set(Evas_Object* button, const char* text) {
         return;
     state->text = text == nullptr ? "" : text;
     elm_object_text_set(button, vell::markup(text).c_str());
+    vell::set_accessible_name(button, text);
 }
 
 const char* elm_vell_button_text_get(const Evas_Object* button) {

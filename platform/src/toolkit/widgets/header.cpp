@@ -100,6 +100,11 @@ void elm_vell_header_content_set(Evas_Object* header, Evas_Object* content) {
 
 void elm_vell_subheader_content_set(Evas_Object* header, Evas_Object* content) {
     hold_row(header, &Header::subheader, content);
+    auto* const state = vell::attached<Header>(header);
+    if (state != nullptr && state->content != nullptr) { // read after the tabs
+        elm_box_unpack(state->rows, state->content);
+        elm_box_pack_end(state->rows, state->content);
+    }
     for (Evas_Object* const tab : vell::layout_items(content))
         evas_object_smart_callback_add(tab, "pressed", on_tab_pressed, header);
 }

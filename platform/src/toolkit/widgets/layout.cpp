@@ -1,6 +1,8 @@
 #include "layout.h"
 
+#include "accessible.h"
 #include "color.h"
+#include "efl_1_26/toolkit/focus_moves.h"
 #include "toolkit/arranging/items_box.h"
 #include "toolkit/window/manager.h"
 #include "widget.h"
@@ -136,11 +138,18 @@ void elm_vell_layout_item_append(Evas_Object* layout, Evas_Object* item, int wid
     if (holder == nullptr || widget == nullptr)
         return;
     widget->request.given = {width, height};
+    const auto before = vell::layout_items(layout);
+    if (widget->family == vell::Family::button && !before.empty() &&
+        vell::find(before.back(), vell::Family::textbox) != nullptr)
+        vell::label_accessible(item, before.back());
     vell::items_box_append(holder->box, *widget);
     vell::Manager::instance().show_later(item);
 }
 
 void elm_vell_layout_clear(Evas_Object* layout) {
-    if (auto* const holder = attached<Layout>(layout))
-        elm_box_clear(holder->box);
+    auto* const holder = attached<Layout>(layout);
+    if (holder == nullptr)
+        return;
+    vell::drop_focus_in(layout);
+    elm_box_clear(holder->box);
 }

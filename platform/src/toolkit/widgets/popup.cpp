@@ -26,8 +26,7 @@ struct Popup {
     Evas_Object* box = nullptr; /**< gives the content or the message its size */
     // Null once the widget is gone:
     std::array<Evas_Object*, button_places.size()> buttons{};
-    Evas_Object* focused = nullptr;        /**< what in it had the focus last */
-    Evas_Object* focused_before = nullptr; /**< what had the focus when it was shown */
+    Evas_Object* focused_behind = nullptr; /**< what gets the focus when it closes */
 };
 
 /** A popup's buttons have text as large as a page's. */
@@ -43,8 +42,7 @@ Popup::~Popup() {
     std::erase(open_popups(), this);
     for (Evas_Object*& button : buttons)
         vell::point_weakly(button, nullptr);
-    vell::point_weakly(focused, nullptr);
-    vell::point_weakly(focused_before, nullptr);
+    vell::point_weakly(focused_behind, nullptr);
 }
 
 std::vector<Evas_Object*> items_of(const Popup& popup) {
@@ -65,8 +63,7 @@ void on_show(void* data, Evas*, Evas_Object* object, void*) {
     std::erase(open_popups(), popup);
     open_popups().push_back(popup);
     elm_object_tree_focus_allow_set(object, EINA_TRUE);
-    vell::point_weakly(popup->focused_before, elm_object_focused_object_get(object));
-    vell::point_weakly(popup->focused, nullptr);
+    vell::point_weakly(popup->focused_behind, elm_object_focused_object_get(object));
     // Elementary gives a popup that appears again the focus it had when it went (measured). That is done
     // first, so that the show callbacks have the last word.
     evas_object_show(vell::notification_of(object));
@@ -79,18 +76,12 @@ void on_show(void* data, Evas*, Evas_Object* object, void*) {
     evas_smart_objects_calculate(evas_object_evas_get(object));
 }
 
-/** Gives the focus to what had it last in the popup on top, if there is one. */
-void focus_top_popup(void* = nullptr) {
-    if (!open_popups().empty() && open_popups().back()->focused != nullptr)
-        elm_object_focus_set(open_popups().back()->focused, EINA_TRUE);
-}
-
 void on_hide(void* data, Evas*, Evas_Object* object, void*) {
     auto* const popup = static_cast<Popup*>(data);
-    const bool was_open = std::erase(open_popups(), popup) != 0;
+    Evas_Object* const behind = popup->focused_behind;
     evas_object_hide(vell::notification_of(object)); // first, or it keeps the focus
-    if (was_open && popup->focused_before != nullptr)
-        elm_object_focus_set(popup->focused_before, EINA_TRUE);
+    if (std::erase(open_popups(), popup) != 0 && behind != nullptr)
+        elm_object_focus_set(behind, EINA_TRUE);
     elm_object_tree_focus_allow_set(object, EINA_FALSE);
     // Hidden here rather than when the popup appears again, or they would get its focus twice then.
     for (Evas_Object* const item : items_of(*popup))
@@ -139,17 +130,12 @@ bool is_in_front(const Evas_Object* widget) {
     return widget == (open_popups().empty() ? nullptr : open_popups().back()->object);
 }
 
-void keep_focus_in_popup(void*, Evas_Object* widget, void*) {
-    if (open_popups().empty())
-        return;
-    Popup* const top = open_popups().back();
-    if (is_inside(widget, top->object))
-        point_weakly(top->focused, widget);
-    else if (top->focused != nullptr) {
-        point_weakly(top->focused_before, widget);
-        // Not before the focus has arrived: taken back on its way, it stays in both places (measured).
-        ecore_job_add(focus_top_popup, nullptr);
-    }
+bool has_to_wait_for_popup(Evas_Object* widget) {
+    const bool is_own = find(widget) != nullptr; // not a part of Elementary's
+    if (!is_own || open_popups().empty() || is_inside(widget, open_popups().back()->object))
+        return false;
+    point_weakly(open_popups().back()->focused_behind, widget);
+    return true;
 }
 
 } // namespace vell

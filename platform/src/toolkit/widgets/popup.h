@@ -8,8 +8,7 @@ namespace vell {
 /** Whether the widget is in the popup on top or, with none open, on the page: nothing else can be used. */
 bool is_in_front(const Evas_Object* widget);
 
-/** "focused" callback of every widget: focus that a widget behind an open popup took goes back into the
- * popup. */
-void keep_focus_in_popup(void* data, Evas_Object* widget, void* event);
+/** Whether the widget is behind an open popup; the focus, which it was to get, comes to it when that closes. */
+bool has_to_wait_for_popup(Evas_Object* widget);
 
 } // namespace vell

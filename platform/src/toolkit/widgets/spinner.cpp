@@ -1,5 +1,4 @@
 #include "efl_1_26/toolkit/spinner_corrections.h"
-#include "popup.h"
 #include "widget.h"
 
 #include <platform/vell.h>
@@ -104,7 +103,6 @@ Evas_Object* elm_vell_spinner_add(Evas_Object* parent) {
     evas_object_event_callback_add(spinner, EVAS_CALLBACK_SHOW, on_spinner_show, nullptr);
     evas_object_smart_callback_add(spinner, "changed", show_limits, nullptr);
     evas_object_smart_callback_add(spinner, "theme,changed", show_limits, nullptr); // so does mirroring
-    evas_object_smart_callback_add(spinner, "focused", vell::keep_focus_in_popup, nullptr);
     return vell::adopt(spinner, vell::Family::spinner);
 }
 
