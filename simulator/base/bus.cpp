@@ -99,13 +99,21 @@ Call Call::later() const {
     return *this;
 }
 
+std::map<std::string, Method> every_method(const std::string& interface, const Method& method) {
+    std::map<std::string, Method> methods;
+    const auto* const contract = contract_of(interface).interfaces[0];
+    for (auto** each = contract->methods; each != nullptr && *each != nullptr; ++each)
+        methods[(*each)->name] = method;
+    return methods;
+}
+
 BusObject::BusObject(GDBusConnection* connection, const std::string& interface,
                      std::map<std::string, Method> methods)
     : connection_(connection), contract_(contract_of(interface)), methods_(std::move(methods)) {
     static constexpr GDBusInterfaceVTable functions = {call, nullptr, nullptr, {}};
-    for (auto** method = contract_.interfaces[0]->methods; method != nullptr && *method != nullptr; ++method)
-        if (!methods_.contains((*method)->name))
-            fail(interface + "." + (*method)->name, nullptr);
+    for (const auto& [name, method] : every_method(interface, {}))
+        if (!methods_.contains(name))
+            fail(interface + "." + name, nullptr);
     g_autoptr(GError) error = nullptr;
     registration_ = g_dbus_connection_register_object(connection, contract_.path, contract_.interfaces[0],
                                                       &functions, this, nullptr, &error);

@@ -68,6 +68,9 @@ private:
 /** Answers a call: with values, with a Refusal that it throws, with nothing when it just returns, or later. */
 using Method = std::function<void(Call& call)>;
 
+/** Each method of a contract, answered alike. */
+std::map<std::string, Method> every_method(const std::string& interface, const Method& method);
+
 /** What a component in this process does, there as long as the component runs. */
 class Simulation {
 public:

@@ -29,7 +29,8 @@ NcpHost::NcpHost(const std::vector<std::string>& answers, std::function<void()> 
     : connection_(connect_to_bus(g_getenv("DBUS_SYSTEM_BUS_ADDRESS"))), die_(std::move(die)),
       link_(
           link_path, answer_limit_milliseconds, [this] { emit(g_variant_new("(s)", "ready")); }, log_),
-      service_(connection_.get(), contract::service_interface, service_methods()) {
+      service_(connection_.get(), contract::service_interface,
+               every_method(contract::service_interface, [this](Call& call) { handle(call.later()); })) {
     for (const std::string& answer : answers) {
         const auto middle = std::min(answer.find('='), answer.size() - 1);
         set_behaviour(answer.substr(0, middle), answer.substr(middle + 1));
@@ -46,17 +47,9 @@ std::map<std::string, Method> NcpHost::methods() {
             {"Calls", [this](Call& call) { call.answer({to_variant(calls_)}); }}};
 }
 
-std::map<std::string, Method> NcpHost::service_methods() {
-    std::map<std::string, Method> methods;
-    const auto* const service = contract_of(contract::service_interface).interfaces[0];
-    for (auto** method = service->methods; *method != nullptr; ++method)
-        methods[(*method)->name] = [this](Call& call) { handle(call.later()); };
-    return methods;
-}
-
 void NcpHost::set_behaviour(const std::string& method, const std::string& text) {
     const auto behaviour = parse_behaviour(text);
-    if (!behaviour || !service_methods().contains(method))
+    if (!behaviour || !every_method(contract::service_interface, {}).contains(method))
         throw Refusal("NoSuchBehaviour", "no method " + method + ", or no behaviour \"" + text + "\"");
     behaviours_[method] = *behaviour;
 }

@@ -27,7 +27,6 @@ public:
     [[nodiscard]] std::map<std::string, Method> methods() override;
 
 private:
-    [[nodiscard]] std::map<std::string, Method> service_methods();
     /** @throws Refusal for an unknown method or behaviour. */
     void set_behaviour(const std::string& method, const std::string& text);
     void handle(const Call& call);

@@ -109,18 +109,13 @@ void ProcessComponent::end() {
 SimulatedComponent::SimulatedComponent(std::string name, GDBusConnection* bus, const std::string& interface,
                                        Make make, Ended ended)
     : Component(std::move(name), std::move(ended)), make_(std::move(make)),
-      object_(bus, interface, forwarded(interface)) {}
+      object_(bus, interface, every_method(interface, [this](Call& call) { forward(call); })) {}
 
-std::map<std::string, Method> SimulatedComponent::forwarded(const std::string& interface) {
-    std::map<std::string, Method> forwarded;
-    for (auto** method = contract_of(interface).interfaces[0]->methods; *method != nullptr; ++method)
-        forwarded[(*method)->name] = [this](Call& call) {
-            if (!simulation_)
-                throw Refusal("NotRunning", "the " + name() + " " + state_ + "; 'tvctl start " + name() +
-                                                "' starts it again");
-            methods_.at(call.method())(call);
-        };
-    return forwarded;
+void SimulatedComponent::forward(Call& call) {
+    if (!simulation_)
+        throw Refusal("NotRunning",
+                      "the " + name() + " " + state_ + "; 'tvctl start " + name() + "' starts it again");
+    methods_.at(call.method())(call);
 }
 
 void SimulatedComponent::start(const Ready& ready) {

@@ -103,7 +103,7 @@ public:
     void kill_soon();
 
 private:
-    [[nodiscard]] std::map<std::string, Method> forwarded(const std::string& interface);
+    void forward(Call& call);
 
     Make make_;
     std::unique_ptr<Simulation> simulation_;

@@ -19,10 +19,8 @@ bool is_own_screen(const std::string& screen) { return screen.find('x') != std::
 /** The object of something that this television does not have. */
 std::unique_ptr<BusObject> absent(GDBusConnection* bus, const std::string& interface,
                                   const Refusal& refusal) {
-    std::map<std::string, Method> methods;
-    for (auto** method = contract_of(interface).interfaces[0]->methods; *method != nullptr; ++method)
-        methods[(*method)->name] = [refusal](const Call& /*call*/) { throw refusal; };
-    return std::make_unique<BusObject>(bus, interface, methods);
+    return std::make_unique<BusObject>(bus, interface,
+                                       every_method(interface, [refusal](Call& /*call*/) { throw refusal; }));
 }
 
 } // namespace

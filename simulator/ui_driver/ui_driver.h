@@ -3,7 +3,6 @@
 
 #include "base/bus.h"
 #include "base/event_source.h"
-#include "condition.h"
 #include "keyboard.h"
 #include "screen_reader.h"
 #include "screenshot.h"

@@ -4,8 +4,8 @@
 #include "base/process.h"
 #include "picture.h"
 #include "sync_reader.h"
-#include "ui_driver/condition.h"
 #include "ui_driver/keyboard.h"
+#include "ui_driver/screen.h"
 
 #include <chrono>
 #include <functional>
