@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstdint>
+#include <future>
 #include <string>
 #include <vector>
 
@@ -58,6 +59,7 @@ public:
     Screenshot& operator=(const Screenshot&) = delete;
 
 private:
+    void compress(Pixels pixels);
     void look_again();
     void finish(const std::string& error);
 
@@ -65,7 +67,8 @@ private:
     FileDescriptor file_;
     Taken taken_;
     int looks_ = 0;
-    Pixels pixels_;
+    std::shared_ptr<const Pixels> pixels_;
+    std::future<std::vector<std::uint8_t>> picture_; // of these pixels
     EventSource next_look_;
     std::unique_ptr<GCancellable, GObjectRelease> cancel_;
 };
