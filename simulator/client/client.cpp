@@ -1,7 +1,6 @@
 #include "client.h"
 
 #include "base/file_descriptor.h"
-#include "failure.h"
 
 #include <algorithm>
 #include <array>

@@ -24,6 +24,18 @@ extern const ObjectAddress ui;
 extern const ObjectAddress ncp_host;
 extern const ObjectAddress radio_module;
 
+/** It failed, or did not happen in time; tvctl exits 1. */
+class Failure : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/** A usage error; tvctl exits 2. */
+class WrongUse : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
 class Client {
 public:
     explicit Client(BusConnection bus) : bus_(std::move(bus)) {}

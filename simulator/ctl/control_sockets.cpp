@@ -3,7 +3,7 @@
 #include "base/local_socket.h"
 #include "base/strings.h"
 #include "base/wait_until.h"
-#include "client/failure.h"
+#include "client/client.h"
 
 #include <algorithm>
 #include <filesystem>

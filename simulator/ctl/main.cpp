@@ -4,7 +4,6 @@
 #include "base/process.h"
 #include "base/strings.h"
 #include "client/client.h"
-#include "client/failure.h"
 #include "control_sockets.h"
 #include "output.h"
 

@@ -100,8 +100,9 @@ void UiDriver::check_display() const {
 }
 
 void UiDriver::check_key(const std::string& key) const {
+    const bool exists = has_key(display_, key); // which may be the first to find that the screen has gone
     check_display();
-    if (!has_key(display_, key))
+    if (!exists)
         throw Refusal("NoSuchKey", "this keyboard has no key '" + key + "'");
 }
 

@@ -1,7 +1,7 @@
 #include "faults.h"
 
 #include "base/wait_until.h"
-#include "client/failure.h"
+#include "client/client.h"
 #include "ncp_host/contract.h"
 #include "support/application_log.h"
 
