@@ -33,6 +33,11 @@ ModulePort::ModulePort(std::string device_path) : device_path_(std::move(device_
         fail(terminal_path_);
 }
 
+ModulePort::~ModulePort() {
+    if (shown_)
+        unlink(device_path_.c_str());
+}
+
 void ModulePort::show(bool shown) {
     std::error_code error;
     if (std::filesystem::is_symlink(device_path_, error)) // also that of a module that was killed

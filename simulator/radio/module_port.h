@@ -15,7 +15,7 @@ public:
     explicit ModulePort(std::string device_path);
     ModulePort(const ModulePort&) = delete;
     ModulePort& operator=(const ModulePort&) = delete;
-    ~ModulePort() { show(false); }
+    ~ModulePort();
 
     /**
      * Makes the device appear, as a symbolic link, or disappear; a program that has it open keeps it.

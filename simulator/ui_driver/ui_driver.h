@@ -55,7 +55,7 @@ private:
                   const Answer& answer);
     void look();
     void show(const Screen& screen);
-    bool serve(const Waiting& waiting, const Screen& screen) const;
+    [[nodiscard]] bool serve(const Waiting& waiting, const Screen& screen) const;
     void drop_callers_that_leave();
     void drop(const std::string& caller);
 
