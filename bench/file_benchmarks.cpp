@@ -20,7 +20,7 @@ void firmware_version(benchmark::State& state, std::uintmax_t mebibytes) {
     std::ofstream(image).put('\0');
     std::filesystem::resize_file(image, mebibytes * mebibyte);
     for (auto _ : state)
-        benchmark::DoNotOptimize(FwVersionReader::GetVersion(image));
+        benchmark::DoNotOptimize(FwVersionReader().GetVersion(image));
 }
 
 void secure_read(benchmark::State& state) {

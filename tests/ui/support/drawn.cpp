@@ -72,7 +72,8 @@ std::vector<DrawnText> drawn_texts(Evas_Object* window) {
             return;
         const bool in_popup = is_in_popup(widget);
         popup_is_open = popup_is_open || in_popup;
-        texts.push_back({text, geometry(drawn), geometry(widget), is_whole(drawn), !in_popup});
+        texts.push_back({text, geometry(drawn), geometry(widget), is_whole(drawn), !in_popup,
+                         is_type(widget, "elm_button") && elm_object_focus_allow_get(widget) != EINA_FALSE});
     });
     for (DrawnText& text : texts)
         text.covered = text.covered && popup_is_open;

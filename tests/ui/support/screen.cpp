@@ -77,7 +77,11 @@ std::string description(Evas_Object* widget) {
         return "[" + std::to_string(std::lround(elm_spinner_value_get(widget))) + "]";
     if (type == "elm_popup")
         return "popup " + text_of(elm_object_part_text_get(widget, "title,text"));
-    return type == "elm_layout" || type == "elm_label" ? text_of(elm_object_text_get(widget)) : "";
+    if (type == "elm_label")
+        return text_of(elm_object_text_get(widget));
+    if (type == "elm_layout")
+        return text_of(elm_object_text_get(widget)) + text_of(elm_object_part_text_get(widget, "vell.value"));
+    return "";
 }
 
 } // namespace

@@ -67,6 +67,7 @@ struct DrawnText {
     Eina_Rectangle widget; /**< the widget it belongs to */
     bool whole;            /**< neither cut nor shortened with an ellipsis */
     bool covered;          /**< an open popup lies over its page */
+    bool control;          /**< of a button that can be used */
 };
 
 /** The texts that can be seen. */

@@ -1,6 +1,7 @@
 #include "stale_input_filter.h"
 
 #include "application/x_server.h"
+#include "common/dropped_press.h"
 #include "platform/log.h"
 
 #include <Ecore_Input.h>
@@ -94,6 +95,8 @@ Eina_Bool StaleInputFilter::drop_if_stale(void* self, int type, void* event) {
     const auto press = press_of(type, event);
     if (press.name == raising_key || !filter->is_stale(press.server_time))
         return ECORE_CALLBACK_PASS_ON;
+    if (filter->dropped_last_.empty())
+        ecore_event_add(dropped_press_event(), nullptr, nullptr, nullptr);
     if (press.name != filter->dropped_last_)
         __dlog_print(LogBuffer::main, LogPriority::warning, "PLATFORM",
                      "dropped a press while the screen was frozen: %s", press.name.c_str());

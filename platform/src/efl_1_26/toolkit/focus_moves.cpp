@@ -5,9 +5,13 @@
 
 #include "focus_moves.h"
 #include "focus_ring.h"
+#include "toolkit/press/press.h"
 #include "toolkit/widgets/popup.h"
 #include "toolkit/widgets/widget.h"
 #include "window_manager.h"
+
+#include <array>
+#include <string_view>
 
 namespace vell {
 namespace {
@@ -82,15 +86,23 @@ Efl_Ui_Focus_Object* move_focus(Eo* window, Efl_Ui_Focus_Direction direction) {
 }
 
 Efl_Ui_Focus_Object* move(Eo* window, void*, Efl_Ui_Focus_Direction direction) {
+    constexpr std::array<const char*, EFL_UI_FOCUS_DIRECTION_LAST> arrows{nullptr, nullptr, "Up",
+                                                                          "Down",  "Right", "Left"};
+    const Evas_Object* const before = elm_object_focused_object_get(window);
     Efl_Ui_Focus_Object* const moved_to = move_focus(window, direction);
-    glide_to_focus(window);
+    const char* const arrow = arrows.at(direction);
+    if (arrow != nullptr && before != nullptr && elm_object_focused_object_get(window) == before)
+        bump_ring(window, arrow);
     return moved_to;
 }
 
 void give_up(Eo* window, void*) {
-    point_weakly(attached<Places>(window)->given_up, efl_ui_focus_manager_focus_get(window));
+    auto& given_up = attached<Places>(window)->given_up;
+    point_weakly(given_up, efl_ui_focus_manager_focus_get(window));
     efl_ui_focus_manager_reset_history(window);
     evas_object_focus_set(window, EINA_TRUE); // it gets the keys, or none would move the focus again
+    if (given_up != nullptr)
+        evas_object_smart_callback_call(given_up, "vell,focus,given,up", nullptr);
 }
 
 /** What Elementary gives the focus to when the window gets the keyboard and nothing has the focus: nothing, when it was
@@ -113,6 +125,13 @@ void raise(Eo* window, void*) {
     get_keyboard(window);
 }
 
+void on_key(void*, Evas*, Evas_Object* window, void* event) {
+    const char* const key = static_cast<Evas_Event_Key_Down*>(event)->key;
+    if (key != nullptr && std::string_view(key) == "Return" &&
+        elm_object_focused_object_get(window) == nullptr)
+        nudge_focus(window);
+}
+
 } // namespace
 
 void correct_focus(Evas_Object* window) {
@@ -126,6 +145,7 @@ void correct_focus(Evas_Object* window) {
         EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_focus_set, reinterpret_cast<void*>(set_focus)),
         EFL_OBJECT_OP_FUNC(efl_gfx_stack_raise_to_top, reinterpret_cast<void*>(raise)));
     efl_object_override(window, &operations);
+    evas_object_event_callback_add(window, EVAS_CALLBACK_KEY_DOWN, on_key, nullptr);
     // When a popup goes, the manager inside the window, to which the window passes on what it is asked, gives the focus to
     // the first of all widgets when its history is empty, and does not ask the window (measured).
     EFL_OPS_DEFINE(inner_operations,
@@ -135,6 +155,15 @@ void correct_focus(Evas_Object* window) {
         if (efl_isa(static_cast<Eo*>(child), EFL_UI_FOCUS_MANAGER_CALC_CLASS) != EINA_FALSE)
             efl_object_override(static_cast<Eo*>(child), &inner_operations);
     eina_iterator_free(children);
+}
+
+void nudge_focus(Evas_Object* window) {
+    const auto* const places = attached<Places>(window);
+    Evas_Object* nudged = elm_object_focused_object_get(window);
+    if (nudged == nullptr && places != nullptr)
+        nudged = places->given_up;
+    if (nudged != nullptr)
+        nudge(nudged);
 }
 
 void drop_focus_in(const Evas_Object* parent) {

@@ -18,9 +18,12 @@ namespace vell {
  * - A window that is raised gets the keyboard. Elementary leaves that to the window manager, and some raise
  *   no window that does not ask for the keyboard too, and others give none.
  *
- * The focus ring glides along with every key that moves the focus.
+ * OK while nothing has the focus nudges the widget that gave it up, and an arrow that leads nowhere bumps the focus ring.
  */
 void correct_focus(Evas_Object* window);
+
+/** Nudges what has the focus, or gave it up: a key did nothing. */
+void nudge_focus(Evas_Object* window);
 
 /**
  * Has nothing focused if something in `parent`, which is about to go, is. Elementary gives the focus to another widget

@@ -3,14 +3,10 @@
 #include "toolkit/arranging/placement.h"
 #include "toolkit/widgets/widget.h"
 
-#include <cmath>
-#include <string_view>
-#include <utility>
+#include <string>
 
 namespace vell {
 namespace {
-
-constexpr double glide_seconds = 0.15;
 
 /** Kept with the window. */
 struct FocusRing {
@@ -19,12 +15,8 @@ struct FocusRing {
 
     Evas_Object* window = nullptr;
     Evas_Object* drawn = nullptr;
-    Area from; /**< where the glide began */
-    Area area; /**< where the ring stands or glides to */
-    Ecore_Animator* glide = nullptr;
-    // Null once the widget is gone:
-    Evas_Object* widget = nullptr;   /**< what the ring is around */
-    Evas_Object* moved_to = nullptr; /**< what a key gave the focus since the last frame */
+    Area area;                     /**< where the ring stands */
+    Evas_Object* widget = nullptr; /**< what it is around; null once the widget is gone */
 };
 
 Area area_of(const Evas_Object* object) {
@@ -53,40 +45,11 @@ Evas_Object* focused_widget(const Evas_Object* window) {
     return holds_focus && evas_object_visible_get(widget) != EINA_FALSE ? widget : nullptr;
 }
 
-void put(const FocusRing& ring, const Area& area) {
-    evas_object_geometry_set(ring.drawn, area.x, area.y, area.width, area.height);
-}
-
-void end_glide(FocusRing& ring) {
-    if (ring.glide != nullptr)
-        ecore_animator_del(std::exchange(ring.glide, nullptr));
-}
-
-Eina_Bool step(void* data, double position) {
-    auto& ring = *static_cast<FocusRing*>(data);
-    const double left = (1.0 - position) * (1.0 - position);
-    const auto between = [left](int from, int to) {
-        return to + static_cast<int>(std::lround((from - to) * left));
-    };
-    put(ring, {between(ring.from.x, ring.area.x), between(ring.from.y, ring.area.y),
-               between(ring.from.width, ring.area.width), between(ring.from.height, ring.area.height)});
-    if (position >= 1.0)
-        ring.glide = nullptr; // Ecore deletes it
-    return ECORE_CALLBACK_RENEW;
-}
-
-void go_to(FocusRing& ring, Evas_Object* widget, const Area& area) {
-    const bool glides = ring.widget != nullptr && widget == ring.moved_to;
+void go_to(FocusRing& ring, Evas_Object* widget) {
     point_weakly(ring.widget, widget);
-    ring.area = area;
-    end_glide(ring);
-    if (glides) {
-        ring.from = area_of(ring.drawn);
-        ring.glide = ecore_animator_timeline_add(glide_seconds, step, &ring);
-    } else {
-        put(ring, area);
-        evas_object_show(ring.drawn);
-    }
+    edje_object_signal_emit(ring.drawn, "vell,settle", "vell");
+    edje_object_message_signal_process(ring.drawn);
+    evas_object_show(ring.drawn);
 }
 
 /**
@@ -99,20 +62,22 @@ void before_frame(void* data, Evas* canvas, void*) {
     evas_smart_objects_calculate(canvas);
     Evas_Object* const widget = focused_widget(ring.window);
     if (widget == nullptr) {
-        end_glide(ring);
         point_weakly(ring.widget, nullptr);
         evas_object_hide(ring.drawn);
-    } else if (const Area area = focus_area(widget); widget != ring.widget || area != ring.area) {
-        go_to(ring, widget, area);
+        return;
     }
-    point_weakly(ring.moved_to, nullptr);
+    if (widget != ring.widget)
+        go_to(ring, widget);
+    if (const Area area = focus_area(widget); area != ring.area) {
+        ring.area = area;
+        evas_object_geometry_set(ring.drawn, area.x, area.y, area.width, area.height);
+    }
+    edje_object_calc_force(ring.drawn);
 }
 
 FocusRing::~FocusRing() {
-    end_glide(*this);
     evas_event_callback_del_full(evas_object_evas_get(window), EVAS_CALLBACK_RENDER_PRE, before_frame, this);
     point_weakly(widget, nullptr);
-    point_weakly(moved_to, nullptr);
 }
 
 } // namespace
@@ -133,9 +98,9 @@ void ring_the_focus(Evas_Object* window) {
     evas_event_callback_add(canvas, EVAS_CALLBACK_RENDER_PRE, before_frame, &ring);
 }
 
-void glide_to_focus(Evas_Object* window) {
-    if (auto* const ring = attached<FocusRing>(window))
-        point_weakly(ring->moved_to, elm_object_focused_object_get(window));
+void bump_ring(Evas_Object* window, const char* arrow) {
+    if (const auto* const ring = attached<FocusRing>(window))
+        edje_object_signal_emit(ring->drawn, (std::string("vell,bump,") + arrow).c_str(), "vell");
 }
 
 } // namespace vell

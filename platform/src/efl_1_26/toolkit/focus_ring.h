@@ -11,7 +11,7 @@ namespace vell {
  */
 void ring_the_focus(Evas_Object* window);
 
-/** Has the ring glide to the widget that a key has just given the focus. */
-void glide_to_focus(Evas_Object* window);
+/** Has the ring bump, for an arrow leads nowhere: "Left", "Right", "Up" or "Down". */
+void bump_ring(Evas_Object* window, const char* arrow);
 
 } // namespace vell

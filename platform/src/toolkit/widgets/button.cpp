@@ -4,21 +4,50 @@
 #include "efl_1_26/toolkit/accessible_corrections.h"
 #include "efl_1_26/toolkit/focus_bar.h"
 #include "popup.h"
+#include "toolkit/press/press.h"
 #include "widget.h"
 
 #include <platform/vell.h>
 
+#include <array>
+
 namespace {
+
+/** What a button's press led to, until its next one. */
+enum class Work { none, waiting, failed, running };
 
 struct Button {
     static constexpr const char* key = "vell/button";
     std::string text;
+    Work work = Work::none;
 };
 
+void set_work(Evas_Object* button, Work work) {
+    constexpr std::array<const char*, 4> signals{"vell,state,calm", "vell,state,waiting", "vell,state,failed",
+                                                 "vell,state,running"};
+    vell::attached<Button>(button)->work = work;
+    elm_layout_signal_emit(button, signals.at(static_cast<std::size_t>(work)), "vell");
+    vell::set_accessible_state(button, vell::AccessibleState::busy, work == Work::waiting);
+}
+
+/** The button whose press bars others runs something, until its press frees them. */
 void show_whether_usable(Evas_Object* button) {
     const bool usable = elm_object_focus_allow_get(button) != EINA_FALSE;
     elm_layout_signal_emit(button, usable ? "vell,state,usable" : "vell,state,unusable", "vell");
     vell::set_accessible_state(button, vell::AccessibleState::barred, !usable);
+    vell::answer_press();
+    Evas_Object* const pressed = vell::pressed_widget();
+    if (vell::find(pressed, vell::Family::button) != nullptr && pressed != button)
+        set_work(pressed, usable ? Work::none : Work::running);
+}
+
+/** A button that gives its own focus up in its press waits, and what it waits for may hold the main loop up. */
+void on_focus_given_up(void*, Evas_Object* button, void*) {
+    if (vell::pressed_widget() != button)
+        return;
+    vell::answer_press();
+    set_work(button, Work::waiting);
+    vell::draw_now(button);
 }
 
 /** A mouse and an accessibility action reach a button that the focus cannot. */
@@ -31,10 +60,17 @@ bool can_be_used(const Evas_Object* button) {
  * last leaves the focus where it was.
  */
 void on_clicked(void*, Evas_Object* object, void*) {
-    if (!can_be_used(object))
+    if (!can_be_used(object)) {
+        vell::nudge(object);
         return;
+    }
     elm_object_focus_set(object, EINA_TRUE);
+    const Work work = vell::attached<Button>(object)->work;
+    if (work == Work::waiting || work == Work::failed)
+        set_work(object, Work::none);
+    vell::begin_press(object);
     evas_object_smart_callback_call(object, "pressed", nullptr);
+    vell::end_press();
 }
 
 } // namespace
@@ -56,6 +92,7 @@ Evas_Object* elm_vell_button_add(Evas_Object* parent) {
     vell::correct_accessible_states(object);
     vell::watch_focus_bar(object, show_whether_usable);
     evas_object_smart_callback_add(object, "clicked", on_clicked, nullptr);
+    evas_object_smart_callback_add(object, "vell,focus,given,up", on_focus_given_up, nullptr);
     return vell::adopt(object, vell::Family::button);
 }
 
@@ -71,6 +108,10 @@ void elm_vell_button_text_set(Evas_Object* button, const char* text) {
         return;
     state->text = text == nullptr ? "" : text;
     elm_object_text_set(button, vell::markup(text).c_str());
+    if (state->work == Work::waiting && vell::pressed_widget() == button)
+        set_work(button, Work::failed);
+    else
+        vell::show_renewed(button);
     vell::set_accessible_name(button, text);
 }
 

@@ -2,6 +2,7 @@
 
 #include <platform/log.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <optional>
@@ -40,7 +41,8 @@ std::optional<Color> theme_color(Evas_Object* widget, const char* color_class) {
 
 } // namespace
 
-std::optional<int> set_color(Evas_Object* widget, const char* color_class, const char* color, int percent) {
+std::optional<int> set_color(Evas_Object* widget, const char* color_class, const char* color, int percent,
+                             int least) {
     if (color == nullptr)
         return std::nullopt;
     auto value = parse_hexadecimal(color);
@@ -52,7 +54,9 @@ std::optional<int> set_color(Evas_Object* widget, const char* color_class, const
         return std::nullopt;
     }
     const auto& [red, green, blue, own_opacity] = *value;
-    const int opacity = own_opacity * percent / 100;
+    int opacity = own_opacity * percent / 100;
+    if (opacity > 0)
+        opacity = std::max(opacity, least);
     edje_object_color_class_set(elm_layout_edje_get(widget), color_class, red, green, blue, opacity, 0, 0, 0,
                                 0, 0, 0, 0, 0);
     return opacity;

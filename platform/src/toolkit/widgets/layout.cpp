@@ -4,6 +4,7 @@
 #include "color.h"
 #include "efl_1_26/toolkit/focus_moves.h"
 #include "toolkit/arranging/items_box.h"
+#include "toolkit/press/press.h"
 #include "toolkit/window/manager.h"
 #include "widget.h"
 
@@ -43,6 +44,7 @@ void change_arrangement(Evas_Object* object, Change change) {
     auto* const layout = attached<Layout>(object);
     if (layout == nullptr)
         return;
+    answer_press();
     change(layout->arrangement);
     items_box_changed(layout->box);
 }
@@ -137,6 +139,7 @@ void elm_vell_layout_item_append(Evas_Object* layout, Evas_Object* item, int wid
     vell::Widget* const widget = vell::find(item);
     if (holder == nullptr || widget == nullptr)
         return;
+    vell::answer_press();
     widget->request.given = {width, height};
     const auto before = vell::layout_items(layout);
     if (widget->family == vell::Family::button && !before.empty() &&
@@ -150,6 +153,7 @@ void elm_vell_layout_clear(Evas_Object* layout) {
     auto* const holder = attached<Layout>(layout);
     if (holder == nullptr)
         return;
+    vell::answer_press();
     vell::drop_focus_in(layout);
     elm_box_clear(holder->box);
 }

@@ -4,6 +4,7 @@
 #include "efl_1_26/toolkit/popup_corrections.h"
 #include "layout.h"
 #include "toolkit/arranging/items_box.h"
+#include "toolkit/press/press.h"
 #include "toolkit/window/manager.h"
 
 #include <platform/vell.h>
@@ -59,6 +60,7 @@ std::vector<Evas_Object*> items_of(const Popup& popup) {
 }
 
 void on_show(void* data, Evas*, Evas_Object* object, void*) {
+    vell::answer_press();
     auto* const popup = static_cast<Popup*>(data);
     std::erase(open_popups(), popup);
     open_popups().push_back(popup);
@@ -77,6 +79,7 @@ void on_show(void* data, Evas*, Evas_Object* object, void*) {
 }
 
 void on_hide(void* data, Evas*, Evas_Object* object, void*) {
+    vell::answer_press();
     auto* const popup = static_cast<Popup*>(data);
     Evas_Object* const behind = popup->focused_behind;
     evas_object_hide(vell::notification_of(object)); // first, or it keeps the focus

@@ -1,4 +1,6 @@
+#include "efl_1_26/toolkit/focus_ring.h"
 #include "efl_1_26/toolkit/spinner_corrections.h"
+#include "toolkit/press/press.h"
 #include "widget.h"
 
 #include <platform/vell.h>
@@ -31,24 +33,17 @@ void show_limits(void*, Evas_Object* spinner, void*) {
     elm_layout_signal_emit(spinner, value < high ? "vell,state,more" : "vell,state,highest", "vell");
 }
 
-/** Steps that a key asks for: 1 up, -1 down, 0 none. */
-int steps(std::string_view key) {
+/** Steps as an arrow asks for it, "Up", "Down", "Left" or "Right"; what is none does nothing. */
+void step(Evas_Object* spinner, const std::string& arrow) {
     const bool mirrored = elm_config_mirrored_get() != EINA_FALSE;
-    if (key == "Up" || key == "KP_Up")
-        return 1;
-    if (key == "Down" || key == "KP_Down")
-        return -1;
-    if (key == "Right" || key == "KP_Right")
-        return mirrored ? -1 : 1;
-    if (key == "Left" || key == "KP_Left")
-        return mirrored ? 1 : -1;
-    return 0;
-}
-
-void step(Evas_Object* spinner, int count) {
-    if (elm_object_disabled_get(spinner) != EINA_FALSE)
+    const bool up = arrow == "Up" || arrow == (mirrored ? "Left" : "Right");
+    const bool down = arrow == "Down" || arrow == (mirrored ? "Right" : "Left");
+    if (up == down || elm_object_disabled_get(spinner) != EINA_FALSE)
         return;
-    elm_spinner_value_set(spinner, elm_spinner_value_get(spinner) + count * elm_spinner_step_get(spinner));
+    const double before = elm_spinner_value_get(spinner);
+    elm_spinner_value_set(spinner, before + (up ? 1 : -1) * elm_spinner_step_get(spinner));
+    if (elm_spinner_value_get(spinner) == before)
+        vell::bump_ring(elm_object_top_widget_get(spinner), arrow.c_str());
     show_limits(nullptr, spinner, nullptr);
 }
 
@@ -61,15 +56,21 @@ void on_key(void*, Evas*, Evas_Object* spinner, void* event_information) {
     event->event_flags = static_cast<Evas_Event_Flags>(event->event_flags | EVAS_EVENT_FLAG_ON_HOLD);
     if (event->key == nullptr)
         return;
-    if (const int count = steps(event->key); count != 0)
-        step(spinner, count);
+    const std::string_view key = event->key;
+    if (key == "Return")
+        vell::begin_press(spinner);
+    step(spinner, std::string(key.starts_with("KP_") ? key.substr(3) : key));
 }
+
+/** Behind the key callbacks set on the spinner. */
+void after_key(void*, Evas*, Evas_Object*, void*) { vell::end_press(); }
 
 // Elementary itself steps with the mouse's wheel.
 
-void on_less(void*, Evas_Object* spinner, const char*, const char*) { step(spinner, -1); }
-
-void on_more(void*, Evas_Object* spinner, const char*, const char*) { step(spinner, 1); }
+void on_arrow(void*, Evas_Object* spinner, const char*, const char* arrow) {
+    const bool mirrored = elm_config_mirrored_get() != EINA_FALSE;
+    step(spinner, (std::string_view(arrow) == "less") != mirrored ? "Left" : "Right");
+}
 
 /** The key callbacks set on the spinner get OK as from the remote control. */
 void on_number(void*, Evas_Object* spinner, const char*, const char*) {
@@ -97,8 +98,10 @@ Evas_Object* elm_vell_spinner_add(Evas_Object* parent) {
     elm_object_focus_allow_set(spinner, EINA_TRUE);
     evas_object_event_callback_priority_add(spinner, EVAS_CALLBACK_KEY_DOWN, EVAS_CALLBACK_PRIORITY_BEFORE,
                                             on_key, nullptr);
-    elm_layout_signal_callback_add(spinner, "mouse,clicked,1", "less", on_less, nullptr);
-    elm_layout_signal_callback_add(spinner, "mouse,clicked,1", "more", on_more, nullptr);
+    evas_object_event_callback_priority_add(spinner, EVAS_CALLBACK_KEY_DOWN, EVAS_CALLBACK_PRIORITY_AFTER,
+                                            after_key, nullptr);
+    elm_layout_signal_callback_add(spinner, "mouse,clicked,1", "less", on_arrow, nullptr);
+    elm_layout_signal_callback_add(spinner, "mouse,clicked,1", "more", on_arrow, nullptr);
     elm_layout_signal_callback_add(spinner, "mouse,clicked,1", "number", on_number, nullptr);
     evas_object_event_callback_add(spinner, EVAS_CALLBACK_SHOW, on_spinner_show, nullptr);
     evas_object_smart_callback_add(spinner, "changed", show_limits, nullptr);

@@ -1,5 +1,6 @@
 #include "accessible.h"
 #include "color.h"
+#include "toolkit/press/press.h"
 #include "widget.h"
 
 #include <platform/log.h>
@@ -7,6 +8,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 
 namespace {
 
@@ -16,8 +18,11 @@ struct Textbox {
     int opacity = 100;
 };
 
+/** Text that is read from three metres is no fainter than this, 75 %. */
+constexpr int least_opacity = 192;
+
 void apply_color(Evas_Object* textbox, const Textbox& state) {
-    vell::set_color(textbox, "vell/textbox/text", state.color.c_str(), state.opacity);
+    vell::set_color(textbox, "vell/textbox/text", state.color.c_str(), state.opacity, least_opacity);
 }
 
 } // namespace
@@ -35,9 +40,14 @@ Evas_Object* elm_vell_textbox_add(Evas_Object* parent) {
 void elm_vell_textbox_text_set(Evas_Object* textbox, const char* text) {
     if (vell::find(textbox, vell::Family::textbox) == nullptr)
         return;
-    elm_object_text_set(textbox, vell::markup(text).c_str());
+    const std::string_view whole = text == nullptr ? "" : text;
+    const auto separator = whole.find(": ");
+    const auto value = separator == std::string_view::npos ? whole.size() : separator + 2;
+    elm_object_text_set(textbox, vell::markup(std::string(whole.substr(0, value)).c_str()).c_str());
+    elm_object_part_text_set(textbox, "vell.value", vell::markup(whole.data() + value).c_str());
     vell::set_accessible_name(textbox, text);
     elm_layout_sizing_eval(textbox);
+    vell::show_renewed(textbox);
 }
 
 void elm_vell_textbox_text_opacity_set(Evas_Object* textbox, int percent) {

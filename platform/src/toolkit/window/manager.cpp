@@ -4,6 +4,7 @@
 #include "efl_1_26/toolkit/focus_ring.h"
 #include "efl_1_26/toolkit/window_manager.h"
 
+#include "common/dropped_press.h"
 #include "files/installed_files.h"
 #include "settings/settings_file.h"
 
@@ -27,6 +28,11 @@ double unit_in(const Size& window) {
     return std::min(window.width / page_units_across, window.height / page_units_down);
 }
 
+Eina_Bool on_press_dropped(void* window, int /*type*/, void* /*event*/) {
+    nudge_focus(static_cast<Evas_Object*>(window));
+    return ECORE_CALLBACK_PASS_ON;
+}
+
 } // namespace
 
 Manager& Manager::instance() {
@@ -47,6 +53,7 @@ bool Manager::init(Evas_Object* window) {
     ring_the_focus(window);
     correct_focus(window);
     show_handler_ = show_under_any_manager(window);
+    drop_handler_ = ecore_event_handler_add(platform::dropped_press_event(), on_press_dropped, window);
     set_window_size();
     return g_file_test(platform::theme_file().c_str(), G_FILE_TEST_EXISTS) != FALSE;
 }
@@ -59,8 +66,9 @@ void Manager::fini() {
     window_ = nullptr;
     while (!waiting_.empty())
         forget_waiting(waiting_.back());
-    if (show_handler_ != nullptr)
-        ecore_event_handler_del(std::exchange(show_handler_, nullptr));
+    for (Ecore_Event_Handler** const handler : {&show_handler_, &drop_handler_})
+        if (*handler != nullptr)
+            ecore_event_handler_del(std::exchange(*handler, nullptr));
     if (show_job_ != nullptr)
         ecore_job_del(std::exchange(show_job_, nullptr));
 }

@@ -51,6 +51,7 @@ private:
     std::vector<Evas_Object*> waiting_;
     Ecore_Job* show_job_ = nullptr;
     Ecore_Event_Handler* show_handler_ = nullptr;
+    Ecore_Event_Handler* drop_handler_ = nullptr;
 };
 
 } // namespace vell

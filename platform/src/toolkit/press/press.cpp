@@ -1,0 +1,88 @@
+#include "press.h"
+
+#include "toolkit/widgets/widget.h"
+
+#include <Ecore_Evas.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace vell {
+namespace {
+
+constexpr double least_seconds = 0.12;
+
+/** The newest press, until its look goes. */
+struct Press {
+    Evas_Object* widget = nullptr; /**< null when it is over, or the widget gone */
+    double shown = 0.0;
+    bool lasts = false;
+    bool answered = false;
+    Ecore_Timer* release = nullptr;
+};
+
+Press& newest_press() {
+    static Press press;
+    return press;
+}
+
+void emit(Evas_Object* widget, const char* signal) { elm_layout_signal_emit(widget, signal, "vell"); }
+
+Eina_Bool release(void*) {
+    Press& press = newest_press();
+    press.release = nullptr;
+    if (press.widget == nullptr)
+        return ECORE_CALLBACK_CANCEL;
+    emit(press.widget, "vell,state,released");
+    if (!press.answered) {
+        emit(press.widget, "vell,state,refused");
+        nudge(press.widget);
+    }
+    point_weakly(press.widget, nullptr);
+    return ECORE_CALLBACK_CANCEL;
+}
+
+} // namespace
+
+void begin_press(Evas_Object* widget) {
+    Press& press = newest_press();
+    if (press.release != nullptr) {
+        ecore_timer_del(press.release);
+        release(nullptr);
+    }
+    point_weakly(press.widget, widget);
+    press.lasts = true;
+    press.answered = false;
+    emit(widget, "vell,state,pressed");
+    draw_now(widget);
+    press.shown = ecore_time_get();
+}
+
+void end_press() {
+    Press& press = newest_press();
+    if (!std::exchange(press.lasts, false))
+        return;
+    const double rest = press.shown + least_seconds - ecore_time_get();
+    press.release = ecore_timer_add(std::max(0.0, rest), release, nullptr);
+}
+
+Evas_Object* pressed_widget() { return newest_press().lasts ? newest_press().widget : nullptr; }
+
+void answer_press() { newest_press().answered = true; }
+
+void show_renewed(Evas_Object* widget) {
+    answer_press();
+    if (pressed_widget() != nullptr && evas_object_visible_get(widget) != EINA_FALSE)
+        emit(widget, "vell,pulse");
+}
+
+void nudge(Evas_Object* widget) { emit(widget, "vell,nudge"); }
+
+void draw_now(const Evas_Object* widget) {
+    edje_object_message_signal_process(elm_layout_edje_get(widget));
+    Evas* const canvas = evas_object_evas_get(widget);
+    evas_smart_objects_calculate(canvas);
+    ecore_evas_manual_render(ecore_evas_ecore_evas_get(canvas));
+}
+
+} // namespace vell
