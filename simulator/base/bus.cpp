@@ -42,11 +42,12 @@ void own_name(GDBusConnection* connection, const char* name) {
 }
 
 const GDBusNodeInfo& contract_of(const std::string& interface) {
-    static std::map<std::string, GDBusNodeInfo*> contracts;
+    using Node = std::unique_ptr<GDBusNodeInfo, decltype(&g_dbus_node_info_unref)>;
+    static std::map<std::string, Node> contracts;
     if (contracts.empty())
         for (const char* const xml : contract_texts) {
-            GDBusNodeInfo* const node = g_dbus_node_info_new_for_xml(xml, nullptr);
-            contracts.emplace(node->interfaces[0]->name, node);
+            Node node(g_dbus_node_info_new_for_xml(xml, nullptr), g_dbus_node_info_unref);
+            contracts.emplace(node->interfaces[0]->name, std::move(node));
         }
     return *contracts.at(interface);
 }

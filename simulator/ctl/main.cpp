@@ -87,7 +87,7 @@ int to_number(const std::string& text) {
 
 /** The words as arguments of these types. */
 GVariant* to_arguments(GDBusArgInfo** types, const std::vector<std::string>& words) {
-    GVariantBuilder arguments;
+    g_auto(GVariantBuilder) arguments; // a word may be refused
     g_variant_builder_init(&arguments, G_VARIANT_TYPE_TUPLE);
     for (std::size_t i = 0; types != nullptr && types[i] != nullptr; ++i) {
         const std::string type = types[i]->signature;

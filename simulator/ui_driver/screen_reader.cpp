@@ -5,10 +5,6 @@
 #include <map>
 
 namespace simulator {
-namespace {
-
-constexpr auto accessible_interface = "org.a11y.atspi.Accessible";
-constexpr auto items_type = "(a((so)(so)(so)a(so)assusau))";
 
 /** One entry of the application's own list of what it has. */
 struct Item {
@@ -36,6 +32,11 @@ struct Items {
                (application.empty() ? !found->second.children.empty() : found->second.name == application);
     }
 };
+
+namespace {
+
+constexpr auto accessible_interface = "org.a11y.atspi.Accessible";
+constexpr auto items_type = "(a((so)(so)(so)a(so)assusau))";
 
 std::string stripped(const char* text) {
     g_autofree char* copy = g_strdup(text);

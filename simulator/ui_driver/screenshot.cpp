@@ -12,7 +12,7 @@
 namespace simulator {
 namespace {
 
-constexpr guint look_interval_milliseconds = 100;
+constexpr guint picture_interval_milliseconds = 100;
 constexpr int most_looks = 20;
 
 /** For a thread, since it takes a while until the picture is there, and may take for ever to write the file. */
@@ -101,7 +101,7 @@ void write_picture(const std::vector<std::uint8_t>& picture, const FileDescripto
 Screenshot::Screenshot(_XDisplay* display, FileDescriptor file, Taken taken)
     : display_(display), file_(std::move(file)), taken_(std::move(taken)), cancel_(g_cancellable_new()) {
     compress(Pixels::of_screen(display_));
-    next_look_ = EventSource::every(look_interval_milliseconds, [this] { look_again(); });
+    next_look_ = EventSource::every(picture_interval_milliseconds, [this] { look_again(); });
 }
 
 Screenshot::~Screenshot() { g_cancellable_cancel(cancel_.get()); }

@@ -6,9 +6,9 @@
 #include "support/pages.h"
 
 #include "common/dropped_press.h"
+#include "support/sleep_recorder.h"
 #include "ui_driver/keyboard.h"
 #include "ui_driver/screenshot.h"
-#include "support/sleep_recorder.h"
 
 #include <efl_access_object.eo.h>
 #include <filesystem>
