@@ -6,9 +6,9 @@
 #include "support/pages.h"
 
 #include "common/dropped_press.h"
-#include "operator/display.h"
-#include "operator/pixels.h"
 #include "support/sleep_recorder.h"
+#include "ui_driver/keyboard.h"
+#include "ui_driver/screenshot.h"
 
 #include <efl_access_object.eo.h>
 #include <filesystem>
@@ -17,7 +17,7 @@
 namespace {
 
 using namespace std::chrono_literals;
-using station::Pixels;
+using simulator::Pixels;
 using Clock = std::chrono::steady_clock;
 
 const std::filesystem::path programs = "/opt/usr/apps/com.kelsor.tv.brimhub/bin";
@@ -121,7 +121,7 @@ private:
         press->called_ = press->has_changed();
     }
 
-    station::Display display_ = station::open_display();
+    simulator::Display display_ = simulator::open_display();
     std::optional<Pixels> before_;
     std::optional<bool> called_; /**< with the screen changed by then */
     Clock::time_point called_at_;
