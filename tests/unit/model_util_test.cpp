@@ -61,8 +61,10 @@ TEST_F(UtilTest, ForegroundCommandGivesItsRawStatus) {
     EXPECT_EQ(exec_shell("true"), 0);
     EXPECT_EQ(exec_shell("killall no-such-process"), 256);
     EXPECT_EQ(exec_shell("kill -9 $$"), SIGKILL);
+#ifndef __SANITIZE_ADDRESS__ // whose search for leaks, as the child exits, has a status of its own
     EXPECT_TRUE(succeeds_without(SYS_execve, SYS_execveat, [] { return exec_shell("exit 1") == 0; }))
         << "a shell that cannot be executed ends with status 0";
+#endif
     auto* const before = std::signal(SIGCHLD, SIG_IGN); // the system then collects children itself
     EXPECT_EQ(exec_shell("true"), -1);
     std::signal(SIGCHLD, before);
