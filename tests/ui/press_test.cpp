@@ -67,6 +67,14 @@ protected:
     }
     [[nodiscard]] Pixels fill_of(const std::string& button) const { return fill_of(screen->find(button)); }
 
+    static int plate_width(const Evas_Object* widget) {
+        const Evas_Object* const drawn = elm_layout_edje_get(widget);
+        int width = 0;
+        edje_object_part_geometry_get(drawn, edje_object_data_get(drawn, "focus_part"), nullptr, nullptr,
+                                      &width, nullptr);
+        return width;
+    }
+
     void remember_screen() { before_.emplace(look()); }
     [[nodiscard]] bool has_changed() const { return !(look() == *before_); }
     /** It looks after each turn of the main loop, since a bump is soon over. */
@@ -95,6 +103,8 @@ protected:
             test::geometry(screen->find(step.renewed == nullptr ? step.on : step.renewed));
         const Pixels old = look_at(value);
         called_.reset();
+        pressed_ = widget;
+        const int width = plate_width(widget);
         if (*step.on == '[')
             evas_object_event_callback_add(widget, EVAS_CALLBACK_KEY_DOWN, note_call, this);
         else
@@ -103,6 +113,7 @@ protected:
         screen->type(step.key);
         EXPECT_TRUE(changes());
         EXPECT_TRUE(step.method == nullptr || called_ == true);
+        EXPECT_TRUE(step.method == nullptr || width_then_ < width) << "not pressed in";
         EXPECT_TRUE(test::await([&] { return fill_of(widget) == fill; }, 1s)) << "stays pressed";
         EXPECT_TRUE(step.method == nullptr || Clock::now() - called_at_ > 100ms) << "nobody sees that";
         EXPECT_TRUE(step.renewed == nullptr || !(look_at(value) == old));
@@ -119,12 +130,15 @@ private:
         auto* const press = static_cast<Press*>(self);
         press->called_at_ = Clock::now();
         press->called_ = press->has_changed();
+        press->width_then_ = plate_width(press->pressed_);
     }
 
     simulator::Display display_ = simulator::open_display();
     std::optional<Pixels> before_;
     std::optional<bool> called_; /**< with the screen changed by then */
     Clock::time_point called_at_;
+    const Evas_Object* pressed_ = nullptr;
+    int width_then_ = 0;
 };
 
 TEST_F(Press, IsAnsweredOnTheScreenWhateverComesOfIt) {
