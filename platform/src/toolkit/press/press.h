@@ -20,7 +20,7 @@ void end_press();
 /** The widget whose press lasts; null when none does, or the widget is gone. */
 Evas_Object* pressed_widget();
 
-/** Notes that something came of the press, when one lasts. */
+/** Notes that something came of the newest press; until its pressed look goes, that keeps the refused mark away. */
 void answer_press();
 
 /** Has a widget that got its text show that it is new: in a press, and when the screen showed the widget before. */
