@@ -114,7 +114,7 @@ BusObject::BusObject(GDBusConnection* connection, const std::string& interface,
     static constexpr GDBusInterfaceVTable functions = {call, nullptr, nullptr, {}};
     for (const auto& [name, method] : every_method(interface, {}))
         if (!methods_.contains(name))
-            fail(interface + "." + name, nullptr);
+            fail(std::string(interface).append(".").append(name), nullptr);
     g_autoptr(GError) error = nullptr;
     registration_ = g_dbus_connection_register_object(connection, contract_.path, contract_.interfaces[0],
                                                       &functions, this, nullptr, &error);

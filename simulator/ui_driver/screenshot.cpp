@@ -52,7 +52,8 @@ void Pixels::DestroyImage::operator()(_XImage* image) const { XDestroyImage(imag
 
 Color Pixels::at(int x, int y) const {
     std::uint32_t pixel = 0;
-    std::memcpy(&pixel, image_->data + y * image_->bytes_per_line + x * 4, sizeof pixel);
+    const auto offset = std::ptrdiff_t{y} * image_->bytes_per_line + std::ptrdiff_t{x} * 4;
+    std::memcpy(&pixel, image_->data + offset, sizeof pixel);
     const auto component = [pixel](unsigned long mask) {
         return static_cast<std::uint8_t>((pixel & mask) >> std::countr_zero(mask));
     };
@@ -129,7 +130,8 @@ void Screenshot::look_again() {
             static_cast<Screenshot*>(self)->finish(work.error);
     };
     g_autoptr(GTask) task = g_task_new(nullptr, cancel_.get(), on_done, this);
-    g_task_set_task_data(task, new Work{std::move(picture_), std::move(file_), {}}, Work::release);
+    auto work = std::make_unique<Work>(Work{std::move(picture_), std::move(file_), {}});
+    g_task_set_task_data(task, work.release(), Work::release);
     g_task_run_in_thread(task, Work::run);
 }
 

@@ -58,6 +58,14 @@ UiDriver::UiDriver(GDBusConnection* connection)
 
 UiDriver::~UiDriver() {
     g_dbus_connection_signal_unsubscribe(connection_, leavers_);
+    try {
+        end_calls();
+    } catch (const std::exception& error) {
+        g_warning("ui_driver: %s", error.what());
+    }
+}
+
+void UiDriver::end_calls() {
     const Refusal refusal("NotRunning", "the ui_driver has ended before it answered");
     for (const Waiting& waiting : waiting_)
         waiting.call.refuse(refusal);
@@ -185,7 +193,7 @@ void UiDriver::show(const Screen& screen) {
     next_look_ = EventSource::every(somebody_is_new ? 0 : look_interval_milliseconds, [this] { look(); });
 }
 
-bool UiDriver::serve(const Waiting& waiting, const Screen& screen) const {
+bool UiDriver::serve(const Waiting& waiting, const Screen& screen) {
     try {
         if (!waiting.wait.is_over(screen))
             return false;

@@ -55,7 +55,8 @@ private:
                   const Answer& answer);
     void look();
     void show(const Screen& screen);
-    [[nodiscard]] bool serve(const Waiting& waiting, const Screen& screen) const;
+    [[nodiscard]] static bool serve(const Waiting& waiting, const Screen& screen);
+    void end_calls();
     void drop_callers_that_leave();
     void drop(const std::string& caller);
 

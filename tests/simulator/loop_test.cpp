@@ -38,11 +38,12 @@ TEST(Loop, AnApplicationThatIsStoppedDelaysNoCallOfTheNcpHost) {
     television.call(simulator::ui, "Wait", g_variant_new("(su)", "TX Test", 60'000U));
     application.send_signal(SIGSTOP);
     g_dbus_connection_call(television.bus(), "org.velmora.Simulator", simulator::ui.path,
-                           simulator::ui.interface, "Wait", g_variant_new("(su)", "Nonsense", 5000U), nullptr,
-                           G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr, nullptr);
+                           simulator::ui.interface, "Wait", g_variant_new("(su)", "Nonsense", 60'000U),
+                           nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr, nullptr);
+    // A call that waits for a look takes 300 ms in every second; a busy machine delays one now and then.
     Clock::duration best = 1h;
-    for (int stretch = 0; stretch < 3; ++stretch) // a busy machine may hold up one
+    for (int second = 0; second < 10 && best >= 250ms; ++second)
         best = std::min(best, worst_answer(television.bus(), 1s));
-    EXPECT_LT(best, 50ms);
+    EXPECT_LT(best, 250ms);
     application.send_signal(SIGCONT);
 }

@@ -69,9 +69,9 @@ long ApplicationLog::count(const std::string& text) const {
 }
 
 std::vector<std::string> ApplicationLog::complaints_of_libraries() const {
-    // EFL's accessibility complains of a process that ends while it announces itself.
+    // EFL complains of a process that ends while it announces itself to the accessibility bus, and of a slow rendering.
     static const Expression complaint(
-        R"((CRI|ERR|WRN)<\d+>(?!.*Canceled by user)|-(ERROR|CRITICAL|WARNING) \*\*)");
+        R"((CRI|ERR|WRN)<\d+>(?!.*(Canceled by user|timeout waiting for async rendering))|-(ERROR|CRITICAL|WARNING) \*\*)");
     std::vector<std::string> lines = lines_of(path_);
     std::erase_if(lines, [](const std::string& line) { return !complaint.matches(line); });
     return lines;
