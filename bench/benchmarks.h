@@ -3,8 +3,8 @@
 
 #include "drawing_watch.h"
 
-#include "common/process.h"
-#include "common/redirection.h"
+#include "base/process.h"
+#include "support/standard_error_to.h"
 
 namespace bench {
 
@@ -18,6 +18,6 @@ void add_radio_benchmarks(DrawingWatch& watch);
 void add_file_benchmarks();
 
 /** Where the application's log goes while it is measured in this process: to a file, as on a television. */
-inline station::FileDescriptor log_file() { return station::written_to("/tmp/measured.log").error; }
+inline simulator::FileDescriptor log_file() { return simulator::written_to("/tmp/measured.log").error; }
 
 } // namespace bench

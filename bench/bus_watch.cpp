@@ -1,6 +1,6 @@
 #include "bus_watch.h"
 
-#include "common/bus_object.h"
+#include "base/bus.h"
 
 #include <stdexcept>
 
@@ -14,7 +14,7 @@ constexpr std::chrono::seconds patience(10);
 BusWatch::BusWatch() {
     // Of its own: who watches can do nothing else on the bus any more.
     g_autofree char* address = g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr);
-    bus_ = station::connect_to_bus(address != nullptr ? address : "");
+    bus_ = simulator::connect_to_bus(address != nullptr ? address : "");
     filter_ = g_dbus_connection_add_filter(bus_.get(), on_message, this, nullptr);
     g_autoptr(GError) error = nullptr;
     g_autoptr(GVariant) reply = g_dbus_connection_call_sync(

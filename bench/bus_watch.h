@@ -1,7 +1,7 @@
 /** Sees what passes the system bus, whoever sends it. */
 #pragma once
 
-#include "common/gobject_release.h"
+#include "base/gobject_release.h"
 #include "drawing_watch.h"
 
 #include <condition_variable>
@@ -31,7 +31,7 @@ private:
     static GDBusMessage* on_message(GDBusConnection* bus, GDBusMessage* message, gboolean incoming,
                                     gpointer self);
 
-    station::BusConnection bus_;
+    simulator::BusConnection bus_;
     guint filter_ = 0;
     std::mutex mutex_;
     std::condition_variable came_;

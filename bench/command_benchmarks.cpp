@@ -1,10 +1,10 @@
 #include "benchmarks.h"
 #include "table.h"
 
-#include "common/bus_object.h"
-#include "common/process.h"
-#include "host/ncp_contract.h"
+#include "base/process.h"
 #include "model/ncp_requester.h"
+#include "ncp_host/contract.h"
+#include "support/television.h"
 
 #include <stdexcept>
 #include <systemd/sd-bus.h>
@@ -13,7 +13,7 @@ namespace bench {
 namespace {
 
 using namespace std::chrono_literals;
-namespace host = station::contract;
+namespace host = simulator::contract;
 
 constexpr const char* what = "radio command";
 constexpr const char* method = "ember_set_channel";
@@ -25,7 +25,7 @@ void require(bool worked, const char* who) {
 }
 
 void velmora(benchmark::State& state) {
-    const station::StandardErrorTo log(log_file());
+    const simulator::StandardErrorTo log(log_file());
     ncp_requester& requester = ncp_requester::getInstance();
     requester.start();
     for (auto _ : state)
@@ -40,8 +40,8 @@ void log_two_lines() {
 }
 
 void gdbus_proxy(benchmark::State& state, bool logs) {
-    const station::StandardErrorTo log(log_file());
-    const auto bus = station::connect_to_system_bus();
+    const simulator::StandardErrorTo log(log_file());
+    const auto bus = simulator::connect_to_system_bus();
     g_autoptr(GDBusProxy) proxy =
         g_dbus_proxy_new_sync(bus.get(), G_DBUS_PROXY_FLAGS_NONE, nullptr, host::bus_name, host::service_path,
                               host::service_interface, nullptr, nullptr);
@@ -71,7 +71,7 @@ void sd_bus_call(benchmark::State& state) {
 
 void command_line(benchmark::State& state, const std::vector<std::string>& command) {
     for (auto _ : state) {
-        station::Process process(command, station::written_to("/dev/null"));
+        simulator::Process process(command, simulator::written_to("/dev/null"));
         require(process.wait_for_end(10s) == 0, command.front().c_str());
     }
 }

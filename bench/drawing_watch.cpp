@@ -66,12 +66,12 @@ void DrawingWatch::wait_for_quiet(std::chrono::milliseconds time) {
 Clock::time_point DrawingWatch::press(const std::vector<const char*>& way, const char* key) {
     wait_for_quiet(quiet);
     for (const char* const step : way) {
-        station::press_key(display_, step);
+        simulator::press_key(display_, step);
         wait_for_quiet(quiet);
     }
     forget();
     const auto pressed = Clock::now();
-    station::press_key(display_, key);
+    simulator::press_key(display_, key);
     return pressed;
 }
 

@@ -1,7 +1,7 @@
 /** Sees when the screen is drawn on, whatever program does it. */
 #pragma once
 
-#include "operator/display.h"
+#include "ui_driver/keyboard.h"
 
 #include <chrono>
 #include <optional>
@@ -36,10 +36,10 @@ public:
     /** Presses the keys of a way, each when the screen stands still, and then one more. @return when that one was. */
     Clock::time_point press(const std::vector<const char*>& way, const char* key);
 
-    [[nodiscard]] const station::Display& display() const { return display_; }
+    [[nodiscard]] const simulator::Display& display() const { return display_; }
 
 private:
-    station::Display display_ = station::open_display();
+    simulator::Display display_ = simulator::open_display();
     int damage_event_ = 0;
 };
 

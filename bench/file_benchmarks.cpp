@@ -16,7 +16,7 @@ constexpr const char* image = "/tmp/firmware_image";
 constexpr std::uintmax_t mebibyte = 1048576;
 
 void firmware_version(benchmark::State& state, std::uintmax_t mebibytes) {
-    const station::StandardErrorTo log(log_file());
+    const simulator::StandardErrorTo log(log_file());
     std::ofstream(image).put('\0');
     std::filesystem::resize_file(image, mebibytes * mebibyte);
     for (auto _ : state)
@@ -24,7 +24,7 @@ void firmware_version(benchmark::State& state, std::uintmax_t mebibytes) {
 }
 
 void secure_read(benchmark::State& state) {
-    const station::StandardErrorTo log(log_file());
+    const simulator::StandardErrorTo log(log_file());
     SecureData::StoreStringData("bench", "7.4.8");
     for (auto _ : state)
         if (SecureData::LoadStringData("bench") != "7.4.8")
@@ -32,7 +32,7 @@ void secure_read(benchmark::State& state) {
 }
 
 void secure_write(benchmark::State& state) {
-    const station::StandardErrorTo log(log_file());
+    const simulator::StandardErrorTo log(log_file());
     for (auto _ : state)
         SecureData::StoreStringData("bench", "7.4.8");
 }

@@ -1,6 +1,6 @@
 #include "measured_program.h"
 
-#include "common/processes.h"
+#include "support/processes.h"
 
 #include <filesystem>
 #include <iterator>
@@ -16,7 +16,7 @@ constexpr const char* program_log = "/tmp/measured_program.log";
 } // namespace
 
 MeasuredProgram::MeasuredProgram(const std::vector<std::string>& command, DrawingWatch& watch)
-    : watch_(watch), process_(command, station::written_to(program_log)), page_drawn_(watch.next_page()) {}
+    : watch_(watch), process_(command, simulator::written_to(program_log)), page_drawn_(watch.next_page()) {}
 
 MeasuredProgram::~MeasuredProgram() {
     process_.terminate();
@@ -26,7 +26,7 @@ MeasuredProgram::~MeasuredProgram() {
 
 double MeasuredProgram::megabytes() const {
     const std::string path = "/proc/" + std::to_string(number()) + "/smaps_rollup";
-    return static_cast<double>(station::sum_of(path, {"Pss:"})) / 1024.0;
+    return static_cast<double>(simulator::sum_of(path, {"Pss:"})) / 1024.0;
 }
 
 long MeasuredProgram::descriptors() const {
@@ -38,8 +38,8 @@ long MeasuredProgram::context_switches() const {
     long switches = 0;
     for (const auto& thread :
          std::filesystem::directory_iterator("/proc/" + std::to_string(number()) + "/task"))
-        switches += station::sum_of(thread.path() / "status",
-                                    {"voluntary_ctxt_switches:", "nonvoluntary_ctxt_switches:"});
+        switches += simulator::sum_of(thread.path() / "status",
+                                      {"voluntary_ctxt_switches:", "nonvoluntary_ctxt_switches:"});
     return switches;
 }
 

@@ -1,7 +1,7 @@
 /** A program that draws a page and is measured from outside. */
 #pragma once
 
-#include "common/process.h"
+#include "base/process.h"
 #include "drawing_watch.h"
 
 #include <string>
@@ -36,7 +36,7 @@ public:
 private:
     DrawingWatch& watch_;
     Clock::time_point started_ = Clock::now();
-    station::Process process_;
+    simulator::Process process_;
     Clock::time_point page_drawn_;
 };
 

@@ -3,11 +3,11 @@
 #include "measured_program.h"
 #include "table.h"
 
-#include "common/bus_object.h"
-#include "common/processes.h"
+#include "base/bus.h"
 #include "model/process_lifecycle.h"
 #include "model/util.h"
-#include "remote/remote.h"
+#include "support/processes.h"
+#include "support/television.h"
 
 #include <functional>
 #include <stdexcept>
@@ -68,8 +68,8 @@ public:
     /** Has the NCP host say "ready". @return when the event passed the bus. */
     Clock::time_point say_ready() {
         watch_.forget();
-        station::Remote(station::connect_to_system_bus())
-            .call(station::ncp_host, "Emit", g_variant_new("(s)", "ready"));
+        simulator::Client(simulator::connect_to_system_bus())
+            .call(simulator::ncp_host, "Emit", g_variant_new("(s)", "ready"));
         return bus_.next("ncp_event");
     }
 
@@ -103,7 +103,7 @@ void key_to_call(benchmark::State& state, const Peer& peer, DrawingWatch& watch)
 
 /** Starts and stops the radio stack; one of the two counts, without what is slept by agreement. */
 void stack(benchmark::State& state, bool start_counts) {
-    const station::StandardErrorTo log(log_file());
+    const simulator::StandardErrorTo log(log_file());
     const auto time_of = [](const auto& action) {
         const auto begun = Clock::now();
         slept = {};
@@ -112,7 +112,7 @@ void stack(benchmark::State& state, bool start_counts) {
     };
     for (auto _ : state) {
         const auto start = time_of([] { prepare_background_app(); });
-        while (station::running_processes({"cpcd", "socat", "zigbeed"}).size() < 3)
+        while (simulator::running_processes({"cpcd", "socat", "zigbeed"}).size() < 3)
             std::this_thread::sleep_for(1ms);
         const auto stop = time_of(kill_background_app);
         set_time(state, start_counts ? start : stop);

@@ -28,7 +28,7 @@ public:
     /** Lays the interface out from right to left, or from left to right, as the platform asks. */
     static void setMirroring();
 
-    /** Remote-control keys: Back and Exit close a popup or lower the window, the red key raises it. */
+    /** Client-control keys: Back and Exit close a popup or lower the window, the red key raises it. */
     static Eina_Bool keyDownCb(void* data, int type, void* event);
 
     /** Listener of the NCP host service's events: "ready" starts the radio and the chosen test's page. */

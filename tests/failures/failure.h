@@ -29,7 +29,7 @@ struct FileState {
 /** One failure: a television in which it happens, and all that is to be compared. */
 struct Failure {
     std::string name;
-    std::vector<std::string> television = {}; /**< options of station/tv */
+    std::vector<std::string> television = {}; /**< options of simulator/tv */
     Outcome outcome = Outcome::test_page;
     std::vector<std::string> running = {};       /**< the radio stack's processes then, by name */
     std::vector<std::string> messages = {};      /**< on the log, in this order, among others */

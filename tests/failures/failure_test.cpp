@@ -80,7 +80,7 @@ protected:
         expect_asked(outcome == Outcome::test_page ? std::vector{start_call} : std::vector<std::string>{});
         if (outcome != Outcome::waiting)
             expect_running();
-        expect_soon("the ended children to be collected", [] { return station::zombies().empty(); });
+        expect_soon("the ended children to be collected", [] { return simulator::zombies().empty(); });
     }
 
     /** To the button: it is still there after a failed start, else on a fresh start page. */
@@ -116,7 +116,7 @@ private:
 
     static void expect_running() {
         expect_soon("the stack to be " + testing::PrintToString(GetParam().running), [] {
-            const auto running = station::running_processes({"cpcd", "socat", "zigbeed"});
+            const auto running = simulator::running_processes({"cpcd", "socat", "zigbeed"});
             return testing::Matches(testing::UnorderedElementsAreArray(GetParam().running))(running);
         });
     }
@@ -124,7 +124,7 @@ private:
     void let_device_appear() {
         expect_soon("the application to wait",
                     [this] { return log_.count("> waiting /dev/ttyIOT") >= GetParam().device_after_waits; });
-        station::this_television().call(station::radio_module, "SetSerial", g_variant_new("(b)", TRUE));
+        simulator::this_television().call(simulator::radio_module, "SetSerial", g_variant_new("(b)", TRUE));
     }
 
     long starts_ = 0;
@@ -169,7 +169,7 @@ TEST_P(Failures, When) {
     command.insert(command.end(), failure.television.begin(), failure.television.end());
     command.insert(command.end(), {"--", std::filesystem::read_symlink("/proc/self/exe").string(),
                                    "--gtest_filter=InTelevision.When/" + failure.name});
-    station::Process television(command);
+    simulator::Process television(command);
     EXPECT_EQ(television.wait_for_end(4 * busy_machine_limit), 0);
 }
 

@@ -1,7 +1,7 @@
-#include "host/behaviour.h"
 #include "input.h"
+#include "ncp_host/behaviour.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    station::parse_behaviour(text_of(bytes, size));
+    simulator::parse_behaviour(text_of(bytes, size));
     return 0;
 }

@@ -1,6 +1,6 @@
-#include "common/bus_object.h"
-#include "host/ncp_contract.h"
+#include "ncp_host/contract.h"
 #include "support/road.h"
+#include "support/television.h"
 
 namespace {
 
@@ -11,8 +11,8 @@ struct Flood {
 };
 
 void send(const Flood& flood) {
-    using namespace station::contract;
-    const auto bus = station::connect_to_system_bus();
+    using namespace simulator::contract;
+    const auto bus = simulator::connect_to_system_bus();
     for (long time = 0; time < flood.times; ++time)
         g_dbus_connection_emit_signal(bus.get(), nullptr, service_path, service_interface, event_signal,
                                       g_variant_new_parsed(flood.event), nullptr);
@@ -20,7 +20,7 @@ void send(const Flood& flood) {
 }
 
 long resident_kilobytes(int process) {
-    return station::sum_of("/proc/" + std::to_string(process) + "/status", {"VmRSS:"});
+    return simulator::sum_of("/proc/" + std::to_string(process) + "/status", {"VmRSS:"});
 }
 
 } // namespace

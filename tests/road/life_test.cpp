@@ -7,17 +7,17 @@
 #include <memory>
 
 using namespace std::chrono_literals;
-using station::this_television;
+using simulator::this_television;
 
 class LifeRoad : public Road {
 protected:
     /** Another launch, whose words go to the same log. */
-    [[nodiscard]] std::unique_ptr<station::Process> launch() const {
-        return std::make_unique<station::Process>(std::vector<std::string>{VELMORA_PROGRAM},
-                                                  station::written_to(log_.path()));
+    [[nodiscard]] std::unique_ptr<simulator::Process> launch() const {
+        return std::make_unique<simulator::Process>(std::vector<std::string>{VELMORA_PROGRAM},
+                                                    simulator::written_to(log_.path()));
     }
 
-    [[nodiscard]] static bool radio_sends() { return station::radio_state(this_television()).streams; }
+    [[nodiscard]] static bool radio_sends() { return simulator::radio_state(this_television()).streams; }
 
     void open_stream() {
         open_test("TX Test", "Set Power");
@@ -89,7 +89,7 @@ TEST_F(LifeRoad, KilledInAStreamItBringsTheRadioUpAnewWhenItIsStartedAgain) {
 
 TEST_F(LifeRoad, WithoutTheDeviceASecondStartIsReportedAndEndsTheStream) {
     open_stream();
-    this_television().call(station::radio_module, "SetSerial", g_variant_new("(b)", FALSE));
+    this_television().call(simulator::radio_module, "SetSerial", g_variant_new("(b)", FALSE));
     operator_.activate("TX Test");
     operator_.wait_for_focus("Start TX Test");
     operator_.press("Return");
@@ -98,7 +98,7 @@ TEST_F(LifeRoad, WithoutTheDeviceASecondStartIsReportedAndEndsTheStream) {
     std::string result;
     std::ifstream("/tmp/iot_test_result") >> result;
     EXPECT_EQ(result, "FAIL");
-    this_television().call(station::radio_module, "SetSerial", g_variant_new("(b)", TRUE));
+    this_television().call(simulator::radio_module, "SetSerial", g_variant_new("(b)", TRUE));
 }
 
 TEST_F(LifeRoad, EndsInOrderOnSigtermWhileTheStackComesUp) {

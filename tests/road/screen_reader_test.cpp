@@ -1,4 +1,4 @@
-#include "operator/announcements.h"
+#include "support/announcements.h"
 #include "support/road.h"
 
 #include <thread>
@@ -36,19 +36,19 @@ protected:
     /** Role, label and name of everything on the screen, in the order of the screen and of the tree. */
     [[nodiscard]] std::vector<std::string> roles() const {
         std::vector<std::string> roles;
-        station::Screen screen({});
+        simulator::Screen screen({});
         expect_soon("the tree to have the order of the screen", [&] {
             screen = operator_.screen();
-            return reader_.read("velmora", station::Places::unasked).texts() == screen.texts();
+            return reader_.read("velmora", simulator::Places::unasked).texts() == screen.texts();
         });
-        for (const station::Widget& widget : screen.widgets())
+        for (const simulator::Widget& widget : screen.widgets())
             roles.push_back(widget.role + " " + widget.label + widget.name +
                             (widget.chosen ? ", chosen" : ""));
         return roles;
     }
 
-    const station::ScreenReader reader_{std::chrono::seconds(1)};
-    std::optional<station::Announcements> announcements_;
+    mutable simulator::SyncReader reader_{std::chrono::seconds(1)};
+    std::optional<simulator::Announcements> announcements_;
 };
 
 TEST_F(ScreenReaderRoad, EveryTextHasItsNameAndRole) {
@@ -59,7 +59,7 @@ TEST_F(ScreenReaderRoad, EveryTextHasItsNameAndRole) {
                                      "label Channel:", "push button Channel:11", "push button Stop"));
     enter("11");
     EXPECT_THAT(roles(), ElementsAre("dialog Zigbee TX Channel", "spin button 11"));
-    EXPECT_EQ(operator_.focused()->value, (station::WidgetValue{11, 11, 26}));
+    EXPECT_EQ(operator_.focused()->value, (simulator::WidgetValue{11, 11, 26}));
     operator_.press("XF86Back");
     operator_.activate("Exit");
     operator_.wait_for_focus("Cancel");
@@ -72,7 +72,7 @@ TEST_F(ScreenReaderRoad, SaysWhatIsFocusedAndWhatAppears) {
     listen();
     enter("0");
     expect_said({"dialog Zigbee TX Power", "spin button 0"});
-    send_event(station::this_television(), "('ready',)"); // another page behind the popup
+    send_event(simulator::this_television(), "('ready',)"); // another page behind the popup
     expect_said({"label Power: ", "label Channel: "});
     operator_.press("Right");
     expect_said({"spin button 1"});
@@ -91,7 +91,7 @@ TEST_F(ScreenReaderRoad, SaysWhatIsFocusedAndWhatAppears) {
     enter("Cancel");
     expect_said(
         {"push button Yes", "push button Cancel", "dialog Exit App", "push button Cancel"}); // first texts
-    send_event(station::this_television(), "('ready',)");
+    send_event(simulator::this_television(), "('ready',)");
     expect_said({"label Power: ", "push button Set Power", "label Channel: ", "push button Set Channel",
                  "push button Start Stream", "push button Stop Test"});
     operator_.press("XF86Back");

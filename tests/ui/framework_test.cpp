@@ -1,10 +1,10 @@
 /** The framework, seen from an application in a process of its own that says what happens to it. */
-#include "common/process.h"
-#include "common/waiting.h"
+#include "base/process.h"
+#include "base/wait_until.h"
 #include "efl_1_26/application/bridge_connection.h"
-#include "operator/accessibility_bus.h"
-#include "operator/other_window.h"
+#include "support/announcements.h"
 #include "support/settings_folder.h"
+#include "support/windows.h"
 
 #include "common/dropped_press.h"
 #include "platform/application.h"
@@ -53,7 +53,7 @@ void await(const std::string& line, long times = 1) {
         const std::lock_guard lock(said_mutex);
         return std::ranges::count(said, line) >= times;
     };
-    (void)station::comes_true(is_said, 60s);
+    (void)simulator::wait_until(is_said, 60s);
 }
 
 /** Has the main loop do it, and waits for it. */
@@ -70,7 +70,7 @@ void quit() { in_loop(ui_app_quit); }
 void rest(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }
 
 void press(const std::string& key, std::chrono::milliseconds time = 0ms) {
-    station::press_key(station::open_display(), key, time);
+    simulator::press_key(simulator::open_display(), key, time);
 }
 
 /** Is busy, while a person presses keys. */
@@ -361,7 +361,7 @@ TEST_F(Framework, KeysHeldWhileTheFocusGoesAndComesAreNeitherPressedAgainNorDead
             const std::jthread finger([held] { press("Return", held); });
             await(pressed, ++times);
             {
-                const station::OtherWindow other;
+                const simulator::OtherWindow other;
                 await("pause", times + 1);
                 rest(1s);
             }
@@ -380,7 +380,7 @@ TEST_F(Framework, BridgeFollowsAReaderThatComesLaterAndGoesAndTheAccessibilityBu
     const auto tell = [](bool expected) {
         bool is_connected = !expected;
         const auto look = [&] { is_connected = platform::bridge_is_connected(); };
-        (void)station::comes_true(
+        (void)simulator::wait_until(
             [&] {
                 rest(500ms);
                 in_loop(look);
@@ -390,7 +390,7 @@ TEST_F(Framework, BridgeFollowsAReaderThatComesLaterAndGoesAndTheAccessibilityBu
         say(is_connected ? "connected" : "not connected");
     };
     const auto set_reader = [tell](bool is_there) {
-        station::announce_screen_reader(is_there);
+        simulator::announce_screen_reader(is_there);
         tell(is_there);
     };
     const ScopedEnvironment mode("ELM_ATSPI_MODE", "1"); // which nobody asks
@@ -404,7 +404,7 @@ TEST_F(Framework, BridgeFollowsAReaderThatComesLaterAndGoesAndTheAccessibilityBu
                     await("key Return");
                     set_reader(false);
                     std::system("pkill -STOP -f [a]ccessibility.conf");
-                    station::announce_screen_reader(true);
+                    simulator::announce_screen_reader(true);
                     tell(false);
                     std::system("pkill -CONT -f [a]ccessibility.conf");
                     tell(true);

@@ -6,9 +6,9 @@
 #include "support/pages.h"
 
 #include "common/dropped_press.h"
-#include "operator/display.h"
-#include "operator/pixels.h"
 #include "support/sleep_recorder.h"
+#include "ui_driver/keyboard.h"
+#include "ui_driver/screenshot.h"
 
 #include <efl_access_object.eo.h>
 #include <filesystem>
@@ -17,7 +17,7 @@
 namespace {
 
 using namespace std::chrono_literals;
-using station::Pixels;
+using simulator::Pixels;
 using Clock = std::chrono::steady_clock;
 
 constexpr auto hang = 30s; // it should be 120 ms, which a busy machine does not keep
@@ -141,7 +141,7 @@ private:
         press->width_then_ = plate_width(press->pressed_);
     }
 
-    station::Display display_ = station::open_display();
+    simulator::Display display_ = simulator::open_display();
     std::optional<Pixels> before_;
     std::optional<bool> called_; /**< with the screen changed by then */
     Clock::time_point called_at_;

@@ -3,10 +3,9 @@
 #include "support/screen.h"
 #include "support/settings_folder.h"
 
-#include "common/process.h"
-#include "common/redirection.h"
-#include "operator/other_window.h"
-#include "operator/pixels.h"
+#include "base/process.h"
+#include "support/windows.h"
+#include "ui_driver/screenshot.h"
 
 #include <gtest/gtest.h>
 #include <platform/vell.h>
@@ -29,7 +28,7 @@ protected:
             manager_.reset(); // what it has announced stays
         }
         if (std::get<Manager>(GetParam()) == Manager::silent)
-            start_manager({VELMORA_PROGRAMS "/window_manager", "--silent"});
+            start_manager({VELMORA_PROGRAMS "/silent_window_manager"});
         window = elm_win_util_standard_add("window", "Window");
         EXPECT_TRUE(elm_vell_manager_init(window));
         Evas_Object* const red = evas_object_rectangle_add(evas_object_evas_get(window));
@@ -51,7 +50,7 @@ protected:
         int revert_to = 0;
         XGetInputFocus(display_.get(), &focused, &revert_to);
         return focused == elm_win_xwindow_get(window) &&
-               station::Pixels(display_.get(), 100, 100, 1, 1).at(0, 0) == station::Color{255, 0, 0};
+               simulator::Pixels(display_.get(), 100, 100, 1, 1).at(0, 0) == simulator::Color{255, 0, 0};
     }
 
     /** Whether its size hints say that the user chose its place. */
@@ -67,8 +66,8 @@ protected:
 private:
     /** One of the television's, until it says that it is ready. */
     void start_manager(const std::vector<std::string>& command) {
-        auto [said, output] = station::make_pipe();
-        station::Descriptors descriptors;
+        auto [said, output] = simulator::make_pipe();
+        simulator::Descriptors descriptors;
         descriptors.output = std::move(output);
         manager_.emplace(command, std::move(descriptors));
         char letter = '\0';
@@ -77,16 +76,16 @@ private:
 
     test::SettingsFolder settings_{std::get<const char*>(GetParam())};
     LogCapture log_; // what EFL and the X library say stays out of the test's output
-    station::Display display_ = station::open_display();
+    simulator::Display display_ = simulator::open_display();
     Window root_ = DefaultRootWindow(display_.get());
-    std::optional<station::Process> manager_;
+    std::optional<simulator::Process> manager_;
 };
 
 TEST_P(Unmanaged, WindowIsSeenAndHasTheKeyboardWhenItAppearsAndWhenItIsRaised) {
     EXPECT_TRUE(test::await([&] { return is_seen_and_has_keyboard(); })) << "at the start";
     const bool is_full_screen = *std::get<const char*>(GetParam()) == '\0';
     EXPECT_EQ(is_placed_by_user(), is_full_screen); // or a window manager asks the user for its place
-    const station::OtherWindow other;
+    const simulator::OtherWindow other;
     other.take_keys();
     EXPECT_TRUE(test::await([&] { return !is_seen_and_has_keyboard(); }));
     elm_win_raise(window);

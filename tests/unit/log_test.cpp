@@ -13,9 +13,9 @@ namespace {
 
 using platform::LogBuffer;
 using platform::LogPriority;
-using station::FileDescriptor;
-using station::make_pipe;
-using station::StandardErrorTo;
+using simulator::FileDescriptor;
+using simulator::make_pipe;
+using simulator::StandardErrorTo;
 using testing::HasSubstr;
 
 // What is there to be read, until nothing comes any more: a terminal hands it on by and by.

@@ -59,7 +59,7 @@ TEST_F(DBusClientTest, FailedInitKeepsNothingAndALaterOneSucceedsOnce) {
         EXPECT_EQ(own_messages("UnregisterDBusSignalCB").back(), "Not Init DBus Client");
     }
     {
-        const station::BusConnection shared = station::connect_to_system_bus();
+        const simulator::BusConnection shared = simulator::connect_to_system_bus();
         g_dbus_connection_close_sync(shared.get(), nullptr, nullptr);
         EXPECT_FALSE(client.Init());
         EXPECT_EQ(own_messages("init_dbus").back(), "Fail to create dbus proxy");
@@ -93,7 +93,7 @@ TEST_F(DBusClientTest, CallsReturnTheReplyOrTheErrorOnly) {
 }
 
 TEST_F(DBusClientTest, RegistryKnowsAnEntryByNameAndCallback) {
-    const station::BusConnection shared = station::connect_to_system_bus(); // outlives Deinit
+    const simulator::BusConnection shared = simulator::connect_to_system_bus(); // outlives Deinit
     client.Init();
     Notes other;
     EXPECT_FALSE(client.RegisterDBusSignalCB("", note<1>, &notes));

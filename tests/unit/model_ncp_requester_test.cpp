@@ -28,7 +28,7 @@ protected:
 };
 
 TEST_F(NcpRequesterTest, StartsOnceAndStopsOnceAndIsMadeAnewWithoutListeners) {
-    const station::BusConnection shared = station::connect_to_system_bus(); // outlives the requester
+    const simulator::BusConnection shared = simulator::connect_to_system_bus(); // outlives the requester
     requester.register_callback(note<1>, &notes);
     requester.stop();
     EXPECT_EQ(own_messages("stop").back(), "Not yet Started");

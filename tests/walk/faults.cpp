@@ -1,9 +1,9 @@
 #include "faults.h"
 
-#include "common/application_log.h"
-#include "common/waiting.h"
-#include "host/ncp_contract.h"
-#include "remote/failure.h"
+#include "base/wait_until.h"
+#include "client/client.h"
+#include "ncp_host/contract.h"
+#include "support/application_log.h"
 
 #include <algorithm>
 #include <array>
@@ -12,7 +12,7 @@ namespace walk {
 namespace {
 
 using namespace std::chrono_literals;
-using station::this_television;
+using simulator::this_television;
 
 constexpr auto patience = 30s; // of a busy machine
 constexpr std::size_t mebibyte = 1U << 20U;
@@ -58,7 +58,7 @@ std::vector<Fault> faults_of(const std::string& method) {
     const auto reply = [&method](const std::string& value, const std::string& type) {
         return Fault{"reply " + value, "Reply of " + method + " has the type " + type + ", expected "};
     };
-    const bool has_text = method == station::contract::statistics_method;
+    const bool has_text = method == simulator::contract::statistics_method;
     const std::string long_text(mebibyte, 'x');
     std::vector<Fault> faults{{"code -3", "Result = -3"},
                               {"error", error("Failed: " + method + " failed]")},
@@ -84,28 +84,28 @@ std::vector<Fault> faults_of(const std::string& method) {
     return faults;
 }
 
-void await(const station::LogFromNow& log, const std::string& text) {
-    if (!station::comes_true([&] { return log.count(text) != 0; }, patience))
+void await(const simulator::LogFromNow& log, const std::string& text) {
+    if (!simulator::wait_until([&] { return log.count(text) != 0; }, patience))
         throw Difference("  not on the log: " + text);
 }
 
-void expect_times(const station::LogFromNow& log, long times, const std::string& text) {
+void expect_times(const simulator::LogFromNow& log, long times, const std::string& text) {
     if (const long seen = log.count(text); !text.empty() && seen != times)
         throw Difference("  " + std::to_string(seen) + " times on the log: " + text);
 }
 
-void kill_host() { this_television().call(station::television, "Kill", g_variant_new("(s)", "ncp_host")); }
+void kill_host() { this_television().call(simulator::television, "Kill", g_variant_new("(s)", "ncp_host")); }
 
 void start_host() {
     const auto starts = [] {
         try {
-            this_television().call(station::television, "Start", g_variant_new("(s)", "ncp_host"));
+            this_television().call(simulator::television, "Start", g_variant_new("(s)", "ncp_host"));
             return true;
-        } catch (const station::Failure&) { // the television hears of its end a little later
+        } catch (const simulator::Failure&) { // the television hears of its end a little later
             return false;
         }
     };
-    if (!station::comes_true(starts, patience))
+    if (!simulator::wait_until(starts, patience))
         throw Difference("  the radio's service does not start again");
 }
 
@@ -151,7 +151,7 @@ void go_wrong(Walk& walk, Transition step, const Command& command, const Fault& 
     const bool can_be_asked = fault.host == Host::stays;
     step.answer = fault.answer;
     const Outcome outcome = follow(walk.state, step);
-    const station::LogFromNow log;
+    const simulator::LogFromNow log;
     if (fault.host == Host::is_away)
         kill_host();
     else
@@ -183,7 +183,7 @@ void take(Walk& walk, const Command& command, const Fault& fault) {
 
 /** Nothing comes of it but the cause on the log. */
 void take_event(Walk& walk, const std::string& values, const std::string& cause) {
-    const station::LogFromNow log;
+    const simulator::LogFromNow log;
     send_event(this_television(), values);
     await(log, cause);
     walk.hand.expect(walk.state, std::vector<std::string>{});

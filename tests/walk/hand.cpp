@@ -1,8 +1,8 @@
 #include "hand.h"
 
-#include "common/texts.h"
-#include "common/waiting.h"
-#include "operator/front_window.h"
+#include "base/strings.h"
+#include "base/wait_until.h"
+#include "support/windows.h"
 
 #include <X11/XKBlib.h>
 
@@ -15,7 +15,7 @@ namespace walk {
 namespace {
 
 using namespace std::chrono_literals;
-using station::this_television;
+using simulator::this_television;
 namespace fs = std::filesystem;
 
 constexpr auto patience = 30s;           // of a busy machine
@@ -55,7 +55,7 @@ AtEnd spoil(BringUp how) {
     }
     return AtEnd([program, away] {
         // The application starts it in the background, on a busy machine later than the screen says so.
-        (void)station::comes_true([&] { return !fs::exists(program) || fs::exists(was_started); }, 2s);
+        (void)simulator::wait_until([&] { return !fs::exists(program) || fs::exists(was_started); }, 2s);
         std::error_code not_there;
         fs::rename(away, program, not_there);
     });
@@ -78,9 +78,9 @@ std::string without_count(const std::string& text) {
 }
 
 /** What the screen says, each with what it can do. */
-std::vector<std::string> items(const station::Screen& screen) {
+std::vector<std::string> items(const simulator::Screen& screen) {
     std::vector<std::string> items;
-    for (const station::Widget& widget : screen.widgets()) {
+    for (const simulator::Widget& widget : screen.widgets()) {
         std::string text =
             without_count(widget.name) + (widget.focusable ? "*" : "") + (widget.chosen ? " chosen" : "");
         if (widget.role == "push button" && widget.enabled != widget.focusable)
@@ -95,7 +95,7 @@ std::vector<std::string> items(const station::Screen& screen) {
 } // namespace
 
 Hand::Hand(std::string program)
-    : program_(std::move(program)), display_(station::open_display()), reader_(1s) {
+    : program_(std::move(program)), display_(simulator::open_display()), reader_(1s) {
     XkbSetAutoRepeatRate(display_.get(), XkbUseCoreKbd, repeat_after.count(), repeat_interval.count());
 }
 
@@ -113,16 +113,16 @@ void Hand::begin() {
 
 void Hand::start_application() {
     seen_.clear();
-    application_.emplace(std::vector<std::string>{program_}, station::written_to(log));
+    application_.emplace(std::vector<std::string>{program_}, simulator::written_to(log));
 }
 
-void Hand::expect_end(const station::LogFromNow& said, Act act) {
+void Hand::expect_end(const simulator::LogFromNow& said, Act act) {
     const auto status = application_->wait_for_end(patience);
     if (!status)
         throw Difference("the application does not end");
     if (*status != 0)
         throw Difference("the application ends with status " + std::to_string(*status));
-    if (station::radio_state(this_television()).mode != "off")
+    if (simulator::radio_state(this_television()).mode != "off")
         throw Difference("the application ends, and the radio is not off");
     const std::string reason = act == Act::terminate ? "SIGTERM"
                                : act == Act::close   ? "the window was closed"
@@ -137,12 +137,12 @@ void Hand::take(const State& from, const Transition& transition) {
     {
         const AtEnd restored = spoil(transition.bring_up);
         const AtEnd answering = answer(outcome.calls, transition);
-        const station::LogFromNow said;
+        const simulator::LogFromNow said;
         act(from, transition);
         if (transition.answer == Answer::late) {
             std::this_thread::sleep_for(late_key_after);
             for (const char* const key : {"OK", "Up"}) // meant for a screen that stands still
-                station::press_key(display_, key);
+                simulator::press_key(display_, key);
         }
         if (outcome.ends) {
             expect_end(said, transition.act);
@@ -160,10 +160,11 @@ void Hand::act(const State& from, const Transition& transition) {
     switch (transition.act) {
     case Act::press:
         for (int time = 0; time < transition.times; ++time)
-            station::press_key(display_, transition.key);
+            simulator::press_key(display_, transition.key);
         break;
     case Act::hold:
-        station::press_key(display_, transition.key, transition.times > 1 ? hold_time_to_a_limit : hold_time);
+        simulator::press_key(display_, transition.key,
+                             transition.times > 1 ? hold_time_to_a_limit : hold_time);
         break;
     case Act::activate:
         activate(name_of(from, transition.spot));
@@ -175,14 +176,14 @@ void Hand::act(const State& from, const Transition& transition) {
         set_language(!from.mirrored);
         break;
     case Act::launch: {
-        station::Process second({program_}, station::written_to("/tmp/second.log"));
+        simulator::Process second({program_}, simulator::written_to("/tmp/second.log"));
         if (second.wait_for_end(patience) != 0)
             throw Difference("a second launch does not end with status 0");
         break;
     }
     case Act::interrupt: {
-        const station::OtherWindow other;
-        if (!station::comes_true([this] { return !reader_.read("velmora").in_front(); }, patience))
+        const simulator::OtherWindow other;
+        if (!simulator::wait_until([this] { return !reader_.read("velmora").in_front(); }, patience))
             throw Difference("the application keeps the keyboard");
         break;
     }
@@ -190,10 +191,10 @@ void Hand::act(const State& from, const Transition& transition) {
         application_->terminate();
         break;
     case Act::close:
-        station::close_front_window(display_);
+        simulator::close_front_window(display_);
         break;
     case Act::destroy:
-        station::destroy_front_window(display_);
+        simulator::destroy_front_window(display_);
         break;
     }
 }
@@ -211,16 +212,16 @@ void Hand::activate(const std::string& name) {
 
 void Hand::set_language(bool mirrored) {
     const char* const language = mirrored ? "ar_AE.utf8" : "en_GB.utf8";
-    this_television().call(station::television, "SetLanguage", g_variant_new("(s)", language));
+    this_television().call(simulator::television, "SetLanguage", g_variant_new("(s)", language));
 }
 
 std::string Hand::look() {
-    const station::Screen screen = reader_.read("velmora");
+    const simulator::Screen screen = reader_.read("velmora");
     if (screen.widgets().empty())
         return screen.description();
-    for (const station::Widget& widget : screen.covered())
+    for (const simulator::Widget& widget : screen.covered())
         seen_.insert_or_assign(widget.name, widget);
-    for (const station::Widget& widget : screen.widgets())
+    for (const simulator::Widget& widget : screen.widgets())
         if (widget.role == "push button")
             seen_.insert_or_assign(widget.name, widget);
     std::string line = screen.in_front() && !other_.has_keys() ? "in front:" : "behind:";
@@ -232,8 +233,8 @@ std::string Hand::look() {
 
 /** Looks once more: what came before that has been dealt with, and a page that looks like the last one is there. */
 bool Hand::stays(bool mirrored) {
-    const station::Screen screen = reader_.read("velmora", station::Places::unasked);
-    for (const station::Widget& widget : screen.widgets())
+    const simulator::Screen screen = reader_.read("velmora", simulator::Places::unasked);
+    for (const simulator::Widget& widget : screen.widgets())
         if (const auto seen = seen_.find(widget.name); seen != seen_.end())
             seen->second.accessible = widget.accessible;
     // Without places in the order of the tree, which is that of reading, whatever the direction.
@@ -250,7 +251,7 @@ void Hand::expect(const State& state, const std::optional<std::vector<std::strin
                   const std::string& packets) {
     constexpr std::size_t longest_line = 1000;
     const auto said = [](const auto& asked) {
-        return asked.empty() ? "nothing" : station::joined(asked, ", ");
+        return asked.empty() ? "nothing" : simulator::joined(asked, ", ");
     };
     const std::string wanted = appearance(state, packets);
     const auto deadline =

@@ -4,12 +4,13 @@
 #include "appearance.h"
 #include "model.h"
 
-#include "common/application_log.h"
-#include "common/process.h"
-#include "operator/display.h"
-#include "operator/other_window.h"
-#include "operator/screen_reader.h"
-#include "remote/remote_radio.h"
+#include "base/process.h"
+#include "support/application_log.h"
+#include "support/picture.h"
+#include "support/sync_reader.h"
+#include "support/television.h"
+#include "support/windows.h"
+#include "ui_driver/keyboard.h"
 
 #include <chrono>
 #include <map>
@@ -27,7 +28,7 @@ public:
 class Hand {
 public:
     /** What the application writes. */
-    static constexpr auto log = "/var/log/station/application.log";
+    static constexpr auto log = "/var/log/simulator/application.log";
 
     explicit Hand(std::string program);
 
@@ -56,11 +57,11 @@ public:
     /** From now on a step waits this long for what must not come. */
     void be_patient(std::chrono::milliseconds time) { afterwards_ = time; }
 
-    void picture(const std::string& path) const { station::take_picture(display_, path); }
+    void picture(const std::string& path) const { simulator::take_picture(display_, path); }
 
 private:
     void start_application();
-    void expect_end(const station::LogFromNow& said, Act act);
+    void expect_end(const simulator::LogFromNow& said, Act act);
     void activate(const std::string& name);
     static void set_language(bool mirrored);
     [[nodiscard]] std::string look();
@@ -68,12 +69,12 @@ private:
     [[nodiscard]] std::vector<std::string> new_calls() const;
 
     std::string program_;
-    station::Display display_;
-    station::ScreenReader reader_;
-    station::OtherWindow other_;
-    std::optional<station::Process> application_;
-    std::map<std::string, station::Widget> seen_; /**< buttons by name, where they were seen last */
-    std::vector<std::string> shown_;              /**< by the last look */
+    simulator::Display display_;
+    simulator::SyncReader reader_;
+    simulator::OtherWindow other_;
+    std::optional<simulator::Process> application_;
+    std::map<std::string, simulator::Widget> seen_; /**< buttons by name, where they were seen last */
+    std::vector<std::string> shown_;                /**< by the last look */
     std::size_t calls_seen_ = 0;
     std::chrono::milliseconds afterwards_{0};
 };

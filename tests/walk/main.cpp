@@ -2,7 +2,7 @@
 
 #include "faults.h"
 
-#include "common/program.h"
+#include "support/options.h"
 
 #include <algorithm>
 #include <array>
@@ -15,7 +15,7 @@ namespace {
 using namespace walk;
 using namespace std::chrono_literals;
 
-const std::filesystem::path kept = "/var/log/station"; // with --logs
+const std::filesystem::path kept = "/var/log/simulator"; // with --logs
 
 struct Options {
     int steps = 0; /**< 0: the tour */
@@ -109,7 +109,7 @@ int main(int argc, char** argv) {
          {"faults", 0, 0, G_OPTION_ARG_NONE, &options.faults, "The radio's service goes wrong", nullptr},
          {}}};
     try {
-        station::read_options(argc, argv, entries.data(), "Walks over Velmora, with a model of it beside.");
+        simulator::read_options(argc, argv, entries.data(), "Walks over Velmora, with a model of it beside.");
         if (options.part < 0 || options.part > (options.faults == FALSE ? 4 : 2))
             throw std::runtime_error("there is no such part");
         return walk_over(options);

@@ -1,4 +1,4 @@
-/** Remote-control keys on a keyboard. */
+/** Client-control keys on a keyboard. */
 #pragma once
 
 #include "ecore_handlers.h"

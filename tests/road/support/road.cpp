@@ -1,6 +1,6 @@
 #include "support/road.h"
 
-#include "common/waiting.h"
+#include "base/wait_until.h"
 
 #include <filesystem>
 
@@ -9,13 +9,13 @@ namespace {
 using namespace std::chrono_literals;
 using testing::IsEmpty;
 
-constexpr auto last_picture = "/var/log/station/last_picture.png";
+constexpr auto last_picture = "/var/log/simulator/last_picture.png";
 
 } // namespace
 
 void Road::open_application() {
     std::filesystem::remove(log_.path()); // of an earlier test
-    application_.emplace(std::vector<std::string>{VELMORA_PROGRAM}, station::written_to(log_.path()));
+    application_.emplace(std::vector<std::string>{VELMORA_PROGRAM}, simulator::written_to(log_.path()));
     operator_.follow(*application_);
     operator_.wait_for_focus("TX Test");
 }
@@ -47,14 +47,14 @@ void Road::TearDown() {
 }
 
 void Road::expect_soon(const std::string& what, const std::function<bool()>& has_come) {
-    if (!station::comes_true(has_come, busy_machine_limit))
-        throw station::NotSeen("waited for " + what);
+    if (!simulator::wait_until(has_come, busy_machine_limit))
+        throw simulator::NotSeen("waited for " + what);
 }
 
 void Road::expect_asked(const std::vector<std::string>& calls) {
     std::vector<std::string> asked;
     expect_soon("the NCP host to be asked " + testing::PrintToString(calls), [&] {
-        asked = station::asked_of_host(station::this_television());
+        asked = simulator::asked_of_host(simulator::this_television());
         return asked.size() >= calls_seen_ + calls.size();
     });
     asked.erase(asked.begin(), asked.begin() + static_cast<std::ptrdiff_t>(calls_seen_));
@@ -64,8 +64,8 @@ void Road::expect_asked(const std::vector<std::string>& calls) {
 
 void Road::expect_orderly_end(const std::vector<std::string>& survivors) {
     EXPECT_EQ(application_->wait_for_end(busy_machine_limit), 0);
-    EXPECT_THAT(station::running_processes({"cpcd", "socat", "zigbeed"}),
+    EXPECT_THAT(simulator::running_processes({"cpcd", "socat", "zigbeed"}),
                 testing::UnorderedElementsAreArray(survivors));
-    // A launch that has ended may not be collected yet.
-    EXPECT_TRUE(station::comes_true([] { return station::zombies().empty(); }, busy_machine_limit));
+    // Another launch, or init, collects its ended children when it gets to run.
+    expect_soon("the ended children to be collected", [] { return simulator::zombies().empty(); });
 }

@@ -1,11 +1,11 @@
 /** A person before the television who uses the application; each test is one sitting. */
 #pragma once
 
-#include "common/application_log.h"
-#include "common/process.h"
-#include "common/processes.h"
-#include "operator/operator.h"
-#include "remote/remote_radio.h"
+#include "base/process.h"
+#include "support/application_log.h"
+#include "support/operator.h"
+#include "support/processes.h"
+#include "support/television.h"
 
 #include <chrono>
 #include <functional>
@@ -27,7 +27,7 @@ protected:
     /** Presses Return and waits until the focus is on `name`; throws NotSeen when it does not come. */
     void enter(const std::string& name);
 
-    [[nodiscard]] station::Process& application() { return *application_; }
+    [[nodiscard]] simulator::Process& application() { return *application_; }
 
     /** The NCP host was asked this, and nothing else, since the last time. */
     void expect_asked(const std::vector<std::string>& calls);
@@ -38,10 +38,10 @@ protected:
 
     void TearDown() override;
 
-    station::Operator operator_{"velmora", busy_machine_limit};
-    station::ApplicationLog log_;
+    simulator::Operator operator_{"velmora", busy_machine_limit};
+    simulator::ApplicationLog log_;
 
 private:
-    std::optional<station::Process> application_;
+    std::optional<simulator::Process> application_;
     std::size_t calls_seen_ = 0;
 };

@@ -1,6 +1,6 @@
 #include "support/screen.h"
 
-#include "operator/pixels.h"
+#include "ui_driver/screenshot.h"
 
 #include <Ecore_X.h>
 #include <algorithm>
@@ -52,7 +52,7 @@ bool is_in_popup(Evas_Object* widget) {
 }
 
 /** As the Web Content Accessibility Guidelines reckon it. */
-double luminance(const station::Color& color) {
+double luminance(const simulator::Color& color) {
     const auto linear = [](std::uint8_t strength) {
         const double part = strength / 255.0;
         return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
@@ -100,8 +100,8 @@ std::vector<double> border_scales(Evas_Object* window) {
 }
 
 double contrast(const Eina_Rectangle& area) {
-    const station::Pixels pixels(static_cast<_XDisplay*>(ecore_x_display_get()), area.x, area.y, area.w,
-                                 area.h);
+    const simulator::Pixels pixels(static_cast<_XDisplay*>(ecore_x_display_get()), area.x, area.y, area.w,
+                                   area.h);
     double darkest = 1.0;
     double lightest = 0.0;
     for (int y = 0; y < area.h; ++y)

@@ -1,14 +1,14 @@
 #pragma once
 
-#include "common/application_log.h"
-#include "common/process.h"
-#include "common/redirection.h"
+#include "base/process.h"
+#include "support/application_log.h"
+#include "support/standard_error_to.h"
 #include "support/surroundings.h"
 
 /** Captures what this process and its children write to standard error, as long as it lives. */
-class LogCapture : public station::ApplicationLog {
+class LogCapture : public simulator::ApplicationLog {
 public:
-    LogCapture() : capture_(station::written_to(path()).error) { clear(); }
+    LogCapture() : capture_(simulator::written_to(path()).error) { clear(); }
 
     /** All that was written so far. */
     [[nodiscard]] std::string text() const { return content_of(path()).value(); }
@@ -27,5 +27,5 @@ public:
     void clear() { std::filesystem::resize_file(path(), 0); }
 
 private:
-    station::StandardErrorTo capture_;
+    simulator::StandardErrorTo capture_;
 };

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "common/bus_object.h"
-#include "common/waiting.h"
-#include "remote/remote_radio.h"
+#include "base/bus.h"
+#include "base/wait_until.h"
+#include "support/television.h"
 
 #include <gtest/gtest.h>
 
@@ -27,14 +27,14 @@ public:
         send_event(television_, values);
         // What was sent before a call has arrived when it returns, at the bus and then with the application.
         asked_of_host(television_);
-        asked_of_host(station::this_television());
+        asked_of_host(simulator::this_television());
         while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
         }
     }
 
 private:
     // A connection of its own, which the application neither closes nor waits on.
-    station::Remote television_{station::connect_to_bus(getenv("DBUS_SYSTEM_BUS_ADDRESS"))};
+    simulator::Client television_{simulator::connect_to_bus(getenv("DBUS_SYSTEM_BUS_ADDRESS"))};
     std::ptrdiff_t earlier_calls_ = std::ssize(asked_of_host(television_));
 };
 
@@ -48,12 +48,12 @@ void note(const std::string& text, void* notes) {
 /** Drops the process's shared system bus connection, so that the next has the present address. */
 inline void forget_system_bus() {
     GWeakRef remembered;
-    g_weak_ref_init(&remembered, station::connect_to_system_bus().get());
+    g_weak_ref_init(&remembered, simulator::connect_to_system_bus().get());
     // The bus library's thread holds it a moment longer, while it delivers what came in last.
     const auto is_dropped = [&remembered] {
         g_main_context_iteration(nullptr, FALSE);
-        return !station::BusConnection(static_cast<GDBusConnection*>(g_weak_ref_get(&remembered)));
+        return !simulator::BusConnection(static_cast<GDBusConnection*>(g_weak_ref_get(&remembered)));
     };
-    EXPECT_TRUE(station::comes_true(is_dropped, std::chrono::seconds(1))) << "somebody still holds it";
+    EXPECT_TRUE(simulator::wait_until(is_dropped, std::chrono::seconds(1))) << "somebody still holds it";
     g_weak_ref_clear(&remembered);
 }

@@ -1,0 +1,53 @@
+/** The logs of the television's components, /var/log/simulator/NAME.log. */
+#pragma once
+
+#include "file_descriptor.h"
+
+#include <cstdio>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace simulator {
+
+std::string log_path(const std::string& name);
+
+/** The last lines of a log, separated by " / "; "its log is empty" without any. */
+std::string end_of_log(const std::string& name);
+
+/** The names of the logs that are there, in alphabetical order. */
+std::vector<std::string> log_names();
+
+/**
+ * Writes lines "SECONDS MESSAGE" to a log, the seconds being those since the machine's start, so that several logs can be
+ * read side by side.
+ */
+class ComponentLog {
+public:
+    explicit ComponentLog(std::string name);
+
+    /** Writes one line made of the parts. */
+    template <typename... Parts>
+    void note(const Parts&... parts) const {
+        std::ostringstream text;
+        (text << ... << parts);
+        write_line(text.str());
+    }
+
+    /** Writes one line, and "NAME: MESSAGE" to standard error as well. */
+    template <typename... Parts>
+    void error(const Parts&... parts) const {
+        std::ostringstream text;
+        (text << ... << parts);
+        write_line(text.str());
+        dprintf(STDERR_FILENO, "%s: %s\n", name_.c_str(), text.str().c_str());
+    }
+
+private:
+    void write_line(const std::string& message) const;
+
+    std::string name_;
+    FileDescriptor file_;
+};
+
+} // namespace simulator

@@ -1,0 +1,82 @@
+/** A process of the television, or of a test: started, watched and ended. */
+#pragma once
+
+#include "file_descriptor.h"
+#include "gobject_release.h"
+
+#include <array>
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace simulator {
+
+/** The standard descriptors of a process; one that is not there is shared with who starts it. */
+struct Descriptors {
+    FileDescriptor input;
+    FileDescriptor output;
+    FileDescriptor error;
+};
+
+/**
+ * A file that gets what a process writes on standard output and standard error, after what is there already.
+ *
+ * @throws std::runtime_error when it cannot be opened.
+ */
+Descriptors written_to(const std::string& path);
+
+/** A pipe's reading and its writing end. @throws std::runtime_error. */
+std::array<FileDescriptor, 2> make_pipe();
+
+class Process {
+public:
+    /** Called from the main loop when the process has ended. */
+    using Ended = std::function<void()>;
+
+    /**
+     * Starts a program with default signal dispositions.
+     *
+     * @param command     the program, looked up in PATH, and its arguments.
+     * @param environment variables in addition to the caller's own, each "NAME=VALUE".
+     * @param leads       it leads a session of its own, and what it started is killed with it.
+     * @throws std::runtime_error when it cannot be started.
+     */
+    explicit Process(const std::vector<std::string>& command, Descriptors descriptors = {},
+                     Ended ended = nullptr, const std::vector<std::string>& environment = {},
+                     bool leads = false);
+    /** A process that still runs is killed. */
+    ~Process();
+    Process(const Process&) = delete;
+    Process& operator=(const Process&) = delete;
+
+    /** Until the main loop has heard of its end. */
+    [[nodiscard]] bool runs() const { return !status_; }
+    /** Its number; 0 once it has ended, also before the main loop has heard of it. */
+    [[nodiscard]] int number() const;
+    /** How it ended, as a shell says it: the exit status, or 128 and the signal's number; nothing while it
+     * runs. */
+    [[nodiscard]] std::optional<int> status() const { return status_; }
+    /** "runs", "ended with status 1" or "was killed by signal 9". */
+    [[nodiscard]] std::string state() const;
+
+    void send_signal(int signal);
+    /** Asks it to end in order (SIGTERM). */
+    void terminate();
+    /** Kills it, and with a session of its own all that it started there. */
+    void kill();
+    /** Turns the main loop until the process has ended. @return `status`; nothing when it still runs. */
+    std::optional<int> wait_for_end(std::chrono::milliseconds limit);
+
+private:
+    static void on_ended(GObject* process, GAsyncResult* result, gpointer self);
+
+    std::unique_ptr<GSubprocess, GObjectRelease> process_;
+    std::unique_ptr<GCancellable, GObjectRelease> watch_;
+    Ended ended_;
+    std::optional<int> status_;
+    bool leads_;
+};
+
+} // namespace simulator

@@ -1,0 +1,54 @@
+#include "strings.h"
+
+#include <charconv>
+#include <utility>
+
+namespace simulator {
+
+std::string joined(const std::vector<std::string>& words, const std::string& between) {
+    std::string line;
+    for (const auto& word : words)
+        line += (line.empty() ? "" : between) + word;
+    return line;
+}
+
+std::optional<int> parse_int(std::string_view text) {
+    int number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && rest == end ? std::optional(number) : std::nullopt;
+}
+
+std::vector<std::string> to_strings(GVariant* list) {
+    std::vector<std::string> texts;
+    GVariantIter each;
+    g_variant_iter_init(&each, list);
+    for (const char* text = nullptr; g_variant_iter_next(&each, "&s", &text) != FALSE;)
+        texts.emplace_back(text);
+    return texts;
+}
+
+GVariant* to_variant(const std::vector<std::string>& texts) {
+    GVariantBuilder list;
+    g_variant_builder_init(&list, G_VARIANT_TYPE_STRING_ARRAY);
+    for (const auto& text : texts)
+        g_variant_builder_add(&list, "s", text.c_str());
+    return g_variant_builder_end(&list);
+}
+
+Value tuple_of(const std::string& text) {
+    if (g_utf8_validate(text.c_str(), -1, nullptr) == FALSE)
+        return nullptr; // which GLib's parser takes for granted
+    Value value(g_variant_parse(nullptr, text.c_str(), nullptr, nullptr, nullptr));
+    return value && g_variant_is_of_type(value.get(), G_VARIANT_TYPE_TUPLE) != FALSE ? std::move(value)
+                                                                                     : nullptr;
+}
+
+std::string printed(GVariant* value) {
+    if (g_variant_is_of_type(value, G_VARIANT_TYPE_STRING) != FALSE)
+        return g_variant_get_string(value, nullptr);
+    g_autofree char* text = g_variant_print(value, FALSE);
+    return text;
+}
+
+} // namespace simulator

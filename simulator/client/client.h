@@ -1,0 +1,67 @@
+/** Calls to a running television, from outside or inside. */
+#pragma once
+
+#include "base/gobject_release.h"
+
+#include <gio/gunixfdlist.h>
+
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+namespace simulator {
+
+using DescriptorList = std::unique_ptr<GUnixFDList, GObjectRelease>;
+
+/** One object of the television; interfaces/ describes each. */
+struct ObjectAddress {
+    const char* path;
+    const char* interface;
+};
+
+extern const ObjectAddress television;
+extern const ObjectAddress ui;
+extern const ObjectAddress ncp_host;
+extern const ObjectAddress radio_module;
+
+/** It failed, or did not happen in time; tvctl exits 1. */
+class Failure : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/** A usage error; tvctl exits 2. */
+class WrongUse : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+class Client {
+public:
+    explicit Client(BusConnection bus) : bus_(std::move(bus)) {}
+
+    /**
+     * Calls a method, however long it takes; waits for a television that is still starting.
+     *
+     * @param arguments   a floating tuple, or null for none.
+     * @param descriptors handed over with the call, null for none.
+     * @return the answer's tuple.
+     * @throws Failure with what the television says, WrongUse when it does not know what it was asked for.
+     */
+    Value call(const ObjectAddress& object, const char* method, GVariant* arguments = nullptr,
+               GUnixFDList* descriptors = nullptr) const;
+
+    /** The connection, for calls of another kind. */
+    [[nodiscard]] GDBusConnection* bus() const { return bus_.get(); }
+
+private:
+    BusConnection bus_;
+};
+
+/** Descriptors to hand over with a call; one that is closed is replaced by /dev/null. */
+DescriptorList hand_over(std::initializer_list<int> numbers);
+
+/** The first value of an answer. */
+Value first_of(const Value& answer);
+
+} // namespace simulator

@@ -1,0 +1,50 @@
+/** The NCP host service: the television's radio test methods on the system bus. */
+#pragma once
+
+#include "base/bus.h"
+#include "base/event_source.h"
+#include "base/log.h"
+#include "behaviour.h"
+#include "ncp_link.h"
+
+#include <list>
+
+namespace simulator {
+
+/** On a bus connection of its own, which ends with this: whoever waits for an answer then gets none. */
+class NcpHost : public Simulation {
+public:
+    /**
+     * @param answers how methods answer, each "METHOD=BEHAVIOUR".
+     * @param die     called from the main loop when the host is to end: this must go then, but not in the call.
+     * @throws std::runtime_error for a wrong answer, or without a system bus.
+     */
+    NcpHost(const std::vector<std::string>& answers, std::function<void()> die);
+    ~NcpHost() override;
+    NcpHost(const NcpHost&) = delete;
+    NcpHost& operator=(const NcpHost&) = delete;
+
+    [[nodiscard]] std::map<std::string, Method> methods() override;
+
+private:
+    /** @throws Refusal for an unknown method or behaviour. */
+    void set_behaviour(const std::string& method, const std::string& text);
+    void handle(const Call& call);
+    void ask_module(const Call& call, int late_by);
+    void reply_later(const Call& call, int code, const std::string& text, guint milliseconds);
+    void reply(const Call& call, int code, const std::string& text) const;
+    void reply_with(const Call& call, const std::string& value) const;
+    void emit(GVariant* values) const;
+    void emit_values(const std::string& text) const;
+
+    ComponentLog log_{"ncp_host"};
+    BusConnection connection_;
+    std::function<void()> die_;
+    std::map<std::string, Behaviour> behaviours_;
+    std::vector<std::string> calls_;
+    std::list<EventSource> late_replies_;
+    NcpLink link_;
+    BusObject service_;
+};
+
+} // namespace simulator

@@ -1,0 +1,65 @@
+/**
+ * What the NCP host and the radio module say to each other over the link: one line a message.
+ *
+ * A request is "> NUMBER COMMAND [ARGUMENT]", its answer "< NUMBER CODE [TEXT]". The marks keep a terminal's
+ * echo of a request from being taken for an answer, the numbers a late answer for that to a later request.
+ */
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace simulator {
+
+/** Result codes of the radio module, and those the NCP host itself adds. */
+enum class RadioCode : int {
+    ok = 0,
+    not_started = 1,
+    already_started = 2,
+    bad_mode = 3,      /**< neither TX (0) nor RX (1) */
+    wrong_mode = 4,    /**< a stream asked for in RX mode, statistics in TX mode */
+    bad_channel = 5,   /**< not from 11 to 26 */
+    bad_power = 6,     /**< not from 0 to 20 */
+    streaming = 7,     /**< channel, power and a second stream are refused while the stream runs */
+    not_streaming = 8, /**< no stream to stop */
+    bad_request = 9,   /**< a command or argument the module does not know */
+    link_down = 20,    /**< the host has no link to the module */
+    no_answer = 21,    /**< the module did not answer in time */
+};
+
+struct RadioRequest {
+    unsigned number = 0;
+    std::string command;
+    std::optional<int> argument;
+};
+
+struct RadioAnswer {
+    unsigned number = 0;
+    int code = 0;
+    std::string text;
+};
+
+/** The message as a line, line feed included. */
+std::string to_line(const RadioRequest& request);
+std::string to_line(const RadioAnswer& answer);
+
+/** The message of a line without its line feed, or nothing when it is none. */
+std::optional<RadioRequest> parse_request(const std::string& line);
+std::optional<RadioAnswer> parse_answer(const std::string& line);
+
+/** Cuts received bytes into lines. A line longer than 512 bytes is noise and dropped. */
+class LineBuffer {
+public:
+    void append(std::string_view bytes);
+    /** Takes the next whole line without its end (line feed, or carriage return and line feed). */
+    std::optional<std::string> next();
+    void clear() { waiting_.clear(); }
+
+private:
+    static constexpr std::size_t longest = 512;
+    std::string waiting_;
+};
+
+} // namespace simulator

@@ -1,0 +1,82 @@
+#include "keyboard.h"
+
+#include <X11/Xlib.h>
+#include <X11/extensions/XTest.h>
+#include <array>
+#include <stdexcept>
+#include <string_view>
+#include <thread>
+
+namespace simulator {
+namespace {
+
+/** A key of the remote control; a keyboard has it under one of these names. */
+struct RemoteKey {
+    std::string_view name;
+    const char* key;
+    const char* pc_key;
+};
+
+constexpr std::array<RemoteKey, 4> remote_keys{{{"OK", "Return", "Return"},
+                                                {"Back", "XF86Back", "Escape"},
+                                                {"Exit", "XF86Exit", "F12"},
+                                                {"Red", "XF86Red", "F1"}}};
+
+/** The key's code, 0 when the keyboard does not have it. */
+KeyCode code_of(_XDisplay* display, const char* key) {
+    const KeySym symbol = XStringToKeysym(key);
+    return symbol == NoSymbol ? KeyCode{0} : XKeysymToKeycode(display, symbol);
+}
+
+/** Another program may have given keys new codes since the last time. */
+void follow_keyboard(_XDisplay* display) {
+    while (XPending(display) > 0) {
+        XEvent event{};
+        XNextEvent(display, &event);
+        if (event.type == MappingNotify)
+            XRefreshKeyboardMapping(&event.xmapping);
+    }
+}
+
+KeyCode code_or_stand_in(_XDisplay* display, const std::string& key) {
+    follow_keyboard(display);
+    for (const RemoteKey& remote : remote_keys)
+        if (key == remote.name || key == remote.key) {
+            const KeyCode code = code_of(display, remote.key);
+            return code != 0 ? code : code_of(display, remote.pc_key);
+        }
+    return code_of(display, key.c_str());
+}
+
+} // namespace
+
+void CloseDisplay::operator()(_XDisplay* display) const { XCloseDisplay(display); }
+
+Display open_display() {
+    Display display(XOpenDisplay(nullptr));
+    if (!display)
+        throw std::runtime_error("no X display: " + std::string(XDisplayName(nullptr)));
+    return display;
+}
+
+void move_key(const Display& display, const std::string& key, bool down) {
+    const KeyCode code = code_or_stand_in(display.get(), key);
+    if (code == 0)
+        throw std::invalid_argument("this keyboard has no key '" + key + "'");
+    XTestFakeKeyEvent(display.get(), code, down ? True : False, CurrentTime);
+    XFlush(display.get());
+}
+
+void press_key(const Display& display, const std::string& key, std::chrono::milliseconds time) {
+    move_key(display, key, true);
+    if (time.count() > 0)
+        std::this_thread::sleep_for(time);
+    move_key(display, key, false);
+    XSync(display.get(), False);
+}
+
+bool has_key(const Display& display, const std::string& key) {
+    return code_or_stand_in(display.get(), key) != 0;
+}
+
+} // namespace simulator

@@ -1,0 +1,166 @@
+#include "screen.h"
+
+#include <algorithm>
+#include <span>
+
+namespace simulator {
+namespace {
+
+std::string quoted(const std::string& text) { return "'" + text + "'"; }
+
+int middle(const Widget& widget) { return widget.y + widget.height / 2; }
+
+std::string text_of(const Widget& widget) {
+    if (!widget.value)
+        return widget.name;
+    std::string number = std::to_string(static_cast<int>(widget.value->current));
+    return widget.name == number ? number : widget.name + ": " + number;
+}
+
+/** Puts widgets in reading order: row by row from the top, each row from the left. */
+void sort_for_reading(std::vector<Widget>& widgets) {
+    std::ranges::stable_sort(widgets, {}, [](const Widget& widget) { return middle(widget); });
+    for (auto row = widgets.begin(); row != widgets.end();) {
+        const int bottom = row->y + row->height;
+        const auto next = std::find_if(row, widgets.end(),
+                                       [bottom](const Widget& widget) { return middle(widget) >= bottom; });
+        const auto end = next == row ? row + 1 : next;
+        std::ranges::stable_sort(row, end, {}, &Widget::x);
+        row = end;
+    }
+}
+
+void add(GVariantBuilder& widget, const char* key, GVariant* value) {
+    g_variant_builder_add(&widget, "{sv}", key, value);
+}
+
+GVariant* flag(bool value) { return g_variant_new_boolean(value ? TRUE : FALSE); }
+
+GVariant* to_tree(std::span<const Widget> widgets);
+
+GVariant* to_dictionary(const Widget& widget, std::span<const Widget> children) {
+    GVariantBuilder built;
+    g_variant_builder_init(&built, G_VARIANT_TYPE_VARDICT);
+    add(built, "name", g_variant_new_string(widget.name.c_str()));
+    add(built, "role", g_variant_new_string(widget.role.c_str()));
+    add(built, "focusable", flag(widget.focusable));
+    add(built, "focused", flag(widget.focused));
+    add(built, "enabled", flag(widget.enabled));
+    if (widget.value) {
+        add(built, "value", g_variant_new_double(widget.value->current));
+        add(built, "lowest", g_variant_new_double(widget.value->lowest));
+        add(built, "highest", g_variant_new_double(widget.value->highest));
+    }
+    add(built, "x", g_variant_new_int32(widget.x));
+    add(built, "y", g_variant_new_int32(widget.y));
+    add(built, "width", g_variant_new_int32(widget.width));
+    add(built, "height", g_variant_new_int32(widget.height));
+    if (!children.empty())
+        add(built, "children", to_tree(children));
+    return g_variant_builder_end(&built);
+}
+
+/** What follows a dialog is in it. */
+GVariant* to_tree(std::span<const Widget> widgets) {
+    GVariantBuilder list;
+    g_variant_builder_init(&list, G_VARIANT_TYPE("aa{sv}"));
+    for (std::size_t i = 0; i < widgets.size(); ++i) {
+        const bool is_dialog = widgets[i].role == "dialog";
+        const auto children = is_dialog ? widgets.subspan(i + 1) : widgets.first(0);
+        g_variant_builder_add_value(&list, to_dictionary(widgets[i], children));
+        if (is_dialog)
+            break;
+    }
+    return g_variant_builder_end(&list);
+}
+
+} // namespace
+
+Screen::Screen(std::vector<Widget> widgets, bool in_front, std::vector<Widget> covered)
+    : widgets_(std::move(widgets)), covered_(std::move(covered)), in_front_(in_front) {
+    std::erase_if(widgets_, [](const Widget& widget) { return widget.name.empty(); });
+    // A dialog's area is the whole window; its title is read first.
+    const auto page =
+        std::ranges::find_if(widgets_, [](const Widget& widget) { return widget.role != "dialog"; });
+    std::vector<Widget> in_order(page, widgets_.end());
+    sort_for_reading(in_order);
+    std::ranges::move(in_order, page);
+}
+
+Screen Screen::unreadable(const std::string& reason) {
+    Screen screen({}, false);
+    screen.reason_ = reason;
+    return screen;
+}
+
+std::vector<std::string> Screen::texts() const {
+    std::vector<std::string> texts;
+    std::ranges::transform(widgets_, std::back_inserter(texts), text_of);
+    return texts;
+}
+
+const Widget* Screen::find(const std::string& name) const {
+    const Widget* found = nullptr;
+    for (const Widget& widget : widgets_) {
+        if (widget.name != name)
+            continue;
+        if (widget.role == "push button")
+            return &widget;
+        if (found == nullptr)
+            found = &widget;
+    }
+    return found;
+}
+
+const Widget* Screen::focused() const {
+    const auto found = std::ranges::find_if(widgets_, &Widget::focused);
+    return found == widgets_.end() ? nullptr : &*found;
+}
+
+std::string Screen::description() const {
+    std::string line;
+    for (const Widget& widget : widgets_) {
+        line += line.empty() ? "" : " | ";
+        line += widget.focused ? "[" + text_of(widget) + "]" : text_of(widget);
+    }
+    if (!line.empty())
+        return line;
+    return "nothing that can be read" + (reason_.empty() ? "" : " (" + reason_ + ")");
+}
+
+GVariant* to_variant(const Screen& screen) { return to_tree(screen.widgets()); }
+
+bool Wait::is_over(const Screen& screen) const {
+    if (condition_.is_met(screen))
+        return true;
+    if (std::chrono::steady_clock::now() >= deadline_)
+        throw NotSeen("waited " + std::to_string(patience_.count()) + " ms for " + condition_.wanted +
+                      "; the screen shows: " + screen.description());
+    return false;
+}
+
+Condition text_shown(const std::string& text) {
+    return {quoted(text), [text](const Screen& screen) { return screen.shows(text); }};
+}
+
+Condition text_gone(const std::string& text) {
+    return {quoted(text) + " to go",
+            [text](const Screen& screen) { return !screen.widgets().empty() && !screen.shows(text); }};
+}
+
+Condition focus_on(const std::string& name) {
+    return {"the focus on " + quoted(name), [name](const Screen& screen) {
+                const Widget* const focused = screen.focused();
+                return focused != nullptr && focused->name == name;
+            }};
+}
+
+Condition focused_number(int value) {
+    return {"the focused value " + std::to_string(value), [value](const Screen& screen) {
+                const Widget* const focused = screen.focused();
+                return focused != nullptr && focused->value &&
+                       static_cast<int>(focused->value->current) == value;
+            }};
+}
+
+} // namespace simulator

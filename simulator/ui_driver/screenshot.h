@@ -1,0 +1,76 @@
+/** What is drawn on the screen, and pictures of it. */
+#pragma once
+
+#include "base/event_source.h"
+#include "base/file_descriptor.h"
+#include "base/gobject_release.h"
+
+#include <array>
+#include <cstdint>
+#include <future>
+#include <string>
+#include <vector>
+
+struct _XDisplay; // Xlib's own names; its header defines words that others use
+struct _XImage;
+
+namespace simulator {
+
+/** How strong red, green and blue are. */
+using Color = std::array<std::uint8_t, 3>;
+
+/** An area of a screen as it was at one look. */
+class Pixels {
+public:
+    /** Looks at an area of the screen. @throws std::runtime_error when it cannot be read. */
+    Pixels(_XDisplay* display, int x, int y, int width, int height);
+    /** Looks at all of it. @throws std::runtime_error when it cannot be read. */
+    static Pixels of_screen(_XDisplay* display);
+
+    [[nodiscard]] Color at(int x, int y) const;
+    bool operator==(const Pixels& other) const;
+    /** @return the bytes of a PNG file. @throws std::runtime_error. */
+    [[nodiscard]] std::vector<std::uint8_t> to_png() const;
+
+private:
+    struct DestroyImage {
+        void operator()(_XImage* image) const;
+    };
+    std::unique_ptr<_XImage, DestroyImage> image_;
+};
+
+/** Writes a picture into a file, from where it stands. @throws std::runtime_error. */
+void write_picture(const std::vector<std::uint8_t>& picture, const FileDescriptor& file);
+
+/** Takes a picture of the screen once two looks 100 ms apart show the same, or after two seconds. */
+class Screenshot {
+public:
+    /** @param error empty when the picture is in the file. */
+    using Taken = std::function<void(const std::string& error)>;
+
+    /**
+     * @param display outlives this.
+     * @param taken   called once, from the main loop; it may end this.
+     * @throws std::runtime_error when the screen cannot be read.
+     */
+    Screenshot(_XDisplay* display, FileDescriptor file, Taken taken);
+    ~Screenshot();
+    Screenshot(const Screenshot&) = delete;
+    Screenshot& operator=(const Screenshot&) = delete;
+
+private:
+    void compress(Pixels pixels);
+    void look_again();
+    void finish(const std::string& error);
+
+    _XDisplay* display_;
+    FileDescriptor file_;
+    Taken taken_;
+    int looks_ = 0;
+    std::shared_ptr<const Pixels> pixels_;
+    std::future<std::vector<std::uint8_t>> picture_; // of these pixels
+    EventSource next_look_;
+    std::unique_ptr<GCancellable, GObjectRelease> cancel_;
+};
+
+} // namespace simulator

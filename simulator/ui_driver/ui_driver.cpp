@@ -1,0 +1,226 @@
+#include "ui_driver.h"
+
+#include "base/strings.h"
+
+#include <X11/Xlib.h>
+#include <algorithm>
+
+namespace simulator {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr guint look_interval_milliseconds = 15;
+constexpr auto answer_patience = 300ms;
+constexpr auto reading_patience = 5s;
+
+const Condition readable{"something that can be read",
+                         [](const Screen& screen) { return !screen.widgets().empty(); }};
+
+/** Writes keys out one by one: "Right*3" is Right, Right, Right. */
+std::vector<std::string> written_out(const std::vector<std::string>& keys) {
+    constexpr int most = 1000;
+    std::vector<std::string> all;
+    for (const std::string& key : keys) {
+        const auto star = key.find('*');
+        const auto times = star == std::string::npos ? 1 : parse_int(key.substr(star + 1)).value_or(0);
+        if (times < 1 || times > most)
+            throw Refusal("NoSuchKey", "'" + key + "' is not KEY*TIMES, 1 to 1000 times");
+        all.insert(all.end(), static_cast<std::size_t>(times), key.substr(0, star));
+    }
+    return all;
+}
+
+void answer_description(const Call& call, const Screen& screen) {
+    call.answer({g_variant_new_string(screen.description().c_str())});
+}
+
+void answer_widgets(const Call& call, const Screen& screen) { call.answer({to_variant(screen)}); }
+
+void answer_focus(const Call& call, const Screen& screen) {
+    const Widget* const focused = screen.focused();
+    call.answer({g_variant_new_string(focused != nullptr ? focused->name.c_str() : "")});
+}
+
+} // namespace
+
+// An X server that goes ends every client by default, and this one is the whole television.
+UiDriver::UiDriver(GDBusConnection* connection)
+    : connection_(connection), display_(open_display()), reader_(answer_patience) {
+    XSetErrorHandler(+[](_XDisplay* /*display*/, XErrorEvent* /*error*/) { return 0; });
+    XSetIOErrorHandler(+[](_XDisplay* /*display*/) { return 0; });
+    XSetIOErrorExitHandler(
+        display_.get(),
+        +[](_XDisplay* /*display*/, void* self) { static_cast<UiDriver*>(self)->is_display_gone_ = true; },
+        this);
+    drop_callers_that_leave();
+}
+
+UiDriver::~UiDriver() {
+    g_dbus_connection_signal_unsubscribe(connection_, leavers_);
+    try {
+        end_calls();
+    } catch (const std::exception& error) {
+        g_warning("ui_driver: %s", error.what());
+    }
+}
+
+void UiDriver::end_calls() {
+    const Refusal refusal("NotRunning", "the ui_driver has ended before it answered");
+    for (const Waiting& waiting : waiting_)
+        waiting.call.refuse(refusal);
+    for (const Picture& picture : pictures_)
+        picture.call.refuse(refusal);
+    for (const Held& held : held_) {
+        move_key(display_, held.key, false);
+        held.call.refuse(refusal);
+    }
+}
+
+std::map<std::string, Method> UiDriver::methods() {
+    const auto see = [this](const Answer& answer) {
+        return [this, answer](const Call& call) { wait_for(call, readable, reading_patience, answer); };
+    };
+    const auto wait = [this](Condition (*condition)(const std::string&)) {
+        return [this, condition](const Call& call) {
+            wait_for(call, condition(call.text()), call.milliseconds(1), answer_description);
+        };
+    };
+    return {{"Press", [this](Call& call) { press(written_out(call.texts())); }},
+            {"Hold", [this](Call& call) { hold(call); }},
+            {"See", see(answer_description)},
+            {"Screen", see(answer_widgets)},
+            {"Focus", see(answer_focus)},
+            {"Wait", wait(text_shown)},
+            {"WaitGone", wait(text_gone)},
+            {"WaitFocus", wait(focus_on)},
+            {"WaitNumber",
+             [this](Call& call) {
+                 wait_for(call, focused_number(call.number(0)), call.milliseconds(1), answer_description);
+             }},
+            {"Activate", [this](Call& call) { activate(call); }},
+            {"Picture", [this](Call& call) { take_picture(call); }}};
+}
+
+void UiDriver::check_display() const {
+    if (is_display_gone_)
+        throw Refusal("NoScreen", "the screen has ended");
+}
+
+void UiDriver::check_key(const std::string& key) const {
+    const bool exists = has_key(display_, key); // which may be the first to find that the screen has gone
+    check_display();
+    if (!exists)
+        throw Refusal("NoSuchKey", "this keyboard has no key '" + key + "'");
+}
+
+void UiDriver::press(const std::vector<std::string>& keys) {
+    for (const std::string& key : keys)
+        check_key(key);
+    for (const std::string& key : keys)
+        press_key(display_, key);
+}
+
+void UiDriver::hold(const Call& call) {
+    const std::string key = call.text(0);
+    check_key(key);
+    move_key(display_, key, true);
+    const auto held = held_.insert(held_.end(), {call.later(), key, {}});
+    held->release = EventSource::every(static_cast<guint>(call.milliseconds(1).count()), [this, held] {
+        move_key(display_, held->key, false);
+        held->call.answer();
+        held_.erase(held);
+    });
+}
+
+void UiDriver::activate(const Call& call) {
+    wait_for(call, text_shown(call.text()), reading_patience,
+             [this](const Call& asked, const Screen& screen) {
+                 reader_.activate(*screen.find(asked.text()), [asked](const std::string& refusal) {
+                     if (refusal.empty())
+                         asked.answer();
+                     else
+                         asked.refuse(Refusal("NoAction", refusal));
+                 });
+             });
+}
+
+void UiDriver::take_picture(const Call& call) {
+    check_display();
+    FileDescriptor file(call.take_descriptor(0));
+    if (!file)
+        throw Refusal("NotWritten", "the descriptor of an open file is needed");
+    const auto picture = pictures_.insert(pictures_.end(), {call.later(), nullptr});
+    try {
+        picture->screenshot = std::make_unique<Screenshot>(
+            display_.get(), std::move(file), [this, picture](const std::string& error) {
+                if (error.empty())
+                    picture->call.answer();
+                else
+                    picture->call.refuse(Refusal("NotWritten", error));
+                pictures_.erase(picture);
+            });
+    } catch (const std::runtime_error& error) {
+        pictures_.erase(picture);
+        throw Refusal("NotWritten", error.what());
+    }
+}
+
+void UiDriver::wait_for(const Call& call, const Condition& condition, std::chrono::milliseconds limit,
+                        const Answer& answer) {
+    waiting_.push_back({call.later(), Wait(condition, limit), answer, looks_});
+    if (!is_looking_)
+        look();
+}
+
+void UiDriver::look() {
+    next_look_.reset();
+    is_looking_ = true;
+    ++looks_;
+    reader_.look("", Places::asked, [this](const Screen& screen) {
+        is_looking_ = false;
+        show(screen);
+    });
+}
+
+void UiDriver::show(const Screen& screen) {
+    waiting_.remove_if(
+        [&](const Waiting& waiting) { return waiting.after < looks_ && serve(waiting, screen); });
+    if (waiting_.empty())
+        return;
+    const bool somebody_is_new =
+        std::ranges::any_of(waiting_, [this](const Waiting& waiting) { return waiting.after == looks_; });
+    next_look_ = EventSource::every(somebody_is_new ? 0 : look_interval_milliseconds, [this] { look(); });
+}
+
+bool UiDriver::serve(const Waiting& waiting, const Screen& screen) {
+    try {
+        if (!waiting.wait.is_over(screen))
+            return false;
+        waiting.answer(waiting.call, screen);
+    } catch (const NotSeen& not_seen) {
+        waiting.call.refuse(Refusal("NotSeen", not_seen.what()));
+    }
+    return true;
+}
+
+void UiDriver::drop_callers_that_leave() {
+    const auto changed =
+        +[](GDBusConnection* /*bus*/, const char* /*sender*/, const char* /*path*/, const char* /*interface*/,
+            const char* /*signal*/, GVariant* change, gpointer self) {
+            const char* name = nullptr;
+            const char* owner = nullptr;
+            g_variant_get(change, "(&s&s&s)", &name, nullptr, &owner);
+            if (*owner == '\0')
+                static_cast<UiDriver*>(self)->drop(name);
+        };
+    leavers_ = g_dbus_connection_signal_subscribe(connection_, "org.freedesktop.DBus", "org.freedesktop.DBus",
+                                                  "NameOwnerChanged", "/org/freedesktop/DBus", nullptr,
+                                                  G_DBUS_SIGNAL_FLAGS_NONE, changed, this, nullptr);
+}
+
+void UiDriver::drop(const std::string& caller) {
+    waiting_.remove_if([&caller](const Waiting& waiting) { return waiting.call.sender() == caller; });
+}
+
+} // namespace simulator

@@ -1,0 +1,45 @@
+/** The names that a window manager and its windows use with each other, and properties made of 32-bit items. */
+#pragma once
+
+#include <X11/Xlib.h>
+
+#include <vector>
+
+namespace simulator {
+
+class Atoms {
+    Display* display_; // first: the atoms are interned on it
+    [[nodiscard]] Atom named(const char* text) const { return XInternAtom(display_, text, False); }
+
+public:
+    explicit Atoms(Display* display) : display_(display) {}
+
+    Atom wm_state = named("WM_STATE");
+    Atom wm_change_state = named("WM_CHANGE_STATE");
+    Atom wm_protocols = named("WM_PROTOCOLS");
+    Atom wm_take_focus = named("WM_TAKE_FOCUS");
+    Atom supported = named("_NET_SUPPORTED");
+    Atom supporting_wm_check = named("_NET_SUPPORTING_WM_CHECK");
+    Atom name = named("_NET_WM_NAME");
+    Atom utf8_string = named("UTF8_STRING");
+    Atom active_window = named("_NET_ACTIVE_WINDOW");
+    Atom client_list_stacking = named("_NET_CLIENT_LIST_STACKING");
+    Atom state = named("_NET_WM_STATE");
+    Atom state_fullscreen = named("_NET_WM_STATE_FULLSCREEN");
+    Atom state_hidden = named("_NET_WM_STATE_HIDDEN");
+    Atom window_type = named("_NET_WM_WINDOW_TYPE");
+    Atom window_type_normal = named("_NET_WM_WINDOW_TYPE_NORMAL");
+    /** On the root window: this window manager hands keys to windows that ask for them. EFL looks for it. */
+    Atom keyrouter_supported = named("_E_WINDOW_KEYROUTER_SUPPORTED");
+    /** On a window, written by EFL: a CARDINAL for each key that it asks for, the key code in its low byte. */
+    Atom keyrouter_table = named("_E_WINDOW_KEYROUTER_WINDOW_KEYTABLE");
+};
+
+/** The items of a window's property, none when the property is missing or of another type. */
+std::vector<unsigned long> read_property(Display* display, Window window, Atom property, Atom type);
+
+/** Replaces a window's property. */
+void write_property(Display* display, Window window, Atom property, Atom type,
+                    const std::vector<unsigned long>& items);
+
+} // namespace simulator

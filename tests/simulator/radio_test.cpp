@@ -1,0 +1,106 @@
+/** What the radio counts, at times of the test's own choice. */
+#include "radio/radio.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace std::chrono_literals;
+using simulator::Radio;
+
+class RadioCount : public testing::Test {
+protected:
+    RadioCount() {
+        radio_.set_traffic(11, 0, now_);
+        radio_.set_traffic(15, 10, now_);
+    }
+
+    int ask(const std::string& command, std::optional<int> argument = std::nullopt) {
+        return radio_.handle({1, command, argument}, now_).code;
+    }
+    /** What it has received after some more time. */
+    auto received_after(std::chrono::milliseconds time) { return radio_.received(now_ += time); }
+
+    Radio radio_;
+    Radio::Time now_ = Radio::Time{} + 1h;
+};
+
+TEST_F(RadioCount, GrowsOnItsChannelInTheRxTestOnly) {
+    now_ += 10s; // before the test
+    ask("start", 1);
+    ask("set_channel", 15);
+    EXPECT_EQ(received_after(0s), 0);
+    EXPECT_EQ(received_after(2s), 20);
+    ask("set_channel", 11);
+    EXPECT_EQ(received_after(5s), 20) << "what comes on channel 15 meanwhile is lost";
+    ask("set_channel", 15);
+    now_ += 1s;
+    EXPECT_EQ(radio_.handle({1, "get_rx_statistics", {}}, now_).text, "30 packets on channel 15");
+    ask("reset_rx_statistics");
+    EXPECT_EQ(received_after(1s), 10);
+    for (const int mode : {0, 1}) {
+        ask("stop");
+        now_ += 1s;
+        ask("start", mode);
+    }
+    EXPECT_EQ(received_after(0s), 0);
+}
+
+TEST_F(RadioCount, HoldsWholePacketsOnly) {
+    radio_.set_traffic(11, 10, now_);
+    ask("start", 1);
+    for (int turn = 0; turn < 20; ++turn) { // between the packets of both channels
+        now_ += turn % 2 == 0 ? 90ms : 10ms;
+        ask("set_channel", turn % 2 == 0 ? 15 : 11);
+    }
+    EXPECT_EQ(received_after(0s), 10) << "the packets of channel 15 alone";
+    for (int question = 0; question < 999; ++question)
+        received_after(1ms);
+    EXPECT_EQ(received_after(1ms), 20);
+}
+
+TEST_F(RadioCount, HearsAQuietFloorAndABusyChannelUntilToldOtherwise) {
+    ask("start", 1);
+    ask("set_channel", 26);
+    EXPECT_EQ(received_after(20s), 5);
+    ask("set_channel", 20);
+    EXPECT_EQ(received_after(20s), 405);
+    radio_.set_traffic(20, 0, now_);
+    EXPECT_EQ(received_after(20s), 405);
+}
+
+TEST_F(RadioCount, GrowsWithTheStreamsOfOthersWhileTheyRun) {
+    ask("start", 1);
+    EXPECT_TRUE(radio_.add_stream("strong", 11, 20, now_));
+    EXPECT_EQ(received_after(1s), 100);
+    EXPECT_TRUE(radio_.add_stream("weak", 11, 0, now_));
+    EXPECT_TRUE(radio_.add_stream("elsewhere", 12, 20, now_));
+    EXPECT_EQ(received_after(1s), 260);
+    radio_.remove_stream("strong", now_);
+    EXPECT_EQ(received_after(1s), 320);
+    EXPECT_FALSE(radio_.add_stream("nowhere", 27, 20, now_));
+    EXPECT_FALSE(radio_.add_stream("too strong", 11, 21, now_));
+    ask("reset"); // of the module, not of the air
+    ask("start", 1);
+    EXPECT_EQ(received_after(1s), 60);
+}
+
+TEST_F(RadioCount, IsRefusedWithItsReason) {
+    using Row = std::tuple<const char*, std::optional<int>, int>;
+    const std::initializer_list<Row> rows{{"stop", {}, 1},         {"set_channel", 15, 1},
+                                          {"start_stream", {}, 1}, {"reset_rx_statistics", {}, 1},
+                                          {"start", 2, 3},         {"start", 0, 0},
+                                          {"start", 1, 2},         {"set_channel", 10, 5},
+                                          {"set_channel", 27, 5},  {"set_channel", 26, 0},
+                                          {"set_power", -1, 6},    {"set_power", 21, 6},
+                                          {"set_power", 20, 0},    {"reset_rx_statistics", {}, 4},
+                                          {"stop_stream", {}, 8},  {"start_stream", {}, 0},
+                                          {"start_stream", {}, 7}, {"set_channel", 11, 7},
+                                          {"set_power", 3, 7},     {"get_rx_statistics", {}, 4},
+                                          {"stop", {}, 0},         {"start", 1, 0},
+                                          {"start_stream", {}, 4}, {"sing", {}, 9}};
+    for (const auto& [command, argument, code] : rows)
+        EXPECT_EQ(ask(command, argument), code) << command;
+}
+
+} // namespace

@@ -1,0 +1,30 @@
+/**
+ * A window manager that does as little as one can: it lets windows appear, move and restack, and neither announces itself
+ * nor writes on windows nor gives the keyboard.
+ */
+#include <X11/Xlib.h>
+
+#include <cstdio>
+
+int main() {
+    Display* const display = XOpenDisplay(nullptr);
+    if (display == nullptr)
+        return 1;
+    XSelectInput(display, DefaultRootWindow(display), SubstructureRedirectMask);
+    XSync(display, False);
+    std::puts("ready");
+    std::fflush(stdout);
+    for (XEvent event{};;) {
+        XNextEvent(display, &event);
+        if (event.type == MapRequest)
+            XMapWindow(display, event.xmaprequest.window);
+        if (event.type != ConfigureRequest)
+            continue;
+        const XConfigureRequestEvent& request = event.xconfigurerequest;
+        if ((request.value_mask & CWStackMode) != 0)
+            XRaiseWindow(display, request.window);
+        else
+            XMoveResizeWindow(display, request.window, request.x, request.y,
+                              static_cast<unsigned>(request.width), static_cast<unsigned>(request.height));
+    }
+}

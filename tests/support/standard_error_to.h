@@ -1,0 +1,21 @@
+#pragma once
+
+#include "base/file_descriptor.h"
+
+namespace simulator {
+
+/** The standard error of this process leads to another file as long as it lives. */
+class StandardErrorTo {
+public:
+    explicit StandardErrorTo(const FileDescriptor& file) : former_(dup(STDERR_FILENO)) {
+        dup2(file.get(), STDERR_FILENO);
+    }
+    StandardErrorTo(const StandardErrorTo&) = delete;
+    StandardErrorTo& operator=(const StandardErrorTo&) = delete;
+    ~StandardErrorTo() { dup2(former_.get(), STDERR_FILENO); }
+
+private:
+    FileDescriptor former_;
+};
+
+} // namespace simulator

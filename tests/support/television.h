@@ -1,0 +1,33 @@
+/** The television that a test runs in. */
+#pragma once
+
+#include "client/client.h"
+
+#include <string>
+#include <vector>
+
+namespace simulator {
+
+/** Connects to the system bus, with the connection that GIO shares. @throws std::runtime_error. */
+BusConnection connect_to_system_bus();
+
+/** @throws std::runtime_error. */
+Client this_television();
+
+/** Every call of the NCP host's methods since it started, "ember_set_channel(11)". @throws Failure. */
+std::vector<std::string> asked_of_host(const Client& client);
+
+/** From now on the NCP host answers a method like that, see `parse_behaviour`. @throws Failure, WrongUse. */
+void let_host_answer(const Client& client, const std::string& method, const std::string& behaviour);
+
+/** Sends "ncp_event" with these values, written as GVariant text: "(7, true)". There need be no host. */
+void send_event(const Client& client, const std::string& values);
+
+struct RadioState {
+    std::string mode; /**< "off", "tx" or "rx" */
+    bool streams = false;
+};
+/** What the radio module does. @throws Failure. */
+RadioState radio_state(const Client& client);
+
+} // namespace simulator
