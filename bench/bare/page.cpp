@@ -1,5 +1,5 @@
 /**
- * The first page with Elementary alone: the same widgets, as large as ours, in its own default style.
+ * The first page with Elementary alone: the same widgets, at the same sizes, in its default style.
  *
  * A tab shows its start button; "Exit" opens a popup.
  */
@@ -7,20 +7,11 @@
 
 namespace {
 
-struct Size {
-    int width;
-    int height;
-};
-// As our page has them on a screen of 1280 x 720.
-constexpr Size header_size{1253, 139};
-constexpr Size tab_size{160, 37};
-constexpr Size exit_size{85, 53};
-constexpr Size start_size{533, 53};
-
-Evas_Object* add_button(Evas_Object* box, const char* text, const Size& size, Evas_Smart_Cb clicked,
+// The sizes are those of our page on a screen of 1280 x 720.
+Evas_Object* add_button(Evas_Object* box, const char* text, int width, int height, Evas_Smart_Cb clicked,
                         void* data) {
     Evas_Object* const button = elm_button_add(box);
-    evas_object_size_hint_min_set(button, size.width, size.height);
+    evas_object_size_hint_min_set(button, width, height);
     elm_object_text_set(button, text);
     evas_object_smart_callback_add(button, "clicked", clicked, data);
     elm_box_pack_end(box, button);
@@ -42,7 +33,7 @@ void do_nothing(void* /*data*/, Evas_Object* /*button*/, void* /*event*/) {}
 void show_start_page(void* data, Evas_Object* /*tab*/, void* /*event*/) {
     auto* const content = static_cast<Evas_Object*>(data);
     elm_box_clear(content);
-    elm_object_focus_set(add_button(content, "Start TX Test", start_size, do_nothing, nullptr), EINA_TRUE);
+    elm_object_focus_set(add_button(content, "Start TX Test", 533, 53, do_nothing, nullptr), EINA_TRUE);
 }
 
 void add_popup_button(Evas_Object* popup, const char* part, const char* text) {
@@ -66,7 +57,7 @@ void show_first_page() {
     Evas_Object* const page = add_box(window, false);
     elm_win_resize_object_add(window, page);
     Evas_Object* const header = add_box(window, true);
-    evas_object_size_hint_min_set(header, header_size.width, header_size.height);
+    evas_object_size_hint_min_set(header, 1253, 139);
     elm_box_pack_end(page, header);
     Evas_Object* const title = elm_label_add(header);
     elm_object_text_set(title, "Velmora");
@@ -74,16 +65,14 @@ void show_first_page() {
     evas_object_show(title);
     Evas_Object* const content = add_box(window, false);
     elm_box_pack_end(page, content);
-    Evas_Object* const first_tab = add_button(header, "TX Test", tab_size, show_start_page, content);
-    add_button(header, "RX Test", tab_size, show_start_page, content);
-    add_button(header, "Exit", exit_size, open_popup, window);
+    Evas_Object* const first_tab = add_button(header, "TX Test", 160, 37, show_start_page, content);
+    add_button(header, "RX Test", 160, 37, show_start_page, content);
+    add_button(header, "Exit", 85, 53, open_popup, window);
     elm_object_focus_set(first_tab, EINA_TRUE);
     elm_win_fullscreen_set(window, EINA_TRUE);
-    int x = 0;
-    int y = 0;
     int width = 0;
     int height = 0;
-    elm_win_screen_size_get(window, &x, &y, &width, &height);
+    elm_win_screen_size_get(window, nullptr, nullptr, &width, &height);
     evas_object_resize(window, width, height);
     evas_object_show(window);
 }

@@ -1,6 +1,6 @@
 /**
- * A test page with Elementary and Eldbus alone: "Start Stream" calls the NCP host, and each of its events builds the
- * page anew, once the radio is started. With an argument the call is one of a GDBus proxy.
+ * A test page with Elementary and Eldbus alone: "Start Stream" calls the NCP host, and after each of its
+ * events the radio is started and the page rebuilt. With an argument the call is one of a GDBus proxy.
  */
 #include <Eldbus.h>
 #include <Elementary.h>
@@ -16,7 +16,7 @@ constexpr auto* service_path = "/org/orvane/qm_ncp_host";
 struct Page {
     Evas_Object* box;
     Eldbus_Proxy* proxy;
-    GDBusProxy* calls; /**< null: they go by Eldbus */
+    GDBusProxy* calls; /**< null when Eldbus makes the calls */
 };
 
 void ignore(void* /*data*/, const Eldbus_Message* /*message*/, Eldbus_Pending* /*pending*/) {}
