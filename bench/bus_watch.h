@@ -1,7 +1,7 @@
 /** Sees what passes the system bus, whoever sends it. */
 #pragma once
 
-#include "base/gobject_release.h"
+#include "base/owned.h"
 #include "drawing_watch.h"
 
 #include <condition_variable>

@@ -1,6 +1,6 @@
 /** tvctl: drives a running television from outside. */
 #include "base/bus.h"
-#include "base/file_descriptor.h"
+#include "base/owned.h"
 #include "base/process.h"
 #include "base/strings.h"
 #include "client/client.h"

@@ -51,7 +51,6 @@ public:
     /** It is ready when it owns this name on the bus; its standard output goes to the log, too. */
     ProcessComponent(std::string name, std::vector<std::string> command, GDBusConnection* bus,
                      std::string bus_name, Ended ended);
-    ~ProcessComponent() override;
 
     [[nodiscard]] bool runs() const override { return process_ && process_->runs(); }
     [[nodiscard]] std::string state() const override;
@@ -77,7 +76,7 @@ private:
     FileDescriptor output_;
     std::string line_;
     EventSource reader_;
-    guint name_watch_ = 0;
+    NameWatch name_watch_;
     EventSource limit_;
     Ready ready_; // while it starts
     std::function<void()> killed_;

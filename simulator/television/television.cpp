@@ -136,7 +136,7 @@ void Television::end() {
         std::exit(terminated); // before the components are up there is nothing to end in order
     command_->terminate();
     if (!kill_)
-        kill_ = EventSource::every(end_limit_milliseconds, [this] { command_->send_signal(SIGKILL); });
+        kill_ = call_every(end_limit_milliseconds, [this] { command_->send_signal(SIGKILL); });
 }
 
 Component* Television::find_component(const std::string& name) const {

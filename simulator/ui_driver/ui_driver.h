@@ -32,7 +32,8 @@ private:
         Call call;
         Wait wait;
         Answer answer;
-        unsigned after; /**< this look */
+        unsigned after;   /**< this look */
+        NameWatch caller; /**< one that leaves the bus is dropped */
     };
     struct Held {
         Call call;
@@ -56,8 +57,6 @@ private:
     void look();
     void show(const Screen& screen);
     [[nodiscard]] bool serve(const Waiting& waiting, const Screen& screen) const;
-    void drop_callers_that_leave();
-    void drop(const std::string& caller);
 
     GDBusConnection* connection_;
     Display display_;
@@ -69,7 +68,6 @@ private:
     EventSource next_look_;
     std::list<Held> held_;
     std::list<Picture> pictures_;
-    guint leavers_ = 0;
 };
 
 } // namespace simulator

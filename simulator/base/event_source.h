@@ -1,0 +1,41 @@
+/** Timers and watched descriptors of the default main context, there as long as their owner. */
+#pragma once
+
+#include "owned.h"
+
+#include <glib-unix.h>
+
+#include <functional>
+#include <memory>
+
+namespace simulator {
+
+using Action = std::function<void()>;
+
+inline void release_action(gpointer action) {
+    const std::unique_ptr<Action> held(static_cast<Action*>(action));
+}
+
+/** Calls `action` every so many milliseconds. */
+inline EventSource call_every(guint milliseconds, Action action) {
+    const auto tick = +[](gpointer held) -> gboolean {
+        (*static_cast<Action*>(held))();
+        return G_SOURCE_CONTINUE;
+    };
+    return EventSource(g_timeout_add_full(G_PRIORITY_DEFAULT, milliseconds, tick,
+                                          std::make_unique<Action>(std::move(action)).release(),
+                                          release_action));
+}
+
+/** Calls `action` each time the descriptor can be read or has hung up. */
+inline EventSource call_when_readable(int descriptor, Action action) {
+    const auto ready = +[](gint /*descriptor*/, GIOCondition /*condition*/, gpointer held) -> gboolean {
+        (*static_cast<Action*>(held))();
+        return G_SOURCE_CONTINUE;
+    };
+    return EventSource(g_unix_fd_add_full(
+        G_PRIORITY_DEFAULT, descriptor, static_cast<GIOCondition>(G_IO_IN | G_IO_HUP | G_IO_ERR), ready,
+        std::make_unique<Action>(std::move(action)).release(), release_action));
+}
+
+} // namespace simulator
