@@ -15,9 +15,6 @@ constexpr auto end_patience = 5s; // a sanitizer looks for leaks meanwhile
 
 } // namespace
 
-ProcessComponent::ProcessComponent(std::string name, std::vector<std::string> command, Ended ended)
-    : Component(std::move(name), std::move(ended)), command_(std::move(command)) {}
-
 ProcessComponent::ProcessComponent(std::string name, std::vector<std::string> command, GDBusConnection* bus,
                                    std::string bus_name, Ended ended)
     : Component(std::move(name), std::move(ended)), command_(std::move(command)), bus_(bus),
@@ -45,7 +42,7 @@ void ProcessComponent::start(const Ready& ready) {
 }
 
 void ProcessComponent::listen(Descriptors& descriptors) {
-    if (bus_ != nullptr) {
+    if (!bus_name_.empty()) {
         const auto appeared = +[](GDBusConnection* /*bus*/, const char* /*name*/, const char* /*owner*/,
                                   gpointer self) { static_cast<ProcessComponent*>(self)->settle({}); };
         name_watch_.reset(g_bus_watch_name_on_connection(
