@@ -1,6 +1,6 @@
 # shellcheck shell=bash
-# What an operator does with the application of a television, and sees: sourced by scripts that set `television` to
-# its name. Each step prints the key and what the screen then says, or ends the script with a line that says why not.
+# The steps of an operator: sourced by scripts that set `television` to the name of a television. Each step prints the
+# key and what the screen then shows, or ends the script with the reason on standard error.
 
 steps=$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")
 expected=''
@@ -13,25 +13,16 @@ fail() {
     exit 1
 }
 
-say() { # KEY WHAT
-    printf '%-11s %s\n' "$1" "$2"
-}
+say() { printf '%-11s %s\n' "$@"; } # KEY WHAT
 
-press() { # KEY FOCUS [TIMES]: presses a key until the focus is on a name
+press() { # KEY NAME [OPTION]: presses a key and waits until the name has the focus, or as that option of `tvctl wait` says
     local seen
-    tvctl press "$1${3:+*$3}" >/dev/null
-    seen=$(tvctl wait -t "$patience" --focus "$2")
-    say "$1${3:+ x$3}" "$seen"
+    tvctl press "$1" >/dev/null
+    seen=$(tvctl wait -t "$patience" "${3---focus}" "$2")
+    say "$1" "$seen"
 }
 
-step() { # KEY TIMES NUMBER: in a picker
-    local seen
-    tvctl press "$1*$2" >/dev/null
-    seen=$(tvctl wait -t "$patience" --number "$3")
-    say "$1 x$2" "$seen"
-}
-
-go() { # KEY FOCUS: presses a key again and again until the focus is on a name
+go() { # KEY FOCUS: presses a key, up to eight times, until the focus is on a name
     local before seen
     for _ in {1..8}; do
         before=$(tvctl see)
@@ -46,31 +37,19 @@ go() { # KEY FOCUS: presses a key again and again until the focus is on a name
     fail "$1 does not lead to '$2'"
 }
 
-open_picker() { # TITLE NUMBER
+choose() { # TITLE NUMBER: takes the number of a picker
     local seen
-    tvctl press OK >/dev/null
-    tvctl wait -t "$patience" "$1" >/dev/null
-    seen=$(tvctl wait -t "$patience" --number "$2")
-    say OK "$seen"
-}
-
-choose() { # TITLE NUMBER
-    tvctl press OK >/dev/null
-    tvctl wait -t "$patience" --gone "$1" >/dev/null
-    say OK "$(tvctl wait -t "$patience" --focus "$2")"
+    press OK "$1" --gone
+    seen=$(tvctl wait -t "$patience" --focus "$2")
+    say '' "$seen"
 }
 
 asked() { # CALL: the NCP host was asked this since the last time, and nothing else
-    local i calls=''
+    local calls deadline=$((SECONDS + patience))
     expected+=${expected:+ }$1
-    for ((i = 0; i < patience * 10; ++i)); do
-        calls=$(tvctl calls)
-        if [[ $calls == "$expected" ]]; then
-            say 'NCP host' "$1"
-            return
-        fi
-        [[ $expected == "$calls"* ]] || break
+    until calls=$(tvctl calls) && [[ $calls == "$expected" ]]; do
+        [[ $expected == "$calls"* ]] && ((SECONDS < deadline)) || fail "the NCP host was asked $calls, not $expected"
         sleep 0.1
     done
-    fail "the NCP host was asked $calls, not $expected"
+    say 'NCP host' "$1"
 }

@@ -52,7 +52,7 @@ const GDBusNodeInfo& contract_of(const std::string& interface) {
     return *contracts.at(interface);
 }
 
-Call::Call(GDBusMethodInvocation* invocation) : invocation_(invocation, GObjectRelease()) {}
+Call::Call(GDBusMethodInvocation* invocation) : invocation_(invocation, Release<g_object_unref>()) {}
 
 std::string Call::method() const { return g_dbus_method_invocation_get_method_name(invocation()); }
 

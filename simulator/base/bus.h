@@ -1,7 +1,7 @@
 /** Buses: connections, names, and objects made of a contract and a table of methods. */
 #pragma once
 
-#include "gobject_release.h"
+#include "owned.h"
 
 #include <chrono>
 #include <functional>

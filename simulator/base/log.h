@@ -1,7 +1,7 @@
 /** The logs of the television's components, /var/log/simulator/NAME.log. */
 #pragma once
 
-#include "file_descriptor.h"
+#include "owned.h"
 
 #include <cstdio>
 #include <sstream>

@@ -49,7 +49,7 @@ std::array<FileDescriptor, 2> make_pipe() {
 Process::Process(const std::vector<std::string>& command, Descriptors descriptors, Ended ended,
                  const std::vector<std::string>& environment, bool leads)
     : watch_(g_cancellable_new()), ended_(std::move(ended)), leads_(leads) {
-    const std::unique_ptr<GSubprocessLauncher, GObjectRelease> launcher(g_subprocess_launcher_new(
+    const Object<GSubprocessLauncher> launcher(g_subprocess_launcher_new(
         descriptors.input ? G_SUBPROCESS_FLAGS_NONE : G_SUBPROCESS_FLAGS_STDIN_INHERIT));
     g_subprocess_launcher_set_child_setup(launcher.get(), leads ? begin_session : reset_signals, nullptr,
                                           nullptr);
@@ -121,7 +121,7 @@ void Process::kill() {
 
 std::optional<int> Process::wait_for_end(std::chrono::milliseconds limit) {
     bool over = false;
-    const EventSource clock = EventSource::every(static_cast<guint>(limit.count()), [&over] { over = true; });
+    const EventSource clock = call_every(static_cast<guint>(limit.count()), [&over] { over = true; });
     while (runs() && !over)
         g_main_context_iteration(nullptr, TRUE);
     return status_;

@@ -1,8 +1,7 @@
 /** A process of the television, or of a test: started, watched and ended. */
 #pragma once
 
-#include "file_descriptor.h"
-#include "gobject_release.h"
+#include "owned.h"
 
 #include <array>
 #include <chrono>
@@ -72,8 +71,8 @@ public:
 private:
     static void on_ended(GObject* process, GAsyncResult* result, gpointer self);
 
-    std::unique_ptr<GSubprocess, GObjectRelease> process_;
-    std::unique_ptr<GCancellable, GObjectRelease> watch_;
+    Object<GSubprocess> process_;
+    Object<GCancellable> watch_;
     Ended ended_;
     std::optional<int> status_;
     bool leads_;

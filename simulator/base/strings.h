@@ -1,7 +1,7 @@
 /** Words: joined, read as numbers, carried over a bus. */
 #pragma once
 
-#include "gobject_release.h"
+#include "owned.h"
 
 #include <optional>
 #include <string>

@@ -1,6 +1,6 @@
 #include "client.h"
 
-#include "base/file_descriptor.h"
+#include "base/owned.h"
 
 #include <algorithm>
 #include <array>

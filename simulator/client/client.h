@@ -1,7 +1,7 @@
 /** Calls to a running television, from outside or inside. */
 #pragma once
 
-#include "base/gobject_release.h"
+#include "base/owned.h"
 
 #include <gio/gunixfdlist.h>
 
@@ -11,7 +11,7 @@
 
 namespace simulator {
 
-using DescriptorList = std::unique_ptr<GUnixFDList, GObjectRelease>;
+using DescriptorList = Object<GUnixFDList>;
 
 /** One object of the television; interfaces/ describes each. */
 struct ObjectAddress {

@@ -1,6 +1,6 @@
 #include "control_sockets.h"
 
-#include "base/local_socket.h"
+#include "base/descriptors.h"
 #include "base/strings.h"
 #include "base/wait_until.h"
 #include "client/client.h"

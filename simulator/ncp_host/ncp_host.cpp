@@ -43,7 +43,13 @@ NcpHost::~NcpHost() { g_dbus_connection_close_sync(connection_.get(), nullptr, n
 std::map<std::string, Method> NcpHost::methods() {
     return {{"SetBehaviour", [this](Call& call) { set_behaviour(call.text(0), call.text(1)); }},
             {"Emit", [this](Call& call) { emit(g_variant_new("(s)", call.text().c_str())); }},
-            {"EmitValues", [this](Call& call) { emit_values(call.text()); }},
+            {"EmitValues",
+             [this](Call& call) {
+                 const Value values = tuple_of(call.text());
+                 if (!values)
+                     throw Refusal("NoSuchValue", "no tuple: " + call.text());
+                 emit(values.get());
+             }},
             {"Calls", [this](Call& call) { call.answer({to_variant(calls_)}); }}};
 }
 
@@ -88,18 +94,13 @@ void NcpHost::ask_module(const Call& call, int late_by) {
     link_.request(call.method().substr(method_prefix.size()), argument_of(call),
                   [this, call, late_by](int code, const std::string& text) {
                       if (late_by == 0)
+                          return reply(call, code, text);
+                      const auto late = late_replies_.emplace(late_replies_.end());
+                      *late = call_every(static_cast<guint>(late_by), [this, call, code, text, late] {
                           reply(call, code, text);
-                      else
-                          reply_later(call, code, text, static_cast<guint>(late_by));
+                          late_replies_.erase(late);
+                      });
                   });
-}
-
-void NcpHost::reply_later(const Call& call, int code, const std::string& text, guint milliseconds) {
-    const auto late = late_replies_.emplace(late_replies_.end());
-    *late = EventSource::every(milliseconds, [this, call, code, text, late] {
-        reply(call, code, text);
-        late_replies_.erase(late);
-    });
 }
 
 void NcpHost::reply(const Call& call, int code, const std::string& text) const {
@@ -124,13 +125,6 @@ void NcpHost::reply_with(const Call& call, const std::string& value) const {
 void NcpHost::emit(GVariant* values) const {
     log_.note(contract::event_signal, printed(values));
     service_.emit(contract::event_signal, values);
-}
-
-void NcpHost::emit_values(const std::string& text) const {
-    const Value values = tuple_of(text);
-    if (!values)
-        throw Refusal("NoSuchValue", "no tuple: " + text);
-    emit(values.get());
 }
 
 } // namespace simulator

@@ -31,11 +31,9 @@ private:
     void set_behaviour(const std::string& method, const std::string& text);
     void handle(const Call& call);
     void ask_module(const Call& call, int late_by);
-    void reply_later(const Call& call, int code, const std::string& text, guint milliseconds);
     void reply(const Call& call, int code, const std::string& text) const;
     void reply_with(const Call& call, const std::string& value) const;
     void emit(GVariant* values) const;
-    void emit_values(const std::string& text) const;
 
     ComponentLog log_{"ncp_host"};
     BusConnection connection_;

@@ -1,9 +1,8 @@
 #include "ncp_link.h"
 
-#include "base/terminal.h"
+#include "base/descriptors.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstring>
 #include <stdexcept>
@@ -47,7 +46,7 @@ void NcpLink::open_link() {
     }
     log_.note(path_, " is there");
     lines_.clear();
-    reader_ = EventSource::when_readable(terminal_.get(), [this] { read_answers(); });
+    reader_ = call_when_readable(terminal_.get(), [this] { read_answers(); });
     ready_ = false;
     probe_interval_ = first_probe_interval;
     probe();
@@ -67,7 +66,7 @@ void NcpLink::close_link() {
 /** The reset that every new link begins with; a module that cannot hear it yet is asked again, less and less
  * often. */
 void NcpLink::probe() {
-    prober_ = EventSource::every(probe_interval_, [this] { probe(); });
+    prober_ = call_every(probe_interval_, [this] { probe(); });
     probe_interval_ = std::min(2 * probe_interval_, longest_probe_interval);
     request("reset", std::nullopt, [this](int code, const std::string& /*text*/) {
         if (ready_ || code != static_cast<int>(RadioCode::ok))
@@ -85,7 +84,7 @@ void NcpLink::request(const std::string& command, std::optional<int> argument, A
     }
     const auto number = ++last_number_;
     const auto line = to_line(RadioRequest{number, command, argument});
-    waiting_[number] = {std::move(handler), EventSource::every(limit_, [this, number] {
+    waiting_[number] = {std::move(handler), call_every(limit_, [this, number] {
                             settle(number, static_cast<int>(RadioCode::no_answer), {});
                         })};
     // A full terminal means that nobody reads at the other end; the time limit tells.
@@ -93,15 +92,9 @@ void NcpLink::request(const std::string& command, std::optional<int> argument, A
 }
 
 void NcpLink::read_answers() {
-    std::array<char, 512> bytes{};
-    const auto count = read(terminal_.get(), bytes.data(), bytes.size());
-    if (count <= 0) {
-        if (count < 0 && (errno == EAGAIN || errno == EINTR))
-            return;
-        close_link();
-        return;
-    }
-    lines_.append({bytes.data(), static_cast<std::size_t>(count)});
+    const auto count = lines_.read_from(terminal_.get());
+    if (count == 0 || (count < 0 && errno != EAGAIN && errno != EINTR))
+        return close_link();
     while (const auto line = lines_.next()) {
         if (const auto answer = parse_answer(*line))
             settle(answer->number, answer->code, answer->text);

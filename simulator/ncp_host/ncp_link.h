@@ -2,8 +2,8 @@
 #pragma once
 
 #include "base/event_source.h"
-#include "base/gobject_release.h"
 #include "base/log.h"
+#include "base/owned.h"
 #include "radio/protocol.h"
 
 #include <map>
@@ -48,7 +48,7 @@ private:
     guint limit_;
     std::function<void()> on_ready_;
     const ComponentLog& log_;
-    std::unique_ptr<GFileMonitor, GObjectRelease> monitor_;
+    Object<GFileMonitor> monitor_;
     FileDescriptor terminal_;
     LineBuffer lines_;
     EventSource reader_;

@@ -1,6 +1,6 @@
 #include "air.h"
 
-#include "base/local_socket.h"
+#include "base/descriptors.h"
 
 #include <sys/inotify.h>
 #include <sys/socket.h>
@@ -46,7 +46,7 @@ AirWatch::AirWatch(std::filesystem::path air, Begun begun, Ended ended)
       changes_(inotify_init1(IN_CLOEXEC | IN_NONBLOCK)) {
     if (!changes_ || inotify_add_watch(changes_.get(), air_.c_str(), IN_MOVED_TO | IN_ONLYDIR) < 0)
         fail_at(air_);
-    change_reader_ = EventSource::when_readable(changes_.get(), [this] { look_around(); });
+    change_reader_ = call_when_readable(changes_.get(), [this] { look_around(); });
     look_around();
 }
 
@@ -74,7 +74,7 @@ void AirWatch::look_at(const std::string& stream) {
             std::filesystem::remove(air_ / stream, ignored);
         return;
     }
-    auto end = EventSource::when_readable(connection.get(), [this, stream] {
+    auto end = call_when_readable(connection.get(), [this, stream] {
         ended_(stream);
         heard_.erase(stream);
     });

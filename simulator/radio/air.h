@@ -6,7 +6,7 @@
 #pragma once
 
 #include "base/event_source.h"
-#include "base/file_descriptor.h"
+#include "base/owned.h"
 
 #include <filesystem>
 #include <map>

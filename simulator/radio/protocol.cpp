@@ -1,8 +1,15 @@
 #include "radio/protocol.h"
 
+#include <array>
 #include <sstream>
+#include <unistd.h>
 
 namespace simulator {
+namespace {
+
+constexpr std::size_t longest_line = 512;
+
+} // namespace
 
 std::string to_line(const RadioRequest& request) {
     const std::string argument = request.argument ? " " + std::to_string(*request.argument) : "";
@@ -43,8 +50,16 @@ void LineBuffer::append(std::string_view bytes) {
     waiting_.append(bytes);
     const auto last_end = waiting_.rfind('\n');
     const auto unfinished = last_end == std::string::npos ? 0 : last_end + 1;
-    if (waiting_.size() - unfinished > longest)
+    if (waiting_.size() - unfinished > longest_line)
         waiting_.resize(unfinished);
+}
+
+ssize_t LineBuffer::read_from(int descriptor) {
+    std::array<char, longest_line> bytes{};
+    const auto count = read(descriptor, bytes.data(), bytes.size());
+    if (count > 0)
+        append({bytes.data(), static_cast<std::size_t>(count)});
+    return count;
 }
 
 std::optional<std::string> LineBuffer::next() {
@@ -53,8 +68,6 @@ std::optional<std::string> LineBuffer::next() {
         return std::nullopt;
     auto line = waiting_.substr(0, end);
     waiting_.erase(0, end + 1);
-    if (!line.empty() && line.back() == '\r')
-        line.pop_back();
     return line;
 }
 

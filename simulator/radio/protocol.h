@@ -1,15 +1,15 @@
 /**
- * What the NCP host and the radio module say to each other over the link: one line a message.
+ * The messages of the NCP host and the radio module, one a line.
  *
- * A request is "> NUMBER COMMAND [ARGUMENT]", its answer "< NUMBER CODE [TEXT]". The marks keep a terminal's
- * echo of a request from being taken for an answer, the numbers a late answer for that to a later request.
+ * A request is "> NUMBER COMMAND [ARGUMENT]", its answer "< NUMBER CODE [TEXT]". The marks tell an answer from a terminal's
+ * echo of the request, the numbers tell a late answer from that to a later request.
  */
 #pragma once
 
-#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <sys/types.h>
 
 namespace simulator {
 
@@ -41,11 +41,11 @@ struct RadioAnswer {
     std::string text;
 };
 
-/** The message as a line, line feed included. */
+/** The message as a line, with the line feed. */
 std::string to_line(const RadioRequest& request);
 std::string to_line(const RadioAnswer& answer);
 
-/** The message of a line without its line feed, or nothing when it is none. */
+/** The message of a line without its line feed; nothing if it is none. */
 std::optional<RadioRequest> parse_request(const std::string& line);
 std::optional<RadioAnswer> parse_answer(const std::string& line);
 
@@ -53,12 +53,13 @@ std::optional<RadioAnswer> parse_answer(const std::string& line);
 class LineBuffer {
 public:
     void append(std::string_view bytes);
-    /** Takes the next whole line without its end (line feed, or carriage return and line feed). */
+    /** Appends what can be read. @return the result of read(2). */
+    ssize_t read_from(int descriptor);
+    /** Takes the next whole line without its line feed. */
     std::optional<std::string> next();
     void clear() { waiting_.clear(); }
 
 private:
-    static constexpr std::size_t longest = 512;
     std::string waiting_;
 };
 

@@ -2,24 +2,29 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 namespace simulator {
 namespace {
 
-bool is_channel(int channel) { return channel >= Radio::lowest_channel && channel <= Radio::highest_channel; }
+constexpr int lowest_channel = 11;
+constexpr int highest_channel = 26;
+constexpr int highest_power = 20;
+constexpr int busy_channel = 20;
+constexpr double busy_packets_per_second = 20;
+constexpr double quiet_packets_per_second = 0.25;
+constexpr double stream_packets_per_second = 100;
+constexpr double lost_packets_per_power = 2;
 
-bool is_power(int power) { return power >= 0 && power <= Radio::highest_power; }
+bool is_channel(int channel) { return channel >= lowest_channel && channel <= highest_channel; }
 
-std::string name_of_traffic(int channel) { return "traffic on channel " + std::to_string(channel); }
+bool is_power(int power) { return power >= 0 && power <= highest_power; }
 
 } // namespace
 
 Radio::Radio() {
-    for (int channel = lowest_channel; channel <= highest_channel; ++channel) {
+    for (int channel = lowest_channel; channel <= highest_channel; ++channel)
         set_traffic(channel, channel == busy_channel ? busy_packets_per_second : quiet_packets_per_second,
                     {});
-    }
 }
 
 const char* name_of(Radio::Mode mode) {
@@ -30,103 +35,67 @@ RadioAnswer Radio::handle(const RadioRequest& request, Time now) {
     listen_until(now);
     const auto code = perform(request);
     RadioAnswer answer{request.number, static_cast<int>(code), {}};
-    if (code == RadioCode::ok && request.command == "get_rx_statistics") {
-        answer.text = std::to_string(received(now)) + " packets on channel " + std::to_string(channel_);
-    }
+    if (code == RadioCode::ok && request.command == "get_rx_statistics")
+        answer.text =
+            std::to_string(state_.received) + " packets on channel " + std::to_string(state_.channel);
     return answer;
 }
 
 RadioCode Radio::perform(const RadioRequest& request) {
-    static const std::map<std::string, RadioCode (Radio::*)()> plain{
-        {"stop", &Radio::stop},
-        {"start_stream", &Radio::start_stream},
-        {"stop_stream", &Radio::stop_stream},
-        {"get_rx_statistics", &Radio::get_rx_statistics},
-        {"reset_rx_statistics", &Radio::reset_rx_statistics}};
-    static const std::map<std::string, RadioCode (Radio::*)(int)> with_argument{
-        {"set_channel", &Radio::set_channel}, {"set_power", &Radio::set_power}};
-    if (request.command == "reset")
-        return reset();
-    if (request.command == "start" && request.argument)
+    const std::string& command = request.command;
+    if (command == "reset") {
+        state_ = {};
+        return RadioCode::ok;
+    }
+    if (command == "start" && request.argument)
         return start(*request.argument);
-    if (mode_ == Mode::off)
+    if (state_.mode == Mode::off)
         return RadioCode::not_started;
-    if (const auto found = plain.find(request.command); found != plain.end())
-        return (this->*found->second)();
-    const auto found = with_argument.find(request.command);
-    if (found == with_argument.end() || !request.argument)
+    if (command == "stop") {
+        state_.mode = Mode::off;
+        state_.streams = false;
+        return RadioCode::ok;
+    }
+    if (command == "set_channel" && request.argument)
+        return set(state_.channel, *request.argument, is_channel(*request.argument), RadioCode::bad_channel);
+    if (command == "set_power" && request.argument)
+        return set(state_.power, *request.argument, is_power(*request.argument), RadioCode::bad_power);
+    if (command == "start_stream" || command == "stop_stream")
+        return stream(command == "start_stream");
+    if (command != "get_rx_statistics" && command != "reset_rx_statistics")
         return RadioCode::bad_request;
-    return (this->*found->second)(*request.argument);
-}
-
-RadioCode Radio::reset() {
-    Radio fresh;
-    fresh.senders_ = std::move(senders_);
-    fresh.listened_until_ = listened_until_;
-    *this = std::move(fresh);
+    if (state_.mode != Mode::receive)
+        return RadioCode::wrong_mode;
+    if (command == "reset_rx_statistics")
+        state_.received = 0;
     return RadioCode::ok;
 }
 
 RadioCode Radio::start(int mode) {
-    if (mode_ != Mode::off)
+    if (state_.mode != Mode::off)
         return RadioCode::already_started;
     if (mode != 0 && mode != 1)
         return RadioCode::bad_mode;
-    mode_ = mode == 0 ? Mode::transmit : Mode::receive;
-    received_ = 0;
+    state_.mode = mode == 0 ? Mode::transmit : Mode::receive;
+    state_.received = 0;
     return RadioCode::ok;
 }
 
-RadioCode Radio::stop() {
-    mode_ = Mode::off;
-    streams_ = false;
-    return RadioCode::ok;
-}
-
-RadioCode Radio::set_channel(int channel) {
-    if (streams_)
+RadioCode Radio::set(int& setting, int value, bool exists, RadioCode refusal) const {
+    if (state_.streams)
         return RadioCode::streaming;
-    if (!is_channel(channel))
-        return RadioCode::bad_channel;
-    channel_ = channel;
+    if (!exists)
+        return refusal;
+    setting = value;
     return RadioCode::ok;
 }
 
-RadioCode Radio::set_power(int power) {
-    if (streams_)
-        return RadioCode::streaming;
-    if (!is_power(power))
-        return RadioCode::bad_power;
-    power_ = power;
-    return RadioCode::ok;
-}
-
-RadioCode Radio::start_stream() {
-    if (mode_ != Mode::transmit)
+RadioCode Radio::stream(bool streams) {
+    if (state_.mode != Mode::transmit)
         return RadioCode::wrong_mode;
-    if (streams_)
-        return RadioCode::streaming;
-    streams_ = true;
-    return RadioCode::ok;
-}
-
-RadioCode Radio::stop_stream() {
-    if (mode_ != Mode::transmit)
-        return RadioCode::wrong_mode;
-    if (!streams_)
-        return RadioCode::not_streaming;
-    streams_ = false;
-    return RadioCode::ok;
-}
-
-RadioCode Radio::get_rx_statistics() {
-    return mode_ == Mode::receive ? RadioCode::ok : RadioCode::wrong_mode;
-}
-
-RadioCode Radio::reset_rx_statistics() {
-    if (mode_ != Mode::receive)
-        return RadioCode::wrong_mode;
-    received_ = 0;
+    if (state_.streams == streams)
+        return streams ? RadioCode::streaming : RadioCode::not_streaming;
+    state_.streams = streams;
     return RadioCode::ok;
 }
 
@@ -134,7 +103,7 @@ bool Radio::set_traffic(int channel, double packets_per_second, Time now) {
     if (!is_channel(channel) || packets_per_second < 0)
         return false;
     listen_until(now);
-    senders_[name_of_traffic(channel)] = {channel, packets_per_second, now};
+    senders_["traffic on channel " + std::to_string(channel)] = {channel, packets_per_second, now};
     return true;
 }
 
@@ -154,33 +123,36 @@ void Radio::remove_stream(const std::string& name, Time now) {
 
 void Radio::lose_line(Time now) {
     listen_until(now);
-    stop();
+    perform({0, "stop", std::nullopt});
 }
 
-/** Counts are computed when they are asked for, so nothing wakes for a packet. */
-long long Radio::received(Time now) const {
-    long long count = received_;
+bool Radio::hears(const Sender& sender) const {
+    return state_.mode == Mode::receive && sender.channel == state_.channel;
+}
+
+/** Packets are counted on demand, so that no packet wakes the process. */
+Radio::State Radio::state(Time now) const {
+    State state = state_;
     for (const auto& [name, sender] : senders_) {
         const auto packets_until = [&sender = sender](Time moment) {
             const std::chrono::duration<double> seconds = std::max(moment, sender.since) - sender.since;
             return static_cast<long long>(std::floor(seconds.count() * sender.packets_per_second));
         };
-        if (mode_ == Mode::receive && sender.channel == channel_)
-            count += packets_until(now) - packets_until(listened_until_);
+        if (hears(sender))
+            state.received += packets_until(now) - packets_until(listened_until_);
     }
-    return count;
+    return state;
 }
 
 double Radio::packets_per_second() const {
     double sum = 0;
     for (const auto& [name, sender] : senders_)
-        if (mode_ == Mode::receive && sender.channel == channel_)
-            sum += sender.packets_per_second;
+        sum += hears(sender) ? sender.packets_per_second : 0;
     return sum;
 }
 
 void Radio::listen_until(Time now) {
-    received_ = received(now);
+    state_ = state(now);
     listened_until_ = now;
 }
 

@@ -1,4 +1,4 @@
-/** The radio of the module: what it is set to, what it refuses, and what it hears. */
+/** The radio of the module: its settings, what it refuses, and what it hears. */
 #pragma once
 
 #include "radio/protocol.h"
@@ -13,24 +13,20 @@ public:
     using Time = std::chrono::steady_clock::time_point;
     enum class Mode { off, transmit, receive };
 
-    static constexpr int lowest_channel = 11;
-    static constexpr int highest_channel = 26;
-    static constexpr int highest_power = 20;
+    /** The settings after a reset. */
+    struct State {
+        Mode mode = Mode::off;
+        int channel = 11;       /**< 11 to 26 */
+        int power = 0;          /**< 0 to 20 */
+        bool streams = false;   /**< it sends */
+        long long received = 0; /**< packets since the RX test's start or the last reset of the count */
+    };
 
-    /** Traffic on every channel until told otherwise, and on the busy one. */
-    static constexpr double quiet_packets_per_second = 0.25;
-    static constexpr int busy_channel = 20;
-    static constexpr double busy_packets_per_second = 20;
-
-    /** What is received a second of another television's stream: 100 packets at the highest power, two less
-     * for each step below it. */
-    static constexpr double stream_packets_per_second = 100;
-    static constexpr double lost_packets_per_power = 2;
-
+    /** 20 packets a second arrive on channel 20, one every four seconds on the others. */
     Radio();
 
     /**
-     * Does what a request asks.
+     * Performs a request.
      *
      * Commands: reset, start MODE (0 TX, 1 RX), stop, set_channel N, set_power N, start_stream, stop_stream,
      * get_rx_statistics, reset_rx_statistics. Everything but reset and start is refused while the radio is off.
@@ -42,19 +38,18 @@ public:
 
     /** From now on so many packets a second arrive on a channel. @return false for no such channel or rate. */
     bool set_traffic(int channel, double packets_per_second, Time now);
-    /** From now on another television streams. @return false for no such channel or power. */
+    /**
+     * From now on another television streams: 100 packets a second arrive at power 20, two less for each step below.
+     *
+     * @return false for no such channel or power.
+     */
     bool add_stream(const std::string& name, int channel, int power, Time now);
-    /** That stream has ended, or was never there. */
+    /** That stream has ended, or never existed. */
     void remove_stream(const std::string& name, Time now);
-    /** The television has let go of the serial line: the radio falls silent. */
+    /** The television has closed the serial line: the test ends. */
     void lose_line(Time now);
 
-    [[nodiscard]] Mode mode() const { return mode_; }
-    [[nodiscard]] int channel() const { return channel_; }
-    [[nodiscard]] int power() const { return power_; }
-    [[nodiscard]] bool streams() const { return streams_; }
-    /** Packets received since the RX test's start or the last reset of the count. */
-    [[nodiscard]] long long received(Time now) const;
+    [[nodiscard]] State state(Time now) const;
     /** Packets a second that are received at present. */
     [[nodiscard]] double packets_per_second() const;
 
@@ -66,23 +61,14 @@ private:
         Time since;
     };
 
-    RadioCode reset();
-    RadioCode start(int mode);
-    RadioCode stop();
-    RadioCode set_channel(int channel);
-    RadioCode set_power(int power);
-    RadioCode start_stream();
-    RadioCode stop_stream();
-    RadioCode get_rx_statistics();
-    RadioCode reset_rx_statistics();
     RadioCode perform(const RadioRequest& request);
+    RadioCode start(int mode);
+    RadioCode set(int& setting, int value, bool exists, RadioCode refusal) const;
+    RadioCode stream(bool streams);
+    [[nodiscard]] bool hears(const Sender& sender) const;
     void listen_until(Time now);
 
-    Mode mode_ = Mode::off;
-    int channel_ = lowest_channel;
-    int power_ = 0;
-    bool streams_ = false;
-    long long received_ = 0;
+    State state_;
     Time listened_until_;
     std::map<std::string, Sender> senders_;
 };

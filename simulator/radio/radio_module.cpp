@@ -1,21 +1,28 @@
 #include "radio_module.h"
 
+#include "base/descriptors.h"
 #include "base/strings.h"
 
-#include <array>
 #include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
 #include <system_error>
+#include <termios.h>
 
 namespace simulator {
 namespace {
 
 constexpr auto device_path = "/dev/ttyIOT";
+constexpr int slow = 115200;
+constexpr int fast = 921600;
+
+[[noreturn]] void fail(const std::string& what) {
+    throw std::system_error(errno, std::generic_category(), what);
+}
 
 Radio::Time now() { return std::chrono::steady_clock::now(); }
 
 int speed_of(const Options& options) {
-    constexpr int slow = 115200;
-    constexpr int fast = 921600;
     constexpr int last_slow_firmware = 8;
     const std::string firmware = options.text("firmware");
     const int last_number = parse_int(firmware.substr(firmware.rfind('.') + 1)).value_or(0);
@@ -26,11 +33,22 @@ int speed_of(const Options& options) {
     return speed;
 }
 
+/** The speed set on a terminal; 0 if it is none that a module speaks. */
+int speed_of(int terminal) {
+    termios settings{};
+    const speed_t speed = tcgetattr(terminal, &settings) == 0 ? cfgetospeed(&settings) : B0;
+    return speed == B115200 ? slow : speed == B921600 ? fast : 0;
+}
+
 } // namespace
 
 RadioModule::RadioModule(const Options& options)
-    : speed_(speed_of(options)), port_(device_path),
-      reader_(EventSource::when_readable(port_.descriptor(), [this] { read_line(); })) {
+    : speed_(speed_of(options)), line_(posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC)) {
+    if (!line_ || grantpt(line_.get()) != 0 || unlockpt(line_.get()) != 0)
+        fail("no pseudo-terminal");
+    terminal_path_ = ptsname(line_.get());
+    hold_line(true);
+    reader_ = call_when_readable(line_.get(), [this] { read_line(); });
     log_.note("radio speaks at ", speed_);
     for (const std::string& traffic : options.all("traffic"))
         add_traffic(traffic);
@@ -39,10 +57,15 @@ RadioModule::RadioModule(const Options& options)
     set_serial(!options.has("no-serial") && !options.has("serial-after"));
     if (!options.has("serial-after"))
         return;
-    serial_timer_ = EventSource::every(static_cast<guint>(options.number("serial-after", 0) * 1000), [this] {
+    serial_timer_ = call_every(static_cast<guint>(options.number("serial-after", 0) * 1000), [this] {
         serial_timer_.reset();
         set_serial(true);
     });
+}
+
+RadioModule::~RadioModule() {
+    if (is_present_)
+        unlink(device_path);
 }
 
 std::map<std::string, Method> RadioModule::methods() {
@@ -61,8 +84,21 @@ void RadioModule::add_traffic(const std::string& text) {
 }
 
 void RadioModule::set_serial(bool present) {
-    port_.show(present);
-    log_.note(device_path, present ? " is there" : " is not there");
+    std::error_code error;
+    if (std::filesystem::is_symlink(device_path, error)) // also that of a module that was killed
+        unlink(device_path);
+    if (present && symlink(terminal_path_.c_str(), device_path) != 0)
+        fail(device_path);
+    is_present_ = present;
+    log_.note(device_path, present ? " appears" : " disappears");
+}
+
+void RadioModule::hold_line(bool held) {
+    if (held == static_cast<bool>(television_end_))
+        return;
+    television_end_ = held ? open_terminal(terminal_path_) : FileDescriptor();
+    if (held && !television_end_)
+        fail(terminal_path_);
 }
 
 void RadioModule::set_traffic(int channel, int packets_per_second) {
@@ -87,11 +123,12 @@ void RadioModule::join_air(const std::filesystem::path& air) {
 
 /** Lets others hear the stream that the radio sends, as long as it does. */
 void RadioModule::follow_stream() {
-    if (!radio_.streams() || air_.empty()) {
+    const Radio::State state = radio_.state(now());
+    if (!state.streams || air_.empty()) {
         air_stream_.reset();
     } else if (!air_stream_) {
         try {
-            air_stream_ = std::make_unique<AirStream>(air_, radio_.channel(), radio_.power());
+            air_stream_ = std::make_unique<AirStream>(air_, state.channel, state.power);
         } catch (const std::system_error& error) {
             log_.error("nobody hears the stream: ", error.what());
         }
@@ -99,7 +136,7 @@ void RadioModule::follow_stream() {
 }
 
 void RadioModule::lose_line() {
-    port_.hold(true);
+    hold_line(true);
     lines_.clear();
     radio_.lose_line(now());
     follow_stream();
@@ -108,21 +145,18 @@ void RadioModule::lose_line() {
 
 /** Who sends bytes has the line open, so its end can be waited for. */
 void RadioModule::read_line() {
-    std::array<char, 512> bytes{};
-    const auto count = read(port_.descriptor(), bytes.data(), bytes.size());
+    const auto count = lines_.read_from(line_.get());
     if (count <= 0) {
         if (count == 0 || errno == EIO)
             lose_line();
         return;
     }
-    port_.hold(false);
-    if (port_.speed() != speed_) {
-        log_.note("noise: ", count, " bytes at ", port_.speed().value_or(0), ", the module speaks at ",
-                  speed_);
+    hold_line(false);
+    if (const int speed = speed_of(line_.get()); speed != speed_) {
+        log_.note("noise: ", count, " bytes at ", speed, ", the module speaks at ", speed_);
         lines_.clear();
         return;
     }
-    lines_.append({bytes.data(), static_cast<std::size_t>(count)});
     while (const auto line = lines_.next())
         answer(*line);
 }
@@ -138,17 +172,18 @@ void RadioModule::answer(const std::string& line) {
     const auto text = to_line(reply);
     log_.note(request->command, "(", request->argument ? std::to_string(*request->argument) : "",
               ") = ", reply.code, reply.text.empty() ? "" : " ", reply.text);
-    if (write(port_.descriptor(), text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
+    if (write(line_.get(), text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
         log_.error("the serial line is full");
     }
 }
 
 GVariant* RadioModule::state() const {
+    const Radio::State state = radio_.state(now());
     return g_variant_new_parsed(
         "{'mode': <%s>, 'channel': <%i>, 'power': <%i>, 'stream': <%b>, 'received': <%x>, "
         "'packets_per_second': <%d>, 'serial': <%b>, 'speed': <%i>}",
-        name_of(radio_.mode()), radio_.channel(), radio_.power(), radio_.streams(),
-        static_cast<gint64>(radio_.received(now())), radio_.packets_per_second(), port_.is_shown(), speed_);
+        name_of(state.mode), state.channel, state.power, state.streams, static_cast<gint64>(state.received),
+        radio_.packets_per_second(), is_present_, speed_);
 }
 
 } // namespace simulator

@@ -15,18 +15,10 @@ constexpr auto end_patience = 5s; // a sanitizer looks for leaks meanwhile
 
 } // namespace
 
-ProcessComponent::ProcessComponent(std::string name, std::vector<std::string> command, Ended ended)
-    : Component(std::move(name), std::move(ended)), command_(std::move(command)) {}
-
 ProcessComponent::ProcessComponent(std::string name, std::vector<std::string> command, GDBusConnection* bus,
                                    std::string bus_name, Ended ended)
     : Component(std::move(name), std::move(ended)), command_(std::move(command)), bus_(bus),
       bus_name_(std::move(bus_name)) {}
-
-ProcessComponent::~ProcessComponent() {
-    if (name_watch_ != 0)
-        g_bus_unwatch_name(name_watch_);
-}
 
 std::string ProcessComponent::state() const { return process_ ? process_->state() : "was not started"; }
 
@@ -46,22 +38,22 @@ void ProcessComponent::start(const Ready& ready) {
     } catch (const std::runtime_error& error) {
         return settle(error.what());
     }
-    limit_ = EventSource::every(start_limit_milliseconds, [this] { settle(end_of_log(name())); });
+    limit_ = call_every(start_limit_milliseconds, [this] { settle(end_of_log(name())); });
 }
 
 void ProcessComponent::listen(Descriptors& descriptors) {
-    if (bus_ != nullptr) {
+    if (!bus_name_.empty()) {
         const auto appeared = +[](GDBusConnection* /*bus*/, const char* /*name*/, const char* /*owner*/,
                                   gpointer self) { static_cast<ProcessComponent*>(self)->settle({}); };
-        name_watch_ = g_bus_watch_name_on_connection(bus_, bus_name_.c_str(), G_BUS_NAME_WATCHER_FLAGS_NONE,
-                                                     appeared, nullptr, this, nullptr);
+        name_watch_.reset(g_bus_watch_name_on_connection(
+            bus_, bus_name_.c_str(), G_BUS_NAME_WATCHER_FLAGS_NONE, appeared, nullptr, this, nullptr));
         return;
     }
     auto [output, input_end] = make_pipe();
     output_ = std::move(output);
     descriptors.output = std::move(input_end);
     line_.clear();
-    reader_ = EventSource::when_readable(output_.get(), [this] { read_line(); });
+    reader_ = call_when_readable(output_.get(), [this] { read_line(); });
 }
 
 void ProcessComponent::read_line() {
@@ -77,8 +69,7 @@ void ProcessComponent::read_line() {
 void ProcessComponent::settle(const std::string& failure) {
     reader_.reset();
     limit_.reset();
-    if (name_watch_ != 0)
-        g_bus_unwatch_name(std::exchange(name_watch_, 0));
+    name_watch_.reset();
     if (const Ready ready = std::exchange(ready_, nullptr))
         ready(failure.empty() ? "" : name() + " did not start: " + failure);
 }
@@ -137,7 +128,7 @@ void SimulatedComponent::kill(const std::function<void()>& killed) {
 }
 
 void SimulatedComponent::kill_soon() {
-    killer_ = EventSource::every(0, [this] { kill([] {}); });
+    killer_ = call_every(0, [this] { kill([] {}); });
 }
 
 void SimulatedComponent::end() {

@@ -46,12 +46,9 @@ private:
 /** A child process, whose standard error goes to the component's log. It says when it is ready. */
 class ProcessComponent : public Component {
 public:
-    /** It is ready with its first line on standard output. */
-    ProcessComponent(std::string name, std::vector<std::string> command, Ended ended);
-    /** It is ready when it owns this name on the bus; its standard output goes to the log, too. */
+    /** @param bus_name it is ready when it owns this name on the bus; empty: with its first line on standard output. */
     ProcessComponent(std::string name, std::vector<std::string> command, GDBusConnection* bus,
                      std::string bus_name, Ended ended);
-    ~ProcessComponent() override;
 
     [[nodiscard]] bool runs() const override { return process_ && process_->runs(); }
     [[nodiscard]] std::string state() const override;
@@ -71,13 +68,13 @@ private:
     void handle_end();
 
     std::vector<std::string> command_;
-    GDBusConnection* bus_ = nullptr;
+    GDBusConnection* bus_;
     std::string bus_name_;
     std::unique_ptr<Process> process_;
     FileDescriptor output_;
     std::string line_;
     EventSource reader_;
-    guint name_watch_ = 0;
+    NameWatch name_watch_;
     EventSource limit_;
     Ready ready_; // while it starts
     std::function<void()> killed_;

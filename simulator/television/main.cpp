@@ -1,6 +1,6 @@
 /** The simulator: started by simulator/tv inside the sandbox, whose folders are provisioned. */
 #include "base/options.h"
-#include "television_object.h"
+#include "television.h"
 
 #include <csignal>
 #include <iostream>
@@ -20,9 +20,6 @@ int run(int argc, char** argv) {
     };
     for (const int signal : {SIGTERM, SIGINT, SIGHUP})
         g_unix_signal_add(signal, end, &television);
-    television.start();
-    const simulator::TelevisionObject object(television);
-    simulator::own_name(television.bus(), "org.velmora.Simulator");
     const int status = television.run();
     // Tells simulator/tv, which waits outside, that the television has ended in order.
     if (options.has("status-descriptor"))

@@ -1,5 +1,6 @@
 #include "television.h"
 
+#include "base/strings.h"
 #include "ncp_host/contract.h"
 #include "ncp_host/ncp_host.h"
 #include "radio/radio_module.h"
@@ -21,6 +22,34 @@ std::unique_ptr<BusObject> absent(GDBusConnection* bus, const std::string& inter
                                   const Refusal& refusal) {
     return std::make_unique<BusObject>(bus, interface,
                                        every_method(interface, [refusal](Call& /*call*/) { throw refusal; }));
+}
+
+void kill_all(const Call& call, const std::string& program) {
+    const auto ended = +[](GObject* killall, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<Call> asked(static_cast<Call*>(data));
+        if (g_subprocess_wait_check_finish(G_SUBPROCESS(killall), result, nullptr) != FALSE)
+            asked->answer();
+        else
+            asked->refuse(Refusal("NoSuchProcess", "no process is called " + asked->text()));
+    };
+    g_autoptr(GSubprocess) killall = g_subprocess_new(G_SUBPROCESS_FLAGS_STDERR_SILENCE, nullptr, "killall",
+                                                      "-KILL", "--", program.c_str(), nullptr);
+    if (killall != nullptr)
+        g_subprocess_wait_check_async(killall, nullptr, ended,
+                                      std::make_unique<Call>(call.later()).release());
+}
+
+/** Keeps what else is in the settings. */
+void set_language(const std::string& language) {
+    g_autofree char* path = g_build_filename(g_get_user_config_dir(), "tv-platform", "settings.ini", nullptr);
+    g_autofree char* folder = g_path_get_dirname(path);
+    g_mkdir_with_parents(folder, 0700);
+    g_autoptr(GKeyFile) settings = g_key_file_new();
+    g_key_file_load_from_file(settings, path, G_KEY_FILE_KEEP_COMMENTS, nullptr); // it need not be there
+    g_key_file_set_string(settings, "db/menu_widget", "language", language.c_str());
+    g_autoptr(GError) error = nullptr;
+    if (g_key_file_save_to_file(settings, path, &error) == FALSE)
+        throw Refusal("NotWritten", error->message);
 }
 
 } // namespace
@@ -45,20 +74,26 @@ Kind& Television::add(std::string name, Arguments&&... arguments) {
 }
 
 // What does not wait for another component is started before the first is waited for.
-void Television::start() {
+void Television::start_components() {
     using Command = std::vector<std::string>;
     const std::string session_bus = g_getenv("DBUS_SESSION_BUS_ADDRESS");
-    add<ProcessComponent>("system_bus", Command{"dbus-daemon", "--nofork", "--print-address=1",
-                                                "--config-file=" + options_.text("system-bus")});
+    add<ProcessComponent>("system_bus",
+                          Command{"dbus-daemon", "--nofork", "--print-address=1",
+                                  "--config-file=" + options_.text("system-bus")},
+                          bus(), "");
     wait_until_ready();
     bus_ = connect_to_bus(g_getenv("DBUS_SYSTEM_BUS_ADDRESS"));
-    add<ProcessComponent>("session_bus", Command{"dbus-daemon", "--nofork", "--print-address=1", "--session",
-                                                 "--address=" + session_bus});
+    add<ProcessComponent>(
+        "session_bus",
+        Command{"dbus-daemon", "--nofork", "--print-address=1", "--session", "--address=" + session_bus},
+        bus(), "");
     const ProcessComponent* screen = nullptr;
     if (is_own_screen(options_.text("screen")))
-        screen = &add<ProcessComponent>("screen", Command{"Xvfb", "-displayfd", "1", "-screen", "0",
-                                                          options_.text("screen") + "x24", "-nolisten", "tcp",
-                                                          "-noreset", "-dpi", "96"});
+        screen = &add<ProcessComponent>("screen",
+                                        Command{"Xvfb", "-displayfd", "1", "-screen", "0",
+                                                options_.text("screen") + "x24", "-nolisten", "tcp",
+                                                "-noreset", "-dpi", "96"},
+                                        bus(), "");
     add<SimulatedComponent>("radio_module", bus(), "org.velmora.Simulator.RadioModule",
                             [this] { return std::make_unique<RadioModule>(options_); });
     add_ncp_host();
@@ -66,7 +101,7 @@ void Television::start() {
     if (screen != nullptr) {
         g_setenv("DISPLAY", (":" + screen->first_line()).c_str(), TRUE);
         if (!options_.has("no-window-manager"))
-            add<ProcessComponent>("window_manager", Command{programs_ + "/window_manager"});
+            add<ProcessComponent>("window_manager", Command{programs_ + "/window_manager"}, bus(), "");
         wait_until_ready();
     }
     add_ui_driver();
@@ -105,6 +140,18 @@ void Television::wait_until_ready() {
 }
 
 int Television::run() {
+    start_components();
+    runner_.emplace(bus());
+    object_.emplace(
+        bus(), "org.velmora.Simulator.Television",
+        std::map<std::string, Method>{{"Components", [this](Call& call) { call.answer({components()}); }},
+                                      {"Start", [this](Call& call) { start_component(call); }},
+                                      {"Kill", [this](Call& call) { kill(call); }},
+                                      {"Run", [this](Call& call) { runner_->run(call); }},
+                                      {"SetLanguage", [](Call& call) { set_language(call.text()); }},
+                                      {"Logs", [](Call& call) { call.answer({to_variant(log_names())}); }},
+                                      {"End", [this](Call& /*call*/) { end(); }}});
+    own_name(bus(), "org.velmora.Simulator");
     Descriptors descriptors;
     if (options_.has("log-application"))
         descriptors = written_to(log_path("application"));
@@ -136,7 +183,7 @@ void Television::end() {
         std::exit(terminated); // before the components are up there is nothing to end in order
     command_->terminate();
     if (!kill_)
-        kill_ = EventSource::every(end_limit_milliseconds, [this] { command_->send_signal(SIGKILL); });
+        kill_ = call_every(end_limit_milliseconds, [this] { command_->send_signal(SIGKILL); });
 }
 
 Component* Television::find_component(const std::string& name) const {
@@ -151,8 +198,45 @@ void Television::report_end(const Component& component) {
     const std::string remedy =
         component.name() == "system_bus" ? "" : "; 'tvctl start " + component.name() + "' starts it again";
     log_.error("the ", component.name(), " ", component.state(), remedy, ": ", end_of_log(component.name()));
-    if (on_component_ended)
-        on_component_ended(component);
+    if (object_)
+        object_->emit("ComponentEnded",
+                      g_variant_new("(ss)", component.name().c_str(), component.state().c_str()));
+}
+
+GVariant* Television::components() const {
+    GVariantBuilder list;
+    g_variant_builder_init(&list, G_VARIANT_TYPE("aa{sv}"));
+    const auto add = [&list](const std::string& name, const std::string& state, int process) {
+        g_variant_builder_add_parsed(&list, "{'component': <%s>, 'state': <%s>, 'process': <%i>}",
+                                     name.c_str(), state.c_str(), process);
+    };
+    for (const auto& component : components_)
+        add(component->name(), component->state(), component->process());
+    add("application", command_ ? command_->state() : "was not started", command_ ? command_->number() : 0);
+    return g_variant_builder_end(&list);
+}
+
+void Television::kill(const Call& call) {
+    Component* const component = find_component(call.text());
+    if (component != nullptr && component->runs())
+        component->kill([asked = call.later()] { asked.answer(); });
+    else
+        kill_all(call, call.text());
+}
+
+void Television::start_component(const Call& call) {
+    const std::string name = call.text();
+    Component* const component = find_component(name);
+    if (component == nullptr)
+        throw Refusal("NoSuchComponent", "the television has no component called " + name);
+    if (component->runs())
+        throw Refusal("AlreadyRunning", "the " + name + " runs already");
+    component->start([asked = call.later()](const std::string& failure) {
+        if (failure.empty())
+            asked.answer();
+        else
+            asked.refuse(Refusal("NotStarted", failure));
+    });
 }
 
 } // namespace simulator

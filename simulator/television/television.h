@@ -4,6 +4,7 @@
 #include "base/event_source.h"
 #include "base/log.h"
 #include "base/options.h"
+#include "command_runner.h"
 #include "component.h"
 
 namespace simulator {
@@ -25,32 +26,31 @@ public:
     Television(const Television&) = delete;
     Television& operator=(const Television&) = delete;
 
-    /** Starts the components; each is ready then. @throws std::runtime_error. */
-    void start();
-    /** Runs the command to its end. @return its status as a shell says it; 1 instead of 0 when a component
-     * failed at its end, and none had ended before. */
+    /**
+     * Runs the television until the command has ended.
+     *
+     * @return the command's status as a shell reports it; 1 instead of 0 if a component failed at its end, and none had
+     *         ended before.
+     * @throws std::runtime_error if a component cannot be started.
+     */
     int run();
-    /** Asks the command to end in order; one that does not within ten seconds is killed. */
+    /** Asks the command to shut down cleanly, and kills it after ten seconds. */
     void end();
-
-    /** All components, in the order in which they were started. */
-    [[nodiscard]] const std::vector<std::unique_ptr<Component>>& components() const { return components_; }
-    /** The component of that name, null when there is none. */
-    [[nodiscard]] Component* find_component(const std::string& name) const;
-    /** The command; null before it was started. */
-    [[nodiscard]] const Process* command() const { return command_.get(); }
-    /** The connection to the system bus. */
-    [[nodiscard]] GDBusConnection* bus() const { return bus_.get(); }
-
-    /** Called whenever a component has ended by itself. */
-    std::function<void(const Component&)> on_component_ended;
 
 private:
     template <class Kind, class... Arguments>
     Kind& add(std::string name, Arguments&&... arguments);
     void add_ncp_host();
     void add_ui_driver();
+    void start_components();
     void wait_until_ready();
+    /** Null if there is no such component. */
+    [[nodiscard]] Component* find_component(const std::string& name) const;
+    [[nodiscard]] GDBusConnection* bus() const { return bus_.get(); }
+    /** A floating aa{sv}. */
+    [[nodiscard]] GVariant* components() const;
+    void kill(const Call& call);
+    void start_component(const Call& call);
     void report_end(const Component& component);
     bool end_components();
 
@@ -65,6 +65,8 @@ private:
     std::unique_ptr<Process> command_;
     EventSource kill_;
     bool component_is_missing_ = false;
+    std::optional<CommandRunner> runner_;
+    std::optional<BusObject> object_;
 };
 
 } // namespace simulator

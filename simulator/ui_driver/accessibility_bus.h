@@ -1,7 +1,7 @@
 /** Questions to what is on the accessibility bus. Nothing here waits: answers come from the main loop. */
 #pragma once
 
-#include "base/gobject_release.h"
+#include "base/owned.h"
 #include "screen.h"
 
 #include <chrono>
@@ -54,7 +54,7 @@ private:
     void announce(const Done& done);
 
     std::chrono::milliseconds patience_;
-    std::unique_ptr<GCancellable, GObjectRelease> cancel_;
+    Object<GCancellable> cancel_;
     BusConnection session_;
     BusConnection connection_;
 };

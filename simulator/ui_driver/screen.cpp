@@ -30,33 +30,30 @@ void sort_for_reading(std::vector<Widget>& widgets) {
     }
 }
 
-void add(GVariantBuilder& widget, const char* key, GVariant* value) {
-    g_variant_builder_add(&widget, "{sv}", key, value);
-}
-
-GVariant* flag(bool value) { return g_variant_new_boolean(value ? TRUE : FALSE); }
-
 GVariant* to_tree(std::span<const Widget> widgets);
 
 GVariant* to_dictionary(const Widget& widget, std::span<const Widget> children) {
     GVariantBuilder built;
     g_variant_builder_init(&built, G_VARIANT_TYPE_VARDICT);
-    add(built, "name", g_variant_new_string(widget.name.c_str()));
-    add(built, "role", g_variant_new_string(widget.role.c_str()));
-    add(built, "focusable", flag(widget.focusable));
-    add(built, "focused", flag(widget.focused));
-    add(built, "enabled", flag(widget.enabled));
+    const auto add = [&built](const char* key, const char* format, auto value) {
+        g_variant_builder_add(&built, "{sv}", key, g_variant_new(format, value));
+    };
+    add("name", "s", widget.name.c_str());
+    add("role", "s", widget.role.c_str());
+    add("focusable", "b", widget.focusable);
+    add("focused", "b", widget.focused);
+    add("enabled", "b", widget.enabled);
     if (widget.value) {
-        add(built, "value", g_variant_new_double(widget.value->current));
-        add(built, "lowest", g_variant_new_double(widget.value->lowest));
-        add(built, "highest", g_variant_new_double(widget.value->highest));
+        add("value", "d", widget.value->current);
+        add("lowest", "d", widget.value->lowest);
+        add("highest", "d", widget.value->highest);
     }
-    add(built, "x", g_variant_new_int32(widget.x));
-    add(built, "y", g_variant_new_int32(widget.y));
-    add(built, "width", g_variant_new_int32(widget.width));
-    add(built, "height", g_variant_new_int32(widget.height));
+    add("x", "i", widget.x);
+    add("y", "i", widget.y);
+    add("width", "i", widget.width);
+    add("height", "i", widget.height);
     if (!children.empty())
-        add(built, "children", to_tree(children));
+        g_variant_builder_add(&built, "{sv}", "children", to_tree(children));
     return g_variant_builder_end(&built);
 }
 

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <png.h>
 #include <stdexcept>
-#include <thread>
+#include <utility>
 
 namespace simulator {
 namespace {
@@ -15,16 +15,16 @@ namespace {
 constexpr guint picture_interval_milliseconds = 100;
 constexpr int most_looks = 20;
 
-/** For a thread, since it takes a while until the picture is there, and may take for ever to write the file. */
+/** Runs in a thread, since compressing takes a while, and writing may block for ever. */
 struct Work {
-    std::future<std::vector<std::uint8_t>> picture;
+    Pixels pixels;
     FileDescriptor file;
-    std::string error;
+    std::string error = {};
 
     static void run(GTask* task, gpointer /*source*/, gpointer data, GCancellable* /*cancel*/) {
         auto& work = *static_cast<Work*>(data);
         try {
-            write_picture(work.picture.get(), work.file);
+            write_picture(work.pixels.to_png(), work.file);
         } catch (const std::exception& failure) {
             work.error = failure.what();
         }
@@ -100,26 +100,18 @@ void write_picture(const std::vector<std::uint8_t>& picture, const FileDescripto
 }
 
 Screenshot::Screenshot(_XDisplay* display, FileDescriptor file, Taken taken)
-    : display_(display), file_(std::move(file)), taken_(std::move(taken)), cancel_(g_cancellable_new()) {
-    compress(Pixels::of_screen(display_));
-    next_look_ = EventSource::every(picture_interval_milliseconds, [this] { look_again(); });
+    : display_(display), file_(std::move(file)), taken_(std::move(taken)),
+      pixels_(Pixels::of_screen(display)), cancel_(g_cancellable_new()) {
+    next_look_ = call_every(picture_interval_milliseconds, [this] { look_again(); });
 }
 
 Screenshot::~Screenshot() { g_cancellable_cancel(cancel_.get()); }
 
-/** While the next look is waited for, in a thread that may end later than this. */
-void Screenshot::compress(Pixels pixels) {
-    pixels_ = std::make_shared<const Pixels>(std::move(pixels));
-    std::packaged_task<std::vector<std::uint8_t>()> task([seen = pixels_] { return seen->to_png(); });
-    picture_ = task.get_future();
-    std::thread(std::move(task)).detach();
-}
-
 void Screenshot::look_again() {
     try {
-        Pixels next = Pixels::of_screen(display_);
-        if (++looks_ < most_looks && next != *pixels_)
-            return compress(std::move(next));
+        const Pixels before = std::exchange(pixels_, Pixels::of_screen(display_));
+        if (++looks_ < most_looks && before != pixels_)
+            return;
     } catch (const std::runtime_error& error) {
         return finish(error.what());
     }
@@ -130,7 +122,7 @@ void Screenshot::look_again() {
             static_cast<Screenshot*>(self)->finish(work.error);
     };
     g_autoptr(GTask) task = g_task_new(nullptr, cancel_.get(), on_done, this);
-    auto work = std::make_unique<Work>(Work{std::move(picture_), std::move(file_), {}});
+    auto work = std::make_unique<Work>(Work{std::move(pixels_), std::move(file_)});
     g_task_set_task_data(task, work.release(), Work::release);
     g_task_run_in_thread(task, Work::run);
 }

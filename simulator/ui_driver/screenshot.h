@@ -2,12 +2,10 @@
 #pragma once
 
 #include "base/event_source.h"
-#include "base/file_descriptor.h"
-#include "base/gobject_release.h"
+#include "base/owned.h"
 
 #include <array>
 #include <cstdint>
-#include <future>
 #include <string>
 #include <vector>
 
@@ -59,7 +57,6 @@ public:
     Screenshot& operator=(const Screenshot&) = delete;
 
 private:
-    void compress(Pixels pixels);
     void look_again();
     void finish(const std::string& error);
 
@@ -67,10 +64,9 @@ private:
     FileDescriptor file_;
     Taken taken_;
     int looks_ = 0;
-    std::shared_ptr<const Pixels> pixels_;
-    std::future<std::vector<std::uint8_t>> picture_; // of these pixels
+    Pixels pixels_;
     EventSource next_look_;
-    std::unique_ptr<GCancellable, GObjectRelease> cancel_;
+    Object<GCancellable> cancel_;
 };
 
 } // namespace simulator

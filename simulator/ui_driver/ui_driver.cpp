@@ -53,11 +53,9 @@ UiDriver::UiDriver(GDBusConnection* connection)
         display_.get(),
         +[](_XDisplay* /*display*/, void* self) { static_cast<UiDriver*>(self)->is_display_gone_ = true; },
         this);
-    drop_callers_that_leave();
 }
 
 UiDriver::~UiDriver() {
-    g_dbus_connection_signal_unsubscribe(connection_, leavers_);
     try {
         end_calls();
     } catch (const std::exception& error) {
@@ -126,7 +124,7 @@ void UiDriver::hold(const Call& call) {
     check_key(key);
     move_key(display_, key, true);
     const auto held = held_.insert(held_.end(), {call.later(), key, {}});
-    held->release = EventSource::every(static_cast<guint>(call.milliseconds(1).count()), [this, held] {
+    held->release = call_every(static_cast<guint>(call.milliseconds(1).count()), [this, held] {
         move_key(display_, held->key, false);
         held->call.answer();
         held_.erase(held);
@@ -168,7 +166,14 @@ void UiDriver::take_picture(const Call& call) {
 
 void UiDriver::wait_for(const Call& call, const Condition& condition, std::chrono::milliseconds limit,
                         const Answer& answer) {
-    waiting_.push_back({call.later(), Wait(condition, limit), answer, looks_});
+    const auto drop = +[](GDBusConnection* /*bus*/, const char* caller, gpointer self) {
+        static_cast<UiDriver*>(self)->waiting_.remove_if(
+            [gone = std::string(caller)](const Waiting& waiting) { return waiting.call.sender() == gone; });
+    };
+    waiting_.push_back({call.later(), Wait(condition, limit), answer, looks_,
+                        NameWatch(g_bus_watch_name_on_connection(connection_, call.sender().c_str(),
+                                                                 G_BUS_NAME_WATCHER_FLAGS_NONE, nullptr, drop,
+                                                                 this, nullptr))});
     if (!is_looking_)
         look();
 }
@@ -190,7 +195,7 @@ void UiDriver::show(const Screen& screen) {
         return;
     const bool somebody_is_new =
         std::ranges::any_of(waiting_, [this](const Waiting& waiting) { return waiting.after == looks_; });
-    next_look_ = EventSource::every(somebody_is_new ? 0 : look_interval_milliseconds, [this] { look(); });
+    next_look_ = call_every(somebody_is_new ? 0 : look_interval_milliseconds, [this] { look(); });
 }
 
 bool UiDriver::serve(const Waiting& waiting, const Screen& screen) {
@@ -202,25 +207,6 @@ bool UiDriver::serve(const Waiting& waiting, const Screen& screen) {
         waiting.call.refuse(Refusal("NotSeen", not_seen.what()));
     }
     return true;
-}
-
-void UiDriver::drop_callers_that_leave() {
-    const auto changed =
-        +[](GDBusConnection* /*bus*/, const char* /*sender*/, const char* /*path*/, const char* /*interface*/,
-            const char* /*signal*/, GVariant* change, gpointer self) {
-            const char* name = nullptr;
-            const char* owner = nullptr;
-            g_variant_get(change, "(&s&s&s)", &name, nullptr, &owner);
-            if (*owner == '\0')
-                static_cast<UiDriver*>(self)->drop(name);
-        };
-    leavers_ = g_dbus_connection_signal_subscribe(connection_, "org.freedesktop.DBus", "org.freedesktop.DBus",
-                                                  "NameOwnerChanged", "/org/freedesktop/DBus", nullptr,
-                                                  G_DBUS_SIGNAL_FLAGS_NONE, changed, this, nullptr);
-}
-
-void UiDriver::drop(const std::string& caller) {
-    waiting_.remove_if([&caller](const Waiting& waiting) { return waiting.call.sender() == caller; });
 }
 
 } // namespace simulator

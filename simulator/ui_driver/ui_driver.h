@@ -32,7 +32,8 @@ private:
         Call call;
         Wait wait;
         Answer answer;
-        unsigned after; /**< this look */
+        unsigned after;   /**< this look */
+        NameWatch caller; /**< one that leaves the bus is dropped */
     };
     struct Held {
         Call call;
@@ -57,8 +58,6 @@ private:
     void show(const Screen& screen);
     [[nodiscard]] static bool serve(const Waiting& waiting, const Screen& screen);
     void end_calls();
-    void drop_callers_that_leave();
-    void drop(const std::string& caller);
 
     GDBusConnection* connection_;
     Display display_;
@@ -70,7 +69,6 @@ private:
     EventSource next_look_;
     std::list<Held> held_;
     std::list<Picture> pictures_;
-    guint leavers_ = 0;
 };
 
 } // namespace simulator

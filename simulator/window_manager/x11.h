@@ -1,8 +1,9 @@
-/** The names that a window manager and its windows use with each other, and properties made of 32-bit items. */
+/** The atoms of a window manager, and window properties of 32-bit items. */
 #pragma once
 
 #include <X11/Xlib.h>
 
+#include <memory>
 #include <vector>
 
 namespace simulator {
@@ -29,17 +30,37 @@ public:
     Atom state_hidden = named("_NET_WM_STATE_HIDDEN");
     Atom window_type = named("_NET_WM_WINDOW_TYPE");
     Atom window_type_normal = named("_NET_WM_WINDOW_TYPE_NORMAL");
-    /** On the root window: this window manager hands keys to windows that ask for them. EFL looks for it. */
+    /** On the root window: this window manager delivers keys to windows that ask for them. EFL looks for it. */
     Atom keyrouter_supported = named("_E_WINDOW_KEYROUTER_SUPPORTED");
     /** On a window, written by EFL: a CARDINAL for each key that it asks for, the key code in its low byte. */
     Atom keyrouter_table = named("_E_WINDOW_KEYROUTER_WINDOW_KEYTABLE");
 };
 
-/** The items of a window's property, none when the property is missing or of another type. */
-std::vector<unsigned long> read_property(Display* display, Window window, Atom property, Atom type);
+/** The items of a window's property; none if the property is missing or of another type. */
+inline std::vector<unsigned long> read_property(Display* display, Window window, Atom property, Atom type) {
+    constexpr long most_items = 1024;
+    Atom found_type = None;
+    int bits = 0;
+    unsigned long count = 0;
+    unsigned long left = 0;
+    unsigned char* bytes = nullptr;
+    const auto status = XGetWindowProperty(display, window, property, 0, most_items, False, type, &found_type,
+                                           &bits, &count, &left, &bytes);
+    const std::unique_ptr<unsigned char, decltype(&XFree)> held(bytes, XFree);
+    if (status != Success || bytes == nullptr || bits != 32)
+        return {};
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): Xlib hands 32-bit items out as longs
+    const auto* items = reinterpret_cast<const unsigned long*>(bytes);
+    return {items, items + count};
+}
 
 /** Replaces a window's property. */
-void write_property(Display* display, Window window, Atom property, Atom type,
-                    const std::vector<unsigned long>& items);
+inline void write_property(Display* display, Window window, Atom property, Atom type,
+                           const std::vector<unsigned long>& items) {
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): Xlib takes 32-bit items as longs
+    const auto* bytes = reinterpret_cast<const unsigned char*>(items.data());
+    XChangeProperty(display, window, property, type, 32, PropModeReplace, bytes,
+                    static_cast<int>(items.size()));
+}
 
 } // namespace simulator

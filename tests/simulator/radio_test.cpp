@@ -19,7 +19,7 @@ protected:
         return radio_.handle({1, command, argument}, now_).code;
     }
     /** What it has received after some more time. */
-    auto received_after(std::chrono::milliseconds time) { return radio_.received(now_ += time); }
+    auto received_after(std::chrono::milliseconds time) { return radio_.state(now_ += time).received; }
 
     Radio radio_;
     Radio::Time now_ = Radio::Time{} + 1h;

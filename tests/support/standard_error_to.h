@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/file_descriptor.h"
+#include "base/owned.h"
 
 namespace simulator {
 

@@ -1,12 +1,14 @@
-#include "local_socket.h"
+#include "descriptors.h"
 
+#include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <termios.h>
 
 namespace simulator {
 namespace {
 
-/** Binds or connects a new socket, which is empty with errno set when that fails. */
+/** Binds or connects a new socket. */
 FileDescriptor new_socket(int (*join)(int, const sockaddr*, socklen_t), const std::string& path) {
     FileDescriptor made(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     sockaddr_un address{};
@@ -20,6 +22,18 @@ FileDescriptor new_socket(int (*join)(int, const sockaddr*, socklen_t), const st
 }
 
 } // namespace
+
+FileDescriptor open_terminal(const std::string& path) {
+    FileDescriptor terminal(open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK));
+    termios settings{};
+    if (!terminal || tcgetattr(terminal.get(), &settings) != 0)
+        return {};
+    cfmakeraw(&settings);
+    if (tcsetattr(terminal.get(), TCSANOW, &settings) != 0)
+        return {};
+    tcflush(terminal.get(), TCIOFLUSH);
+    return terminal;
+}
 
 FileDescriptor listen_at(const std::string& path, int backlog) {
     unlink(path.c_str());

@@ -1,0 +1,19 @@
+/** Opens terminals and sockets, not blocking. A result is empty with errno set on failure. */
+#pragma once
+
+#include "owned.h"
+
+#include <string>
+
+namespace simulator {
+
+/** Opens a terminal raw, without making it the controlling one, and drops its pending bytes. */
+FileDescriptor open_terminal(const std::string& path);
+
+/** Listens at a path of at most 107 bytes, replacing a left-over socket. */
+FileDescriptor listen_at(const std::string& path, int backlog);
+
+/** Connects to the socket at a path. */
+FileDescriptor connect_to(const std::string& path);
+
+} // namespace simulator
