@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-wrong_use() { # TEXT
+usage_error() { # TEXT
     echo "$0: $1 (see --help)" >&2
     exit 2
 }
@@ -17,10 +17,10 @@ help() {
         exit 0
         ;;
     esac
-    [[ $text != :* || $# -eq 0 ]] || wrong_use "unexpected argument $1"
+    [[ $text != :* || $# -eq 0 ]] || usage_error "unexpected argument $1"
     for argument in "$@"; do
         [[ $argument != -* || $text == *OPTION* || " ${text//[=|\[\]]/ } " == *" ${argument%%=*} "* ]] ||
-            wrong_use "unknown option $argument"
+            usage_error "unknown option $argument"
     done
 }
 
