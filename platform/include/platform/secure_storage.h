@@ -67,8 +67,7 @@ int ss_read(char** data, std::size_t* length, int reserved1, int reserved2, cons
  * Writes a record, replacing an old one with the same key and credential. After a crash, the store contains either the
  * old or the new record. If two processes write at once, both records are kept.
  *
- * A damaged store is renamed to "aaba977f.damaged" in the same folder and a new one is created. A record that cannot
- * be read is replaced.
+ * A damaged store is replaced with a new one, and a record that cannot be read is replaced.
  *
  * @param data,length the record's bytes, at most 1 MiB; not null.
  * @param reserved1,reserved2 0.
