@@ -1,4 +1,4 @@
-# What makes a fault hard to use: tests/hardening looks for it in the built program.
+# Exploit mitigations. tests/hardening verifies them in the built program.
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
@@ -10,7 +10,7 @@ elseif(CMAKE_SYSTEM_PROCESSOR STREQUAL "aarch64")
     add_compile_options(-fstack-clash-protection -mbranch-protection=standard)
 endif()
 add_link_options(LINKER:-z,relro,-z,now)
-# The checked functions need an optimiser, and the sanitizers check more than they do.
+# Fortified functions need optimisation, and sanitizers check more than they do.
 if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
     add_compile_options($<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE> $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=3>)
 endif()

@@ -1,5 +1,4 @@
-# Every target is compiled with the same warnings. They are errors in our presets, not for someone who just builds
-# with another compiler.
+# Compiler warnings for all targets. They are errors only in the presets, so that other compilers can build the project.
 option(VELMORA_WERROR "Treat compiler warnings as errors" OFF)
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor)
@@ -7,8 +6,8 @@ if(VELMORA_WERROR)
     add_compile_options(-Werror)
 endif()
 
-# GCC 12 takes "x" + std::to_string(n) for overlapping memory once -O3 has inlined it (its own fault, mended in 13).
-# The other build types go on looking for real overlaps.
+# GCC 12 reports a false overlap for an inlined "x" + std::to_string(n) at -O3 (fixed in GCC 13). Other build types keep
+# the warning.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_GREATER_EQUAL 12
         AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     add_compile_options($<$<CONFIG:Release>:-Wno-restrict>)

@@ -1,14 +1,14 @@
 # shellcheck shell=bash
-# What the scripts share. Sourced, not run.
+# Shared functions of the scripts. Source this file, do not run it.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-wrong_use() { # TEXT
-    echo "$0: $1 (--help says more)" >&2
+usage_error() { # TEXT
+    echo "$0: $1 (see --help)" >&2
     exit 2
 }
 
-# help TEXT "$@": prints the script's line of help when it is asked for; refuses options that it does not name.
+# help TEXT "$@": prints TEXT and exits on --help; rejects options that TEXT does not contain.
 help() {
     local text=$1 argument
     shift
@@ -17,14 +17,14 @@ help() {
         exit 0
         ;;
     esac
-    [[ $text != :* || $# -eq 0 ]] || wrong_use "takes no arguments, $1 neither"
+    [[ $text != :* || $# -eq 0 ]] || usage_error "unexpected argument $1"
     for argument in "$@"; do
         [[ $argument != -* || $text == *OPTION* || " ${text//[=|\[\]]/ } " == *" ${argument%%=*} "* ]] ||
-            wrong_use "unknown option $argument"
+            usage_error "unknown option $argument"
     done
 }
 
-# step TEXT COMMAND...: says what is done, and shows the command's output only when it fails.
+# step TEXT COMMAND...: prints TEXT and runs COMMAND; shows its output only on failure.
 step() {
     local text=$1 log
     shift

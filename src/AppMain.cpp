@@ -1,4 +1,4 @@
-// The process's entry and the application's order of start and stop.
+// The entry point: starts and stops the parts of the application in order.
 #include "GuardedCallback.h"
 #include "Log.h"
 #include "MainPageView.h"

@@ -1,13 +1,12 @@
-/** The one instance of a class, made on first use. */
+/** Base class of singletons, created on first use. */
 #pragma once
 
 #include <mutex>
 
 /**
- * Gives `T` exactly one instance: `class T : public CSingleton<T>`, with this as its first base.
+ * Makes `T` a singleton: `class T : public CSingleton<T>`, with this as its first base.
  *
- * The mutex guards the making and the destroying, not the use of the instance. When it cannot be locked,
- * `std::system_error` is thrown.
+ * The mutex guards creation and destruction, not use. Throws `std::system_error` if it cannot be locked.
  */
 template <typename T>
 class CSingleton {
@@ -16,7 +15,7 @@ public:
     CSingleton& operator=(const CSingleton&) = delete;
     virtual ~CSingleton() = default;
 
-    /** The instance, made with the default constructor when there is none; valid until `destroyInstance`. */
+    /** Returns the instance, default-constructed if there is none; valid until `destroyInstance`. */
     static T& getInstance() {
         const std::lock_guard lock(mutex);
         if (instance == nullptr)
@@ -24,7 +23,7 @@ public:
         return *instance;
     }
 
-    /** Deletes the instance, if there is one; a later `getInstance` makes a new one. */
+    /** Deletes the instance, if there is one; a later `getInstance` creates a new one. */
     static void destroyInstance() {
         const std::lock_guard lock(mutex);
         delete instance; // NOLINT(cppcoreguidelines-owning-memory)
@@ -35,8 +34,7 @@ protected:
     CSingleton() = default;
 
 private:
-    // A plain pointer: an instance that nobody destroys lives until the process ends, and no destructor runs
-    // after main, when the toolkit and the bus library are gone.
+    // A plain pointer, so that no destructor runs after main, when the toolkit and the bus library are gone.
     static inline T* instance = nullptr;
     static inline std::recursive_mutex mutex;
 };

@@ -1,4 +1,4 @@
-/** A test page in the main page's content area, and what the test pages share. */
+/** Base class of the test pages, which fill the main page's content area. */
 #pragma once
 
 #include "Log.h"
@@ -9,13 +9,13 @@
 #include <initializer_list>
 #include <optional>
 
-/** A number that the operator chooses in a popup and the radio is given. */
+/** A radio setting that the operator selects in a popup. */
 struct Picker {
-    const char* name; /**< for the messages */
+    const char* name; /**< for log messages */
     const char* title;
     int minimum;
     int maximum;
-    bool (ncp_requester::*command)(int); /**< gives the number to the radio */
+    bool (ncp_requester::*command)(int); /**< sends the number to the radio */
 };
 
 inline constexpr Picker powerPicker{"power", "Zigbee TX Power", 0, 20, &ncp_requester::ember_set_power};
@@ -23,80 +23,80 @@ inline constexpr Picker channelPicker{"channel", "Zigbee TX Channel", 11, 26,
                                       &ncp_requester::ember_set_channel};
 
 /**
- * One test: a start page with one button, and a test page.
+ * A test: a start page with one button, and a test page.
  *
  * Widgets belong to the toolkit's object tree; a view keeps handles. Popups are children of `parentLayout`,
- * so that clearing `contentLayout` leaves them.
+ * so they survive when `contentLayout` is cleared.
  */
 class ContentView {
 public:
     ContentView(const ContentView&) = delete;
     ContentView& operator=(const ContentView&) = delete;
 
-    /** Gives the view the parent of its popups and the content area that it fills; returns true. */
+    /** Sets the parent of the popups and the content area; returns true. */
     virtual bool Create(Evas_Object* parent, Evas_Object* content);
-    /** Deletes every widget that the view holds. */
+    /** Deletes all widgets to which the view has handles. */
     virtual void Destroy() = 0;
-    /** Clears the content area and shows the test's start button. */
+    /** Clears the content area and shows the start button. */
     virtual void ShowStartPage() = 0;
-    /** Clears the content area and builds the test page; the radio was asked to start before. */
+    /** Clears the content area and builds the test page. Start the radio first. */
     virtual void ShowTestPage() = 0;
 
-    /** Dismisses the popup that is showing, if there is one; it is kept and can be shown again. */
+    /** Dismisses the open popup, if any; it can be shown again. */
     void dismissPopup();
 
     WidgetHandle contentLayout;
     WidgetHandle parentLayout;
-    WidgetHandle shownPopup; /**< the popup showing now, else null */
+    WidgetHandle shownPopup; /**< the open popup, or null */
 
 protected:
     ContentView() = default;
     ~ContentView() = default;
 
-    /** "Shown" callback of the widget that takes the focus. */
+    /** Show callback that focuses the widget. */
     static void setFocusAfterShowCb(void* data, Evas* canvas, Evas_Object* widget, void* event);
 
-    /** Has the widget take the focus whenever it is shown. */
+    /** Focuses the widget each time it is shown. */
     static void focusWhenShown(Evas_Object* widget);
 
-    /** Clears the content area for a start page. */
+    /** Clears the content area and lays it out for a start page. */
     void clearForStartPage() const;
-    /** Clears the content area for a test page. */
+    /** Clears the content area and lays it out for a test page. */
     void clearForTestPage() const;
 
-    /** A button of the content area; its "pressed" callback gets the view. */
+    /** Adds a button to the content area; its "pressed" callback gets the view as data. */
     Evas_Object* addButton(const char* text, Evas_Smart_Cb pressed);
 
     /**
-     * Brings the radio host stack up behind the start button, which tells how it goes; blocks until then.
-     * When the service's "ready" is to be waited for, the test's picker popups go, to be made afresh.
+     * Starts the radio host stack, blocking, and shows the progress on the start button. If the stack started,
+     * deletes the test's picker popups, so that they are recreated with initial values.
      *
-     * @throw std::runtime_error as `prepare_background_app` does.
+     * @throw std::runtime_error from `prepare_background_app`.
      */
     static void startTest(const LogOrigin& origin, Evas_Object* startButton,
                           std::initializer_list<WidgetHandle*> pickerPopups);
 
     /**
-     * Makes a picker's popup and spinner, whose key presses `keyCallback` gets with the view.
+     * Creates a picker's popup and spinner; `keyCallback` receives the spinner's key presses, with the view as data.
      *
-     * @return false when a widget could not be made (logged for `origin`).
+     * @return false if a widget cannot be created (logged for `origin`).
      */
     bool createPicker(const LogOrigin& origin, const Picker& picker, WidgetHandle& popup,
                       WidgetHandle& spinner, Evas_Object_Event_Cb keyCallback);
 
-    /** Shows a popup and remembers it as the one showing. */
+    /** Shows a popup and records it in `shownPopup`. */
     void showPopup(Evas_Object* popup);
 
-    /** The number in a picker's spinner when the key chooses it, Return; other keys are the spinner's own. */
+    /** Returns the spinner's number if the key is Return, else nothing. */
     static std::optional<int> chosenNumber(const Evas_Event_Key_Down& key, const Evas_Object* spinner);
 
-    /** Gives the number to the radio; when it takes it, the button shows it and the picker closes. */
+    /** Sends the number to the radio; on success shows it on the button and closes the picker. */
     void sendNumber(const LogOrigin& origin, const Picker& picker, int number, Evas_Object* button);
 
-    /** Has the radio end the test; false (logged for `origin`) when it did not. */
+    /** Stops the test on the radio; returns false (logged for `origin`) on failure. */
     static bool stopTest(const LogOrigin& origin);
 
 private:
-    /** True when the service's "ready" is to be waited for. */
+    /** Restarts the radio stack; returns false if it did not start. */
     static bool bringUpRadio(const LogOrigin& origin, Evas_Object* startButton);
 };

@@ -1,11 +1,11 @@
-/** Callbacks for C code, which no exception may enter. */
+/** Wraps callbacks for C code, so that no exception escapes into it. */
 #pragma once
 
 #include "Log.h"
 
 #include <exception>
 
-/** Logs the exception being handled as the end of an operation. */
+/** Logs the current exception as the end of an operation. */
 inline void logException(const LogOrigin& origin) {
     try {
         throw;
@@ -18,7 +18,7 @@ inline void logException(const LogOrigin& origin) {
     }
 }
 
-/** `call` is `callback`, but logs an exception for `Origin` and then returns false, null or nothing. */
+/** `call` runs `callback`; on an exception it logs for `Origin` and returns a zero value. */
 template <auto callback, class Origin>
 struct GuardedCallback;
 
@@ -34,9 +34,9 @@ struct GuardedCallback<callback, Origin> {
     }
 };
 
-/** The type of a function that gives the named operation's origin. */
+/** The type of a function that returns the named operation's origin. */
 #define ORIGIN_OF(operation) decltype([] { return LOG_ORIGIN(#operation); })
-/** What C code is given in the place of a callback that serves the named operation. */
+/** A guarded version of a callback, which logs for the named operation. */
 #define GUARDED_FOR(operation, ...) (&GuardedCallback<__VA_ARGS__, ORIGIN_OF(operation)>::call)
-/** What C code is given in the place of a callback, a function's name. */
+/** A guarded version of a callback, given by its function name. */
 #define GUARDED(callback) GUARDED_FOR(callback, callback)

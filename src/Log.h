@@ -1,32 +1,29 @@
 /**
- * The application's messages in the platform log, with the tag "VELMORA".
+ * Logging to the platform log with the tag "VELMORA".
  *
- * Every message begins with the place it speaks for, `dbus_client.cpp: Init(42) > `. `LOG_INFO` and
- * `LOG_ERROR` take a printf format (a literal) and its arguments and speak for the operation they stand in.
- * Shared code speaks for the operation it serves: that operation passes `LOG_ORIGIN("createSetPowerButton")`
- * down, and the shared code uses `LOG_INFO_AT` or `LOG_ERROR_AT`.
+ * Every message begins with its origin, `dbus_client.cpp: Init(42) > `. `LOG_INFO` and `LOG_ERROR` take a printf
+ * format (a literal) and its arguments, and log for the enclosing function. Shared code logs for its caller: the
+ * caller passes `LOG_ORIGIN("createSetPowerButton")`, and the shared code uses `LOG_INFO_AT` or `LOG_ERROR_AT`.
  */
 #pragma once
 
 #include <platform/log.h>
 
-/** The place a message speaks for: the source file's base name, the operation and the source line. */
+/** The origin of a message: the source file's base name, the operation and the line. */
 struct LogOrigin {
     const char* file;
     const char* function;
     int line;
 };
 
-/** The origin of the named operation, at the line and in the file where this stands. */
+/** The origin of the named operation, with the file and line of this macro. */
 #define LOG_ORIGIN(operation) (LogOrigin{__FILE_NAME__, operation, __LINE__})
 
-// The empty text at the end stands for arguments where there are none.
-#define LOG_AT(priority, origin, ...) LOG_FORMATTED_AT(priority, origin, __VA_ARGS__, "")
-#define LOG_FORMATTED_AT(priority, origin, format, ...)                                                      \
+#define LOG_AT(priority, origin, format, ...)                                                                \
     do {                                                                                                     \
         const LogOrigin& log_origin = origin;                                                                \
-        __dlog_print(platform::LogBuffer::main, (priority), "VELMORA", "%s: %s(%d) > " format "%s",          \
-                     log_origin.file, log_origin.function, log_origin.line, __VA_ARGS__);                    \
+        __dlog_print(platform::LogBuffer::main, (priority), "VELMORA", "%s: %s(%d) > " format,               \
+                     log_origin.file, log_origin.function, log_origin.line __VA_OPT__(, ) __VA_ARGS__);      \
     } while (false)
 
 #define LOG_INFO_AT(origin, ...) LOG_AT(platform::LogPriority::info, origin, __VA_ARGS__)

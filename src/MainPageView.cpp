@@ -170,7 +170,7 @@ void MainPageView::requesterCb(const std::string& eventText, void* data) {
     if (selected == noTest)
         return;
     const TestTab& test = testTabs()[static_cast<std::size_t>(selected)];
-    // The page is built whether or not the radio started: the operator sees each of its actions fail instead.
+    // Show the page even if the radio did not start: the operator then sees each action fail.
     ncp_requester::getInstance().ember_start(test.mode);
     test.view().ShowTestPage();
 }
@@ -180,9 +180,9 @@ void MainPageView::setFocusAfterShowCb(void*, Evas*, Evas_Object* widget, void*)
 }
 
 void MainPageView::destroyWidgets() {
-    if (window != nullptr) // a window that was closed has gone already
+    if (window != nullptr) // a closed window is already deleted
         elm_win_keygrab_unset(window, redKey, 0, 0);
-    // What goes with the window takes its handle along, so that nothing is deleted twice.
+    // Deleting the window also deletes its children and clears their handles, so nothing is deleted twice.
     for (WidgetHandle* const widget : {&window, &background, &rootLayout, &mainPageLayout, &header,
                                        &subPageLayout, &shownPopup, &exitPopup})
         widget->deleteWidget();

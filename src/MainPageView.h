@@ -1,4 +1,4 @@
-/** The application's one window and its main page: header, tabs, content area, keys and exit popup. */
+/** The application's window and main page: header, tabs, content area, keys and exit popup. */
 #pragma once
 
 #include "CSingleton.h"
@@ -7,15 +7,15 @@
 #include <Elementary.h>
 #include <string>
 
-/** No tab was pressed yet, so that an early "ready" starts nothing. */
+/** No tab has been pressed yet, so an early "ready" starts nothing. */
 inline constexpr int noTest = -1;
 
 class MainPageView : public CSingleton<MainPageView> {
 public:
     ~MainPageView() override = default;
 
-    // The steps of the create callback, in the order in which it runs them. A widget that cannot be made is
-    // logged ("Input data is Null!"), the rest of its step is skipped, and the later steps run without it.
+    // The steps of the create callback, in order. If a widget cannot be created, the step logs "Input data is
+    // Null!" and returns, and the later steps run without the widget.
     void createWindow();
     void createBackground();
     void createMainPage();
@@ -25,13 +25,13 @@ public:
     /** Releases the red key and deletes the page's widgets. */
     void destroyWidgets();
 
-    /** Lays the interface out from right to left, or from left to right, as the platform asks. */
+    /** Sets the layout direction to that of the platform. */
     static void setMirroring();
 
-    /** Client-control keys: Back and Exit close a popup or lower the window, the red key raises it. */
+    /** Key handler: Back and Exit close a popup or lower the window, the red key raises it. */
     static Eina_Bool keyDownCb(void* data, int type, void* event);
 
-    /** Listener of the NCP host service's events: "ready" starts the radio and the chosen test's page. */
+    /** Listener for NCP host events: on "ready", starts the radio and shows the selected test's page. */
     static void requesterCb(const std::string& eventText, void* data);
 
 private:
@@ -61,5 +61,5 @@ private:
     WidgetHandle header;
     WidgetHandle shownPopup;
     WidgetHandle exitPopup;
-    int selectedTest = noTest; /**< the place in `testTabs` of the tab that was pressed last */
+    int selectedTest = noTest; /**< index in `testTabs` of the tab pressed last */
 };

@@ -11,7 +11,7 @@
 
 namespace {
 
-/** The first word of the statistics is the number of received packets. */
+/** Returns the first word of the statistics: the number of received packets. */
 std::string firstWord(const std::string& text) {
     constexpr const char* space = " \t\n\v\f\r";
     const std::size_t begin = text.find_first_not_of(space);

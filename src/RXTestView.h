@@ -1,4 +1,4 @@
-/** The receive test: received packets counted and reset on a channel. */
+/** The receive test: counts the packets received on a channel. */
 #pragma once
 
 #include "CSingleton.h"
@@ -28,7 +28,7 @@ private:
     void createStopButton();
     void createChannelPickerPopup();
 
-    // "pressed" callbacks of the buttons, and the key callback of the picker.
+    // "pressed" callbacks of the buttons and key callback of the picker.
     void rxTestStartButtonPressedCb();
     void countReceivedPacketsCb();
     void resetReceivedPacketCountCb();

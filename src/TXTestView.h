@@ -1,4 +1,4 @@
-/** The transmit test: power, channel and a continuous stream. */
+/** The transmit test: sends a continuous stream at a power on a channel. */
 #pragma once
 
 #include "CSingleton.h"
@@ -30,10 +30,10 @@ private:
     bool createPowerPickerPopup();
     bool createChannelPickerPopup();
 
-    /** Bars power and channel from the focus while the stream runs. */
+    /** Allows or prevents focusing power and channel, which are locked while the stream runs. */
     void allowSettings(bool allowed);
 
-    // "pressed" callbacks of the buttons, and key callbacks of the pickers.
+    // "pressed" callbacks of the buttons and key callbacks of the pickers.
     void txTestStartButtonClickedCb();
     void setPowerButtonPressedCb();
     void setChannelButtonPressedCb();

@@ -1,17 +1,17 @@
-/** The tests that the main page offers. */
+/** The table of tests. */
 #pragma once
 
 #include "ContentView.h"
 
 #include <span>
 
-/** A test with a tab of its own. */
+/** A test and its tab. */
 struct TestTab {
     const char* label;      /**< the tab's text */
-    int mode;               /**< the radio's test mode, for `ember_start` */
-    ContentView& (*view)(); /**< its pages */
+    int mode;               /**< test mode for `ember_start` */
+    ContentView& (*view)(); /**< the test's pages */
     void (*destroyView)();
 };
 
-/** Every test, in the order of the tabs; the first tab has the focus at the start. */
+/** Returns all tests in tab order; the first tab has the initial focus. */
 std::span<const TestTab> testTabs();

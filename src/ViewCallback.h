@@ -1,4 +1,4 @@
-/** Operations of a test view as callbacks of its widgets. */
+/** Turns member functions of a view into widget callbacks. */
 #pragma once
 
 #include "ContentView.h"
@@ -8,8 +8,8 @@
 #include <Elementary.h>
 
 /**
- * C callbacks that run the operation of a view, whose `ContentView*` is their data. When the data or the
- * event is missing, they log "Input data is Null!" for the operation and do nothing.
+ * C callbacks that run a view's member function; their data is the view's `ContentView*`. If the data or the
+ * event is null, they log "Input data is Null!" for the operation and do nothing.
  */
 template <auto operation, class Origin>
 struct ViewCallback;
@@ -32,7 +32,7 @@ private:
 
 #define VIEW_CALLBACK(View, operation, kind)                                                                 \
     GUARDED_FOR(operation, ViewCallback<&View::operation, ORIGIN_OF(operation)>::kind)
-/** The "pressed" callback of a button: an operation without arguments. */
+/** A button's "pressed" callback, from a member function without parameters. */
 #define PRESSED(View, operation) VIEW_CALLBACK(View, operation, pressed)
-/** The callback of each key press in a widget: an operation that gets the `Evas_Event_Key_Down`. */
+/** A widget's key-press callback, from a member function that takes the `Evas_Event_Key_Down`. */
 #define KEY_DOWN(View, operation) VIEW_CALLBACK(View, operation, keyDown)

@@ -3,7 +3,7 @@
 
 #include <Elementary.h>
 
-/** Becomes null when its widget goes, whoever deleted it, so that no stale widget is used or deleted. */
+/** A pointer that becomes null when its widget is deleted, by whatever code. */
 class WidgetHandle {
 public:
     WidgetHandle() = default;
@@ -25,10 +25,10 @@ public:
         return *this;
     }
 
-    /** A handle is its widget. */
+    /** Converts to the widget, or null. */
     operator Evas_Object*() const { return object; }
 
-    /** Deletes the widget, if it is still there. */
+    /** Deletes the widget, if it still exists. */
     void deleteWidget() {
         if (object != nullptr)
             evas_object_del(object);

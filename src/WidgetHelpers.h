@@ -1,8 +1,8 @@
 /**
- * The widgets of the pages in the application's fixed sizes, styles and colours.
+ * Creates the pages' widgets in the application's fixed sizes, styles and colours.
  *
- * Each helper returns the new widget, and throws `inputDataIsNull` when the toolkit cannot make it; nothing
- * is appended or styled then. Sizes are layout units.
+ * Each helper returns the new widget, or throws `inputDataIsNull` if the toolkit cannot create it; nothing is
+ * appended then. Sizes are in layout units.
  */
 #pragma once
 
@@ -11,37 +11,37 @@
 #include <Elementary.h>
 #include <string_view>
 
-/** What a helper throws. */
+/** The exception that helpers throw. */
 inline constexpr const char* inputDataIsNull = "Input data is Null!!";
 
-/** A length in layout units, in whole pixels. */
+/** Converts layout units to pixels. */
 int pixels(double units);
 
-/** A line of text, appended to the layout. */
+/** Appends a line of text to the layout. */
 Evas_Object* createTextbox(Evas_Object* layout, const char* text);
 
-/** A number picker, appended to the layout. */
+/** Appends a number picker to the layout. */
 Evas_Object* createSpinner(Evas_Object* layout);
 
-/** Sets a number picker's limits, in steps of 1; returns the spinner inside, from which the value is read. */
+/** Sets a number picker's limits and a step of 1; returns the inner spinner, which has the value. */
 Evas_Object* setupSpinner(Evas_Object* spinner, int min, int max);
 
-/** A centred popup with a title, not shown yet. */
+/** Creates a centred, hidden popup with a title. */
 Evas_Object* createPopup(Evas_Object* parent, const char* title);
 
-/** The layout inside a popup. */
+/** Creates the layout inside a popup. */
 Evas_Object* createPopupContent(Evas_Object* parent, Evas_Object* popup);
 
-/** A button in the popup's next free place. */
+/** Adds a button to the popup, in the next free slot. */
 Evas_Object* createPopupButton(Evas_Object* popup, const char* text);
 
-/** A button, appended to the layout with a width and height in layout units. */
+/** Appends a button to the layout. */
 Evas_Object* createButton(Evas_Object* layout, const char* text, int width, int height);
 
-/** A button's text; empty when it has none. */
+/** Returns a button's text; empty if it has none. */
 std::string_view buttonText(const Evas_Object* button);
 
-/** Runs one step of building a page; a text that a helper throws is logged for the step, which ends there. */
+/** Runs one step of building a page; if a helper throws a text, logs it for the step and returns false. */
 template <class Step>
 bool runPageStep(const LogOrigin& origin, Step step) {
     try {
@@ -53,7 +53,7 @@ bool runPageStep(const LogOrigin& origin, Step step) {
     }
 }
 
-/** Whether everything a callback needs is there; else logs "Input data is Null!" for it. */
+/** Returns whether all pointers are non-null; otherwise logs "Input data is Null!" for the callback. */
 template <class... Pointers>
 bool inputIsThere(const LogOrigin& origin, const Pointers*... pointers) {
     const bool all = ((pointers != nullptr) && ...);
@@ -62,5 +62,5 @@ bool inputIsThere(const LogOrigin& origin, const Pointers*... pointers) {
     return all;
 }
 
-/** "Shown" callback that gives the widget the focus; `origin` is the callback that it serves. */
+/** Implements show callbacks that focus the widget; `origin` is the callback. */
 void focusShownWidget(const LogOrigin& origin, Evas_Object* widget);

@@ -1,5 +1,5 @@
-# Debian's cross compiler of VELMORA_TRIPLET, and the libraries of VELMORA_ARCHITECTURE that script/cross has put into
-# build/sysroot. edje_cc and the other programs are the building machine's.
+# Debian's cross compiler for VELMORA_TRIPLET, with the libraries of VELMORA_ARCHITECTURE that script/cross installs in
+# build/sysroot. edje_cc and other build tools run on the build machine.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_CXX_COMPILER ${VELMORA_TRIPLET}-g++)
 set(CMAKE_LIBRARY_ARCHITECTURE ${VELMORA_TRIPLET})

@@ -51,7 +51,7 @@ bool DBusClient::init_dbus() {
         LOG_ERROR("Fail to create dbus connection");
         return false;
     }
-    // GIO would end the process, without a word, when the bus goes: so it is told, and the calls fail.
+    // By default GIO silently exits the process when the bus goes away. Calls fail instead.
     g_dbus_connection_set_exit_on_close(connection.get(), FALSE);
     closed_handler = g_signal_connect(connection.get(), "closed", G_CALLBACK(connection_closed), nullptr);
 
@@ -107,7 +107,7 @@ void DBusClient::release() {
 
 bool DBusClient::ProcessSyncCall(const std::string& method, GVariant* parameters, GVariant*& reply) {
     LOG_ERROR("[b] method = %s, timeout = %d msec", method.c_str(), call_timeout_milliseconds);
-    // Taken over here, so that a floating value is released on every way out.
+    // Sink a floating value, so that every return releases it.
     g_autoptr(GVariant) arguments = parameters != nullptr ? g_variant_ref_sink(parameters) : nullptr;
     const std::lock_guard lock(state_mutex);
 
@@ -170,7 +170,7 @@ bool DBusClient::UnregisterDBusSignalCB(const std::string& signal_name, DBusSign
         return false;
     }
     std::unique_lock registry_lock(registry_mutex);
-    // No two entries are the same, so at most one goes.
+    // Entries are unique, so this removes at most one.
     const auto removed =
         std::erase_if(registry, [&](const Registration& e) { return e.is(signal_name, callback); });
     registry_lock.unlock();
@@ -196,12 +196,12 @@ void DBusClient::signal_callback(GDBusConnection* connection, const gchar* sende
 }
 
 void DBusClient::invoke_callback(const std::string& signal_name, GVariant* parameters) {
-    // Called from a copy without a lock: a callback may register and unregister callbacks.
+    // Iterate over a copy without the lock: a callback may register and unregister callbacks.
     std::unique_lock registry_lock(registry_mutex);
     const std::vector<Registration> entries = registry;
     registry_lock.unlock();
 
-    // The bus delivers whatever was sent under this name.
+    // The bus does not check the type of a signal.
     if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(s)"))) {
         LOG_ERROR("Signal %s has the type %s, expected (s)", signal_name.c_str(),
                   g_variant_get_type_string(parameters));

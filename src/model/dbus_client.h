@@ -1,4 +1,4 @@
-/** The link to the NCP host service on the D-Bus system bus: synchronous calls, and signals. */
+/** Client of the NCP host service on the D-Bus system bus: synchronous calls and signals. */
 #pragma once
 
 #include <gio/gio.h>
@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-/** Receives a signal's text, and the user data given when it was registered. */
+/** Receives a signal's text and the user data of the registration. */
 using DBusSignalCB = void (*)(const std::string& data, void* user_data);
 
-/** Drops one reference to a GObject. */
+/** Deleter that drops one reference to a GObject. */
 struct GObjectUnref {
     void operator()(gpointer object) const { g_object_unref(object); }
 };
@@ -18,49 +18,47 @@ template <typename T>
 using GObjectHandle = std::unique_ptr<T, GObjectUnref>;
 
 /**
- * A client of the service "org.orvane.qm_ncp_host", used on one thread.
+ * A client of the service "org.orvane.qm_ncp_host", for use on one thread.
  *
- * Signals are delivered in the thread-default main context of the thread that called `Init`. The registry of
- * callbacks outlives `Deinit`: what was not unregistered receives signals again after the next `Init`.
+ * Signals arrive in the thread-default main context of the thread that called `Init`. Registered callbacks survive
+ * `Deinit` and receive signals again after the next `Init`.
  */
 class DBusClient {
 public:
     DBusClient() = default;
     DBusClient(const DBusClient&) = delete;
     DBusClient& operator=(const DBusClient&) = delete;
-    /** Releases the link as `Deinit` does, without a message. */
+    /** Disconnects as `Deinit` does, without logging. */
     ~DBusClient();
 
     /**
-     * Connects to the system bus, makes the service's proxy and subscribes to the signal "ncp_event". The
-     * service itself need not run. A failure is logged and leaves nothing behind.
+     * Connects to the system bus, creates the service's proxy and subscribes to the signal "ncp_event". The
+     * service need not be running. On failure, logs and releases everything.
      *
-     * @return true when the client is initialised, also when it was so already.
+     * @return true if the client is now initialised, or already was.
      */
     bool Init();
 
-    /** Whether `Init` succeeded and no `Deinit` followed. */
+    /** Returns whether `Init` succeeded and no `Deinit` followed. */
     bool IsInitialized();
 
-    /** Unsubscribes and releases the proxy and the connection, as far as they are there. */
+    /** Unsubscribes and releases the proxy and the connection, if any. */
     void Deinit();
 
     /**
-     * Calls a method of the service and waits for its reply, at most 120000 ms.
+     * Calls a method of the service and waits up to 120000 ms for its reply.
      *
      * @param method     the method's name without its interface.
-     * @param parameters a tuple, or null for none; a floating value is consumed whether it is sent or not.
-     * @param reply      receives the reply, which the caller releases with `g_variant_unref`; unwritten on
-     *                   failure.
-     * @return false (logged) when the client is not initialised, nobody answers in time or the answer is an
-     *         error.
+     * @param parameters a tuple, or null for none; a floating value is always consumed.
+     * @param reply      receives the reply, to be released with `g_variant_unref`; unchanged on failure.
+     * @return false (logged) if the client is not initialised, the call times out or the reply is an error.
      */
     bool ProcessSyncCall(const std::string& method, GVariant* parameters, GVariant*& reply);
 
     /**
-     * Adds a callback for a signal, called after those that were added before it.
+     * Adds a callback for a signal. Callbacks run in the order in which they were added.
      *
-     * @return false (logged) when the name is empty, the callback is null or there with that name already, or
+     * @return false (logged) if the name is empty, the callback is null or already registered for this signal, or
      *         the client is not initialised.
      */
     bool RegisterDBusSignalCB(const std::string& signal_name, DBusSignalCB callback, void* user_data);
@@ -68,15 +66,15 @@ public:
     /**
      * Removes a callback from a signal; a dispatch in progress still calls it.
      *
-     * @return false (logged) when the name is empty, the callback is null or not there with that name, or the
+     * @return false (logged) if the name is empty, the callback is null or not registered for this signal, or the
      *         client is not initialised.
      */
     bool UnregisterDBusSignalCB(const std::string& signal_name, DBusSignalCB callback);
 
-    /** Logs an error's code and message; the error may be null and stays the caller's. */
+    /** Logs an error's code and message; the error may be null, and the caller keeps it. */
     static void print_dbus_error(const GError* error);
 
-    /** The subscription's `GDBusSignalCallback`, given the client. Logs a signal that is not of type (s). */
+    /** `GDBusSignalCallback` with the client as user data. Logs and drops signals that are not of type (s). */
     static void signal_callback(GDBusConnection* connection, const gchar* sender_name,
                                 const gchar* object_path, const gchar* interface_name,
                                 const gchar* signal_name, GVariant* parameters, gpointer user_data);
@@ -102,8 +100,8 @@ private:
     GObjectHandle<GDBusConnection> connection;
     GObjectHandle<GDBusProxy> proxy;
     guint subscription_id = 0; // 0: none
-    gulong closed_handler = 0; // the same
-    // Guards the fields above; locked before the registry's, never in a dispatch.
+    gulong closed_handler = 0; // 0: none
+    // Guards the fields above. Locked before registry_mutex, never during a dispatch.
     std::recursive_mutex state_mutex;
     std::vector<Registration> registry;
     std::mutex registry_mutex;

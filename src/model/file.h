@@ -1,6 +1,5 @@
 /**
- * The C library's files, closed by their owner. C++'s file streams would bring its locales into the program, which are
- * larger than all the rest of it.
+ * Owned C library files. C++ file streams would link the C++ locales, which are larger than the rest of the program.
  */
 #pragma once
 
@@ -18,18 +17,18 @@ struct FileClose {
 using File = std::unique_ptr<std::FILE, FileClose>;
 
 /**
- * Opens a file without waiting: fopen(3) waits at a named pipe in its place until someone opens the other end.
+ * Opens a file without blocking, even if it is a named pipe, where fopen(3) waits for the other end.
  *
- * @param flags of open(2).
- * @param mode  of fopen(3), for the same access.
- * @return nothing when it cannot be opened, or is to be written and a pipe that nobody reads.
+ * @param flags flags of open(2).
+ * @param mode  the corresponding mode of fopen(3).
+ * @return null if the file cannot be opened, or is opened for writing and is a pipe without a reader.
  */
 inline File open_file(const std::string& path, int flags, const char* mode) {
     const int descriptor = open(path.c_str(), flags | O_NONBLOCK | O_CLOEXEC, 0666);
     return File{descriptor < 0 ? nullptr : fdopen(descriptor, mode)};
 }
 
-/** Opens the file that has this name alone: nothing when a link is in its place, symbolic or hard. */
+/** Opens a file as `open_file` does; returns null if it is a symlink or has several hard links. */
 inline File open_unlinked_file(const std::string& path, int flags, const char* mode) {
     File file = open_file(path, flags | O_NOFOLLOW, mode);
     struct stat status {};
@@ -39,11 +38,11 @@ inline File open_unlinked_file(const std::string& path, int flags, const char* m
 }
 
 /**
- * Replaces a file's content, or creates the file. A link in its place is replaced, never followed: the folder may
- * belong to an account with fewer rights. Nothing is written or logged when the file cannot be opened.
+ * Replaces a file's content, or creates the file. Replaces a link instead of following it, because a less privileged
+ * user may own the folder. Silently does nothing if the file cannot be opened.
  */
 inline void replace_content(const std::string& path, const std::string& content) {
-    // Without O_CREAT: the kernel may refuse it for another account's file in /tmp (fs.protected_regular).
+    // Without O_CREAT, which the kernel may refuse for another user's file in /tmp (fs.protected_regular).
     File file = open_unlinked_file(path, O_WRONLY, "w");
     if (!file) {
         struct stat status {};
@@ -56,9 +55,9 @@ inline void replace_content(const std::string& path, const std::string& content)
 }
 
 /**
- * Gives a file, which other applications read, to the device's owner account: user id 5001, group id 100.
+ * Changes a file's owner to the device's owner account (user 5001, group 100), so that other applications can read it.
  *
- * @return false when that fails, for example because the file is missing or a link.
+ * @return false on failure, for example if the file is missing or a link.
  */
 inline bool give_to_device_owner(const std::string& path) {
     constexpr uid_t owner_user = 5001;

@@ -39,7 +39,7 @@ std::string GetVersion() {
     }
     LOG_ERROR("FW ver[%s]", version.c_str());
 
-    // A device has one of the two, and it may not be there yet.
+    // Each device has one of these files, once a version is stored.
     give_to_device_owner("/opt/share/securestorage/data/aaba977f");
     give_to_device_owner("/mnt/drm/securestorage/data/aaba977f");
     return version;

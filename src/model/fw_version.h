@@ -1,19 +1,19 @@
-/** The version of the firmware on the radio module, as far as this device knows it. */
+/** Determines the version of the radio module's firmware. */
 #pragma once
 
 #include <string>
 
 /**
- * Resolves the radio firmware's version, and remembers it when it changed.
+ * Determines the radio firmware's version, and stores it if it changed.
  *
- * The version in the secure storage decides, unless the smart-home hub has firmware metadata: then the hub's
- * installed image decides. When nothing is stored, the sibling application's factory image does. A changed
- * version is stored and mirrored with `store_version`. The secure storage's files are given to the device's
- * owner every time.
+ * If no version is in the secure storage, it comes from the sibling application's factory image. Otherwise, if the
+ * smart-home hub has firmware metadata, it comes from the hub's image. Otherwise it is the stored version. A changed
+ * version is saved in the secure storage and with `store_version`. Every call gives the secure storage's files to the
+ * device's owner.
  *
- * @return three numbers joined by ".", or empty when the deciding image has none.
+ * @return three numbers joined by ".", or empty if the image contains no version.
  */
 std::string GetVersion();
 
-/** Writes the version to the sibling application's file "fw_version", owned by the device's owner. */
+/** Writes the version to the sibling application's file "fw_version", and gives the file to the device's owner. */
 void store_version(const std::string& version);

@@ -8,7 +8,7 @@
 
 namespace {
 
-// The image's last bytes: the version's three numbers, and five that mean nothing here.
+// The image's last bytes: the version's three numbers, then five unused bytes.
 using Trailer = std::array<char, 8>;
 
 std::string version_of(const Trailer& trailer) {
@@ -18,7 +18,7 @@ std::string version_of(const Trailer& trailer) {
     return number(0) + "." + number(1) + "." + number(2);
 }
 
-// Only the trailer is read, however large the image is.
+// Reads only the trailer, however large the image is.
 std::string read_version(const std::string& image_path) {
     const File image = open_file(image_path, O_RDONLY, "r");
     if (!image) {
@@ -37,7 +37,7 @@ std::string read_version(const std::string& image_path) {
 
 } // namespace
 
-// An instance reads, though it keeps nothing.
+// Kept as a member function: callers use an instance.
 // NOLINTNEXTLINE(readability-convert-member-functions-to-static)
 std::string FwVersionReader::GetVersion(const std::string& image_path) const {
     std::string version = read_version(image_path);

@@ -3,15 +3,15 @@
 
 #include <string>
 
-/** The reader of the version that stands in the last eight bytes of a firmware image. */
+/** Reads the version in the last eight bytes of a firmware image. */
 class FwVersionReader {
 public:
     /**
      * Reads an image's version.
      *
      * @param image_path the image file.
-     * @return three numbers of 0 to 255 joined by ".", or empty when the file cannot be opened or read
-     *         (logged) or is too short to have a version.
+     * @return three numbers from 0 to 255 joined by ".", or empty if the file cannot be opened or read (logged) or
+     *         is too short.
      */
     [[nodiscard]] std::string GetVersion(const std::string& image_path) const;
 };

@@ -43,13 +43,13 @@ void ncp_requester::stop() {
 }
 
 void ncp_requester::ncp_event_callback(const std::string& event_text, void* requester) {
-    // From a copy: a listener may remove itself or another.
+    // Iterate over a copy: a listener may remove itself or others.
     const auto current = static_cast<ncp_requester*>(requester)->listeners;
     for (const auto& [handler, user_data] : current)
         handler(event_text, user_data);
 }
 
-// A command whose reply is the result code alone. Its messages speak for the operation that calls it.
+// Sends a command whose reply is only a result code. Logs for the calling operation.
 bool ncp_requester::command(const char* method, std::optional<int> argument = {},
                             const char* operation = __builtin_FUNCTION()) {
     g_autoptr(GVariant) reply = nullptr;
@@ -82,7 +82,7 @@ bool ncp_requester::ember_get_rx_statistics(std::string& statistics) {
     return check_result(result);
 }
 
-// On success the reply is of the given type.
+// Checks that the reply has the given type.
 bool ncp_requester::call(const LogOrigin& operation, const char* method, GVariant* parameters,
                          const char* reply_type, GVariant*& reply) {
     LOG_ERROR_AT(operation, "%s", method);

@@ -1,4 +1,4 @@
-/** The application's whole view of the NCP host service: its radio test commands and its events. */
+/** The application's interface to the NCP host service: radio test commands and events. */
 #pragma once
 
 #include "CSingleton.h"
@@ -13,48 +13,47 @@
 /**
  * Sends the radio test commands and relays the service's signal "ncp_event" to the listeners.
  *
- * Each command is one D-Bus call that blocks the calling (main) thread for at most 120000 ms. It answers true
- * when the service replied with result code 0, and false (logged) when it replied with another code, with a
- * value of another type or with an error, or did not reply, and when the requester is not started. Nothing is
- * retried.
+ * Each command is one D-Bus call that blocks the calling (main) thread for up to 120000 ms. It returns true if the
+ * service replies with result code 0, and false (logged) on a different code, a reply of the wrong type, an error or
+ * a time-out, and if the requester is not started. Commands are not retried.
  */
 class ncp_requester : public CSingleton<ncp_requester> {
 public:
     ~ncp_requester() override = default;
 
-    /** Adds a listener, called with the text of every event; one that is there keeps its user data. */
+    /** Adds a listener for the text of every event; if already registered, it keeps its user data. */
     void register_callback(DBusSignalCB handler, void* user_data);
-    /** Removes a listener, if it is there. */
+    /** Removes a listener, if registered. */
     void unregister_callback(DBusSignalCB handler);
 
-    /** Connects to the bus, in at most 20 attempts 500 ms apart, and listens for events; logs failures. */
+    /** Connects to the bus (up to 20 attempts, 500 ms apart) and listens for events; logs failures. */
     void start();
-    /** Stops listening and leaves the bus; the listeners stay. */
+    /** Stops listening and disconnects from the bus; keeps the listeners. */
     void stop();
 
-    /** Starts the radio in a test mode: 0 TX test, 1 RX test. */
+    /** Starts the radio in a test mode: 0 for TX, 1 for RX. */
     bool ember_start(int test_mode);
-    /** Ends the test. */
+    /** Stops the test. */
     bool ember_stop();
-    /** Sets the radio channel; Zigbee's are 11 to 26, and the service judges. */
+    /** Sets the radio channel, 11 to 26; the service checks the range. */
     bool ember_set_channel(int channel);
-    /** Sets the transmit power, 0 to 20; the service judges. */
+    /** Sets the transmit power, 0 to 20; the service checks the range. */
     bool ember_set_power(int power);
     /** Starts the continuous test stream. */
     bool ember_start_stream();
     /** Stops the test stream. */
     bool ember_stop_stream();
     /**
-     * Asks for the reception statistics.
+     * Gets the reception statistics.
      *
-     * @param statistics replaced by the service's text, also when its result code is not 0; its first word is
-     *                   the number of received packets.
+     * @param statistics receives the service's text, even if its result code is not 0; its first word is the number
+     *                   of received packets.
      */
     bool ember_get_rx_statistics(std::string& statistics);
-    /** Sets the reception statistics back to zero. */
+    /** Resets the reception statistics. */
     bool ember_reset_rx_statistics();
 
-    /** Judges a result code of the service: 0 is success. */
+    /** Logs a result code of the service; returns true if it is 0, success. */
     static bool check_result(int result);
 
 private:

@@ -22,7 +22,7 @@ const std::string program_folder = "/opt/usr/apps/com.kelsor.tv.brimhub/bin/";
 std::string get_cpcd_conf_name(const std::string& version) {
     if (version.empty())
         return slow_configuration;
-    // Without a dot, rfind's npos + 1 is 0: the whole text.
+    // Without a dot, npos + 1 is 0, which selects the entire text.
     const std::string last_number = version.substr(version.rfind('.') + 1);
     try {
         const int minor = std::stoi(last_number);

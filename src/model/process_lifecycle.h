@@ -1,27 +1,26 @@
-/** The radio host stack of the sibling application: choosing its configuration and bringing it up. */
+/** Configures and starts the sibling application's radio host stack. */
 #pragma once
 
 #include <string>
 
 /**
- * Chooses the `cpcd` configuration of the serial speed that the radio firmware speaks, by its last number.
+ * Selects the `cpcd` configuration for the serial speed of the radio firmware.
  *
  * @param version three numbers joined by "."; may be empty.
- * @return "cpcd_921600.conf" when the text after the last dot begins with a number of 9 or more, else
- *         "cpcd_115200.conf", also when there is no number or it is out of range (logged).
+ * @return "cpcd_921600.conf" if the text after the last dot begins with a number of at least 9, else
+ *         "cpcd_115200.conf"; an invalid number is logged.
  */
 std::string get_cpcd_conf_name(const std::string& version);
 
-/** Stops the radio stack and asks the application's main loop to quit. */
+/** Stops the radio stack and the application's main loop. */
 void req_terminate_main_loop();
 
 /**
- * Starts `cpcd`, `socat` and `zigbeed`: waits for the radio module's serial device first, and for the relay's
- * terminal link before `zigbeed`. An old stack is to be stopped before.
+ * Waits for the radio's serial device, starts `cpcd` and `socat`, waits for the relay's link and starts `zigbeed`.
+ * Stop an old stack first.
  *
- * @return 1 when all three were started, 0 when the relay link did not appear within 3 s; then `cpcd` and
- *         `socat` are left running.
- * @throw std::runtime_error "wait condition error" when the serial device did not appear within 3 s; the
- *        failure report is written, the stack stopped and the main loop asked to quit.
+ * @return 1 if all three were started; 0 if the link does not appear within 3 s, with `cpcd` and `socat` left running.
+ * @throw std::runtime_error "wait condition error" if the serial device does not appear within 3 s, after writing the
+ *        failure report and stopping the stack and the main loop.
  */
 int prepare_background_app();

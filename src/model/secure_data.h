@@ -3,12 +3,12 @@
 
 #include <string>
 
-/** Texts in the secure storage, by key, readable by this application alone. */
+/** Strings in the secure storage, by key, readable only by this application. */
 class SecureData {
 public:
-    /** The stored text; empty when there is none or it cannot be read (the platform's status is logged). */
+    /** Returns the stored string, or an empty one if there is none or it cannot be read; logs the platform's status. */
     static std::string LoadStringData(const std::string& key);
 
-    /** Stores a text with its terminating NUL, replacing an older one; the platform's status is logged. */
+    /** Stores a string with its terminating NUL, replacing an old one; logs the platform's status. */
     static void StoreStringData(const std::string& key, const std::string& value);
 };

@@ -32,7 +32,7 @@ struct PipeClose {
     void operator()(FILE* pipe) const { pclose(pipe); }
 };
 
-// The command's whole output; empty when it cannot be run.
+// Returns the command's output; empty if it cannot run.
 std::string read_command(const std::string& command_line) {
     const std::unique_ptr<FILE, PipeClose> pipe(popen(command_line.c_str(), "r"));
     std::string output;
@@ -42,11 +42,9 @@ std::string read_command(const std::string& command_line) {
     return output;
 }
 
-// Collects the children that have ended, without waiting for any. Where the shell replaces itself by the
-// command, a stack program is this process's own child, and pgrep counts a killed one until it is collected;
-// the main loop, which collects ended children of itself, stands still meanwhile. Like that loop it takes
-// every ended child: nobody else waits for one at this point, since all commands of this file run on the one
-// thread, each to its end.
+// Reaps terminated children without blocking. If the shell execs the command, the radio programs are this process's
+// own children, and pgrep counts a killed one until it is reaped; the main loop, which normally reaps children, is
+// blocked meanwhile. Reaping all children is safe: this file's commands run one after another on the same thread.
 void collect_ended_children() {
     while (waitpid(-1, nullptr, WNOHANG) > 0) {
     }

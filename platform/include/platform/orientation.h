@@ -1,12 +1,12 @@
-/** The writing direction of the user interface. */
+/** The layout direction of the user interface. */
 #pragma once
 
 /**
- * Tells whether the user interface is mirrored, that is laid out from right to left.
+ * Returns whether the user interface is mirrored (laid out from right to left).
  *
- * The setting "db/menu_widget/mirrored" (true or false) decides when it is present, else the writing
- * direction of the language in "db/menu_widget/language", else the interface is not mirrored.
+ * The setting "db/menu_widget/mirrored" (true or false) takes precedence over the direction of the language in
+ * "db/menu_widget/language". Without both, the interface is not mirrored.
  *
- * @return non-zero when mirrored, 0 when not.
+ * @return non-zero if mirrored, else 0.
  */
 int ua_UI_orientation_get();

@@ -1,13 +1,14 @@
 /**
- * The platform's secure storage: small records, each opened only with the credential that wrote it.
+ * The platform's secure storage: small records, readable only with the credential that wrote them.
  *
- * On an ordinary Linux machine the records are kept in "/opt/share/securestorage/data/aaba977f" (mode 0600, replaced
- * atomically, its owner kept), encrypted and authenticated under a key derived from the credential and the machine's
- * identity (/etc/machine-id, else /var/lib/dbus/machine-id). The credential is in the program and the identity in a
- * file that everyone may read, so this finds damage, and keeps a store that was copied to another machine from being
- * read there. It does not protect against who can read the store on this machine: that is what its mode is for.
- * A machine without an identity has no secure storage: reading and writing answer `storage_failed`, and so they do
- * when a part of the store's path is a link, except one of root's to a folder that root alone owns and may write.
+ * On a Linux PC the store is the file "/opt/share/securestorage/data/aaba977f" (mode 0600, replaced atomically, owner
+ * kept). It is encrypted and authenticated with a key derived from the credential and the machine ID (/etc/machine-id,
+ * else /var/lib/dbus/machine-id). This detects damage and makes a copy unreadable on another machine. It does not
+ * protect against a user who can read the store on this machine, since the program contains the credential and the
+ * machine ID is world-readable; the file mode does.
+ *
+ * Reading and writing return `storage_failed` without a machine ID, and if the store's path contains a symlink, unless
+ * root owns both the link and its target folder and nobody else can write that folder.
  */
 #pragma once
 
@@ -17,31 +18,30 @@
 
 namespace platform {
 
-/** The application's right to its records, filled by `ss_init_credential`. */
+/** The application's access to its records, set by `ss_init_credential`. */
 struct SecureStorageCredential {
-    std::array<std::uint32_t, 5> words{}; /**< its 20 bytes */
-    int kind = 0;                         /**< 1, an application's own */
-    int flags = 0;                        /**< 0 */
+    std::array<std::uint32_t, 5> words{}; /**< the 20 bytes */
+    int kind = 0;                         /**< 1: an application's own credential */
+    int flags = 0;                        /**< always 0 */
 };
 
-/** Results of the secure storage; everything but `ok` is a failure and leaves outputs unwritten. */
+/** Results of the secure storage. Failures leave outputs unchanged. */
 enum SecureStorageResult : int {
     ok = 0,
-    invalid_argument =
-        -1,              /**< a null pointer, a key, length, kind, flag or option that is not as described */
-    no_such_record = -2, /**< there is no store or no record of that key */
-    not_authentic = -3,  /**< wrong credential, other machine, cut or altered data */
-    storage_failed = -4, /**< the store could not be read or written */
+    invalid_argument = -1, /**< a null pointer, or an invalid key, length, kind, flag or option */
+    no_such_record = -2,   /**< there is no store, or no record with this key */
+    not_authentic = -3,    /**< wrong credential or machine, or damaged data */
+    storage_failed = -4,   /**< the store cannot be read or written */
 };
 
 } // namespace platform
 
 /**
- * Fills a credential from the application's 20-byte credential.
+ * Sets a credential from the application's 20 bytes.
  *
- * @param credential the credential to fill; not null.
+ * @param credential the credential to set; not null.
  * @param word0,word1,word2,word3,word4 the 20 bytes as five 32-bit words.
- * @param kind  1, an application's own credential.
+ * @param kind  1: an application's own credential.
  * @param flags 0.
  * @return `ok` or `invalid_argument`.
  */
@@ -52,33 +52,32 @@ int ss_init_credential(platform::SecureStorageCredential* credential, std::uint3
 /**
  * Reads a record.
  *
- * @param data       receives the record's bytes, which the caller releases with `ss_free_buffer`.
- * @param length     receives their number.
+ * @param data       receives the record's bytes, to be released with `ss_free_buffer`.
+ * @param length     receives the number of bytes.
  * @param reserved1,reserved2 0.
  * @param key        the record's name, 1 to 255 bytes.
  * @param credential the credential that wrote the record.
- * @param option     0x4001, the application's private record.
+ * @param option     0x4001: the application's private record.
  * @return `ok`, `invalid_argument`, `no_such_record`, `not_authentic` or `storage_failed`.
  */
 int ss_read(char** data, std::size_t* length, int reserved1, int reserved2, const char* key,
             const platform::SecureStorageCredential* credential, int option);
 
 /**
- * Writes a record, replacing an older one of the same key and credential. After a crash at any moment the
- * store holds the old or the new record; of two processes writing at once both records are kept.
+ * Writes a record, replacing an old one with the same key and credential. After a crash, the store contains either the
+ * old or the new record. If two processes write at once, both records are kept.
  *
- * A store that cannot be read as a whole (cut or altered) is set aside as "aaba977f.damaged" in the same
- * folder and a new one begun, so that a device heals by itself; a record that cannot be read is replaced.
+ * A damaged store is replaced with a new one, and a record that cannot be read is replaced.
  *
  * @param data,length the record's bytes, at most 1 MiB; not null.
  * @param reserved1,reserved2 0.
  * @param key        the record's name, 1 to 255 bytes.
- * @param credential the credential that may read the record.
- * @param option     0x4001, the application's private record.
+ * @param credential the credential needed to read the record.
+ * @param option     0x4001: the application's private record.
  * @return `ok`, `invalid_argument` or `storage_failed`.
  */
 int ss_write(const char* data, std::size_t length, int reserved1, int reserved2, const char* key,
              const platform::SecureStorageCredential* credential, int option);
 
-/** Releases the bytes that `ss_read` gave; null is allowed. */
+/** Releases bytes from `ss_read`; null is allowed. */
 void ss_free_buffer(char* data);

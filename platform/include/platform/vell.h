@@ -1,14 +1,13 @@
 /**
  * The television's widget toolkit.
  *
- * Every handle is an Elementary object in the toolkit's theme, so plain Elementary calls work on it. Sizes
- * are pixels, made from layout units with `elm_vell_unit_to_pixel`; a unit is 1/240 of the window's width or
- * 1/135 of its height, whichever is smaller, and the page stands in the window's middle. A call on a null
- * handle, or on a handle that another family made, does nothing.
+ * Every handle is an Elementary object in the toolkit's theme, so plain Elementary calls work on it. Sizes are in
+ * pixels; convert layout units with `elm_vell_unit_to_pixel`. A unit is 1/240 of the window's width or 1/135 of its
+ * height, whichever is smaller, and the page is centred in the window. A call has no effect on a null handle or on a
+ * widget of the wrong type.
  *
- * An item appended to a layout is shown when the layout is next rendered: at `elm_vell_root_layout_render`,
- * later at the end of the current turn of the main loop. A show callback connected after the append therefore
- * is called.
+ * An item appended to a layout is shown at the next rendering: in `elm_vell_root_layout_render`, and after that at the
+ * end of the current main-loop iteration. Show callbacks may therefore be connected after the append.
  */
 #pragma once
 
@@ -18,64 +17,64 @@
  * ------------------------------------------------------------------------------------------------------ */
 
 /**
- * Readies the toolkit for a window: its theme, its unit and the window's size.
+ * Initialises the toolkit for a window: loads the theme and sets the layout unit and the window's size.
  *
- * The window gets the whole screen, or the size in the setting "screen/size" (for example "1280x720").
+ * The window is full-screen, or has the size in the setting "screen/size" (for example "1280x720").
  *
  * @param window the application's window.
- * @return true when the theme was loaded.
+ * @return true if the theme was loaded.
  */
 bool elm_vell_manager_init(Evas_Object* window);
 
-/** Releases what `elm_vell_manager_init` took. Calls after the first do nothing. */
+/** Releases the resources of `elm_vell_manager_init`. Further calls have no effect. */
 void elm_vell_manager_fini();
 
-/** Pixels of a length in layout units, rounded to the nearest. */
+/** Converts layout units to pixels, rounded to the nearest. */
 int elm_vell_unit_to_pixel(double units);
 
 /* Any widget
  * ---------------------------------------------------------------------------------------------------- */
 
-/** Sets the least size in pixels that a layout gives the widget. */
+/** Sets the widget's minimum size in pixels. */
 void elm_vell_object_size_min_set(Evas_Object* object, int width, int height);
 
 /**
  * Sets how a layout sizes the widget in each direction.
  *
- * @param horizontal,vertical 1 keeps the size it was appended with, 3 fits its content, 4 fills the parent.
+ * @param horizontal,vertical 1 keeps the appended size, 3 fits the content, 4 fills the parent.
  */
 void elm_vell_object_resize_policy_set(Evas_Object* object, int horizontal, int vertical);
 
-/** Sets the widget's share of the space that items filling the parent divide among themselves; 1.0 at first. */
+/** Sets the widget's share of the space divided among items that fill the parent; initially 1.0. */
 void elm_vell_object_weight_set(Evas_Object* object, double weight);
 
 /* Background
  * ---------------------------------------------------------------------------------------------------- */
 
-/** Makes the background of a window; null when it cannot be made. */
+/** Creates the background of a window; returns null on failure. */
 Evas_Object* elm_vell_bg_add(Evas_Object* window);
 
-/** Hides (0) the background's grid of layout units, a designer's aid of the television's; there is none to show here. */
+/** Hides (0) the television's layout grid, an aid for designers. This implementation has no grid to show. */
 void elm_vell_bg_grid_show(Evas_Object* background, int shown);
 
 /* Layout
  * -------------------------------------------------------------------------------------------------------- */
 
-/** Makes a layout; null when it cannot be made. */
+/** Creates a layout; returns null on failure. */
 Evas_Object* elm_vell_layout_add(Evas_Object* parent);
 
-/** Marks (1) the layout as the root of its window: its items share 240 x 135 units in its middle. */
+/** Sets (1) the layout as the root of its window; its items share the 240 x 135 units of the page. */
 void elm_vell_root_layout_set(Evas_Object* layout, int root);
 
-/** Lays the root layout and all below it out at once and shows what was appended. */
+/** Lays out the root layout and its descendants at once, and shows appended items. */
 void elm_vell_root_layout_render(Evas_Object* layout);
 
-/** Sets how items are placed: 1 stacks downwards, 2 runs in reading order, 3 is filled by its one child. */
+/** Sets how items are placed: 1 stacked downwards, 2 in reading order, 3 a single child that fills the layout. */
 void elm_vell_layout_type_set(Evas_Object* layout, int type);
 
 /**
- * Sets where in its free space a layout puts its items: a 3 x 3 grid in reading order, 1 top-left to 9
- * bottom-right. Mirrored layouts exchange left and right. A widget without items keeps its place.
+ * Sets the alignment of a layout's items in its free space: a 3 x 3 grid in reading order, from 1 (top left) to 9
+ * (bottom right). Mirrored layouts swap left and right. No effect on a widget without items.
  */
 void elm_vell_layout_align_set(Evas_Object* object, int align);
 
@@ -85,87 +84,87 @@ void elm_vell_layout_item_gap_set(Evas_Object* layout, int gap);
 /** Sets the space in pixels between the layout's edges and its items. */
 void elm_vell_layout_padding_set(Evas_Object* layout, int left, int right, int top, int bottom);
 
-/** Sets the layout's background, "#RRGGBBAA" or a colour class of the theme such as "CC_BG210". */
+/** Sets the layout's background colour: "#RRGGBBAA" or a colour class of the theme, such as "CC_BG210". */
 void elm_vell_layout_bg_color_set(Evas_Object* layout, const char* color);
 
 /** Appends a widget to a layout with a size in pixels. */
 void elm_vell_layout_item_append(Evas_Object* layout, Evas_Object* item, int width, int height);
 
-/** Deletes every item of a layout. */
+/** Deletes all items of a layout. */
 void elm_vell_layout_clear(Evas_Object* layout);
 
 /* Header
  * -------------------------------------------------------------------------------------------------------- */
 
-/** Makes a page header; null when it cannot be made. */
+/** Creates a page header; returns null on failure. */
 Evas_Object* elm_vell_header_add(Evas_Object* parent);
 
-/** Sets the header's style; 1 is the one of a page with a row of tabs. */
+/** Sets the header's style; 1 is for a page with a row of tabs. */
 void elm_vell_header_style_set(Evas_Object* header, int style);
 
-/** Draws (true) or leaves out (false) the plate behind the header. */
+/** Shows (true) or hides (false) the plate behind the header. */
 void elm_vell_header_uiplate_enable(Evas_Object* header, bool enabled);
 
 /** Sets the header's title. */
 void elm_vell_header_text_set(Evas_Object* header, const char* text);
 
-/** Puts a layout at the end of the header's row; it keeps the size of its geometry. */
+/** Sets a layout, in its current size, as the content at the end of the header's row. */
 void elm_vell_header_content_set(Evas_Object* header, Evas_Object* content);
 
-/** Puts a layout of tab buttons in the header's middle; the tab pressed last is marked as chosen. */
+/** Sets a layout of tab buttons as the content in the header's middle; marks the tab pressed last as selected. */
 void elm_vell_subheader_content_set(Evas_Object* header, Evas_Object* content);
 
 /* Textbox
  * ------------------------------------------------------------------------------------------------------- */
 
-/** Makes a textbox of one line, which ends in an ellipsis when it is too long; null when it cannot be made. */
+/** Creates a one-line textbox, which truncates long text with an ellipsis; returns null on failure. */
 Evas_Object* elm_vell_textbox_add(Evas_Object* parent);
 
-/** Sets the text; it is shown as it stands, without markup. */
+/** Sets the text, which is displayed literally, without markup. */
 void elm_vell_textbox_text_set(Evas_Object* textbox, const char* text);
 
 /** Sets the text's opacity, 0 to 100 percent. */
 void elm_vell_textbox_text_opacity_set(Evas_Object* textbox, int percent);
 
-/** Sets a style property of the text; "color" takes "#RRGGBBAA". Others are logged and left out. */
+/** Sets a style property of the text; "color" takes "#RRGGBBAA". Unknown properties are logged and ignored. */
 void elm_vell_textbox_style_property_set(Evas_Object* textbox, const char* property, const char* value);
 
 /* Button
  * -------------------------------------------------------------------------------------------------------- */
 
 /**
- * Makes a button; null when it cannot be made.
+ * Creates a button; returns null on failure.
  *
- * Emits "pressed" exactly once for each activation, by Return, KP_Enter, the mouse or an accessibility action.
+ * Emits "pressed" exactly once per activation by Return, KP_Enter, the mouse or an accessibility action.
  */
 Evas_Object* elm_vell_button_add(Evas_Object* parent);
 
 /** Sets the button's style and sub-style; (0, 0) is the plain text button. */
 void elm_vell_button_style_set(Evas_Object* button, int style, int substyle);
 
-/** Sets the button's text; it is shown as it stands, without markup. */
+/** Sets the button's text, which is displayed literally, without markup. */
 void elm_vell_button_text_set(Evas_Object* button, const char* text);
 
-/** The text last set, owned by the button; the empty string when none was set or the button is null. */
+/** Returns the text, owned by the button; empty if none was set or the button is null. */
 const char* elm_vell_button_text_get(const Evas_Object* button);
 
-/** Sets the size of the button's text in percent of the theme's small text; 100 at first. */
+/** Sets the button's text size in percent of the theme's small text; initially 100. */
 void elm_vell_button_zoom_set(Evas_Object* button, int percent);
 
 /* Spinner
  * ------------------------------------------------------------------------------------------------------- */
 
 /**
- * Makes a number picker; null when it cannot be made.
+ * Creates a number picker; returns null on failure.
  *
- * It holds the focus itself. Up and Right step the value up, Down and Left down (Left and Right change places
- * when mirrored), and it stops at the limits. Every other key changes nothing. Key-down callbacks set on it
- * see every key press, with the value that the screen shows. With the mouse, its arrows and the wheel step,
- * and a press on the number is Return.
+ * The picker itself holds the focus. Up and Right increase the value, Down and Left decrease it (Left and Right are
+ * swapped when mirrored); it stops at the limits. Other keys do not change it. Key-down callbacks on the picker receive
+ * every key press, with the displayed value. The mouse wheel and clicks on the arrows step the value; a click on the
+ * number acts as Return.
  */
 Evas_Object* elm_vell_spinner_add(Evas_Object* parent);
 
-/** The Elementary spinner inside, for its limits, step and value; null when there is none. */
+/** Returns the inner Elementary spinner, for its limits, step and value, or null. */
 Evas_Object* elm_vell_spinner_native_get(Evas_Object* spinner);
 
 /* Popup
@@ -173,24 +172,24 @@ Evas_Object* elm_vell_spinner_native_get(Evas_Object* spinner);
  */
 
 /**
- * Makes a popup over the whole window; null when it cannot be made.
+ * Creates a modal popup for the window; returns null on failure.
  *
- * Showing it shows its content anew, so show callbacks of its content decide its focus every time; hiding it
- * gives the focus back to the widget that held it.
+ * Each time the popup is shown, its content is shown again, so show callbacks can set the focus. When the popup is
+ * hidden, the focus returns to the widget that had it.
  */
 Evas_Object* elm_vell_popup_add(Evas_Object* parent);
 
-/** Sets the popup's style; 0 is the plain one with a title. */
+/** Sets the popup's style; 0 is plain, with a title. */
 void elm_vell_popup_style_set(Evas_Object* popup, int style);
 
 /** Sets the popup's title. */
 void elm_vell_popup_title_set(Evas_Object* popup, const char* text);
 
-/** Sets the popup's message, shown as it stands, and the width in pixels at which it wraps. */
+/** Sets the popup's message, displayed literally, and its wrap width in pixels. */
 void elm_vell_popup_message_set(Evas_Object* popup, const char* text, int width);
 
 /** Sets a layout as the popup's content, with its size in pixels. */
 void elm_vell_popup_content_set(Evas_Object* popup, Evas_Object* content, int width, int height);
 
-/** Puts a button into a place of the popup's button row; slot 0 is the next free one. */
+/** Adds a button to the popup's button row; slot 0 is the next free one. */
 void elm_vell_popup_button_set(Evas_Object* popup, Evas_Object* button, int slot);
