@@ -19,15 +19,10 @@ struct FocusRing {
     Evas_Object* widget = nullptr; /**< what it is around; null once the widget is gone */
 };
 
-Area area_of(const Evas_Object* object) {
-    Area area;
-    evas_object_geometry_get(object, &area.x, &area.y, &area.width, &area.height);
-    return area;
-}
-
 /** A widget's area, or that of the part of it that its theme names. */
 Area focus_area(const Evas_Object* widget) {
-    Area area = area_of(widget);
+    Area area;
+    evas_object_geometry_get(widget, &area.x, &area.y, &area.width, &area.height);
     const Evas_Object* const drawn = elm_layout_edje_get(widget);
     Area part;
     if (const char* const name = edje_object_data_get(drawn, "focus_part"))

@@ -40,8 +40,6 @@ void place_children(Evas_Object* evas_box, Evas_Object_Box_Data* box, void* data
 
 Evas_Object* items_box_add(Evas_Object* parent, PlaceItems place_items, LeastSize least_size) {
     Evas_Object* const box = elm_box_add(parent);
-    if (box == nullptr)
-        return nullptr;
     auto& items = attach<Items>(box);
     items.place_items = std::move(place_items);
     items.least_size = std::move(least_size);
@@ -52,6 +50,15 @@ Evas_Object* items_box_add(Evas_Object* parent, PlaceItems place_items, LeastSiz
 void items_box_append(Evas_Object* box, Widget& widget) {
     elm_box_pack_end(box, widget.object);
     widget.holder = box;
+}
+
+std::vector<Evas_Object*> items_in(const Evas_Object* box) {
+    std::vector<Evas_Object*> items;
+    Eina_List* const children = elm_box_children_get(box);
+    for (const Eina_List* node = children; node != nullptr; node = eina_list_next(node))
+        items.push_back(static_cast<Evas_Object*>(eina_list_data_get(node)));
+    eina_list_free(children);
+    return items;
 }
 
 void items_box_changed(Evas_Object* box) {
@@ -65,18 +72,14 @@ ItemRequest current_request(Evas_Object* item) {
         return {};
     ItemRequest request = Manager::instance().rescaled(widget->request);
     Size& content = request.content;
-    switch (widget->family) {
-    case Family::layout:
+    if (widget->family == Family::layout)
         content = layout_content_size(item);
-        break;
-    case Family::spinner: // its number is read from afar: the theme says how large it is at least
+    else
         evas_object_size_hint_min_get(item, &content.width, &content.height);
+    if (widget->family ==
+        Family::spinner) // its number is read from afar: the theme says how large it is at least
         request.minimum = {std::max(request.minimum.width, content.width),
                            std::max(request.minimum.height, content.height)};
-        break;
-    default:
-        evas_object_size_hint_min_get(item, &content.width, &content.height);
-    }
     return request;
 }
 

@@ -18,13 +18,15 @@ using PlaceItems = std::function<std::vector<Area>(const Area& box, std::span<Ev
 using LeastSize = std::function<Size(std::span<Evas_Object* const> items)>;
 
 /**
- * Makes an Elementary box inside `parent` that places its items with `place_items`; null when it cannot be
- * made. What holds the box is told `least_size`; without it the box asks for no space.
+ * Makes an Elementary box inside `parent` that places its items with `place_items`. What holds the box is told `least_size`; without it the box asks for no space.
  */
 Evas_Object* items_box_add(Evas_Object* parent, PlaceItems place_items, LeastSize least_size = nullptr);
 
 /** Puts a widget behind the box's items. */
 void items_box_append(Evas_Object* box, Widget& widget);
+
+/** The box's items, in its order. */
+std::vector<Evas_Object*> items_in(const Evas_Object* box);
 
 /** Has the box place its items anew before the next frame. */
 void items_box_changed(Evas_Object* box);

@@ -12,34 +12,19 @@ struct Extent {
     bool fills = false;
 };
 
-Extent extent(ResizePolicy policy, int given, int minimum, int content) {
-    switch (policy) {
-    case ResizePolicy::fill_parent:
-        return {minimum, true};
-    case ResizePolicy::fit_content:
-        return {std::max(content, minimum), false};
-    case ResizePolicy::keep:
-        break;
-    }
-    return {std::max(given, minimum), false};
-}
-
-Extent horizontal_extent(const ItemRequest& item) {
-    return extent(item.horizontal, item.given.width, item.minimum.width, item.content.width);
-}
-
-Extent vertical_extent(const ItemRequest& item) {
-    return extent(item.vertical, item.given.height, item.minimum.height, item.content.height);
+Extent extent(const ItemRequest& item, bool horizontal) {
+    const auto length = [horizontal](const Size& size) { return horizontal ? size.width : size.height; };
+    const ResizePolicy policy = horizontal ? item.horizontal : item.vertical;
+    if (policy == ResizePolicy::fill_parent)
+        return {length(item.minimum), true};
+    const Size& wanted = policy == ResizePolicy::fit_content ? item.content : item.given;
+    return {std::max(length(wanted), length(item.minimum)), false};
 }
 
 /** The extent in the direction in which the layout's items follow each other, and across it. */
-Extent along(LayoutType type, const ItemRequest& item) {
-    return type == LayoutType::row ? horizontal_extent(item) : vertical_extent(item);
-}
+Extent along(LayoutType type, const ItemRequest& item) { return extent(item, type == LayoutType::row); }
 
-Extent across(LayoutType type, const ItemRequest& item) {
-    return type == LayoutType::row ? vertical_extent(item) : horizontal_extent(item);
-}
+Extent across(LayoutType type, const ItemRequest& item) { return extent(item, type != LayoutType::row); }
 
 /** Column or row of an align code: 0 at the start, 1 in the middle, 2 at the end. */
 int column(int align) { return (std::clamp(align, 1, 9) - 1) % 3; }

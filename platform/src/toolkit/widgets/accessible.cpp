@@ -8,26 +8,9 @@
 #include <string_view>
 
 namespace vell {
-namespace {
-
-Efl_Access_Role elementary_role(Role role) {
-    switch (role) {
-    case Role::label:
-        return EFL_ACCESS_ROLE_LABEL;
-    case Role::heading:
-        return EFL_ACCESS_ROLE_HEADING;
-    case Role::dialog:
-        return EFL_ACCESS_ROLE_DIALOG;
-    case Role::spin_button:
-        return EFL_ACCESS_ROLE_SPIN_BUTTON;
-    }
-    return EFL_ACCESS_ROLE_UNKNOWN;
-}
-
-} // namespace
-
 void set_accessible_role(Evas_Object* widget, Role role) {
-    efl_access_object_role_set(widget, elementary_role(role));
+    efl_access_object_role_set(widget,
+                               role == Role::heading ? EFL_ACCESS_ROLE_HEADING : EFL_ACCESS_ROLE_LABEL);
 }
 
 void set_accessible_name(Evas_Object* widget, const char* name) {

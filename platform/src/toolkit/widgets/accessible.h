@@ -5,7 +5,7 @@
 
 namespace vell {
 
-enum class Role { label, heading, dialog, spin_button };
+enum class Role { label, heading };
 
 /** Gives the widget a role. */
 void set_accessible_role(Evas_Object* widget, Role role);

@@ -22,13 +22,9 @@ struct Header {
 /** The header's content ends where the page's content area ends: 15 units from the window's edge. */
 constexpr double side_margin_units = 15.0;
 
-Area centred_row(const Area& header, const Size& size) {
-    return {header.x + (header.width - size.width) / 2, header.y + (header.height - size.height) / 2,
-            size.width, size.height};
-}
-
 Area place_row(const Area& area, const Header& header, Evas_Object* row) {
-    Area place = centred_row(area, vell::current_request(row).given);
+    const auto [width, height] = vell::current_request(row).given;
+    Area place{area.x + (area.width - width) / 2, area.y + (area.height - height) / 2, width, height};
     if (row == header.content) {
         const int margin = vell::Manager::instance().rescaled(elm_vell_unit_to_pixel(side_margin_units));
         place.x = elm_config_mirrored_get() != EINA_FALSE ? area.x + margin

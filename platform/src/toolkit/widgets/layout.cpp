@@ -52,15 +52,8 @@ void change_arrangement(Evas_Object* object, Change change) {
 } // namespace
 
 std::vector<Evas_Object*> layout_items(const Evas_Object* layout) {
-    std::vector<Evas_Object*> items;
     const auto* const state = attached<Layout>(layout);
-    if (state == nullptr)
-        return items;
-    Eina_List* const children = elm_box_children_get(state->box);
-    for (const Eina_List* node = children; node != nullptr; node = eina_list_next(node))
-        items.push_back(static_cast<Evas_Object*>(eina_list_data_get(node)));
-    eina_list_free(children);
-    return items;
+    return state == nullptr ? std::vector<Evas_Object*>{} : items_in(state->box);
 }
 
 Size layout_content_size(const Evas_Object* layout) {

@@ -48,12 +48,8 @@ Popup::~Popup() {
 
 std::vector<Evas_Object*> items_of(const Popup& popup) {
     std::vector<Evas_Object*> items;
-    Eina_List* const contents = elm_box_children_get(popup.box);
-    for (const Eina_List* node = contents; node != nullptr; node = eina_list_next(node))
-        for (Evas_Object* const item :
-             vell::layout_items(static_cast<Evas_Object*>(eina_list_data_get(node))))
-            items.push_back(item);
-    eina_list_free(contents);
+    for (const Evas_Object* const content : vell::items_in(popup.box))
+        std::ranges::copy(vell::layout_items(content), std::back_inserter(items));
     std::ranges::copy_if(popup.buttons, std::back_inserter(items),
                          [](const Evas_Object* button) { return button != nullptr; });
     return items;

@@ -16,8 +16,6 @@ public:
     bool init(Evas_Object* window);
     void fini();
 
-    [[nodiscard]] Evas_Object* window() const { return window_; }
-
     /** Pixels of a layout unit at the size the window had when the toolkit was readied for it. */
     [[nodiscard]] double unit() const { return unit_; }
 
