@@ -4,7 +4,7 @@
 #define EFL_ACCESS_OBJECT_PROTECTED
 #define EFL_ACCESS_VALUE_PROTECTED
 
-#include "efl_1_26/toolkit/accessible_corrections.h"
+#include "efl_1_26/toolkit/accessible.h"
 #include "support/settings_folder.h"
 #include "support/toolkit_window.h"
 

@@ -1,5 +1,7 @@
-#include "efl_1_26/toolkit/focus_ring.h"
+#include "efl_1_26/toolkit/focus_moves.h"
 #include "efl_1_26/toolkit/spinner_corrections.h"
+#include "popup.h"
+#include "toolkit/layout_engine/items_box.h"
 #include "toolkit/press/press.h"
 #include "widget.h"
 
@@ -43,7 +45,7 @@ void step(Evas_Object* spinner, const std::string& arrow) {
     const double before = elm_spinner_value_get(spinner);
     elm_spinner_value_set(spinner, before + (up ? 1 : -1) * elm_spinner_step_get(spinner));
     if (elm_spinner_value_get(spinner) == before)
-        vell::bump_ring(elm_object_top_widget_get(spinner), arrow.c_str());
+        vell::bump_ring(spinner, arrow);
     show_limits(nullptr, spinner, nullptr);
 }
 
@@ -89,12 +91,13 @@ void on_spinner_show(void*, Evas*, Evas_Object* spinner, void*) { show_limits(nu
 
 Evas_Object* elm_vell_spinner_add(Evas_Object* parent) {
     Evas_Object* const spinner = parent == nullptr ? nullptr : elm_spinner_add(parent);
-    if (spinner == nullptr)
+    if (vell::adopt(spinner, vell::Family::spinner) == nullptr)
         return nullptr;
+    vell::attached<vell::Item>(spinner)->request.content_is_minimum = true; // its number is read from afar
     elm_spinner_editable_set(spinner, EINA_FALSE);
     elm_spinner_wrap_set(spinner, EINA_FALSE);
     elm_spinner_label_format_set(spinner, "%.0f");
-    vell::correct_spinner(spinner);
+    vell::correct_spinner(spinner, vell::is_in_front);
     elm_object_focus_allow_set(spinner, EINA_TRUE);
     evas_object_event_callback_priority_add(spinner, EVAS_CALLBACK_KEY_DOWN, EVAS_CALLBACK_PRIORITY_BEFORE,
                                             on_key, nullptr);
@@ -106,9 +109,9 @@ Evas_Object* elm_vell_spinner_add(Evas_Object* parent) {
     evas_object_event_callback_add(spinner, EVAS_CALLBACK_SHOW, on_spinner_show, nullptr);
     evas_object_smart_callback_add(spinner, "changed", show_limits, nullptr);
     evas_object_smart_callback_add(spinner, "theme,changed", show_limits, nullptr); // so does mirroring
-    return vell::adopt(spinner, vell::Family::spinner);
+    return spinner;
 }
 
 Evas_Object* elm_vell_spinner_native_get(Evas_Object* spinner) {
-    return vell::find(spinner, vell::Family::spinner) == nullptr ? nullptr : spinner;
+    return vell::is_a(vell::Family::spinner, spinner) ? spinner : nullptr;
 }

@@ -15,20 +15,20 @@ struct Extent {
 Extent extent(const ItemRequest& item, bool horizontal) {
     const auto length = [horizontal](const Size& size) { return horizontal ? size.width : size.height; };
     const ResizePolicy policy = horizontal ? item.horizontal : item.vertical;
+    const int minimum = std::max(length(item.minimum), item.content_is_minimum ? length(item.content) : 0);
     if (policy == ResizePolicy::fill_parent)
-        return {length(item.minimum), true};
+        return {minimum, true};
     const Size& wanted = policy == ResizePolicy::fit_content ? item.content : item.given;
-    return {std::max(length(wanted), length(item.minimum)), false};
+    return {std::max(length(wanted), minimum), false};
 }
 
 /** The extent in the direction in which the layout's items follow each other, and across it. */
 Extent along(LayoutType type, const ItemRequest& item) { return extent(item, type == LayoutType::row); }
-
 Extent across(LayoutType type, const ItemRequest& item) { return extent(item, type != LayoutType::row); }
 
 /** Column or row of an align code: 0 at the start, 1 in the middle, 2 at the end. */
-int column(int align) { return (std::clamp(align, 1, 9) - 1) % 3; }
-int row(int align) { return (std::clamp(align, 1, 9) - 1) / 3; }
+int column(int align) { return (align - 1) % 3; }
+int row(int align) { return (align - 1) / 3; }
 
 int aligned(int free_space, int position) { return free_space * position / 2; }
 
