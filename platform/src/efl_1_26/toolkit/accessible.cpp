@@ -1,5 +1,4 @@
-// Accessibility and overriding an operation of one object are declared as beta and protected in Elementary 1.26.
-#define EFL_BETA_API_SUPPORT
+// What assistive technology asks of a widget is declared as protected in Elementary 1.26.
 #define EFL_ACCESS_OBJECT_PROTECTED
 #define EFL_ACCESS_WIDGET_ACTION_PROTECTED
 
@@ -86,19 +85,10 @@ void allow_focus(Eo* button, void* /*data*/, Eina_Bool allowed) {
 
 } // namespace
 
-void set_accessible_role(Evas_Object* widget, Role role) {
-    efl_access_object_role_set(widget,
-                               role == Role::heading ? EFL_ACCESS_ROLE_HEADING : EFL_ACCESS_ROLE_LABEL);
-}
-
 void set_accessible_name(Evas_Object* widget, const char* name) {
     efl_access_object_i18n_name_set(widget, name);
     static std::array property = std::to_array("i18n_name");
     emit(widget, {EFL_ACCESS_OBJECT_EVENT_PROPERTY_CHANGED, property.data()});
-}
-
-void set_accessible_description(Evas_Object* widget, const char* description) {
-    efl_access_object_description_set(widget, description);
 }
 
 void label_accessible(Evas_Object* widget, Evas_Object* text) {
@@ -118,11 +108,9 @@ void correct_button(Evas_Object* button) {
     efl_object_override(button, &operations);
 }
 
-void set_accessible_state(Evas_Object* button, AccessibleState state, bool holds) {
-    const Efl_Access_State_Set type =
-        set_of(state == AccessibleState::busy ? EFL_ACCESS_STATE_TYPE_BUSY : EFL_ACCESS_STATE_TYPE_SELECTED);
-    change_states(button, [&held = attached<AccessibleStates>(button)->held, type, holds] {
-        held = holds ? held | type : held & ~type;
+void set_accessible_state(Evas_Object* button, Efl_Access_State_Type state, bool holds) {
+    change_states(button, [&held = attached<AccessibleStates>(button)->held, state, holds] {
+        held = holds ? held | set_of(state) : held & ~set_of(state);
     });
 }
 

@@ -3,26 +3,15 @@
 
 #include <Elementary.h>
 
+#include <efl_access_object.eo.h>
+
 namespace vell {
-
-enum class Role { label, heading };
-
-enum class AccessibleState {
-    busy,  /**< the user has to wait for the widget */
-    chosen /**< it is the chosen one of its row */
-};
-
-/** Gives the widget a role. */
-void set_accessible_role(Evas_Object* widget, Role role);
 
 /**
  * Gives the widget a name and says so, also when it had that name: Elementary 1.26 does for some widgets and not for
  * others. Null removes it.
  */
 void set_accessible_name(Evas_Object* widget, const char* name);
-
-/** Gives the widget a text that is read after its name; null removes it. */
-void set_accessible_description(Evas_Object* widget, const char* description);
 
 /** Has `text`, if its name ends in ": ", label the widget that follows it. */
 void label_accessible(Evas_Object* widget, Evas_Object* text);
@@ -34,7 +23,7 @@ void label_accessible(Evas_Object* widget, Evas_Object* text);
  */
 void correct_button(Evas_Object* button);
 
-/** Says that a state of a corrected button holds or no longer does; nothing when it is as it was. */
-void set_accessible_state(Evas_Object* button, AccessibleState state, bool holds);
+/** Says that a state, one of BUSY and SELECTED, of a corrected button holds or no longer does; nothing when it is as it was. */
+void set_accessible_state(Evas_Object* button, Efl_Access_State_Type state, bool holds);
 
 } // namespace vell

@@ -1,6 +1,3 @@
-// The focus manager of a window is declared as beta in Elementary 1.26.
-#define EFL_BETA_API_SUPPORT
-
 #include <Efl_Ui.h>
 
 #include "common/object_data.h"
@@ -30,7 +27,7 @@ bool is_beside(const Evas_Object* one, const Evas_Object* other) {
     int other_height = 0;
     evas_object_geometry_get(one, nullptr, &y, nullptr, &height);
     evas_object_geometry_get(other, nullptr, &other_y, nullptr, &other_height);
-    return other_y < y + height && y < other_y + other_height;
+    return eina_spans_intersect(y, height, other_y, other_height) != 0;
 }
 
 /** Where a key leads from the widget that has the focus, which is `next` if it is left to Elementary. The

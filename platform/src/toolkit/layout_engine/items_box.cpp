@@ -12,7 +12,9 @@ Size content_size_of(const Evas_Object* box);
 /** What an item asks for now: sizes at the window's present size, content measured. */
 ItemRequest current_request(Evas_Object* object) {
     const auto& item = *attached<Item>(object);
-    ItemRequest request = scale().rescaled(item.request);
+    ItemRequest request = item.request;
+    for (Size* const size : {&request.given, &request.minimum})
+        *size = {rescaled(size->width), rescaled(size->height)};
     if (item.contents != nullptr)
         request.content = content_size_of(item.contents);
     else
@@ -28,7 +30,10 @@ std::vector<ItemRequest> current_requests(const Evas_Object* box) {
 }
 
 Arrangement current_arrangement(const Evas_Object* box) {
-    Arrangement arrangement = scale().rescaled(attached<ItemsBox>(box)->arrangement);
+    Arrangement arrangement = attached<ItemsBox>(box)->arrangement;
+    auto& [left, right, top, bottom] = arrangement.padding;
+    for (int* const length : {&arrangement.gap, &left, &right, &top, &bottom})
+        *length = rescaled(*length);
     arrangement.mirrored = elm_config_mirrored_get() != EINA_FALSE;
     return arrangement;
 }
@@ -46,8 +51,8 @@ void place_items(Evas_Object* evas_box, Evas_Object_Box_Data*, void* data) {
     }
     Area area;
     evas_object_geometry_get(evas_box, &area.x, &area.y, &area.width, &area.height);
-    const auto areas = place(placing.is_page ? scale().page_area(area) : area, current_arrangement(box),
-                             current_requests(box));
+    const auto areas =
+        place(placing.is_page ? page_area(area) : area, current_arrangement(box), current_requests(box));
     auto place = areas.begin();
     for (Evas_Object* const item : items_in(box)) {
         evas_object_geometry_set(item, place->x, place->y, place->width, place->height);
@@ -81,9 +86,13 @@ void items_box_insert(Evas_Object* box, Evas_Object* item, std::size_t place) {
     waiting().emplace_back(item);
 }
 
-std::vector<Evas_Object*> items_in(const Evas_Object* box) {
+std::vector<Evas_Object*> items_in(const Evas_Object* holder) {
+    const auto* const item = attached<Item>(holder);
+    const Evas_Object* const box = item == nullptr ? holder : item->contents;
     std::vector<Evas_Object*> items;
-    Eina_List* const children = box == nullptr ? nullptr : elm_box_children_get(box);
+    if (attached<ItemsBox>(box) == nullptr)
+        return items;
+    Eina_List* const children = elm_box_children_get(box);
     for (const Eina_List* node = children; node != nullptr; node = eina_list_next(node))
         items.push_back(static_cast<Evas_Object*>(eina_list_data_get(node)));
     eina_list_free(children);

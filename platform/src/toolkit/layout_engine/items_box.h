@@ -36,8 +36,8 @@ Evas_Object* items_box_add(Evas_Object* parent, const ItemsBox& placing = {});
  */
 void items_box_insert(Evas_Object* box, Evas_Object* item, std::size_t place = SIZE_MAX);
 
-/** The items of a box, in its order; none when `box` is null. */
-std::vector<Evas_Object*> items_in(const Evas_Object* box);
+/** The items of a box, or of an item that has one, in the box's order; none of anything else and of null. */
+std::vector<Evas_Object*> items_in(const Evas_Object* holder);
 
 /** Has the box place its items again before the next frame. */
 void items_box_changed(Evas_Object* box);

@@ -20,24 +20,12 @@ double unit_in(const Size& window) {
     return std::min(window.width / page_units_across, window.height / page_units_down);
 }
 
-int Scale::rescaled(int pixels) const { return static_cast<int>(std::lround(pixels * ratio)); }
+int rescaled(int pixels) { return static_cast<int>(std::lround(pixels * scale().ratio)); }
 
-ItemRequest Scale::rescaled(ItemRequest request) const {
-    for (Size* const size : {&request.given, &request.minimum})
-        *size = {rescaled(size->width), rescaled(size->height)};
-    return request;
-}
-
-Arrangement Scale::rescaled(Arrangement arrangement) const {
-    auto& [left, right, top, bottom] = arrangement.padding;
-    for (int* const length : {&arrangement.gap, &left, &right, &top, &bottom})
-        *length = rescaled(*length);
-    return arrangement;
-}
-
-Area Scale::page_area(const Area& window) const {
-    const int width = static_cast<int>(std::lround(page_units_across * unit * ratio));
-    const int height = static_cast<int>(std::lround(page_units_down * unit * ratio));
+Area page_area(const Area& window) {
+    const double unit = unit_in({window.width, window.height});
+    const int width = static_cast<int>(std::lround(page_units_across * unit));
+    const int height = static_cast<int>(std::lround(page_units_down * unit));
     return {window.x + (window.width - width) / 2, window.y + (window.height - height) / 2, width, height};
 }
 

@@ -5,23 +5,20 @@
 
 namespace vell {
 
+/** Of the toolkit's window. */
 struct Scale {
     double unit = 8.0;  /**< pixels of a layout unit when the toolkit was initialized */
     double ratio = 1.0; /**< of a layout unit at the window's present size to that */
-
-    /** A size in pixels, made from units earlier, at the window's present size. */
-    [[nodiscard]] int rescaled(int pixels) const;
-    [[nodiscard]] ItemRequest rescaled(ItemRequest request) const;
-    [[nodiscard]] Arrangement rescaled(Arrangement arrangement) const;
-
-    /** The page's area: 240 x 135 units in the middle of the window's area. */
-    [[nodiscard]] Area page_area(const Area& window) const;
 };
-
-/** The scale of the toolkit's window. */
 Scale& scale();
 
 /** Pixels of a layout unit in a window of this size: a page of 16:9 fits into it. */
 double unit_in(const Size& window);
+
+/** A size in pixels, made from units earlier, at the window's present size. */
+int rescaled(int pixels);
+
+/** The page's area: 240 x 135 units in the middle of the window's area. */
+Area page_area(const Area& window);
 
 } // namespace vell

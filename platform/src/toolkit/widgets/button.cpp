@@ -1,5 +1,3 @@
-#include "button.h"
-
 #include "common/object_data.h"
 #include "efl_1_26/toolkit/accessible.h"
 #include "popup.h"
@@ -26,7 +24,7 @@ void set_work(Evas_Object* button, Work work) {
                                                  "vell,state,running"};
     vell::attached<Button>(button)->work = work;
     elm_layout_signal_emit(button, signals.at(static_cast<std::size_t>(work)), "vell");
-    vell::set_accessible_state(button, vell::AccessibleState::busy, work == Work::waiting);
+    vell::set_accessible_state(button, EFL_ACCESS_STATE_TYPE_BUSY, work == Work::waiting);
 }
 
 /** The button whose press bars others runs something, until its press frees them. */
@@ -73,15 +71,6 @@ void on_clicked(void*, Evas_Object* object, void*) {
 
 } // namespace
 
-namespace vell {
-
-void mark_chosen(Evas_Object* button, bool chosen) {
-    elm_layout_signal_emit(button, chosen ? "vell,state,chosen" : "vell,state,unchosen", "vell");
-    set_accessible_state(button, AccessibleState::chosen, chosen);
-}
-
-} // namespace vell
-
 Evas_Object* elm_vell_button_add(Evas_Object* parent) {
     Evas_Object* const object = parent == nullptr ? nullptr : elm_button_add(parent);
     if (object == nullptr)
@@ -94,11 +83,7 @@ Evas_Object* elm_vell_button_add(Evas_Object* parent) {
     return vell::adopt(object, vell::Family::button);
 }
 
-void elm_vell_button_style_set(Evas_Object* button, int style, int substyle) {
-    // (0, 0) is the one style there is: Elementary's default in the toolkit's theme.
-    if (vell::is_a(vell::Family::button, button) && style == 0 && substyle == 0)
-        elm_object_style_set(button, "default");
-}
+void elm_vell_button_style_set(Evas_Object* /*button*/, int /*style*/, int /*substyle*/) {} // one is drawn
 
 void elm_vell_button_text_set(Evas_Object* button, const char* text) {
     auto* const state = vell::attached<Button>(button);

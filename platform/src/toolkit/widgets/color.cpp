@@ -5,8 +5,9 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstdint>
 #include <optional>
-#include <string_view>
+#include <string>
 
 namespace vell {
 namespace {
@@ -14,19 +15,16 @@ namespace {
 /** Red, green, blue and opacity, 0 to 255 each. */
 using Color = std::array<int, 4>;
 
-std::optional<Color> parse_hexadecimal(std::string_view text) {
+std::optional<Color> parse_hexadecimal(const std::string& text) {
     if ((text.size() != 7 && text.size() != 9) || text.front() != '#')
         return std::nullopt;
-    Color color{0, 0, 0, 255};
-    for (std::size_t i = 0; 2 * i + 1 < text.size(); ++i) {
-        const std::string_view digits = text.substr(2 * i + 1, 2);
-        const char* const end = digits.data() + digits.size();
-        unsigned value = 0; // unsigned: a sign is no digit
-        if (std::from_chars(digits.data(), end, value, 16).ptr != end)
-            return std::nullopt;
-        color.at(i) = static_cast<int>(value);
-    }
-    return color;
+    const std::string digits = text.substr(1) + (text.size() == 7 ? "FF" : "");
+    const char* const end = digits.data() + digits.size();
+    std::uint32_t value = 0; // unsigned: a sign is no digit
+    if (std::from_chars(digits.data(), end, value, 16).ptr != end)
+        return std::nullopt;
+    const auto part = [value](unsigned shift) { return static_cast<int>(value >> shift & 0xFFU); };
+    return Color{part(24), part(16), part(8), part(0)};
 }
 
 std::optional<Color> theme_color(Evas_Object* widget, const char* color_class) {

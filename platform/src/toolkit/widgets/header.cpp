@@ -1,7 +1,5 @@
-#include "button.h"
 #include "efl_1_26/toolkit/accessible.h"
 #include "efl_1_26/toolkit/focus_moves.h"
-#include "layout.h"
 #include "toolkit/layout_engine/items_box.h"
 #include "widget.h"
 
@@ -31,8 +29,10 @@ void hold_row(Evas_Object* header, Evas_Object* Header::*box, Evas_Object* row) 
 void on_tab_pressed(void* data, Evas_Object* pressed, void*) {
     auto* const header = static_cast<Evas_Object*>(data);
     for (const Evas_Object* const row : vell::items_in(vell::attached<Header>(header)->tabs))
-        for (Evas_Object* const tab : vell::layout_items(row))
-            vell::mark_chosen(tab, tab == pressed);
+        for (Evas_Object* const tab : vell::items_in(row)) {
+            elm_layout_signal_emit(tab, tab == pressed ? "vell,state,chosen" : "vell,state,unchosen", "vell");
+            vell::set_accessible_state(tab, EFL_ACCESS_STATE_TYPE_SELECTED, tab == pressed);
+        }
     vell::enter_header_at(header, pressed);
 }
 
@@ -52,11 +52,7 @@ Evas_Object* elm_vell_header_add(Evas_Object* parent) {
     return object;
 }
 
-void elm_vell_header_style_set(Evas_Object* header, int style) {
-    // One style is drawn: 1, a page's header with a row of tabs.
-    if (vell::is_a(vell::Family::header, header) && style == 1)
-        elm_layout_theme_set(header, "vell", "header", "default");
-}
+void elm_vell_header_style_set(Evas_Object* /*header*/, int /*style*/) {} // one is drawn
 
 void elm_vell_header_uiplate_enable(Evas_Object* header, bool enabled) {
     if (vell::is_a(vell::Family::header, header))
@@ -67,7 +63,7 @@ void elm_vell_header_text_set(Evas_Object* header, const char* text) {
     if (!vell::is_a(vell::Family::header, header))
         return;
     elm_object_text_set(header, vell::markup(text).c_str());
-    vell::set_accessible_role(header, vell::Role::heading);
+    efl_access_object_role_set(header, EFL_ACCESS_ROLE_HEADING);
     vell::set_accessible_name(header, text);
 }
 
@@ -77,6 +73,6 @@ void elm_vell_header_content_set(Evas_Object* header, Evas_Object* content) {
 
 void elm_vell_subheader_content_set(Evas_Object* header, Evas_Object* content) {
     hold_row(header, &Header::tabs, content);
-    for (Evas_Object* const tab : vell::layout_items(content))
+    for (Evas_Object* const tab : vell::items_in(content))
         evas_object_smart_callback_add(tab, "pressed", on_tab_pressed, header);
 }

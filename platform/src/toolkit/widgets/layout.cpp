@@ -1,5 +1,3 @@
-#include "layout.h"
-
 #include "color.h"
 #include "efl_1_26/toolkit/accessible.h"
 #include "efl_1_26/toolkit/focus_moves.h"
@@ -33,8 +31,6 @@ void change_arrangement(Evas_Object* layout, Change change) {
 }
 
 } // namespace
-
-std::vector<Evas_Object*> vell::layout_items(const Evas_Object* layout) { return items_in(box_of(layout)); }
 
 Evas_Object* elm_vell_layout_add(Evas_Object* parent) {
     Evas_Object* const object = parent == nullptr ? nullptr : elm_layout_add(parent);

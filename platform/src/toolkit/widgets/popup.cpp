@@ -2,7 +2,6 @@
 
 #include "efl_1_26/toolkit/accessible.h"
 #include "efl_1_26/toolkit/popup_corrections.h"
-#include "layout.h"
 #include "toolkit/layout_engine/items_box.h"
 #include "toolkit/press/press.h"
 #include "widget.h"
@@ -44,7 +43,7 @@ std::vector<Popup*>& open_popups() {
 Popup::~Popup() { std::erase(open_popups(), this); }
 
 std::vector<Evas_Object*> items_of(const Popup& popup) {
-    std::vector<Evas_Object*> items = vell::layout_items(popup.content);
+    std::vector<Evas_Object*> items = vell::items_in(popup.content);
     std::ranges::copy(vell::items_in(popup.buttons), std::back_inserter(items));
     return items;
 }
@@ -139,11 +138,7 @@ Evas_Object* elm_vell_popup_add(Evas_Object* parent) {
     return object;
 }
 
-void elm_vell_popup_style_set(Evas_Object* popup, int style) {
-    // One style is drawn: 0, Elementary's default in the toolkit's theme.
-    if (vell::is_a(Family::popup, popup) && style == 0)
-        elm_object_style_set(popup, "default");
-}
+void elm_vell_popup_style_set(Evas_Object* /*popup*/, int /*style*/) {} // one is drawn
 
 void elm_vell_popup_title_set(Evas_Object* popup, const char* text) {
     if (!vell::is_a(Family::popup, popup))
@@ -161,7 +156,7 @@ void elm_vell_popup_message_set(Evas_Object* popup, const char* text, int width)
     elm_label_wrap_width_set(message, width);
     elm_object_text_set(message, vell::markup(text).c_str());
     set_content(*state, message, {width, 0});
-    vell::set_accessible_description(popup, text);
+    efl_access_object_description_set(popup, text);
 }
 
 void elm_vell_popup_content_set(Evas_Object* popup, Evas_Object* content, int width, int height) {

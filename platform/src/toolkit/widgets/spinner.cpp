@@ -1,6 +1,5 @@
 #include "efl_1_26/toolkit/focus_moves.h"
 #include "efl_1_26/toolkit/spinner_corrections.h"
-#include "popup.h"
 #include "toolkit/layout_engine/items_box.h"
 #include "toolkit/press/press.h"
 #include "widget.h"
@@ -97,7 +96,7 @@ Evas_Object* elm_vell_spinner_add(Evas_Object* parent) {
     elm_spinner_editable_set(spinner, EINA_FALSE);
     elm_spinner_wrap_set(spinner, EINA_FALSE);
     elm_spinner_label_format_set(spinner, "%.0f");
-    vell::correct_spinner(spinner, vell::is_in_front);
+    vell::correct_spinner(spinner);
     elm_object_focus_allow_set(spinner, EINA_TRUE);
     evas_object_event_callback_priority_add(spinner, EVAS_CALLBACK_KEY_DOWN, EVAS_CALLBACK_PRIORITY_BEFORE,
                                             on_key, nullptr);

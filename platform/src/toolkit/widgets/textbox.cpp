@@ -32,7 +32,7 @@ Evas_Object* elm_vell_textbox_add(Evas_Object* parent) {
     if (textbox == nullptr)
         return nullptr;
     elm_layout_theme_set(textbox, "vell", "textbox", "default");
-    vell::set_accessible_role(textbox, vell::Role::label);
+    efl_access_object_role_set(textbox, EFL_ACCESS_ROLE_LABEL);
     apply_color(textbox, vell::attach<Textbox>(textbox));
     return vell::adopt(textbox, vell::Family::textbox);
 }
