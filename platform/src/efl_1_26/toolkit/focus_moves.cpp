@@ -48,22 +48,16 @@ Efl_Ui_Focus_Object* destination(Eo* window, Efl_Ui_Focus_Direction direction, E
     return below_tab != nullptr ? below_tab : next;
 }
 
-/** Gives the focus back to the widget that gave it up; null when it is gone or cannot have it now. */
-Efl_Ui_Focus_Object* take_up_again(Eo* window, Places& places) {
-    Evas_Object* const widget = places.given_up;
-    places.given_up = nullptr;
-    if (widget == nullptr)
-        return nullptr;
-    efl_ui_focus_manager_focus_set(window, widget);
-    return efl_ui_focus_manager_focus_get(window);
-}
-
 Efl_Ui_Focus_Object* move_focus(Eo* window, Efl_Ui_Focus_Direction direction) {
     auto& places = *attached<Places>(window);
     Eo* const focused = efl_ui_focus_manager_focus_get(window);
-    if (focused == nullptr)
-        if (Eo* const widget = take_up_again(window, places))
+    if (focused == nullptr && places.given_up != nullptr) {
+        efl_ui_focus_manager_focus_set(window, places.given_up);
+        places.given_up = nullptr;
+        if (Eo* const widget =
+                efl_ui_focus_manager_focus_get(window)) // null when it cannot have the focus now
             return widget;
+    }
     Eo* const next = efl_ui_focus_manager_request_move(window, direction, nullptr, EINA_FALSE);
     const bool in_popup = efl_ui_focus_manager_redirect_get(window) != nullptr;
     if (in_popup || focused == nullptr || next == nullptr)

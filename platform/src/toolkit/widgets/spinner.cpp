@@ -24,14 +24,12 @@ void show_limits(void*, Evas_Object* spinner, void*) {
     const double value = elm_spinner_value_get(spinner);
     elm_object_part_text_set(spinner, "vell.low", decimal(low).c_str());
     elm_object_part_text_set(spinner, "vell.high", decimal(high).c_str());
-    Edje_Message_Float_Set way{1, {high > low ? (value - low) / (high - low) : 0.0}};
-    edje_object_message_send(elm_layout_edje_get(spinner), EDJE_MESSAGE_FLOAT_SET, 1, &way);
+    Edje_Message_Float way{high > low ? (value - low) / (high - low) : 0.0};
+    edje_object_message_send(elm_layout_edje_get(spinner), EDJE_MESSAGE_FLOAT, 1, &way);
     // Edje mirrors where an arrow is, not which way it points.
     const bool mirrored = elm_config_mirrored_get() != EINA_FALSE;
     elm_object_part_text_set(spinner, "vell.less", mirrored ? right_arrow : left_arrow);
     elm_object_part_text_set(spinner, "vell.more", mirrored ? left_arrow : right_arrow);
-    elm_layout_signal_emit(spinner, value > low ? "vell,state,less" : "vell,state,lowest", "vell");
-    elm_layout_signal_emit(spinner, value < high ? "vell,state,more" : "vell,state,highest", "vell");
 }
 
 /** Steps as an arrow asks for it, "Up", "Down", "Left" or "Right"; what is none does nothing. */
