@@ -72,8 +72,7 @@ protected:
     static int plate_width(const Evas_Object* widget) {
         const Evas_Object* const drawn = elm_layout_edje_get(widget);
         int width = 0;
-        edje_object_part_geometry_get(drawn, edje_object_data_get(drawn, "focus_part"), nullptr, nullptr,
-                                      &width, nullptr);
+        edje_object_part_geometry_get(drawn, "fill", nullptr, nullptr, &width, nullptr);
         return width;
     }
 

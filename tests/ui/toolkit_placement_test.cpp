@@ -1,4 +1,4 @@
-#include "toolkit/arranging/placement.h"
+#include "toolkit/layout_engine/placement.h"
 
 #include <gmock/gmock.h>
 #include <ostream>

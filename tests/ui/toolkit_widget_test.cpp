@@ -4,7 +4,7 @@
 #define EFL_ACCESS_OBJECT_PROTECTED
 #define EFL_ACCESS_VALUE_PROTECTED
 
-#include "efl_1_26/toolkit/accessible_corrections.h"
+#include "efl_1_26/toolkit/accessible.h"
 #include "support/settings_folder.h"
 #include "support/toolkit_window.h"
 
@@ -66,7 +66,7 @@ TEST_F(ToolkitWidget, AssistiveTechnologyHearsOfAButtonsLabelAndStatesAlsoInANew
     };
     Efl_Access_Event_Handler* const listener = efl_access_object_event_handler_add(note, &said);
     for (const bool holds : {true, false, true}) {
-        vell::set_accessible_state(button, vell::AccessibleState::busy, holds);
+        vell::set_accessible_state(button, EFL_ACCESS_STATE_TYPE_BUSY, holds);
         elm_object_focus_allow_set(button, holds);
         elm_theme_flush(nullptr);
         settle();

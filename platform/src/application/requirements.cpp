@@ -28,7 +28,7 @@ bool is_there(const XConnection& connection) {
 
 bool has_theme() {
     const std::string file = theme_file();
-    if (edje_file_group_exists(file.c_str(), "vell/focus_ring") != EINA_FALSE)
+    if (edje_file_group_exists(file.c_str(), "elm/vell/layout/default") != EINA_FALSE)
         return true;
     __dlog_print(LogBuffer::main, LogPriority::error, "PLATFORM", "no theme: %s: %s", file.c_str(),
                  access(file.c_str(), R_OK) == 0 ? "it is damaged, or another file" : std::strerror(errno));

@@ -82,9 +82,12 @@ std::vector<DrawnText> drawn_texts(Evas_Object* window) {
 
 std::optional<Eina_Rectangle> focus_ring(Evas_Object* window) {
     std::optional<Eina_Rectangle> ring;
-    visit(window, [&ring](Evas_Object* drawn, Evas_Object* widget) {
-        if (widget == nullptr && is_type(drawn, "image") &&
-            evas_object_image_border_center_fill_get(drawn) == EVAS_BORDER_FILL_NONE)
+    constexpr int own_border = 72; // of no other picture
+    visit(window, [&ring](Evas_Object* drawn, Evas_Object*) {
+        int border = 0;
+        if (is_type(drawn, "image"))
+            evas_object_image_border_get(drawn, &border, nullptr, nullptr, nullptr);
+        if (border == own_border)
             ring = geometry(drawn);
     });
     return ring;

@@ -1,35 +1,23 @@
-// The focus manager of a window is declared as beta in Elementary 1.26.
-#define EFL_BETA_API_SUPPORT
-
 #include <Efl_Ui.h>
 
+#include "common/object_data.h"
 #include "focus_moves.h"
-#include "focus_ring.h"
-#include "toolkit/press/press.h"
-#include "toolkit/widgets/popup.h"
-#include "toolkit/widgets/widget.h"
 #include "window_manager.h"
 
 #include <array>
+#include <string>
 #include <string_view>
 
 namespace vell {
 namespace {
 
-/** Kept with the window; each is null once the widget is gone. */
+/** Kept with the window. */
 struct Places {
     static constexpr const char* key = "vell/focus_places";
-    Places() = default;
-    ~Places() {
-        for (Evas_Object** const place : {&header, &tab, &given_up})
-            point_weakly(*place, nullptr);
-    }
-    Places(const Places&) = delete;
-    Places& operator=(const Places&) = delete;
-
-    Evas_Object* header = nullptr;
-    Evas_Object* tab = nullptr;      /**< where the header is entered */
-    Evas_Object* given_up = nullptr; /**< what gave the focus up, when nothing has it since */
+    bool (*is_behind_popup)(Evas_Object* widget) = nullptr;
+    WeakWidget header;
+    WeakWidget tab;      /**< where the header is entered */
+    WeakWidget given_up; /**< what gave the focus up, when nothing has it since */
 };
 
 bool is_beside(const Evas_Object* one, const Evas_Object* other) {
@@ -39,7 +27,7 @@ bool is_beside(const Evas_Object* one, const Evas_Object* other) {
     int other_height = 0;
     evas_object_geometry_get(one, nullptr, &y, nullptr, &height);
     evas_object_geometry_get(other, nullptr, &other_y, nullptr, &other_height);
-    return other_y < y + height && y < other_y + other_height;
+    return eina_spans_intersect(y, height, other_y, other_height) != 0;
 }
 
 /** Where a key leads from the widget that has the focus, which is `next` if it is left to Elementary. The
@@ -60,22 +48,16 @@ Efl_Ui_Focus_Object* destination(Eo* window, Efl_Ui_Focus_Direction direction, E
     return below_tab != nullptr ? below_tab : next;
 }
 
-/** Gives the focus back to the widget that gave it up; null when it is gone or cannot have it now. */
-Efl_Ui_Focus_Object* take_up_again(Eo* window, Places& places) {
-    Evas_Object* const widget = places.given_up;
-    point_weakly(places.given_up, nullptr);
-    if (widget == nullptr)
-        return nullptr;
-    efl_ui_focus_manager_focus_set(window, widget);
-    return efl_ui_focus_manager_focus_get(window);
-}
-
 Efl_Ui_Focus_Object* move_focus(Eo* window, Efl_Ui_Focus_Direction direction) {
     auto& places = *attached<Places>(window);
     Eo* const focused = efl_ui_focus_manager_focus_get(window);
-    if (focused == nullptr)
-        if (Eo* const widget = take_up_again(window, places))
+    if (focused == nullptr && places.given_up != nullptr) {
+        efl_ui_focus_manager_focus_set(window, places.given_up);
+        places.given_up = nullptr;
+        if (Eo* const widget =
+                efl_ui_focus_manager_focus_get(window)) // null when it cannot have the focus now
             return widget;
+    }
     Eo* const next = efl_ui_focus_manager_request_move(window, direction, nullptr, EINA_FALSE);
     const bool in_popup = efl_ui_focus_manager_redirect_get(window) != nullptr;
     if (in_popup || focused == nullptr || next == nullptr)
@@ -88,17 +70,17 @@ Efl_Ui_Focus_Object* move_focus(Eo* window, Efl_Ui_Focus_Direction direction) {
 Efl_Ui_Focus_Object* move(Eo* window, void*, Efl_Ui_Focus_Direction direction) {
     constexpr std::array<const char*, EFL_UI_FOCUS_DIRECTION_LAST> arrows{nullptr, nullptr, "Up",
                                                                           "Down",  "Right", "Left"};
-    const Evas_Object* const before = elm_object_focused_object_get(window);
+    Evas_Object* const before = elm_object_focused_object_get(window);
     Efl_Ui_Focus_Object* const moved_to = move_focus(window, direction);
     const char* const arrow = arrows.at(direction);
     if (arrow != nullptr && before != nullptr && elm_object_focused_object_get(window) == before)
-        bump_ring(window, arrow);
+        bump_ring(before, arrow);
     return moved_to;
 }
 
 void give_up(Eo* window, void*) {
     auto& given_up = attached<Places>(window)->given_up;
-    point_weakly(given_up, efl_ui_focus_manager_focus_get(window));
+    given_up = efl_ui_focus_manager_focus_get(window);
     efl_ui_focus_manager_reset_history(window);
     evas_object_focus_set(window, EINA_TRUE); // it gets the keys, or none would move the focus again
     if (given_up != nullptr)
@@ -113,8 +95,10 @@ Efl_Ui_Focus_Object* first_below(Eo* window, void*, Efl_Ui_Focus_Object* parent)
     return efl_ui_focus_manager_request_subchild(efl_super(window, EFL_OBJECT_OVERRIDE_CLASS), parent);
 }
 
+/** Of the window, or of the manager inside it. */
 void set_focus(Eo* manager, void*, Efl_Ui_Focus_Object* widget) {
-    if (has_to_wait_for_popup(widget))
+    const Eo* const window = efl_isa(manager, EFL_UI_WIN_CLASS) ? manager : efl_parent_get(manager);
+    if (attached<Places>(window)->is_behind_popup(widget))
         efl_ui_focus_manager_reset_history(manager); // or what had it before gets it when the popup closes
     else
         efl_ui_focus_manager_focus_set(efl_super(manager, EFL_OBJECT_OVERRIDE_CLASS), widget);
@@ -134,10 +118,10 @@ void on_key(void*, Evas*, Evas_Object* window, void* event) {
 
 } // namespace
 
-void correct_focus(Evas_Object* window) {
+void correct_focus(Evas_Object* window, bool (*is_behind_popup)(Evas_Object* widget)) {
     if (attached<Places>(window) != nullptr)
         return;
-    attach<Places>(window);
+    attach<Places>(window).is_behind_popup = is_behind_popup;
     EFL_OPS_DEFINE(
         operations, EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_move, reinterpret_cast<void*>(move)),
         EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_pop_history_stack, reinterpret_cast<void*>(give_up)),
@@ -163,7 +147,14 @@ void nudge_focus(Evas_Object* window) {
     if (nudged == nullptr && places != nullptr)
         nudged = places->given_up;
     if (nudged != nullptr)
-        nudge(nudged);
+        elm_layout_signal_emit(nudged, "vell,nudge", "vell");
+}
+
+void bump_ring(Evas_Object* widget, const std::string& arrow) {
+    const bool sideways = arrow == "Left" || arrow == "Right";
+    const bool mirrored = sideways && elm_config_mirrored_get() != EINA_FALSE; // Edje mirrors where to
+    const std::string drawn_arrow = !mirrored ? arrow : arrow == "Left" ? "Right" : "Left";
+    elm_layout_signal_emit(widget, ("vell,bump," + drawn_arrow).c_str(), "vell");
 }
 
 void drop_focus_in(const Evas_Object* parent) {
@@ -178,8 +169,8 @@ void enter_header_at(Evas_Object* header, Evas_Object* tab) {
     auto* const places = attached<Places>(elm_object_top_widget_get(header));
     if (places == nullptr)
         return;
-    point_weakly(places->header, header);
-    point_weakly(places->tab, tab);
+    places->header = header;
+    places->tab = tab;
 }
 
 } // namespace vell

@@ -3,6 +3,8 @@
 
 #include <Elementary.h>
 
+#include <string>
+
 namespace vell {
 
 /**
@@ -19,11 +21,16 @@ namespace vell {
  *   no window that does not ask for the keyboard too, and others give none.
  *
  * OK while nothing has the focus nudges the widget that gave it up, and an arrow that leads nowhere bumps the focus ring.
+ *
+ * @param is_behind_popup whether a widget that is to have the focus is behind an open popup, which then notes it.
  */
-void correct_focus(Evas_Object* window);
+void correct_focus(Evas_Object* window, bool (*is_behind_popup)(Evas_Object* widget));
 
 /** Nudges what has the focus, or gave it up: a key did nothing. */
 void nudge_focus(Evas_Object* window);
+
+/** Has a widget's focus ring bump, for an arrow leads nowhere: "Left", "Right", "Up" or "Down". */
+void bump_ring(Evas_Object* widget, const std::string& arrow);
 
 /**
  * Has nothing focused if something in `parent`, which is about to go, is. Elementary gives the focus to another widget

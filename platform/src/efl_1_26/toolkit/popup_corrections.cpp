@@ -1,5 +1,4 @@
-// What is corrected is declared as beta and protected in Elementary 1.26.
-#define EFL_BETA_API_SUPPORT
+// What is corrected is declared as protected in Elementary 1.26.
 #define EFL_UI_FOCUS_LAYER_PROTECTED
 #define EFL_UI_WIDGET_PROTECTED
 

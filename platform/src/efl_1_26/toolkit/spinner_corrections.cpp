@@ -1,5 +1,4 @@
-// Registration with the focus manager and accessible values are declared as beta and protected in Elementary 1.26.
-#define EFL_BETA_API_SUPPORT
+// Registration with the focus manager and accessible values are declared as protected in Elementary 1.26.
 #define EFL_ACCESS_VALUE_PROTECTED
 #define EFL_UI_WIDGET_PROTECTED
 
@@ -8,13 +7,18 @@ extern "C" {
 #include <efl_access_value.eo.h>
 }
 
+#include "common/object_data.h"
 #include "spinner_corrections.h"
-#include "toolkit/widgets/popup.h"
 
 #include <cmath>
 
 namespace vell {
 namespace {
+
+bool is_behind_popup(const Eo* spinner) {
+    const Eo* const popup = efl_ui_focus_manager_redirect_get(elm_object_top_widget_get(spinner));
+    return popup != nullptr && !is_inside(spinner, popup);
+}
 
 /** Passes over the step of Elementary that turns the spinner into a parent of its inner buttons. */
 Eina_Bool register_as_widget(Eo* spinner, void*, Efl_Ui_Widget_Focus_State current,
@@ -29,7 +33,7 @@ Eina_Bool set_number(Eo* spinner, void*, double number, const char* /*text*/) {
     double high = 0.0;
     efl_ui_range_limits_get(spinner, &low, &high);
     const bool is_between = number >= low && number <= high; // what is not a number is not
-    if (!is_between || !is_in_front(spinner) || efl_ui_widget_disabled_get(spinner) != EINA_FALSE)
+    if (!is_between || is_behind_popup(spinner) || efl_ui_widget_disabled_get(spinner) != EINA_FALSE)
         return EINA_FALSE;
     efl_ui_range_value_set(spinner, std::round(number));
     evas_object_smart_callback_call(spinner, "changed", nullptr);

@@ -16,7 +16,7 @@ Ecore_Event_Handler* show_under_any_manager(Evas_Object* window);
  * place of any other window, and shows it only then. */
 void place_for_user(Evas_Object* window, int x, int y);
 
-/** Has the window get the keyboard: the window manager gives it, or the window takes it. */
+/** Asks the window manager, if there is one, to give the window the keyboard, and takes it. */
 void get_keyboard(Evas_Object* window);
 
 } // namespace vell

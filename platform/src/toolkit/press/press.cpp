@@ -1,6 +1,6 @@
 #include "press.h"
 
-#include "toolkit/widgets/widget.h"
+#include "common/object_data.h"
 
 #include <Ecore_Evas.h>
 
@@ -14,7 +14,7 @@ constexpr double least_seconds = 0.12;
 
 /** The newest press, until its look goes. */
 struct Press {
-    Evas_Object* widget = nullptr; /**< null when it is over, or the widget gone */
+    WeakWidget widget; /**< null when it is over, or the widget gone */
     double shown = 0.0;
     bool lasts = false;
     bool answered = false;
@@ -38,7 +38,7 @@ Eina_Bool release(void*) {
         emit(press.widget, "vell,state,refused");
         nudge(press.widget);
     }
-    point_weakly(press.widget, nullptr);
+    press.widget = nullptr;
     return ECORE_CALLBACK_CANCEL;
 }
 
@@ -50,7 +50,7 @@ void begin_press(Evas_Object* widget) {
         ecore_timer_del(press.release);
         release(nullptr);
     }
-    point_weakly(press.widget, widget);
+    press.widget = widget;
     press.lasts = true;
     press.answered = false;
     emit(widget, "vell,state,pressed");
@@ -66,7 +66,10 @@ void end_press() {
     press.release = ecore_timer_add(std::max(0.0, rest), release, nullptr);
 }
 
-Evas_Object* pressed_widget() { return newest_press().lasts ? newest_press().widget : nullptr; }
+Evas_Object* pressed_widget() {
+    const Press& press = newest_press();
+    return press.lasts ? static_cast<Evas_Object*>(press.widget) : nullptr;
+}
 
 void answer_press() { newest_press().answered = true; }
 

@@ -1,8 +1,5 @@
-#include "button.h"
-
-#include "accessible.h"
-#include "efl_1_26/toolkit/accessible_corrections.h"
-#include "efl_1_26/toolkit/focus_bar.h"
+#include "common/object_data.h"
+#include "efl_1_26/toolkit/accessible.h"
 #include "popup.h"
 #include "toolkit/press/press.h"
 #include "widget.h"
@@ -27,17 +24,16 @@ void set_work(Evas_Object* button, Work work) {
                                                  "vell,state,running"};
     vell::attached<Button>(button)->work = work;
     elm_layout_signal_emit(button, signals.at(static_cast<std::size_t>(work)), "vell");
-    vell::set_accessible_state(button, vell::AccessibleState::busy, work == Work::waiting);
+    vell::set_accessible_state(button, EFL_ACCESS_STATE_TYPE_BUSY, work == Work::waiting);
 }
 
 /** The button whose press bars others runs something, until its press frees them. */
-void show_whether_usable(Evas_Object* button) {
+void show_whether_usable(void*, Evas_Object* button, void*) {
     const bool usable = elm_object_focus_allow_get(button) != EINA_FALSE;
     elm_layout_signal_emit(button, usable ? "vell,state,usable" : "vell,state,unusable", "vell");
-    vell::set_accessible_state(button, vell::AccessibleState::barred, !usable);
     vell::answer_press();
     Evas_Object* const pressed = vell::pressed_widget();
-    if (vell::find(pressed, vell::Family::button) != nullptr && pressed != button)
+    if (vell::is_a(vell::Family::button, pressed) && pressed != button)
         set_work(pressed, usable ? Work::none : Work::running);
 }
 
@@ -75,32 +71,19 @@ void on_clicked(void*, Evas_Object* object, void*) {
 
 } // namespace
 
-namespace vell {
-
-void mark_chosen(Evas_Object* button, bool chosen) {
-    elm_layout_signal_emit(button, chosen ? "vell,state,chosen" : "vell,state,unchosen", "vell");
-    set_accessible_state(button, AccessibleState::chosen, chosen);
-}
-
-} // namespace vell
-
 Evas_Object* elm_vell_button_add(Evas_Object* parent) {
     Evas_Object* const object = parent == nullptr ? nullptr : elm_button_add(parent);
     if (object == nullptr)
         return nullptr;
     vell::attach<Button>(object);
-    vell::correct_accessible_states(object);
-    vell::watch_focus_bar(object, show_whether_usable);
+    vell::correct_button(object);
+    evas_object_smart_callback_add(object, "vell,focus,allowed", show_whether_usable, nullptr);
     evas_object_smart_callback_add(object, "clicked", on_clicked, nullptr);
     evas_object_smart_callback_add(object, "vell,focus,given,up", on_focus_given_up, nullptr);
     return vell::adopt(object, vell::Family::button);
 }
 
-void elm_vell_button_style_set(Evas_Object* button, int style, int substyle) {
-    // (0, 0) is the one style there is: Elementary's default in the toolkit's theme.
-    if (vell::find(button, vell::Family::button) != nullptr && style == 0 && substyle == 0)
-        elm_object_style_set(button, "default");
-}
+void elm_vell_button_style_set(Evas_Object* /*button*/, int /*style*/, int /*substyle*/) {} // one is drawn
 
 void elm_vell_button_text_set(Evas_Object* button, const char* text) {
     auto* const state = vell::attached<Button>(button);
@@ -121,6 +104,6 @@ const char* elm_vell_button_text_get(const Evas_Object* button) {
 }
 
 void elm_vell_button_zoom_set(Evas_Object* button, int percent) {
-    if (vell::find(button, vell::Family::button) != nullptr && percent > 0)
+    if (vell::is_a(vell::Family::button, button) && percent > 0)
         edje_object_text_class_set(elm_layout_edje_get(button), "vell/button", nullptr, -percent);
 }

@@ -5,8 +5,9 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstdint>
 #include <optional>
-#include <string_view>
+#include <string>
 
 namespace vell {
 namespace {
@@ -14,29 +15,17 @@ namespace {
 /** Red, green, blue and opacity, 0 to 255 each. */
 using Color = std::array<int, 4>;
 
-std::optional<Color> parse_hexadecimal(std::string_view text) {
+bool parse_hexadecimal(const std::string& text, Color& color) {
     if ((text.size() != 7 && text.size() != 9) || text.front() != '#')
-        return std::nullopt;
-    Color color{0, 0, 0, 255};
-    for (std::size_t i = 0; 2 * i + 1 < text.size(); ++i) {
-        const std::string_view digits = text.substr(2 * i + 1, 2);
-        const char* const end = digits.data() + digits.size();
-        unsigned value = 0; // unsigned: a sign is no digit
-        if (std::from_chars(digits.data(), end, value, 16).ptr != end)
-            return std::nullopt;
-        color.at(i) = static_cast<int>(value);
-    }
-    return color;
-}
-
-std::optional<Color> theme_color(Evas_Object* widget, const char* color_class) {
-    Color color{};
-    auto& [red, green, blue, opacity] = color;
-    if (edje_object_color_class_get(elm_layout_edje_get(widget), color_class, &red, &green, &blue, &opacity,
-                                    nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-                                    nullptr) == EINA_FALSE)
-        return std::nullopt;
-    return color;
+        return false;
+    const std::string digits = text.substr(1) + (text.size() == 7 ? "FF" : "");
+    const char* const end = digits.data() + digits.size();
+    std::uint32_t value = 0; // unsigned: a sign is no digit
+    if (std::from_chars(digits.data(), end, value, 16).ptr != end)
+        return false;
+    for (auto part = color.rbegin(); part != color.rend(); ++part, value >>= 8U)
+        *part = static_cast<int>(value & 0xFFU);
+    return true;
 }
 
 } // namespace
@@ -45,20 +34,20 @@ std::optional<int> set_color(Evas_Object* widget, const char* color_class, const
                              int least) {
     if (color == nullptr)
         return std::nullopt;
-    auto value = parse_hexadecimal(color);
-    if (!value)
-        value = theme_color(widget, color);
-    if (!value) {
+    Evas_Object* const drawn = elm_layout_edje_get(widget);
+    Color value{};
+    auto& [red, green, blue, opacity] = value;
+    if (!parse_hexadecimal(color, value) &&
+        edje_object_color_class_get(drawn, color, &red, &green, &blue, &opacity, nullptr, nullptr, nullptr,
+                                    nullptr, nullptr, nullptr, nullptr, nullptr) == EINA_FALSE) {
         __dlog_print(platform::LogBuffer::main, platform::LogPriority::error, "VELL", "no such colour: %s",
                      color);
         return std::nullopt;
     }
-    const auto& [red, green, blue, own_opacity] = *value;
-    int opacity = own_opacity * percent / 100;
+    opacity = opacity * percent / 100;
     if (opacity > 0)
         opacity = std::max(opacity, least);
-    edje_object_color_class_set(elm_layout_edje_get(widget), color_class, red, green, blue, opacity, 0, 0, 0,
-                                0, 0, 0, 0, 0);
+    edje_object_color_class_set(drawn, color_class, red, green, blue, opacity, 0, 0, 0, 0, 0, 0, 0, 0);
     return opacity;
 }
 

@@ -1,5 +1,6 @@
-#include "efl_1_26/toolkit/focus_ring.h"
+#include "efl_1_26/toolkit/focus_moves.h"
 #include "efl_1_26/toolkit/spinner_corrections.h"
+#include "toolkit/layout_engine/items_box.h"
 #include "toolkit/press/press.h"
 #include "widget.h"
 
@@ -23,14 +24,12 @@ void show_limits(void*, Evas_Object* spinner, void*) {
     const double value = elm_spinner_value_get(spinner);
     elm_object_part_text_set(spinner, "vell.low", decimal(low).c_str());
     elm_object_part_text_set(spinner, "vell.high", decimal(high).c_str());
-    Edje_Message_Float_Set way{1, {high > low ? (value - low) / (high - low) : 0.0}};
-    edje_object_message_send(elm_layout_edje_get(spinner), EDJE_MESSAGE_FLOAT_SET, 1, &way);
+    Edje_Message_Float way{high > low ? (value - low) / (high - low) : 0.0};
+    edje_object_message_send(elm_layout_edje_get(spinner), EDJE_MESSAGE_FLOAT, 1, &way);
     // Edje mirrors where an arrow is, not which way it points.
     const bool mirrored = elm_config_mirrored_get() != EINA_FALSE;
     elm_object_part_text_set(spinner, "vell.less", mirrored ? right_arrow : left_arrow);
     elm_object_part_text_set(spinner, "vell.more", mirrored ? left_arrow : right_arrow);
-    elm_layout_signal_emit(spinner, value > low ? "vell,state,less" : "vell,state,lowest", "vell");
-    elm_layout_signal_emit(spinner, value < high ? "vell,state,more" : "vell,state,highest", "vell");
 }
 
 /** Steps as an arrow asks for it, "Up", "Down", "Left" or "Right"; what is none does nothing. */
@@ -43,7 +42,7 @@ void step(Evas_Object* spinner, const std::string& arrow) {
     const double before = elm_spinner_value_get(spinner);
     elm_spinner_value_set(spinner, before + (up ? 1 : -1) * elm_spinner_step_get(spinner));
     if (elm_spinner_value_get(spinner) == before)
-        vell::bump_ring(elm_object_top_widget_get(spinner), arrow.c_str());
+        vell::bump_ring(spinner, arrow);
     show_limits(nullptr, spinner, nullptr);
 }
 
@@ -89,8 +88,9 @@ void on_spinner_show(void*, Evas*, Evas_Object* spinner, void*) { show_limits(nu
 
 Evas_Object* elm_vell_spinner_add(Evas_Object* parent) {
     Evas_Object* const spinner = parent == nullptr ? nullptr : elm_spinner_add(parent);
-    if (spinner == nullptr)
+    if (vell::adopt(spinner, vell::Family::spinner) == nullptr)
         return nullptr;
+    vell::attached<vell::Item>(spinner)->request.content_is_minimum = true; // its number is read from afar
     elm_spinner_editable_set(spinner, EINA_FALSE);
     elm_spinner_wrap_set(spinner, EINA_FALSE);
     elm_spinner_label_format_set(spinner, "%.0f");
@@ -106,9 +106,9 @@ Evas_Object* elm_vell_spinner_add(Evas_Object* parent) {
     evas_object_event_callback_add(spinner, EVAS_CALLBACK_SHOW, on_spinner_show, nullptr);
     evas_object_smart_callback_add(spinner, "changed", show_limits, nullptr);
     evas_object_smart_callback_add(spinner, "theme,changed", show_limits, nullptr); // so does mirroring
-    return vell::adopt(spinner, vell::Family::spinner);
+    return spinner;
 }
 
 Evas_Object* elm_vell_spinner_native_get(Evas_Object* spinner) {
-    return vell::find(spinner, vell::Family::spinner) == nullptr ? nullptr : spinner;
+    return vell::is_a(vell::Family::spinner, spinner) ? spinner : nullptr;
 }

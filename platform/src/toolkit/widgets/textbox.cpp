@@ -1,5 +1,6 @@
-#include "accessible.h"
 #include "color.h"
+#include "common/object_data.h"
+#include "efl_1_26/toolkit/accessible.h"
 #include "toolkit/press/press.h"
 #include "widget.h"
 
@@ -7,7 +8,6 @@
 #include <platform/vell.h>
 
 #include <algorithm>
-#include <cstring>
 #include <string_view>
 
 namespace {
@@ -32,13 +32,13 @@ Evas_Object* elm_vell_textbox_add(Evas_Object* parent) {
     if (textbox == nullptr)
         return nullptr;
     elm_layout_theme_set(textbox, "vell", "textbox", "default");
-    vell::set_accessible_role(textbox, vell::Role::label);
+    efl_access_object_role_set(textbox, EFL_ACCESS_ROLE_LABEL);
     apply_color(textbox, vell::attach<Textbox>(textbox));
     return vell::adopt(textbox, vell::Family::textbox);
 }
 
 void elm_vell_textbox_text_set(Evas_Object* textbox, const char* text) {
-    if (vell::find(textbox, vell::Family::textbox) == nullptr)
+    if (!vell::is_a(vell::Family::textbox, textbox))
         return;
     const std::string_view whole = text == nullptr ? "" : text;
     const auto separator = whole.find(": ");
@@ -62,7 +62,7 @@ void elm_vell_textbox_style_property_set(Evas_Object* textbox, const char* prope
     auto* const state = vell::attached<Textbox>(textbox);
     if (state == nullptr || property == nullptr || value == nullptr)
         return;
-    if (std::strcmp(property, "color") != 0) {
+    if (std::string_view(property) != "color") {
         __dlog_print(platform::LogBuffer::main, platform::LogPriority::error, "VELL",
                      "no such style property of a textbox: %s", property);
         return;

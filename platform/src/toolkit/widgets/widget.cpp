@@ -1,29 +1,42 @@
 #include "widget.h"
 
+#include "toolkit/layout_engine/items_box.h"
+
+#include <platform/vell.h>
+
 namespace vell {
 namespace {
 
 struct Record {
     static constexpr const char* key = "vell/widget";
-    Widget widget;
+    Family family{};
 };
+
+/** Applies `change` to what a widget asks of its holder, which then places its items again. */
+template <class Change>
+void change_request(Evas_Object* object, Change change) {
+    auto* const item = attached<Item>(object);
+    if (item == nullptr)
+        return;
+    change(item->request);
+    items_box_changed(item->holder);
+}
+
+bool is_policy(int policy) { return policy == 1 || policy == 3 || policy == 4; }
 
 } // namespace
 
 Evas_Object* adopt(Evas_Object* object, Family family) {
-    if (object != nullptr)
-        attach<Record>(object).widget = Widget{family, object, {}};
+    if (object == nullptr)
+        return nullptr;
+    attach<Record>(object).family = family;
+    attach<Item>(object);
     return object;
 }
 
-Widget* find(const Evas_Object* object) {
-    auto* const record = attached<Record>(object);
-    return record == nullptr ? nullptr : &record->widget;
-}
-
-Widget* find(const Evas_Object* object, Family family) {
-    Widget* const widget = find(object);
-    return widget != nullptr && widget->family == family ? widget : nullptr;
+bool is_a(Family family, const Evas_Object* object) {
+    const auto* const record = attached<Record>(object);
+    return record != nullptr && record->family == family;
 }
 
 std::string markup(const char* text) {
@@ -32,18 +45,22 @@ std::string markup(const char* text) {
     return escaped == nullptr ? std::string() : std::string(escaped.get());
 }
 
-void point_weakly(Evas_Object*& place, Evas_Object* widget) {
-    if (place != nullptr)
-        efl_wref_del(place, &place);
-    place = widget;
-    if (place != nullptr)
-        efl_wref_add(place, &place);
-}
-
-bool is_inside(const Evas_Object* widget, const Evas_Object* ancestor) {
-    while (widget != nullptr && widget != ancestor)
-        widget = elm_object_parent_widget_get(widget);
-    return widget != nullptr;
-}
-
 } // namespace vell
+
+void elm_vell_object_size_min_set(Evas_Object* object, int width, int height) {
+    vell::change_request(object, [=](vell::ItemRequest& request) { request.minimum = {width, height}; });
+}
+
+void elm_vell_object_resize_policy_set(Evas_Object* object, int horizontal, int vertical) {
+    if (!vell::is_policy(horizontal) || !vell::is_policy(vertical))
+        return;
+    vell::change_request(object, [=](vell::ItemRequest& request) {
+        request.horizontal = static_cast<vell::ResizePolicy>(horizontal);
+        request.vertical = static_cast<vell::ResizePolicy>(vertical);
+    });
+}
+
+void elm_vell_object_weight_set(Evas_Object* object, double weight) {
+    if (weight >= 0.0)
+        vell::change_request(object, [=](vell::ItemRequest& request) { request.weight = weight; });
+}

@@ -32,7 +32,8 @@ struct ItemRequest {
     Size content{}; /**< what its content needs */
     ResizePolicy horizontal = ResizePolicy::keep;
     ResizePolicy vertical = ResizePolicy::keep;
-    double weight = 1.0; /**< share of the space left to items that fill the parent */
+    double weight = 1.0;             /**< share of the space left to items that fill the parent */
+    bool content_is_minimum = false; /**< it gets no less than its content needs */
 };
 
 /** The direction in which a layout's items follow each other. */

@@ -1,0 +1,59 @@
+/** State and pointers that follow the life of a widget. */
+#pragma once
+
+#include <Elementary.h>
+
+#include <memory>
+
+namespace vell {
+
+/** State of type `T` kept with `object` under `T::key` and deleted with it. */
+template <class T>
+T& attach(Evas_Object* object) {
+    T* const state = std::make_unique<T>().release();
+    evas_object_data_set(object, T::key, state);
+    evas_object_event_callback_add(
+        object, EVAS_CALLBACK_FREE,
+        [](void* data, Evas*, Evas_Object*, void*) { std::default_delete<T>()(static_cast<T*>(data)); },
+        state);
+    return *state;
+}
+
+/** The state of type `T` kept with `object`, or null. */
+template <class T>
+T* attached(const Evas_Object* object) {
+    return object == nullptr ? nullptr : static_cast<T*>(evas_object_data_get(object, T::key));
+}
+
+/** Points to a widget, and to nothing once the widget is deleted. It cannot move: EFL keeps its address. */
+class WeakWidget {
+public:
+    WeakWidget() = default;
+    explicit WeakWidget(Evas_Object* widget) { *this = widget; }
+    ~WeakWidget() { *this = nullptr; }
+    WeakWidget(const WeakWidget&) = delete;
+    WeakWidget& operator=(const WeakWidget&) = delete;
+    WeakWidget& operator=(Evas_Object* widget) {
+        if (widget_ != nullptr)
+            efl_wref_del(widget_, &widget_);
+        widget_ = widget;
+        if (widget_ != nullptr)
+            efl_wref_add(widget_, &widget_);
+        return *this;
+    }
+    operator Evas_Object*() const {
+        return widget_;
+    } // NOLINT(google-explicit-constructor,hicpp-explicit-conversions)
+
+private:
+    Evas_Object* widget_ = nullptr;
+};
+
+/** Whether a widget is `ancestor` or in it. */
+inline bool is_inside(const Evas_Object* widget, const Evas_Object* ancestor) {
+    while (widget != nullptr && widget != ancestor)
+        widget = elm_object_parent_widget_get(widget);
+    return widget != nullptr;
+}
+
+} // namespace vell
