@@ -67,8 +67,8 @@ int ss_read(char** data, std::size_t* length, int reserved1, int reserved2, cons
  * Writes a record, replacing an older one of the same key and credential. After a crash at any moment the
  * store holds the old or the new record; of two processes writing at once both records are kept.
  *
- * A store that cannot be read as a whole (cut or altered) is set aside as "aaba977f.damaged" in the same
- * folder and a new one begun, so that a device heals by itself; a record that cannot be read is replaced.
+ * A store that cannot be read as a whole (cut or altered) is replaced by a new one, so that a device heals by itself; a
+ * record that cannot be read is replaced.
  *
  * @param data,length the record's bytes, at most 1 MiB; not null.
  * @param reserved1,reserved2 0.

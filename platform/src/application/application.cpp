@@ -18,7 +18,7 @@
 #include "visibility.h"
 #include "x_server.h"
 
-#include "files/installed_files.h"
+#include "common/installed_files.h"
 
 #include <Efreet.h>
 #include <Elementary.h>

@@ -1,7 +1,7 @@
 /** Changes of the user interface's language and writing direction. */
 #pragma once
 
-#include "object_pointer.h"
+#include "common/object_pointer.h"
 
 #include <functional>
 #include <gio/gio.h>

@@ -1,6 +1,6 @@
 #include "requirements.h"
 
-#include "files/installed_files.h"
+#include "common/installed_files.h"
 #include "platform/log.h"
 #include "x_server.h"
 

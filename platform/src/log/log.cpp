@@ -1,6 +1,6 @@
 #include "platform/log.h"
 
-#include "files/descriptor.h"
+#include "common/descriptor.h"
 #include "log_journal.h"
 #include "log_line.h"
 

@@ -1,7 +1,7 @@
 /** Elementary's accessibility bridge, switched by the session. */
 #pragma once
 
-#include "application/object_pointer.h"
+#include "common/object_pointer.h"
 
 #include <gio/gio.h>
 

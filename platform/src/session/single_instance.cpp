@@ -1,6 +1,6 @@
 #include "single_instance.h"
 
-#include "application/object_pointer.h"
+#include "common/object_pointer.h"
 #include "platform/log.h"
 #include "session_bus.h"
 

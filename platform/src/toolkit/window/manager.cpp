@@ -5,7 +5,7 @@
 #include "efl_1_26/toolkit/window_manager.h"
 
 #include "common/dropped_press.h"
-#include "files/installed_files.h"
+#include "common/installed_files.h"
 #include "settings/settings_file.h"
 
 #include <platform/vell.h>
