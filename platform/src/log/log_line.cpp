@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <glib.h>
 #include <unistd.h>
 
@@ -17,21 +16,14 @@ struct PriorityLook {
 };
 
 PriorityLook look_of(LogPriority priority) {
-    switch (priority) {
-    case LogPriority::verbose:
-        return {'V', "\x1b[2m"};
-    case LogPriority::debug:
-        return {'D', "\x1b[2m"};
-    case LogPriority::info:
-        return {'I', "\x1b[32m"};
-    case LogPriority::warning:
-        return {'W', "\x1b[33m"};
-    case LogPriority::error:
-        return {'E', "\x1b[31m"};
-    case LogPriority::fatal:
-        return {'F', "\x1b[1;31m"};
-    }
-    return {'?', "\x1b[0m"};
+    constexpr std::array<PriorityLook, 6> looks{{{'V', "\x1b[2m"},
+                                                 {'D', "\x1b[2m"},
+                                                 {'I', "\x1b[32m"},
+                                                 {'W', "\x1b[33m"},
+                                                 {'E', "\x1b[31m"},
+                                                 {'F', "\x1b[1;31m"}}};
+    const auto index = static_cast<std::size_t>(priority) - static_cast<std::size_t>(LogPriority::verbose);
+    return index < looks.size() ? looks[index] : PriorityLook{'?', "\x1b[0m"};
 }
 
 bool turns_direction(gunichar character) {
@@ -47,32 +39,17 @@ bool is_shown_as_is(gunichar character) {
 /** Nearly all of what is logged, and shown without another look. */
 bool is_plain(char character) { return character >= ' ' && character <= '~'; }
 
-std::string escaped(gunichar character) {
-    switch (character) {
-    case '\n':
+/** Shows a character, or a byte that is no text. */
+std::string escaped(gunichar character, bool is_text) {
+    if (character == '\n')
         return "\\n";
-    case '\r':
+    if (character == '\r')
         return "\\r";
-    case '\t':
+    if (character == '\t')
         return "\\t";
-    default:
-        break;
-    }
-    std::array<char, 16> text{};
-    (void)std::snprintf(text.data(), text.size(), character < 0x80 ? "\\x%02x" : "\\u%04x", character);
-    return text.data();
-}
-
-std::string escaped_byte(char byte) {
-    std::array<char, 8> text{};
-    (void)std::snprintf(text.data(), text.size(), "\\x%02x", static_cast<unsigned char>(byte));
-    return text.data();
-}
-
-// Asked once: a process that is forked from this one runs another program before it logs.
-const std::string& process_number() {
-    static const std::string number = std::to_string(getpid());
-    return number;
+    g_autofree char* shown = is_text && character >= 0x80 ? g_strdup_printf("\\u%04x", character)
+                                                          : g_strdup_printf("\\x%02x", character);
+    return shown;
 }
 
 } // namespace
@@ -91,16 +68,13 @@ void append_printable(std::string& line, std::string_view text) {
     };
     for (take_plain(); !text.empty(); take_plain()) {
         const gunichar character = g_utf8_get_char_validated(text.data(), static_cast<gssize>(text.size()));
-        std::size_t length = 1;
-        if (character == static_cast<gunichar>(-1) || character == static_cast<gunichar>(-2)) {
-            line += escaped_byte(text.front());
-        } else {
-            length = static_cast<std::size_t>(g_utf8_next_char(text.data()) - text.data());
-            if (is_shown_as_is(character))
-                line += text.substr(0, length);
-            else
-                line += escaped(character);
-        }
+        const bool is_text = character != static_cast<gunichar>(-1) && character != static_cast<gunichar>(-2);
+        const std::size_t length =
+            is_text ? static_cast<std::size_t>(g_utf8_next_char(text.data()) - text.data()) : 1;
+        if (is_text && is_shown_as_is(character))
+            line += text.substr(0, length);
+        else
+            line += escaped(is_text ? character : static_cast<unsigned char>(text.front()), is_text);
         text.remove_prefix(length);
     }
 }
@@ -115,7 +89,7 @@ std::string log_line(LogPriority priority, std::string_view tag, std::string_vie
     line += '/';
     append_printable(line, tag);
     line += '(';
-    line += process_number();
+    line += std::to_string(getpid());
     line += "): ";
     append_printable(line, without_line_end(message));
     if (coloured)
