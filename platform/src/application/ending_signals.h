@@ -1,8 +1,6 @@
 /** SIGTERM, SIGINT, SIGQUIT and SIGHUP: what they do before, in and after the main loop. */
 #pragma once
 
-#include "ecore_handlers.h"
-
 namespace platform {
 
 /**
@@ -14,9 +12,9 @@ namespace platform {
 bool init_ecore_without_signals();
 
 /**
- * From its construction on the ending signals end the main loop, except those that the launcher had ignored.
+ * From now on the ending signals end the main loop, except those that the launcher had ignored.
  *
- * It is made as the loop begins, and Ecore's handlers stay until Ecore goes: after the loop a further signal does
+ * Called as the loop begins, and Ecore's handlers stay until Ecore goes: after the loop a further signal does
  * nothing. A terminal that is closed sends two of them, and the end, which takes a few seconds, must not be
  * broken off half-way, with the radio's programs left running.
  *
@@ -24,13 +22,6 @@ bool init_ecore_without_signals();
  * loop; Elementary ends the loop for all but SIGHUP. libeldbus sends the same event, without a signal in it,
  * when the session bus goes while the accessibility bridge uses it: that one is kept from Elementary.
  */
-class EndingSignals {
-public:
-    EndingSignals();
-
-private:
-    OwnedEventHandler exit_;
-    OwnedEventHandler hangup_;
-};
+void end_main_loop_on_signals();
 
 } // namespace platform

@@ -1,5 +1,6 @@
 #include "keys.h"
 
+#include <Ecore.h>
 #include <Ecore_Input.h>
 #include <array>
 #include <string_view>
@@ -40,7 +41,6 @@ Eina_Bool rename_key(void* /*data*/, void* /*loop_data*/, int type, void* event)
 } // namespace
 
 // A filter sees an event before all handlers, whenever they were added.
-RemoteControlKeys::RemoteControlKeys()
-    : filter_(ecore_event_filter_add(nullptr, rename_key, nullptr, nullptr)) {}
+void add_remote_control_keys() { ecore_event_filter_add(nullptr, rename_key, nullptr, nullptr); }
 
 } // namespace platform

@@ -1,8 +1,7 @@
 /** Whether anything of the application can be seen, or ever will be. */
 #pragma once
 
-#include "ecore_handlers.h"
-
+#include <Ecore.h>
 #include <Ecore_X.h>
 #include <array>
 #include <functional>
@@ -18,7 +17,7 @@ namespace platform {
  * a window with an alpha channel). The events of one turn of the main loop are judged together, so that a
  * window manager that unmaps and maps a window while it takes it over does not count. Deleting the last
  * window is no pause, but Elementary also deletes one that another client has destroyed, and there a pause may come
- * first. There is an XConnection as long as it lives.
+ * first. There is a connection to the display as long as it lives.
  */
 class Visibility {
 public:
@@ -30,17 +29,12 @@ public:
     Visibility& operator=(const Visibility&) = delete;
 
 private:
-    static Eina_Bool obscured(void* self, int type, void* event);
-    static Eina_Bool hidden(void* self, int type, void* event);
-    static Eina_Bool destroyed(void* self, int type, void* event);
+    static Eina_Bool note(void* self, int type, void* event);
     static void judge(void* self);
-
-    void note(Ecore_X_Window window, bool visible);
-    void judge_later();
 
     std::function<void(bool)> changed_;
     std::function<void()> gone_;
-    std::array<OwnedEventHandler, 3> handlers_;
+    std::array<Ecore_Event_Handler*, 3> handlers_;
     std::map<Ecore_X_Window, bool> windows_; // those that were ever mapped, and whether they can be seen
     Ecore_Job* judgement_ = nullptr;
     bool visible_ = false;
