@@ -79,7 +79,6 @@ int select_with_glib(int count, fd_set* read, fd_set* write, fd_set* except, tim
         for (const auto& [event, set] : sets)
             if (is_any_ready && (polled.events & event) != 0 && FD_ISSET(polled.fd, set)) {
                 polled.revents = static_cast<gushort>(polled.revents | event);
-                FD_CLR(polled.fd, set);
                 --ready;
             }
     }
