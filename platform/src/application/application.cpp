@@ -63,34 +63,31 @@ void keep_descriptors_from_children() {
     pthread_atfork([] { close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC); }, nullptr, nullptr);
 }
 
-/** Elementary, up while it lives. */
+/** Elementary, initialised while this exists. */
 class Toolkit {
 public:
     Toolkit(int argc, char** argv) {
-        // No desktop files are looked up here, and the daemon that caches them would be left running.
+        // No desktop files are looked up here, and the daemon that caches them would keep running.
         efreet_cache_disable();
-        // They tell of batteries and time zones, and wait for the system bus for as long as it takes to answer.
+        // Batteries and time zones: these modules wait for the system bus without a limit.
         ecore_app_no_system_modules();
         unsetenv("ELM_ATSPI_MODE"); // or Elementary switches its bridge on by itself
-        ecore_is_up_ = init_ecore_without_signals();
-        up_ = elm_init(argc, argv) > 0;
+        is_initialised_ = init_ecore_without_signals() && elm_init(argc, argv) > 0;
         eina_freeq_mem_max_set(eina_freeq_main_get(), most_unfreed_bytes);
     }
     ~Toolkit() {
-        ecore_main_loop_select_func_set(
-            select); // Elementary turns the loop once more: no longer with GLib in it
-        if (up_)
+        ecore_main_loop_select_func_set(select); // elm_shutdown runs the loop once more: without GLib
+        if (is_initialised_) {
             elm_shutdown();
-        if (ecore_is_up_)
             ecore_shutdown();
+        }
     }
     Toolkit(const Toolkit&) = delete;
     Toolkit& operator=(const Toolkit&) = delete;
-    explicit operator bool() const { return up_; }
+    explicit operator bool() const { return is_initialised_; }
 
 private:
-    bool ecore_is_up_ = false;
-    bool up_ = false;
+    bool is_initialised_ = false;
 };
 
 /** Loads the toolkit's theme, which has the window's frame too; logs when it is missing or no theme. */
@@ -105,7 +102,7 @@ bool load_theme() {
     return false;
 }
 
-/** Runs the application while Elementary is up. @return whether it was created. */
+/** Runs the application from create to the end of the main loop. @return whether it was created. */
 bool run(const LifecycleCallbacks& callbacks, void* user_data, const std::function<void()>& launch) {
     dispatch_glib_in_ecore();
     add_remote_control_keys();

@@ -3,12 +3,12 @@
 
 namespace platform {
 
-/** Connects while it lives; Elementary would only with the first window, and Ecore X has no event types before. */
+/** Keeps the connection open while it exists. Elementary connects with the first window; Ecore X has no event types before. */
 class DisplayConnection {
 public:
     /**
-     * Connects, and logs when nothing answers. From then on the end of the display server ends the main loop, as a
-     * signal does, and terminate follows; Ecore would end the process at once.
+     * Connects, and logs when nothing answers. From then on the main loop ends when the display server exits, as it
+     * does on a signal, and terminate follows; Ecore would end the process at once.
      */
     DisplayConnection();
     ~DisplayConnection();

@@ -13,7 +13,7 @@
 namespace platform {
 namespace {
 
-/** What GLib waits for, at the priority it would dispatch. */
+/** What GLib waits for, at the priority that it would dispatch. */
 struct GlibWait {
     int priority = 0;
     int milliseconds = -1; /**< until the nearest time-out, -1 for ever */
@@ -30,24 +30,24 @@ struct GlibWait {
     }
 };
 
-/** What the sources that are ready together may take of a turn of the loop, before the rest waits for the next. */
-constexpr gint64 share_of_a_turn_microseconds = 20'000;
+/** How long the ready sources may take in one iteration of the loop, before the rest waits for the next. */
+constexpr gint64 longest_dispatch_microseconds = 20'000;
 
-gboolean dispatch_within_share(GSource* source, GSourceFunc callback, gpointer data);
+gboolean dispatch_within_limit(GSource* source, GSourceFunc callback, gpointer data);
 
 // Replaced before there is another thread.
-const auto dispatch_of_idle_source = std::exchange(g_idle_funcs.dispatch, dispatch_within_share);
+const auto dispatch_of_idle_source = std::exchange(g_idle_funcs.dispatch, dispatch_within_limit);
 
 /**
- * GDBus brings each signal and each answer in an idle source of its own, and GLib dispatches all that are ready:
- * a flood of signals would keep keys and deleted objects waiting. A context that is prepared during a dispatch, as
- * by a loop inside a callback, drops the list of what it was about to dispatch, and finds it ready again.
+ * GDBus delivers each signal and each reply in an idle source of its own, and GLib dispatches all that are ready: a flood
+ * of signals would delay keys and the freeing of deleted objects. A context that is prepared during a dispatch, as by a
+ * nested loop, drops the list of sources to dispatch, and finds them ready in the next iteration.
  */
-gboolean dispatch_within_share(GSource* source, GSourceFunc callback, gpointer data) {
+gboolean dispatch_within_limit(GSource* source, GSourceFunc callback, gpointer data) {
     GMainContext* const context = g_source_get_context(source);
     const gint64 begin = g_source_get_time(source);
     const gboolean stays = dispatch_of_idle_source(source, callback, data);
-    if (context == g_main_context_default() && g_get_monotonic_time() - begin > share_of_a_turn_microseconds)
+    if (context == g_main_context_default() && g_get_monotonic_time() - begin > longest_dispatch_microseconds)
         g_main_context_prepare(context, nullptr);
     return stays;
 }
@@ -82,10 +82,10 @@ int select_with_glib(int count, fd_set* read, fd_set* write, fd_set* except, tim
                 --ready;
             }
     }
-    // A prepared context is always checked, also after a signal: a GLib time-out may be over all the same.
+    // A prepared context is always checked, also after a signal: a GLib time-out may be over.
     if (g_main_context_check(context, glib.priority, glib.descriptors.data(),
                              static_cast<int>(glib.descriptors.size()))) {
-        // Ecore sets its clock only after the select: an animation begun in a callback would be over at once.
+        // Ecore sets its clock only after the select: an animation that a callback starts would end at once.
         ecore_loop_time_set(ecore_time_get());
         g_main_context_dispatch(context);
     }

@@ -22,8 +22,8 @@ constexpr std::array<KeyName, 3> key_names{{
 /**
  * Renames the key of one event in place.
  *
- * Ecore X allocates a key event and its strings as one block and frees it as one, so the names may be pointed
- * elsewhere. The text the key would type goes with the old name.
+ * Ecore X allocates a key event and its strings as one block, so the names may point elsewhere. The text that the key
+ * would type is removed with the old name.
  */
 Eina_Bool rename_key(void* /*data*/, void* /*loop_data*/, int type, void* event) {
     if (type != ECORE_EVENT_KEY_DOWN && type != ECORE_EVENT_KEY_UP)

@@ -19,7 +19,7 @@ public:
 
 namespace {
 
-/** An editor truncates, writes, renames and deletes within one save; the file is read when it has been quiet
+/** An editor truncates, writes, renames and deletes within one save; the file is read once it has not changed for
  * this long. */
 constexpr unsigned quiet_milliseconds = 100;
 
@@ -33,10 +33,10 @@ Values read_values() {
     return {settings::text("db/menu_widget/language"), settings::text("db/menu_widget/mirrored")};
 }
 
-unsigned settling = 0; // the GLib source that compares once the file is quiet, 0 for none
+unsigned comparison = 0; // the GLib source that compares once the file is quiet, 0 for none
 
 gboolean compare(gpointer /*data*/) {
-    settling = 0;
+    comparison = 0;
     EventInformation information;
     if (auto now = read_values(); now != std::exchange(values, now))
         guarded_call("event handler", language_changed.callback, &information, language_changed.user_data);
@@ -44,17 +44,17 @@ gboolean compare(gpointer /*data*/) {
 }
 
 void file_changed() {
-    if (settling != 0)
-        g_source_remove(settling);
-    settling = g_timeout_add(quiet_milliseconds, compare, nullptr);
+    if (comparison != 0)
+        g_source_remove(comparison);
+    comparison = g_timeout_add(quiet_milliseconds, compare, nullptr);
 }
 
 } // namespace
 
 void watch_language() {
     const std::string path = settings::file_path();
-    // For a file in a missing folder GIO looks every four seconds whether the folder has come, which would
-    // wake the idle application; when the folder is there the kernel reports it.
+    // For a file in a missing folder GIO checks every four seconds whether the folder exists, which would wake the
+    // idle application; with the folder the kernel reports changes.
     g_autofree char* folder = g_path_get_dirname(path.c_str());
     g_mkdir_with_parents(folder, 0700);
     g_autoptr(GFile) file = g_file_new_for_path(path.c_str());

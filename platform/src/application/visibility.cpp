@@ -20,17 +20,18 @@ std::set<Ecore_X_Window> canvas_windows() {
 
 } // namespace
 
-Visibility::Visibility(std::function<void(bool)> changed, std::function<void()> gone)
+Visibility::Visibility(std::function<void(bool)> changed, std::function<void()> closed)
     : changed_(std::move(changed)),
-      gone_(std::move(gone)), handlers_{
-                                  ecore_event_handler_add(ECORE_X_EVENT_WINDOW_VISIBILITY_CHANGE, note, this),
-                                  ecore_event_handler_add(ECORE_X_EVENT_WINDOW_HIDE, note, this),
-                                  ecore_event_handler_add(ECORE_X_EVENT_WINDOW_DESTROY, note, this)} {}
+      closed_(std::move(closed)), handlers_{
+                                      ecore_event_handler_add(ECORE_X_EVENT_WINDOW_VISIBILITY_CHANGE, note,
+                                                              this),
+                                      ecore_event_handler_add(ECORE_X_EVENT_WINDOW_HIDE, note, this),
+                                      ecore_event_handler_add(ECORE_X_EVENT_WINDOW_DESTROY, note, this)} {}
 
 Visibility::~Visibility() {
     std::ranges::for_each(handlers_, ecore_event_handler_del);
-    if (judgement_)
-        ecore_job_del(judgement_);
+    if (evaluation_)
+        ecore_job_del(evaluation_);
 }
 
 Eina_Bool Visibility::note(void* self, int type, void* event) {
@@ -42,19 +43,19 @@ Eina_Bool Visibility::note(void* self, int type, void* event) {
         // The X server sends no visibility event when a window is unmapped; when it is mapped again it does.
         visibility->windows_[static_cast<const Ecore_X_Event_Window_Hide*>(event)->win] = false;
     }
-    if (!visibility->judgement_)
-        visibility->judgement_ = ecore_job_add(judge, visibility);
+    if (!visibility->evaluation_)
+        visibility->evaluation_ = ecore_job_add(evaluate, visibility);
     return ECORE_CALLBACK_PASS_ON;
 }
 
-void Visibility::judge(void* self) {
+void Visibility::evaluate(void* self) {
     auto* const visibility = static_cast<Visibility*>(self);
-    visibility->judgement_ = nullptr;
+    visibility->evaluation_ = nullptr;
     auto& windows = visibility->windows_;
     const auto canvases = canvas_windows();
     std::erase_if(windows, [&canvases](const auto& entry) { return !canvases.contains(entry.first); });
     if (canvases.empty())
-        visibility->gone_();
+        visibility->closed_();
     if (windows.empty())
         return;
     const bool visible = std::ranges::any_of(windows, [](const auto& entry) { return entry.second; });

@@ -1,4 +1,4 @@
-/** Files that are read as a whole. */
+/** Reading regular files. */
 #pragma once
 
 #include <optional>
@@ -7,7 +7,7 @@
 namespace platform {
 
 /**
- * Reads a regular file. Does not wait for a named pipe, as GLib would.
+ * Reads a whole regular file. Does not block on a named pipe, as GLib would.
  *
  * @param folder an open folder, or AT_FDCWD.
  * @param path   the file, from there.

@@ -16,7 +16,7 @@
 namespace platform {
 namespace {
 
-/** The journal's number of a priority; of one that is not described, that of an error. */
+/** Returns the journal's number for a priority; LOG_ERR for an unknown one. */
 int journal_priority(LogPriority priority) {
     constexpr std::array priorities{LOG_DEBUG, LOG_DEBUG, LOG_INFO, LOG_WARNING, LOG_ERR, LOG_CRIT};
     const auto index = static_cast<std::size_t>(priority) - static_cast<std::size_t>(LogPriority::verbose);
@@ -35,15 +35,14 @@ bool send_to_journal(LogPriority priority, std::string_view tag, std::string_vie
            G_LOG_WRITER_HANDLED;
 }
 
-/** Where TERM is not set, as on a television, the system need not be asked with every message. */
+/** Without TERM, as on a television, this costs no system call for each message. */
 bool shows_colours() {
     const char* const type = std::getenv("TERM");
     return type != nullptr && std::string_view(type) != "dumb" && isatty(STDERR_FILENO) == 1;
 }
 
 int print(LogPriority priority, std::string_view tag, std::string_view message) {
-    // Keeps a reader of the log that went away from ending the process. It is not ignored: a program that is started
-    // would inherit that.
+    // A closed pipe must not end the process. SIGPIPE is not ignored, because started programs would inherit that.
     [[maybe_unused]] static const auto former = std::signal(SIGPIPE, [](int) {});
     if (g_log_writer_is_journald(STDERR_FILENO) != FALSE && send_to_journal(priority, tag, message))
         return static_cast<int>(message.size());

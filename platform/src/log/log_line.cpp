@@ -8,38 +8,38 @@
 namespace platform {
 namespace {
 
-constexpr std::size_t room_around_message = 64;
+constexpr std::size_t typical_overhead = 64;
 
-struct PriorityLook {
+struct PriorityStyle {
     char letter;
     std::string_view colour;
 };
 
-PriorityLook look_of(LogPriority priority) {
-    constexpr std::array<PriorityLook, 6> looks{{{'V', "\x1b[2m"},
-                                                 {'D', "\x1b[2m"},
-                                                 {'I', "\x1b[32m"},
-                                                 {'W', "\x1b[33m"},
-                                                 {'E', "\x1b[31m"},
-                                                 {'F', "\x1b[1;31m"}}};
+PriorityStyle style_of(LogPriority priority) {
+    constexpr std::array<PriorityStyle, 6> styles{{{'V', "\x1b[2m"},
+                                                   {'D', "\x1b[2m"},
+                                                   {'I', "\x1b[32m"},
+                                                   {'W', "\x1b[33m"},
+                                                   {'E', "\x1b[31m"},
+                                                   {'F', "\x1b[1;31m"}}};
     const auto index = static_cast<std::size_t>(priority) - static_cast<std::size_t>(LogPriority::verbose);
-    return index < looks.size() ? looks[index] : PriorityLook{'?', "\x1b[0m"};
+    return index < styles.size() ? styles[index] : PriorityStyle{'?', "\x1b[0m"};
 }
 
-bool turns_direction(gunichar character) {
+bool changes_direction(gunichar character) {
     return (character >= 0x202A && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
 }
 
 bool is_shown_as_is(gunichar character) {
     const GUnicodeType type = g_unichar_type(character);
     return type != G_UNICODE_CONTROL && type != G_UNICODE_LINE_SEPARATOR &&
-           type != G_UNICODE_PARAGRAPH_SEPARATOR && !turns_direction(character);
+           type != G_UNICODE_PARAGRAPH_SEPARATOR && !changes_direction(character);
 }
 
-/** Nearly all of what is logged, and shown without another look. */
+/** Whether it is shown as it is: nearly all logged characters, so they are checked first. */
 bool is_plain(char character) { return character >= ' ' && character <= '~'; }
 
-/** Shows a character, or a byte that is no text. */
+/** Returns the visible form of a character, or of a byte that is not UTF-8. */
 std::string escaped(gunichar character, bool is_text) {
     if (character == '\n')
         return "\\n";
@@ -80,12 +80,12 @@ void append_printable(std::string& line, std::string_view text) {
 }
 
 std::string log_line(LogPriority priority, std::string_view tag, std::string_view message, bool coloured) {
-    const PriorityLook look = look_of(priority);
+    const PriorityStyle style = style_of(priority);
     std::string line;
-    line.reserve(room_around_message + message.size());
+    line.reserve(typical_overhead + message.size());
     if (coloured)
-        line += look.colour;
-    line += look.letter;
+        line += style.colour;
+    line += style.letter;
     line += '/';
     append_printable(line, tag);
     line += '(';

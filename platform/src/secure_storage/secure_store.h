@@ -27,7 +27,7 @@ struct Store {
     Records records;
 };
 
-/** Reads the store. A writer at work does not disturb: its store appears at once and as a whole. */
+/** Reads the store. A concurrent writer does not matter: a new store replaces the old one atomically. */
 Store read_store();
 
 /**

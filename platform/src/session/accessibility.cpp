@@ -11,7 +11,7 @@
 namespace platform {
 namespace {
 
-/** Far longer than the bridge gives the address of the bus. */
+/** Far longer than the bridge waits for the address of the bus. */
 constexpr unsigned connection_milliseconds = 1000;
 
 GDBusProxy* status = nullptr;    // org.a11y.Status
@@ -87,7 +87,7 @@ void follow_screen_reader() {
         g_signal_connect(status, "g-properties-changed", G_CALLBACK(apply), nullptr);
         apply();
     };
-    // Not started for the purpose: where the accessibility service does not run, no reader does.
+    // The service is not started: where it does not run, there is no screen reader.
     g_dbus_proxy_new_for_bus(G_BUS_TYPE_SESSION, G_DBUS_PROXY_FLAGS_DO_NOT_AUTO_START, nullptr,
                              "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Status", nullptr, created, nullptr);
 }

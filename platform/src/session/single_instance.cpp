@@ -15,11 +15,11 @@ constexpr auto* application_xml =
     "<node><interface name='org.freedesktop.Application'><method name='Activate'>"
     "<arg type='a{sv}' direction='in'/></method></interface></node>";
 
-/** How long the bus may hold up the start. */
+/** How long the start waits for the bus. */
 constexpr gint64 bus_limit_microseconds = 1'000'000;
 /** How long the start waits for a running process to answer a launch; one that is ending answers at once. */
 constexpr int launch_limit_milliseconds = 1500;
-/** How long a process that is ending is waited for; the end of the radio's programs takes five seconds. */
+/** How long the start waits for a process that is ending; stopping the radio's programs takes five seconds. */
 constexpr gint64 end_limit_microseconds = 30'000'000;
 
 void log_line(LogPriority priority, const char* text) {
@@ -43,7 +43,7 @@ SingleInstance::SingleInstance(std::string_view program, std::function<void()> l
         outcome_ = LaunchOutcome::runs;
         return;
     }
-    // Before the name is asked for, so that no launch finds it without an answer.
+    // Before the name is requested, so that every launch finds the object.
     const auto connected = [](GDBusConnection* bus, const char* /*name*/, gpointer self) {
         static_cast<SingleInstance*>(self)->accept_launches(bus);
     };

@@ -9,23 +9,23 @@
 
 namespace platform {
 
-/** What becomes of a process that was started. */
+/** What a started process does. */
 enum class LaunchOutcome {
-    runs,    /**< it is the application's one process, as far as is known */
-    reached, /**< another process runs, and has taken the launch */
-    held_up, /**< another process is ending, and does not come to its end */
+    runs,    /**< runs: no other process is known */
+    reached, /**< exits: another process runs, and has the launch */
+    held_up, /**< exits: another process is ending, and does not finish */
 };
 
 /**
  * Holds the application's name on the session bus, or passes the launch to the process that holds it.
  *
- * Later launches come in as calls of org.freedesktop.Application.Activate. A process that is busy takes them when it
- * has time. One that is ending keeps the name but no longer has the object, so GDBus's own thread refuses the call at
- * once, and the process that called waits in the bus's queue for the name. (GApplication asks the first process for
+ * Later launches come in as calls of org.freedesktop.Application.Activate. A busy process handles them
+ * later. A process that is ending keeps the name but has removed the object, so GDBus's own thread refuses the call at
+ * once, and the calling process waits in the bus's queue for the name. (GApplication asks the first process for
  * its actions and waits for the answer, measured: with a busy one a second would come up.)
  *
- * A bus that is silent for a second holds the start up no longer: the process runs, and has the name when the
- * bus answers, or when another process that has it by then is gone.
+ * The start waits one second at most for the bus; then the process runs without the name, and gets it when the bus
+ * answers and no other process has it.
  */
 class SingleInstance {
 public:
@@ -33,8 +33,8 @@ public:
      * Asks for the name, without waiting. One of these lives at a time.
      *
      * @param program  the path or name the program was started as.
-     * @param launched called from GLib's default context at every later launch, which is not dispatched when this is
-     * gone; the bus takes the name back when the process has gone.
+     * @param launched called from GLib's default context at every later launch. The context must not be dispatched after
+     * this object is destroyed; the bus frees the name when the process exits.
      */
     SingleInstance(std::string_view program, std::function<void()> launched);
 

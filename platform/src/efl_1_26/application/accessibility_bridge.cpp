@@ -4,7 +4,7 @@
 #include <dlfcn.h>
 #include <string_view>
 
-// Only libelementary knows the bridge: no header declares the function that gives it away.
+// Only libelementary has the bridge object: no header declares the function that returns it.
 // NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 extern "C" Elm_Atspi_Bridge* _elm_atspi_bridge_get();
 
@@ -40,8 +40,9 @@ extern "C" Ecore_Event_Filter* ecore_event_filter_add(Ecore_Data_Cb start, Ecore
 namespace platform {
 
 /*
- * Measured with EFL 1.26.3: the bridge gives the accessibility service 100 ms for the bus's address, and does not ask
- * again; on a busy machine it stays on without a connection, and no event says so. Switched off, it is not cleared.
+ * Measured with EFL 1.26.3: the bridge waits 100 ms for the accessibility service's answer with the bus's address, and does
+ * not ask again; on a busy machine it stays on without a connection, and no event reports that. Its object is not cleared
+ * when it is switched off.
  */
 bool bridge_is_connected() {
     return elm_config_atspi_mode_get() && elm_atspi_bridge_connected_get(_elm_atspi_bridge_get());

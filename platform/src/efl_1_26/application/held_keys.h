@@ -1,4 +1,4 @@
-/** Keys that are held down. */
+/** Repetitions of keys that are held down. */
 #pragma once
 
 namespace platform {

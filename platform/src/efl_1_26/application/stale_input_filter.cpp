@@ -18,9 +18,8 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-constexpr auto longest_turn = 250ms;
-/** Presses made in a freeze are read soon after it. A freeze that ended earlier is not compared with: X's times wrap
- * around. */
+constexpr auto longest_iteration = 250ms;
+/** Presses made in a freeze are read soon after it. Older freezes are ignored, because X's times wrap around. */
 constexpr auto longest_memory = 1min;
 constexpr std::string_view raising_key = "XF86Red";
 
@@ -49,8 +48,8 @@ Press press_of(int type, const void* event) {
 /**
  * Returns the server's own time in milliseconds, which keys and buttons carry too.
  *
- * A property's change is reported with it. The change of a window that Ecore does not know is waited for, and
- * everything else that comes meanwhile stays in Xlib's queue for Ecore.
+ * A property change is reported with it. The function changes a property of a window that Ecore does not know and waits
+ * for the report; all other events stay in Xlib's queue for Ecore.
  */
 unsigned server_time_now() {
     auto* const display = static_cast<Display*>(ecore_x_display_get());
@@ -66,7 +65,7 @@ unsigned server_time_now() {
 
 gboolean about_to_wait(GSource* /*source*/, int* timeout) {
     *timeout = -1;
-    if (Clock::now() - woken > longest_turn) {
+    if (Clock::now() - woken > longest_iteration) {
         last_freeze_end = {server_time_now(), Clock::now()};
         dropped_last.clear();
     }
@@ -80,9 +79,9 @@ gboolean has_woken(GSource* /*source*/) {
 
 bool is_stale(unsigned server_time) {
     const auto now = Clock::now();
-    if (now - woken > longest_turn)
-        return true; // this turn is a freeze, and the events that it handles were read before its end
-    constexpr unsigned unknown = 0; // of an event that another program made
+    if (now - woken > longest_iteration)
+        return true;                // this iteration is a freeze, and its events were read before it ends
+    constexpr unsigned unknown = 0; // in an event that another program generated
     return server_time != unknown && now - last_freeze_end.time < longest_memory &&
            static_cast<int>(server_time - last_freeze_end.server_time) <= 0;
 }
@@ -102,9 +101,9 @@ Eina_Bool drop_if_stale(void* /*data*/, int type, void* event) {
 
 } // namespace
 
-// Ecore calls its event filters for the whole queue before the first handler, so that a filter has passed the
-// presses that were read together with the one whose handler then takes long (measured with EFL 1.26.3). The
-// first of the handlers sees each press when its turn has come.
+// Ecore calls its event filters for the whole queue before the first handler, so a filter would have passed the presses
+// that were read together with one whose handler then takes long (measured with EFL 1.26.3). The first handler sees
+// each press just before the others do.
 void drop_stale_input() {
     woken = Clock::now();
     // A source of GLib's that is never ready: GLib calls its functions before and after each wait.
@@ -112,7 +111,7 @@ void drop_stale_input() {
     functions.prepare = about_to_wait;
     functions.check = has_woken;
     GSource* const watch = g_source_new(&functions, sizeof(GSource));
-    g_source_set_priority(watch, G_MININT); // GLib asks no source behind one that is ready
+    g_source_set_priority(watch, G_MININT); // GLib skips sources of lower priority than a ready one
     g_source_attach(watch, nullptr);
     ecore_event_handler_prepend(ECORE_EVENT_KEY_DOWN, drop_if_stale, nullptr);
     ecore_event_handler_prepend(ECORE_EVENT_MOUSE_BUTTON_DOWN, drop_if_stale, nullptr);
