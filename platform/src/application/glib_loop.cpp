@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <glib.h>
 #include <sys/select.h>
-#include <sys/time.h>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -68,7 +68,8 @@ int select_with_glib(int count, fd_set* read, fd_set* write, fd_set* except, tim
                 FD_SET(wanted.fd, set);
     }
     timeval glib_timeout{.tv_sec = glib.milliseconds / 1000, .tv_usec = (glib.milliseconds % 1000) * 1000L};
-    if (glib.milliseconds >= 0 && (!timeout || timercmp(&glib_timeout, timeout, <)))
+    if (glib.milliseconds >= 0 && (!timeout || std::tie(glib_timeout.tv_sec, glib_timeout.tv_usec) <
+                                                   std::tie(timeout->tv_sec, timeout->tv_usec)))
         timeout = &glib_timeout;
 
     int ready = select(count, read, write, except, timeout);

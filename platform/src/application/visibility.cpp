@@ -11,10 +11,12 @@ namespace {
 /** The windows that show a canvas of this process; Ecore has helper windows too. */
 std::set<Ecore_X_Window> canvas_windows() {
     std::set<Ecore_X_Window> windows;
-    Eina_List* canvases = ecore_evas_ecore_evas_list_get();
-    void* canvas = nullptr;
-    EINA_LIST_FREE(canvases, canvas)
-    windows.insert(static_cast<Ecore_X_Window>(ecore_evas_window_get(static_cast<Ecore_Evas*>(canvas))));
+    Eina_List* const canvases = ecore_evas_ecore_evas_list_get();
+    for (const Eina_List* node = canvases; node; node = eina_list_next(node)) {
+        const auto* const canvas = static_cast<const Ecore_Evas*>(eina_list_data_get(node));
+        windows.insert(static_cast<Ecore_X_Window>(ecore_evas_window_get(canvas)));
+    }
+    eina_list_free(canvases);
     return windows;
 }
 
