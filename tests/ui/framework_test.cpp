@@ -1,7 +1,7 @@
 /** The framework, seen from an application in a process of its own that says what happens to it. */
 #include "base/process.h"
 #include "base/wait_until.h"
-#include "efl_1_26/application/bridge_connection.h"
+#include "efl_1_26/application/accessibility_bridge.h"
 #include "support/announcements.h"
 #include "support/settings_folder.h"
 #include "support/windows.h"

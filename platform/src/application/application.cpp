@@ -1,28 +1,30 @@
 #include "platform/application.h"
 
-#include "display_loss.h"
+#include "common/installed_files.h"
+#include "display_connection.h"
 #include "efl_1_26/application/held_keys.h"
 #include "efl_1_26/application/stale_input_filter.h"
 #include "ending_signals.h"
-#include "event_handlers.h"
 #include "glib_loop.h"
 #include "guarded_call.h"
 #include "keys.h"
 #include "language.h"
 #include "main_loop.h"
-#include "options.h"
-#include "requirements.h"
 #include "session/accessibility.h"
 #include "session/single_instance.h"
-#include "standard_descriptors.h"
 #include "visibility.h"
-#include "x_server.h"
-
-#include "files/installed_files.h"
 
 #include <Efreet.h>
 #include <Elementary.h>
-#include <optional>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <pthread.h>
+#include <string_view>
+#include <sys/select.h>
+#include <unistd.h>
 
 namespace platform {
 
@@ -30,85 +32,96 @@ class LaunchRequest {};
 
 namespace {
 
-/** EFL frees what was deleted once the loop has nothing else to do, or when it is more than this; else than 32 MB. */
+/** EFL frees deleted objects when the loop is idle, or once they exceed this limit (its default is 32 MB). */
 constexpr std::size_t most_unfreed_bytes = 1U << 20U;
 
-/** Elementary, up while it lives. */
+/** Answers "--help" or "--version" on standard output; false for every other argument, which is the application's. */
+bool answer_option(std::string_view option) {
+    const char* const program = program_invocation_short_name;
+    if (option == "--help")
+        std::printf("usage: %s\n\n"
+                    "Runs full-screen until it is ended, and takes no options but --help and --version.\n"
+                    "'man %s' says more.\n",
+                    program, program);
+    else if (option == "--version")
+        std::printf("%s " VELMORA_VERSION "\n", program);
+    else
+        return false;
+    return true;
+}
+
+/** The system gives the lowest free number: the next file that is opened would get what is meant for the log. */
+void open_missing_standard_descriptors() {
+    int descriptor = STDIN_FILENO;
+    while (descriptor >= STDIN_FILENO && descriptor <= STDERR_FILENO)
+        descriptor = open("/dev/null", O_RDWR);
+    close(descriptor);
+}
+
+/** From now on a program that is started with fork(2) and exec gets the standard descriptors alone, none of a library. */
+void keep_descriptors_from_children() {
+    pthread_atfork([] { close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC); }, nullptr, nullptr);
+}
+
+/** Elementary, initialised while this exists. */
 class Toolkit {
 public:
     Toolkit(int argc, char** argv) {
-        // No desktop files are looked up here, and the daemon that caches them would be left running.
+        // No desktop files are looked up here, and the daemon that caches them would keep running.
         efreet_cache_disable();
-        // They tell of batteries and time zones, and wait for the system bus for as long as it takes to answer.
+        // Batteries and time zones: these modules wait for the system bus without a limit.
         ecore_app_no_system_modules();
-        leave_bridge_off();
-        ecore_is_up_ = init_ecore_without_signals();
-        up_ = elm_init(argc, argv) > 0;
+        unsetenv("ELM_ATSPI_MODE"); // or Elementary switches its bridge on by itself
+        is_initialised_ = init_ecore_without_signals() && elm_init(argc, argv) > 0;
         eina_freeq_mem_max_set(eina_freeq_main_get(), most_unfreed_bytes);
     }
     ~Toolkit() {
-        if (up_)
+        ecore_main_loop_select_func_set(select); // elm_shutdown runs the loop once more: without GLib
+        if (is_initialised_) {
             elm_shutdown();
-        if (ecore_is_up_)
             ecore_shutdown();
+        }
     }
     Toolkit(const Toolkit&) = delete;
     Toolkit& operator=(const Toolkit&) = delete;
-    explicit operator bool() const { return up_; }
+    explicit operator bool() const { return is_initialised_; }
 
 private:
-    bool ecore_is_up_ = false;
-    bool up_ = false;
+    bool is_initialised_ = false;
 };
 
-/** The application's callbacks, each kept from throwing into the code that calls it. */
-class Application {
-public:
-    Application(const LifecycleCallbacks& callbacks, void* user_data)
-        : callbacks_(callbacks), user_data_(user_data) {}
-
-    [[nodiscard]] bool create() const { return guarded_call("create", callbacks_.create, user_data_); }
-    void terminate() const { guarded_call("terminate", callbacks_.terminate, user_data_); }
-    void launch() const {
-        LaunchRequest request;
-        guarded_call("app_control", callbacks_.app_control, &request, user_data_);
+/** Loads the toolkit's theme, which has the window's frame too; logs when it is missing or no theme. */
+bool load_theme() {
+    const std::string file = theme_file();
+    if (edje_file_group_exists(file.c_str(), "vell/focus_ring") != EINA_FALSE) {
+        elm_theme_overlay_add(nullptr, file.c_str());
+        return true;
     }
-    void set_visible(bool visible) const {
-        if (visible)
-            guarded_call("resume", callbacks_.resume, user_data_);
-        else
-            guarded_call("pause", callbacks_.pause, user_data_);
-    }
+    __dlog_print(LogBuffer::main, LogPriority::error, "PLATFORM", "no theme: %s: %s", file.c_str(),
+                 access(file.c_str(), R_OK) == 0 ? "it is damaged, or another file" : std::strerror(errno));
+    return false;
+}
 
-private:
-    LifecycleCallbacks callbacks_;
-    void* user_data_;
-};
-
-/** The life of the application while Elementary is up: what listens to the system goes before terminate is
- * called. */
-int run(const Application& application) {
-    const GlibLoop glib_loop;
-    const RemoteControlKeys keys;
-    const StaleInputFilter stale_input_filter;
-    const Accessibility accessibility;
-    std::optional<EndingSignals> signals;
-    MainLoop::instance().reset();
-    {
-        const LanguageWatch language([] { language_changed_handler().deliver(); });
-        const Visibility visibility([&application](bool visible) { application.set_visible(visible); },
-                                    [] { MainLoop::instance().quit("the window has gone"); });
-        const HeldKeys held_keys;
-        survive_display_loss();
-        if (!application.create())
-            return application_create_failed;
-        application.launch();
-        signals.emplace();
-        MainLoop::instance().run();
-        SingleInstance::refuse_launches();
-    }
-    application.terminate();
-    return application_ok;
+/** Runs the application from create to the end of the main loop. @return whether it was created. */
+bool run(const LifecycleCallbacks& callbacks, void* user_data, const std::function<void()>& launch) {
+    dispatch_glib_in_ecore();
+    add_remote_control_keys();
+    drop_stale_input();
+    follow_screen_reader();
+    watch_language();
+    const Visibility visibility(
+        [&](bool visible) {
+            guarded_call(visible ? "resume" : "pause", visible ? callbacks.resume : callbacks.pause,
+                         user_data);
+        },
+        [] { quit_main_loop("the window has gone"); });
+    drop_repeated_keys();
+    if (!guarded_call("create", callbacks.create, user_data))
+        return false;
+    launch();
+    end_main_loop_on_signals();
+    run_main_loop();
+    return true;
 }
 
 } // namespace
@@ -122,16 +135,24 @@ int ui_app_main(int argc, char** argv, const platform::LifecycleCallbacks* callb
     keep_descriptors_from_children();
     if (!callbacks || !callbacks->create || !callbacks->terminate || argc < 1 || !argv)
         return application_invalid_argument;
-    const Application application(*callbacks, user_data);
-    SingleInstance instance(argv[0], [&application] { application.launch(); });
+    const auto launch = [callbacks, user_data] {
+        LaunchRequest request;
+        guarded_call("app_control", callbacks->app_control, &request, user_data);
+    };
+    SingleInstance instance(argv[0], launch);
     if (const auto outcome = instance.settle(); outcome != LaunchOutcome::runs)
         return outcome == LaunchOutcome::reached ? application_ok : application_held_up;
     const Toolkit toolkit(argc, argv);
     if (!toolkit)
         return application_toolkit_failed;
-    const XConnection display;
-    if (const auto result = check_requirements(display); result != application_ok)
-        return result;
-    elm_theme_overlay_add(nullptr, theme_file().c_str()); // which has the frame of the window, too
-    return run(application);
+    if (!load_theme())
+        return application_theme_missing;
+    const DisplayConnection display;
+    if (!display)
+        return application_display_missing;
+    if (!run(*callbacks, user_data, launch))
+        return application_create_failed;
+    instance.refuse_launches();
+    guarded_call("terminate", callbacks->terminate, user_data);
+    return application_ok;
 }

@@ -4,24 +4,16 @@
 #include "platform/log.h"
 
 #include <Ecore.h>
-#include <algorithm>
 #include <array>
 #include <csignal>
 
 namespace platform {
 namespace {
 
-struct EndingSignal {
-    int number;
-    struct sigaction of_ecore = {};
-};
-std::array<EndingSignal, 4> ending_signals{{{SIGTERM}, {SIGINT}, {SIGQUIT}, {SIGHUP}}};
-
-bool is_ignored(int number) {
-    struct sigaction present = {};
-    sigaction(number, nullptr, &present);
-    return present.sa_handler == SIG_IGN;
-}
+constexpr std::array ending_signals{SIGTERM, SIGINT, SIGQUIT, SIGHUP};
+using Actions = std::array<struct sigaction, ending_signals.size()>;
+Actions inherited;
+Actions of_ecore;
 
 const char* signal_name(const Ecore_Event_Signal_Exit& event) {
     if (event.interrupt)
@@ -36,41 +28,33 @@ Eina_Bool exit_signal(void* /*data*/, int /*type*/, void* event) {
                      "the session bus connection was closed");
         return ECORE_CALLBACK_DONE;
     }
-    MainLoop::instance().quit(signal_name(signal));
+    quit_main_loop(signal_name(signal));
     return ECORE_CALLBACK_DONE;
 }
 
 Eina_Bool hangup_signal(void* /*data*/, int /*type*/, void* /*event*/) {
-    MainLoop::instance().quit("SIGHUP");
+    quit_main_loop("SIGHUP");
     return ECORE_CALLBACK_DONE;
 }
 
 } // namespace
 
-// A signal that comes meanwhile is held back, or Ecore's handler would keep it for the loop.
 bool init_ecore_without_signals() {
-    sigset_t ending = {};
-    sigset_t blocked = {};
-    std::array<struct sigaction, ending_signals.size()> inherited = {};
-    for (std::size_t i = 0; i < inherited.size(); ++i) {
-        sigaddset(&ending, ending_signals[i].number);
-        sigaction(ending_signals[i].number, nullptr, &inherited[i]);
-    }
-    pthread_sigmask(SIG_BLOCK, &ending, &blocked);
+    for (std::size_t i = 0; i < ending_signals.size(); ++i)
+        sigaction(ending_signals[i], nullptr, &inherited[i]);
     const bool is_up = ecore_init() > 0;
-    for (std::size_t i = 0; i < inherited.size(); ++i)
-        sigaction(ending_signals[i].number, &inherited[i], &ending_signals[i].of_ecore);
-    pthread_sigmask(SIG_SETMASK, &blocked, nullptr);
+    for (std::size_t i = 0; i < ending_signals.size(); ++i)
+        sigaction(ending_signals[i], &inherited[i], &of_ecore[i]);
     return is_up;
 }
 
-// The handlers come before Elementary's own, which end the loop without a word.
-EndingSignals::EndingSignals()
-    : exit_(ecore_event_handler_prepend(ECORE_EVENT_SIGNAL_EXIT, exit_signal, nullptr)),
-      hangup_(ecore_event_handler_prepend(ECORE_EVENT_SIGNAL_HUP, hangup_signal, nullptr)) {
-    for (const auto& [number, of_ecore] : ending_signals)
-        if (!is_ignored(number))
-            sigaction(number, &of_ecore, nullptr);
+// The handlers come before Elementary's own, which end the loop without logging why.
+void end_main_loop_on_signals() {
+    ecore_event_handler_prepend(ECORE_EVENT_SIGNAL_EXIT, exit_signal, nullptr);
+    ecore_event_handler_prepend(ECORE_EVENT_SIGNAL_HUP, hangup_signal, nullptr);
+    for (std::size_t i = 0; i < ending_signals.size(); ++i)
+        if (inherited[i].sa_handler != SIG_IGN)
+            sigaction(ending_signals[i], &of_ecore[i], nullptr);
 }
 
 } // namespace platform

@@ -1,28 +1,16 @@
 /** GLib's default main context inside Ecore's main loop. */
 #pragma once
 
-#include <Ecore.h>
-
 namespace platform {
 
 /**
- * While it lives, Ecore's main loop waits for GLib's default context too and dispatches it.
+ * Has Ecore's main loop wait for GLib's default context too, and dispatch it, from now on.
  *
  * Debian's EFL is built without GLib support (`ecore_main_loop_glib_integrate` answers false), so Ecore is
- * given a select function that polls the descriptors and time-outs of both. Nothing is woken at intervals:
- * the wait ends when a descriptor of either is ready or the nearest time-out of either is over. A flood of D-Bus
- * messages gets a share of each turn of the loop, so that keys get theirs.
+ * given a select function that waits for the descriptors and time-outs of both. There is no polling: the wait ends when
+ * a descriptor of either is ready or the nearest time-out of either is over. D-Bus messages get a limited share of each
+ * iteration of the loop, so a flood of them does not block keys.
  */
-class GlibLoop {
-public:
-    GlibLoop();
-    ~GlibLoop();
-    GlibLoop(const GlibLoop&) = delete;
-    GlibLoop& operator=(const GlibLoop&) = delete;
-
-private:
-    Ecore_Select_Function previous_;
-    bool owns_context_;
-};
+void dispatch_glib_in_ecore();
 
 } // namespace platform

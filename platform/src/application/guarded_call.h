@@ -7,18 +7,6 @@
 
 namespace platform {
 
-/** Logs the exception being handled as one that left the callback `name`. */
-inline void log_escaped_exception(const char* name) {
-    try {
-        throw;
-    } catch (const std::exception& error) {
-        __dlog_print(LogBuffer::main, LogPriority::error, "PLATFORM", "%s ended with an exception: %s", name,
-                     error.what());
-    } catch (...) {
-        __dlog_print(LogBuffer::main, LogPriority::error, "PLATFORM", "%s ended with an exception", name);
-    }
-}
-
 /**
  * Calls `callback` if it is not null; an exception that leaves it is logged.
  *
@@ -27,11 +15,17 @@ inline void log_escaped_exception(const char* name) {
  */
 template <typename Result, typename... Parameters, typename... Arguments>
 Result guarded_call(const char* name, Result (*callback)(Parameters...), Arguments... arguments) {
+    const auto log = [name](const char* what) {
+        __dlog_print(LogBuffer::main, LogPriority::error, "PLATFORM", "%s ended with an exception: %s", name,
+                     what);
+    };
     try {
         if (callback)
             return callback(arguments...);
+    } catch (const std::exception& error) {
+        log(error.what());
     } catch (...) {
-        log_escaped_exception(name);
+        log("of an unknown type");
     }
     return Result();
 }

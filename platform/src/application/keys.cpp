@@ -1,5 +1,6 @@
 #include "keys.h"
 
+#include <Ecore.h>
 #include <Ecore_Input.h>
 #include <array>
 #include <string_view>
@@ -21,8 +22,8 @@ constexpr std::array<KeyName, 3> key_names{{
 /**
  * Renames the key of one event in place.
  *
- * Ecore X allocates a key event and its strings as one block and frees it as one, so the names may be pointed
- * elsewhere. The text the key would type goes with the old name.
+ * Ecore X allocates a key event and its strings as one block, so the names may point elsewhere. The text that the key
+ * would type is removed with the old name.
  */
 Eina_Bool rename_key(void* /*data*/, void* /*loop_data*/, int type, void* event) {
     if (type != ECORE_EVENT_KEY_DOWN && type != ECORE_EVENT_KEY_UP)
@@ -40,7 +41,6 @@ Eina_Bool rename_key(void* /*data*/, void* /*loop_data*/, int type, void* event)
 } // namespace
 
 // A filter sees an event before all handlers, whenever they were added.
-RemoteControlKeys::RemoteControlKeys()
-    : filter_(ecore_event_filter_add(nullptr, rename_key, nullptr, nullptr)) {}
+void add_remote_control_keys() { ecore_event_filter_add(nullptr, rename_key, nullptr, nullptr); }
 
 } // namespace platform

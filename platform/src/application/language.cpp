@@ -1,70 +1,81 @@
 #include "language.h"
 
-#include "platform/log.h"
+#include "guarded_call.h"
+#include "platform/application.h"
 #include "settings/settings_file.h"
 
+#include <gio/gio.h>
 #include <utility>
 
 namespace platform {
+
+class EventInformation {};
+
+class EventHandler {
+public:
+    EventCallback callback = nullptr;
+    void* user_data = nullptr;
+};
+
 namespace {
 
-/** An editor truncates, writes, renames and deletes within one save; the file is read when it has been quiet
+/** An editor truncates, writes, renames and deletes within one save; the file is read once it has not changed for
  * this long. */
 constexpr unsigned quiet_milliseconds = 100;
 
-ObjectPointer<GFileMonitor> monitor_settings() {
-    const std::string path = settings::file_path();
-    // For a file in a missing folder GIO looks every four seconds whether the folder has come, which would
-    // wake the idle application; with the folder there the kernel tells.
-    g_autofree char* folder = g_path_get_dirname(path.c_str());
-    g_mkdir_with_parents(folder, 0700);
-    const ObjectPointer<GFile> file(g_file_new_for_path(path.c_str()));
-    g_autoptr(GError) error = nullptr;
-    ObjectPointer<GFileMonitor> monitor(
-        g_file_monitor_file(file.get(), G_FILE_MONITOR_NONE, nullptr, &error));
-    if (!monitor)
-        __dlog_print(LogBuffer::main, LogPriority::warning, "PLATFORM", "language changes go unnoticed: %s",
-                     error->message);
-    return monitor;
+EventHandler language_changed; // registered before the framework runs
+
+/** The language and the mirroring. */
+using Values = std::pair<std::optional<std::string>, std::optional<std::string>>;
+Values values;
+
+Values read_values() {
+    return {settings::text("db/menu_widget/language"), settings::text("db/menu_widget/mirrored")};
+}
+
+unsigned comparison = 0; // the GLib source that compares once the file is quiet, 0 for none
+
+gboolean compare(gpointer /*data*/) {
+    comparison = 0;
+    EventInformation information;
+    if (auto now = read_values(); now != std::exchange(values, now))
+        guarded_call("event handler", language_changed.callback, &information, language_changed.user_data);
+    return G_SOURCE_REMOVE;
+}
+
+void file_changed() {
+    if (comparison != 0)
+        g_source_remove(comparison);
+    comparison = g_timeout_add(quiet_milliseconds, compare, nullptr);
 }
 
 } // namespace
 
-LanguageWatch::LanguageWatch(std::function<void()> changed)
-    : changed_(std::move(changed)), monitor_(monitor_settings()), values_(read()) {
-    const auto file_event =
-        +[](GFileMonitor* /*monitor*/, GFile* /*file*/, GFile* /*other*/, GFileMonitorEvent /*event*/,
-            gpointer self) { static_cast<LanguageWatch*>(self)->file_changed(); };
-    if (monitor_)
-        g_signal_connect(monitor_.get(), "changed", G_CALLBACK(file_event), this);
-}
-
-LanguageWatch::~LanguageWatch() {
-    if (monitor_)
-        g_signal_handlers_disconnect_by_data(monitor_.get(), this);
-    if (settling_ != 0)
-        g_source_remove(settling_);
-}
-
-LanguageWatch::Values LanguageWatch::read() {
-    return {.language = settings::text("db/menu_widget/language"),
-            .mirrored = settings::text("db/menu_widget/mirrored")};
-}
-
-void LanguageWatch::file_changed() {
-    if (settling_ != 0)
-        g_source_remove(settling_);
-    const auto quiet = +[](gpointer self) -> gboolean {
-        static_cast<LanguageWatch*>(self)->compare();
-        return G_SOURCE_REMOVE;
-    };
-    settling_ = g_timeout_add(quiet_milliseconds, quiet, this);
-}
-
-void LanguageWatch::compare() {
-    settling_ = 0;
-    if (auto now = read(); now != std::exchange(values_, now))
-        changed_();
+void watch_language() {
+    const std::string path = settings::file_path();
+    // For a file in a missing folder GIO checks every four seconds whether the folder exists, which would wake the
+    // idle application; with the folder the kernel reports changes.
+    g_autofree char* folder = g_path_get_dirname(path.c_str());
+    g_mkdir_with_parents(folder, 0700);
+    g_autoptr(GFile) file = g_file_new_for_path(path.c_str());
+    g_autoptr(GError) error = nullptr;
+    static GFileMonitor* const monitor = g_file_monitor_file(file, G_FILE_MONITOR_NONE, nullptr, &error);
+    if (monitor)
+        g_signal_connect(monitor, "changed", G_CALLBACK(file_changed), nullptr);
+    else
+        __dlog_print(LogBuffer::main, LogPriority::warning, "PLATFORM", "language changes go unnoticed: %s",
+                     error->message);
+    values = read_values();
 }
 
 } // namespace platform
+
+int ui_app_add_event_handler(platform::EventHandler** handler, platform::EventType type,
+                             platform::EventCallback callback, void* user_data) {
+    if (type != platform::EventType::language_changed || !callback)
+        return platform::application_invalid_argument;
+    platform::language_changed = {callback, user_data};
+    if (handler)
+        *handler = &platform::language_changed;
+    return platform::application_ok;
+}

@@ -2,80 +2,62 @@
 
 #include <Ecore_Evas.h>
 #include <algorithm>
+#include <set>
 #include <utility>
 
 namespace platform {
 namespace {
 
-bool is_any_canvas_left() {
+/** The windows that show a canvas of this process; Ecore has helper windows too. */
+std::set<Ecore_X_Window> canvas_windows() {
+    std::set<Ecore_X_Window> windows;
     Eina_List* const canvases = ecore_evas_ecore_evas_list_get();
-    const bool is_any = canvases != nullptr;
+    for (const Eina_List* node = canvases; node; node = eina_list_next(node)) {
+        const auto* const canvas = static_cast<const Ecore_Evas*>(eina_list_data_get(node));
+        windows.insert(static_cast<Ecore_X_Window>(ecore_evas_window_get(canvas)));
+    }
     eina_list_free(canvases);
-    return is_any;
-}
-
-/** Whether the window shows a canvas of this process; Ecore has helper windows too. */
-bool has_canvas(Ecore_X_Window window) {
-    bool found = false;
-    Eina_List* canvases = ecore_evas_ecore_evas_list_get();
-    void* canvas = nullptr;
-    EINA_LIST_FREE(canvases, canvas)
-    found |= ecore_evas_window_get(static_cast<const Ecore_Evas*>(canvas)) == window;
-    return found;
+    return windows;
 }
 
 } // namespace
 
-Visibility::Visibility(std::function<void(bool)> changed, std::function<void()> gone)
-    : changed_(std::move(changed)), gone_(std::move(gone)) {
-    handlers_[0].reset(ecore_event_handler_add(ECORE_X_EVENT_WINDOW_VISIBILITY_CHANGE, obscured, this));
-    handlers_[1].reset(ecore_event_handler_add(ECORE_X_EVENT_WINDOW_HIDE, hidden, this));
-    handlers_[2].reset(ecore_event_handler_add(ECORE_X_EVENT_WINDOW_DESTROY, destroyed, this));
-}
+Visibility::Visibility(std::function<void(bool)> changed, std::function<void()> closed)
+    : changed_(std::move(changed)),
+      closed_(std::move(closed)), handlers_{
+                                      ecore_event_handler_add(ECORE_X_EVENT_WINDOW_VISIBILITY_CHANGE, note,
+                                                              this),
+                                      ecore_event_handler_add(ECORE_X_EVENT_WINDOW_HIDE, note, this),
+                                      ecore_event_handler_add(ECORE_X_EVENT_WINDOW_DESTROY, note, this)} {}
 
 Visibility::~Visibility() {
-    if (judgement_)
-        ecore_job_del(judgement_);
+    std::ranges::for_each(handlers_, ecore_event_handler_del);
+    if (evaluation_)
+        ecore_job_del(evaluation_);
 }
 
-Eina_Bool Visibility::obscured(void* self, int /*type*/, void* event) {
-    const auto* const change = static_cast<const Ecore_X_Event_Window_Visibility_Change*>(event);
-    static_cast<Visibility*>(self)->note(change->win, !change->fully_obscured);
-    return ECORE_CALLBACK_PASS_ON;
-}
-
-// The X server sends no visibility event when a window is unmapped; when it is mapped again it does.
-Eina_Bool Visibility::hidden(void* self, int /*type*/, void* event) {
-    static_cast<Visibility*>(self)->note(static_cast<const Ecore_X_Event_Window_Hide*>(event)->win, false);
-    return ECORE_CALLBACK_PASS_ON;
-}
-
-Eina_Bool Visibility::destroyed(void* self, int /*type*/, void* event) {
+Eina_Bool Visibility::note(void* self, int type, void* event) {
     auto* const visibility = static_cast<Visibility*>(self);
-    visibility->windows_.erase(static_cast<const Ecore_X_Event_Window_Destroy*>(event)->win);
-    visibility->judge_later();
+    if (type == ECORE_X_EVENT_WINDOW_VISIBILITY_CHANGE) {
+        const auto& change = *static_cast<const Ecore_X_Event_Window_Visibility_Change*>(event);
+        visibility->windows_[change.win] = change.fully_obscured == 0;
+    } else if (type == ECORE_X_EVENT_WINDOW_HIDE) {
+        // The X server sends no visibility event when a window is unmapped; when it is mapped again it does.
+        visibility->windows_[static_cast<const Ecore_X_Event_Window_Hide*>(event)->win] = false;
+    }
+    if (!visibility->evaluation_)
+        visibility->evaluation_ = ecore_job_add(evaluate, visibility);
     return ECORE_CALLBACK_PASS_ON;
 }
 
-void Visibility::note(Ecore_X_Window window, bool visible) {
-    if (!has_canvas(window))
-        return;
-    windows_[window] = visible;
-    judge_later();
-}
-
-void Visibility::judge_later() {
-    if (!judgement_)
-        judgement_ = ecore_job_add(judge, this);
-}
-
-void Visibility::judge(void* self) {
+void Visibility::evaluate(void* self) {
     auto* const visibility = static_cast<Visibility*>(self);
-    visibility->judgement_ = nullptr;
+    visibility->evaluation_ = nullptr;
     auto& windows = visibility->windows_;
-    std::erase_if(windows, [](const auto& entry) { return !has_canvas(entry.first); });
-    if (!is_any_canvas_left())
-        visibility->gone_();
+    const auto canvases = canvas_windows();
+    std::erase_if(windows, [&canvases](const auto& entry) { return !canvases.contains(entry.first); });
+    if (canvases.empty())
+        visibility->closed_();
     if (windows.empty())
         return;
     const bool visible = std::ranges::any_of(windows, [](const auto& entry) { return entry.second; });

@@ -1,49 +1,49 @@
 #include "platform/log.h"
 
-#include "files/descriptor.h"
-#include "log_journal.h"
+#include "common/descriptor.h"
 #include "log_line.h"
 
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdarg>
-#include <cstdio>
 #include <cstdlib>
 #include <glib.h>
-#include <memory>
 #include <string>
 #include <string_view>
-#include <unistd.h>
+#include <syslog.h>
 
 namespace platform {
 namespace {
 
-struct Free {
-    void operator()(char* text) const { std::free(text); } // NOLINT(cppcoreguidelines-owning-memory)
-};
-
-/**
- * Keeps a reader of the log that went away from ending the process (SIGPIPE). With a handler instead of
- * ignoring it, for a program that is started inherits what is ignored.
- */
-bool survive_broken_pipes() {
-    struct sigaction former {};
-    if (sigaction(SIGPIPE, nullptr, &former) < 0 || former.sa_handler != SIG_DFL)
-        return false;
-    struct sigaction nothing {};
-    nothing.sa_handler = [](int) {};
-    nothing.sa_flags = SA_RESTART;
-    return sigaction(SIGPIPE, &nothing, nullptr) == 0;
+/** Returns the journal's number for a priority; LOG_ERR for an unknown one. */
+int journal_priority(LogPriority priority) {
+    constexpr std::array priorities{LOG_DEBUG, LOG_DEBUG, LOG_INFO, LOG_WARNING, LOG_ERR, LOG_CRIT};
+    const auto index = static_cast<std::size_t>(priority) - static_cast<std::size_t>(LogPriority::verbose);
+    return index < priorities.size() ? priorities[index] : LOG_ERR;
 }
 
-/** Where TERM is not set, as on a television, the system need not be asked with every message. */
+/** Sends one message to the journal, its priority, tag and text in the journal's own fields. @return whether it took it. */
+bool send_to_journal(LogPriority priority, std::string_view tag, std::string_view message) {
+    const auto field = [](const char* key, std::string_view value) {
+        return GLogField{.key = key, .value = value.data(), .length = static_cast<gssize>(value.size())};
+    };
+    const std::string level = std::to_string(journal_priority(priority));
+    const std::array fields{field("MESSAGE", without_line_end(message)), field("PRIORITY", level),
+                            field("SYSLOG_IDENTIFIER", tag)};
+    return g_log_writer_journald(G_LOG_LEVEL_MESSAGE, fields.data(), fields.size(), nullptr) ==
+           G_LOG_WRITER_HANDLED;
+}
+
+/** Without TERM, as on a television, this costs no system call for each message. */
 bool shows_colours() {
     const char* const type = std::getenv("TERM");
     return type != nullptr && std::string_view(type) != "dumb" && isatty(STDERR_FILENO) == 1;
 }
 
 int print(LogPriority priority, std::string_view tag, std::string_view message) {
-    [[maybe_unused]] static const bool survives = survive_broken_pipes();
+    // A closed pipe must not end the process. SIGPIPE is not ignored, because started programs would inherit that.
+    [[maybe_unused]] static const auto former = std::signal(SIGPIPE, [](int) {});
     if (g_log_writer_is_journald(STDERR_FILENO) != FALSE && send_to_journal(priority, tag, message))
         return static_cast<int>(message.size());
     const std::string line = log_line(priority, tag, message, shows_colours());
@@ -61,16 +61,9 @@ int __dlog_print(platform::LogBuffer /*buffer*/, platform::LogPriority priority,
     const int callers_errno = errno;
     va_list arguments;
     va_start(arguments, format);
-    char* text = nullptr;
-    const int length = vasprintf(&text, format, arguments);
+    g_autofree char* message = g_strdup_vprintf(format, arguments);
     va_end(arguments);
-    if (length < 0) {
-        const int failure = -errno;
-        errno = callers_errno;
-        return failure;
-    }
-    const std::unique_ptr<char, platform::Free> message(text);
-    const int result = platform::print(priority, tag, {text, static_cast<std::size_t>(length)});
+    const int result = message ? platform::print(priority, tag, message) : -EINVAL;
     errno = callers_errno;
     return result;
 }

@@ -8,14 +8,14 @@
 
 namespace platform {
 
-/** The message without one line feed at its end. */
+/** Returns the message without one trailing line feed. */
 std::string_view without_line_end(std::string_view message);
 
 /**
- * Appends text so that it is safe to show on one line of a terminal.
+ * Appends text so that it can be shown safely on one line of a terminal.
  *
  * A line feed, carriage return or tab becomes `\n`, `\r` or `\t`, another control character `\x1b` or (above ASCII)
- * `\u009b`, and so do line separators and the marks that turn the writing direction; a byte that is not UTF-8
+ * `\u009b`, and so do line separators and the marks that change the writing direction; a byte that is not UTF-8
  * becomes `\xff`. Everything else stays.
  */
 void append_printable(std::string& line, std::string_view text);

@@ -1,96 +1,72 @@
 #include "secure_record.h"
 
 #include <algorithm>
-#include <glib.h>
+#include <array>
+#include <cctype>
+#include <fstream>
 #include <sodium.h>
 
 namespace platform::secure {
 namespace {
 
-constexpr std::size_t nonce_size = crypto_aead_xchacha20poly1305_ietf_NPUBBYTES;
-constexpr std::size_t tag_size = crypto_aead_xchacha20poly1305_ietf_ABYTES;
+constexpr std::size_t nonce_size = crypto_secretbox_NONCEBYTES;
+constexpr std::size_t overhead = nonce_size + crypto_secretbox_MACBYTES;
 
-using Key = std::array<unsigned char, crypto_aead_xchacha20poly1305_ietf_KEYBYTES>;
+const unsigned char* bytes_of(std::string_view text) {
+    return reinterpret_cast<const unsigned char*>(text.data());
+}
+unsigned char* bytes_of(std::string& text) { return reinterpret_cast<unsigned char*>(text.data()); }
 
-void append(Bytes& bytes, std::string_view text) { bytes.insert(bytes.end(), text.begin(), text.end()); }
-
-/** The credential in a fixed byte order, after the purpose it is used for. */
-Bytes material(std::string_view purpose, const SecureStorageCredential& credential) {
-    Bytes bytes;
-    append(bytes, purpose);
-    const auto append_word = [&bytes](std::uint32_t word) {
-        for (int shift = 0; shift < 32; shift += 8)
-            bytes.push_back(static_cast<unsigned char>(word >> shift));
-    };
-    std::ranges::for_each(credential.words, append_word);
-    append_word(static_cast<std::uint32_t>(credential.kind));
-    append_word(static_cast<std::uint32_t>(credential.flags));
-    return bytes;
+/** A secret of the credential, another one for each purpose. */
+std::string derive(const SecureStorageCredential& credential, const std::string& purpose) {
+    std::string secret(crypto_secretbox_KEYBYTES, '\0');
+    crypto_generichash(bytes_of(secret), secret.size(), bytes_of(purpose), purpose.size(),
+                       reinterpret_cast<const unsigned char*>(credential.words.data()),
+                       sizeof credential.words);
+    return secret;
 }
 
-Key key_of(const SecureStorageCredential& credential, std::string_view machine) {
-    Bytes secret = material("secure storage record key 1", credential);
-    append(secret, machine);
-    Key key{};
-    crypto_generichash(key.data(), key.size(), secret.data(), secret.size(), nullptr, 0);
-    return key;
-}
-
-Bytes authenticated_part(const Record& record) {
-    Bytes bytes(record.owner.begin(), record.owner.end());
-    append(bytes, record.name);
-    return bytes;
-}
-
-std::optional<std::string> identity_in(const char* path) {
-    g_autofree char* text = nullptr;
-    (void)g_file_get_contents(path, &text, nullptr, nullptr);
-    const std::string content = text == nullptr ? "" : text;
-    const std::string identity = content.substr(0, content.find('\n'));
-    const bool is_identity = identity.size() == 32 && std::ranges::all_of(identity, [](unsigned char digit) {
-                                 return std::isxdigit(digit) != 0;
-                             });
-    return is_identity ? std::optional(identity) : std::nullopt;
+std::string key_of(const SecureStorageCredential& credential, std::string_view machine,
+                   std::string_view name) {
+    return derive(credential, std::string(machine).append(name));
 }
 
 } // namespace
 
-bool ready() { return sodium_init() >= 0; }
-
-Owner owner_of(const SecureStorageCredential& credential) {
-    const Bytes secret = material("secure storage record owner 1", credential);
-    Owner owner{};
-    crypto_generichash(owner.data(), owner.size(), secret.data(), secret.size(), nullptr, 0);
-    return owner;
-}
-
 std::optional<std::string> machine_identity() {
-    const std::optional<std::string> identity = identity_in("/etc/machine-id");
-    return identity ? identity : identity_in("/var/lib/dbus/machine-id");
+    constexpr std::size_t digits = 32;
+    const auto is_digit = [](unsigned char letter) { return std::isxdigit(letter) != 0; };
+    for (const char* const path : {"/etc/machine-id", "/var/lib/dbus/machine-id"}) {
+        std::ifstream file(path);
+        std::string line;
+        std::getline(file, line);
+        if (line.size() == digits && std::ranges::all_of(line, is_digit) && sodium_init() >= 0)
+            return line;
+    }
+    return std::nullopt;
 }
 
-Record seal(std::string_view name, ByteView data, const SecureStorageCredential& credential,
-            std::string_view machine) {
-    Record record{std::string(name), owner_of(credential), Bytes(nonce_size + data.size() + tag_size)};
-    const Key key = key_of(credential, machine);
-    const Bytes authenticated = authenticated_part(record);
-    randombytes_buf(record.sealed.data(), nonce_size);
-    crypto_aead_xchacha20poly1305_ietf_encrypt(record.sealed.data() + nonce_size, nullptr, data.data(),
-                                               data.size(), authenticated.data(), authenticated.size(),
-                                               nullptr, record.sealed.data(), key.data());
-    return record;
+std::string owner_of(const SecureStorageCredential& credential) { return derive(credential, "owner"); }
+
+std::string seal(std::string_view name, std::string_view data, const SecureStorageCredential& credential,
+                 std::string_view machine) {
+    std::string sealed(data.size() + overhead, '\0');
+    auto* const nonce = bytes_of(sealed);
+    randombytes_buf(nonce, nonce_size);
+    crypto_secretbox_easy(nonce + nonce_size, bytes_of(data), data.size(), nonce,
+                          bytes_of(key_of(credential, machine, name)));
+    return sealed;
 }
 
-std::optional<Bytes> open(const Record& record, const SecureStorageCredential& credential,
-                          std::string_view machine) {
-    if (record.sealed.size() < nonce_size + tag_size)
+std::optional<std::string> open(std::string_view name, std::string_view sealed,
+                                const SecureStorageCredential& credential, std::string_view machine) {
+    if (sealed.size() < overhead)
         return std::nullopt;
-    const Key key = key_of(credential, machine);
-    const Bytes authenticated = authenticated_part(record);
-    Bytes data(record.sealed.size() - nonce_size - tag_size);
-    const int result = crypto_aead_xchacha20poly1305_ietf_decrypt(
-        data.data(), nullptr, nullptr, record.sealed.data() + nonce_size, record.sealed.size() - nonce_size,
-        authenticated.data(), authenticated.size(), record.sealed.data(), key.data());
+    std::string data(sealed.size() - overhead, '\0');
+    const auto* const nonce = bytes_of(sealed);
+    const int result =
+        crypto_secretbox_open_easy(bytes_of(data), nonce + nonce_size, sealed.size() - nonce_size, nonce,
+                                   bytes_of(key_of(credential, machine, name)));
     return result == 0 ? std::optional(std::move(data)) : std::nullopt;
 }
 

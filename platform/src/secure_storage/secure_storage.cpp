@@ -1,5 +1,6 @@
 #include "platform/secure_storage.h"
 
+#include "secure_record.h"
 #include "secure_store.h"
 
 #include <algorithm>
@@ -21,49 +22,32 @@ bool are_valid(const char* key, const SecureStorageCredential* credential, int r
            option == private_record;
 }
 
-/** Finds the record, or the reason why it cannot be read with this credential. */
-SecureStorageResult find(const Records& records, std::string_view name, const Owner& owner, Record& found) {
-    SecureStorageResult result = no_such_record;
-    for (const Record& record : records) {
-        if (record.name == name && record.owner == owner) {
-            found = record;
-            return ok;
-        }
-        if (record.name == name)
-            result = not_authentic;
-    }
-    return result;
-}
-
-SecureStorageResult read(const char* name, const SecureStorageCredential& credential, Bytes& data) {
+SecureStorageResult read(const std::string& name, const SecureStorageCredential& credential,
+                         std::string& data) {
     const std::optional<std::string> machine = machine_identity();
-    if (!ready() || !machine)
+    if (!machine)
         return storage_failed;
     const Store store = read_store();
     if (store.result != ok)
         return store.result;
-    Record record;
-    const SecureStorageResult result = find(store.records, name, owner_of(credential), record);
-    if (result != ok)
-        return result;
-    std::optional<Bytes> opened = open(record, credential, *machine);
+    const auto record = store.records.find({name, owner_of(credential)});
+    if (record == store.records.end()) {
+        const auto has_name = [&name](const auto& other) { return other.first.first == name; };
+        return std::ranges::any_of(store.records, has_name) ? not_authentic : no_such_record;
+    }
+    std::optional<std::string> opened = open(name, record->second, credential, *machine);
     if (!opened)
         return not_authentic;
     data = std::move(*opened);
     return ok;
 }
 
-SecureStorageResult write(const char* name, const SecureStorageCredential& credential, ByteView data) {
+SecureStorageResult write(const std::string& name, const SecureStorageCredential& credential,
+                          std::string_view data) {
     const std::optional<std::string> machine = machine_identity();
-    if (!ready() || !machine)
+    if (!machine)
         return storage_failed;
-    const Record sealed = seal(name, data, credential, *machine);
-    return change_store([&sealed](Records& records) {
-        std::erase_if(records, [&sealed](const Record& record) {
-            return record.name == sealed.name && record.owner == sealed.owner;
-        });
-        records.push_back(sealed);
-    });
+    return put_record({{name, owner_of(credential)}, seal(name, data, credential, *machine)});
 }
 
 } // namespace
@@ -87,7 +71,7 @@ int ss_read(char** data, std::size_t* length, int reserved1, int reserved2, cons
     if (data == nullptr || length == nullptr ||
         !secure::are_valid(key, credential, reserved1, reserved2, option))
         return invalid_argument;
-    secure::Bytes bytes;
+    std::string bytes;
     const SecureStorageResult result = secure::read(key, *credential, bytes);
     if (result != ok)
         return result;
@@ -106,8 +90,7 @@ int ss_write(const char* data, std::size_t length, int reserved1, int reserved2,
     if (data == nullptr || length > secure::largest_record ||
         !secure::are_valid(key, credential, reserved1, reserved2, option))
         return invalid_argument;
-    const secure::ByteView bytes(reinterpret_cast<const unsigned char*>(data), length);
-    return secure::write(key, *credential, bytes);
+    return secure::write(key, *credential, {data, length});
 }
 
 void ss_free_buffer(char* data) { std::free(data); } // NOLINT(cppcoreguidelines-owning-memory)

@@ -1,20 +1,24 @@
 /** The secure storage's file: all records of all applications, in one file that is replaced as a whole. */
 #pragma once
 
-#include "secure_record.h"
+#include "platform/secure_storage.h"
 
-#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
 
 namespace platform::secure {
 
-/** The store's records. */
-using Records = std::vector<Record>;
+/** The sealed records, each by its name and the fingerprint of its credential. */
+using Records = std::map<std::pair<std::string, std::string>, std::string>;
 
-/** The bytes of a store file: a mark, the records, and a hash over all of it that finds any damage. */
-Bytes encode(const Records& records);
+/** Returns the bytes of a store file: a checksum that finds any damage, then the records. */
+std::string encode(const Records& records);
 
-/** The records of a store file's bytes; nothing when they are cut, altered or no store at all. */
-std::optional<Records> decode(ByteView file);
+/** Returns the records of a store file's bytes; nothing when they are cut, altered or no store at all. */
+std::optional<Records> decode(std::string_view file);
 
 /** A store read from its file. */
 struct Store {
@@ -23,17 +27,16 @@ struct Store {
     Records records;
 };
 
-/** Reads the store. A writer at work does not disturb: its store appears at once and whole. */
+/** Reads the store. A concurrent writer does not matter: a new store replaces the old one atomically. */
 Store read_store();
 
 /**
- * Changes the store: one process at a time (waits at most five seconds for another one), from the newest
- * records to a new file on the disk that then takes the old one's place. A damaged store is kept beside the
- * new one, its name ending in ".damaged". Makes the folders when they are missing, closed to other users
- * whatever the process's file mode mask. What a killed writer left is cleaned up by the next one.
+ * Adds a record to the store or replaces it, one process at a time: writes a new file to the disk, which then takes the
+ * old one's place. Replaces a damaged store. Makes missing folders, closed to other users whatever the process's file
+ * mode mask, and removes what a killed writer left.
  *
  * @return `ok` or `storage_failed`.
  */
-SecureStorageResult change_store(const std::function<void(Records&)>& change);
+SecureStorageResult put_record(const Records::value_type& record);
 
 } // namespace platform::secure

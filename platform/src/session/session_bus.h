@@ -6,7 +6,7 @@ namespace platform {
 /**
  * Whether DBUS_SESSION_BUS_ADDRESS or `$XDG_RUNTIME_DIR/bus` names a session bus; it may not answer.
  *
- * GIO would start one where there is none, which nobody else then would use.
+ * Where there is none, GIO would start one, which no other program would use.
  */
 bool has_session_bus();
 

@@ -1,16 +1,14 @@
 #include "platform/settings.h"
 
-#include "files/descriptor.h"
+#include "common/regular_file.h"
 #include "platform/log.h"
 #include "settings_file.h"
 
+#include <algorithm>
 #include <cerrno>
-#include <charconv>
 #include <cstring>
 #include <fcntl.h>
 #include <glib.h>
-#include <memory>
-#include <sys/stat.h>
 
 namespace platform::settings {
 namespace {
@@ -21,44 +19,32 @@ void complain(const std::string& what) {
     __dlog_print(LogBuffer::main, LogPriority::error, "PLATFORM", "settings: %s", what.c_str());
 }
 
-std::string text_of(char* owned) {
-    const std::unique_ptr<char, decltype(&g_free)> text(owned, g_free);
-    return text.get();
-}
-
 bool is_missing(const GError& error) {
     return g_error_matches(&error, G_KEY_FILE_ERROR, G_KEY_FILE_ERROR_KEY_NOT_FOUND) != 0 ||
            g_error_matches(&error, G_KEY_FILE_ERROR, G_KEY_FILE_ERROR_GROUP_NOT_FOUND) != 0;
 }
 
-/** Opens the file, as long as it is one: GLib waits at a named pipe. Only a missing one needs no word. */
-Descriptor open_without_waiting(const std::string& path) {
-    Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-    struct stat status {};
-    if (!file && errno != ENOENT)
+/** Reads the file; only a missing one is not logged. */
+std::optional<std::string> content_of(const std::string& path) {
+    std::optional<std::string> content = read_regular_file(AT_FDCWD, path.c_str());
+    if (!content && errno != ENOENT)
         complain(path + ": " + g_strerror(errno));
-    if (!file || fstat(file.get(), &status) != 0 || S_ISREG(status.st_mode))
-        return file;
-    complain(path + ": not a file");
-    return {};
+    return content;
 }
 
-std::optional<int> side(std::string_view digits) {
-    int pixels = 0;
-    const char* const end = digits.data() + digits.size();
-    const auto [rest, error] = std::from_chars(digits.data(), end, pixels);
-    if (error != std::errc() || rest != end || pixels < 1 || pixels > largest_side)
+/** Nothing when it is no number from 1 to the largest side. */
+std::optional<int> side(const std::string& digits) {
+    guint64 pixels = 0;
+    if (!g_ascii_string_to_unsigned(digits.c_str(), 10, 1, largest_side, &pixels, nullptr))
         return std::nullopt;
-    return pixels;
+    return static_cast<int>(pixels);
 }
 
 } // namespace
 
 std::string file_path() {
-    const char* const folder = g_getenv("XDG_CONFIG_HOME");
-    if (folder != nullptr && g_path_is_absolute(folder) != 0)
-        return text_of(g_build_filename(folder, "tv-platform", "settings.ini", nullptr));
-    return text_of(g_build_filename(g_get_home_dir(), ".config", "tv-platform", "settings.ini", nullptr));
+    g_autofree char* file = g_build_filename(g_get_user_config_dir(), "tv-platform", "settings.ini", nullptr);
+    return file;
 }
 
 std::optional<std::string> text(std::string_view key) {
@@ -68,13 +54,12 @@ std::optional<std::string> text(std::string_view key) {
     const std::string section(key.substr(0, slash));
     const std::string name(key.substr(slash + 1));
     const std::string path = file_path();
-    const Descriptor opened = open_without_waiting(path);
-    if (!opened)
+    const std::optional<std::string> content = content_of(path);
+    if (!content)
         return std::nullopt;
     g_autoptr(GKeyFile) file = g_key_file_new();
     g_autoptr(GError) error = nullptr;
-    if (g_key_file_load_from_file(file, ("/proc/self/fd/" + std::to_string(opened.get())).c_str(),
-                                  G_KEY_FILE_NONE, &error) != 0) {
+    if (g_key_file_load_from_data(file, content->data(), content->size(), G_KEY_FILE_NONE, &error) != 0) {
         g_autofree char* value = g_key_file_get_string(file, section.c_str(), name.c_str(), &error);
         if (value != nullptr && error == nullptr)
             return value;
@@ -98,14 +83,11 @@ std::optional<Size> size(std::string_view key) {
     const std::optional<std::string> value = text(key);
     if (!value)
         return std::nullopt;
-    const std::string_view whole = *value;
-    const std::size_t cross = whole.find('x');
-    if (cross != std::string_view::npos) {
-        const std::optional<int> width = side(whole.substr(0, cross));
-        const std::optional<int> height = side(whole.substr(cross + 1));
-        if (width && height)
-            return Size{*width, *height};
-    }
+    const std::size_t cross = std::min(value->find('x'), value->size());
+    const std::optional<int> width = side(value->substr(0, cross));
+    const std::optional<int> height = side(value->substr(std::min(cross + 1, value->size())));
+    if (width && height)
+        return Size{*width, *height};
     complain(std::string(key) + " is '" + *value + "', not a size such as 1280x720");
     return std::nullopt;
 }

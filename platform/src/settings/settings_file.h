@@ -23,7 +23,7 @@ std::string file_path();
 /**
  * Reads a setting from the file as it is now.
  *
- * @param key section and key parted by the last slash, for example "db/menu_widget/language".
+ * @param key section and key, separated by the last slash, for example "db/menu_widget/language".
  * @return the value, nothing when it is missing or the file cannot be read as a key file (logged).
  */
 std::optional<std::string> text(std::string_view key);

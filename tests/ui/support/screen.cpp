@@ -38,8 +38,10 @@ struct Elementary {
 
 struct Session {
     Elementary elementary;
-    platform::GlibLoop loop;
-    platform::RemoteControlKeys keys;
+    Session() {
+        platform::dispatch_glib_in_ecore();
+        platform::add_remote_control_keys();
+    }
 };
 
 void visit_below(Evas_Object* object, Evas_Object* widget, const Visitor& visitor) {

@@ -15,7 +15,6 @@ inline const std::filesystem::path top = "/opt/share/securestorage";
 inline const std::filesystem::path folder = top / "data";
 inline const std::filesystem::path file = folder / "aaba977f";
 inline const std::filesystem::path temporary_file = folder / "aaba977f.new";
-inline const std::filesystem::path damaged_file = folder / "aaba977f.damaged";
 inline constexpr int private_record = 0x4001;
 
 /** The credential of an application with this identity of 20 characters. */

@@ -1,4 +1,5 @@
 #include "common/dropped_press.h"
+#include "common/installed_files.h"
 #include "efl_1_26/toolkit/focus_moves.h"
 #include "efl_1_26/toolkit/window_manager.h"
 #include "files/installed_files.h"

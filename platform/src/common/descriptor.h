@@ -1,4 +1,4 @@
-/** File descriptors with an owner, and writes that finish. */
+/** Ownership of file descriptors, and complete writes. */
 #pragma once
 
 #include <span>

@@ -1,4 +1,4 @@
-/** Whether Elementary's accessibility bridge has come to the bus. */
+/** Elementary's accessibility bridge: whether it works, and key presses while it is on. */
 #pragma once
 
 namespace platform {

@@ -1,0 +1,159 @@
+#include "secure_store.h"
+
+#include "common/descriptor.h"
+#include "common/regular_file.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <glib.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+namespace platform::secure {
+namespace {
+
+constexpr const char* store_name = "aaba977f";
+constexpr const char* new_name = "aaba977f.new";
+
+struct Folder {
+    const char* name;
+    mode_t mode;
+};
+
+/** /opt/share/securestorage/data, from the root. Others may not enter the last two; those above are shared. */
+constexpr std::array<Folder, 4> folders{
+    {{"opt", 0755}, {"share", 0755}, {"securestorage", 0700}, {"data", 0700}}};
+
+/** Name, fingerprint and sealed bytes of each record. */
+const GVariantType* records_type() { return G_VARIANT_TYPE("a(ayayay)"); }
+
+GVariant* byte_array(const std::string& bytes) {
+    return g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, bytes.data(), bytes.size(), 1);
+}
+
+std::string member(GVariant* record, gsize index) {
+    g_autoptr(GVariant) array = g_variant_get_child_value(record, index);
+    gsize size = 0;
+    const auto* const bytes = static_cast<const char*>(g_variant_get_fixed_array(array, &size, 1));
+    return {bytes, size};
+}
+
+std::string checksum(std::string_view bytes) {
+    g_autofree char* sum = g_compute_checksum_for_data(
+        G_CHECKSUM_SHA256, reinterpret_cast<const guchar*>(bytes.data()), bytes.size());
+    return sum;
+}
+
+/** Leaves a folder that is there as it is; a new one gets its mode whatever the process's file mode mask, and is on
+ * the disk. */
+bool make_folder(const Descriptor& parent, const Folder& folder) {
+    if (mkdirat(parent.get(), folder.name, folder.mode) < 0)
+        return errno == EEXIST;
+    return fchmodat(parent.get(), folder.name, folder.mode, 0) == 0 && fsync(parent.get()) == 0;
+}
+
+/** A link is followed when it and the folder that it leads to are root's, and nobody else may write the folder. */
+Descriptor open_next(const Descriptor& parent, const char* name) {
+    constexpr auto flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+    struct stat status {};
+    const bool is_link =
+        fstatat(parent.get(), name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(status.st_mode);
+    if (!is_link || status.st_uid != 0)
+        return Descriptor(openat(parent.get(), name, flags | O_NOFOLLOW));
+    Descriptor folder(openat(parent.get(), name, flags));
+    if (fstat(folder.get(), &status) == 0 && status.st_uid == 0 &&
+        (status.st_mode & (S_IWGRP | S_IWOTH)) == 0)
+        return folder;
+    errno = ELOOP;
+    return {};
+}
+
+/** Returns the store's folder; nothing, and errno, when it cannot be opened. */
+Descriptor open_folder(bool make) {
+    Descriptor folder(::open("/", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    for (const Folder& next : folders) {
+        if (make && !make_folder(folder, next))
+            return {};
+        folder = open_next(folder, next.name);
+        if (!folder)
+            return {};
+    }
+    return folder;
+}
+
+Store read_store_in(const Descriptor& folder) {
+    const std::optional<std::string> file = read_regular_file(folder.get(), store_name, O_NOFOLLOW);
+    if (!file)
+        return {errno == ENOENT ? no_such_record : storage_failed, {}};
+    std::optional<Records> records = decode(*file);
+    return records ? Store{ok, std::move(*records)} : Store{not_authentic, {}};
+}
+
+/** A store that was given to another user stays theirs. */
+bool keep_owner(const Descriptor& folder, const Descriptor& file) {
+    struct stat former {};
+    if (fstatat(folder.get(), store_name, &former, AT_SYMLINK_NOFOLLOW) < 0)
+        return errno == ENOENT;
+    return fchown(file.get(), former.st_uid, former.st_gid) == 0;
+}
+
+/** `g_file_set_contents_full` would do, but for the owner, the file mode mask and what a killed writer left. */
+bool replace_store(const Descriptor& folder, const std::string& bytes) {
+    (void)unlinkat(folder.get(), new_name, 0);
+    const Descriptor file(openat(folder.get(), new_name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    return file && keep_owner(folder, file) && fchmod(file.get(), 0600) == 0 &&
+           write_all(file.get(), bytes) == 0 && fsync(file.get()) == 0 &&
+           renameat(folder.get(), new_name, folder.get(), store_name) == 0 && fsync(folder.get()) == 0;
+}
+
+} // namespace
+
+std::string encode(const Records& records) {
+    GVariantBuilder builder;
+    g_variant_builder_init(&builder, records_type());
+    for (const auto& [key, sealed] : records)
+        g_variant_builder_add(&builder, "(@ay@ay@ay)", byte_array(key.first), byte_array(key.second),
+                              byte_array(sealed));
+    g_autoptr(GVariant) encoded = g_variant_ref_sink(g_variant_builder_end(&builder));
+    const std::string_view bytes(static_cast<const char*>(g_variant_get_data(encoded)),
+                                 g_variant_get_size(encoded));
+    return checksum(bytes).append(bytes);
+}
+
+std::optional<Records> decode(std::string_view file) {
+    const std::size_t checksum_size = checksum({}).size();
+    if (file.size() < checksum_size || file.substr(0, checksum_size) != checksum(file.substr(checksum_size)))
+        return std::nullopt;
+    file.remove_prefix(checksum_size);
+    g_autoptr(GVariant) encoded = g_variant_ref_sink(
+        g_variant_new_from_data(records_type(), file.data(), file.size(), FALSE, nullptr, nullptr));
+    Records records;
+    for (gsize i = 0; i < g_variant_n_children(encoded); ++i) {
+        g_autoptr(GVariant) record = g_variant_get_child_value(encoded, i);
+        records[{member(record, 0), member(record, 1)}] = member(record, 2);
+    }
+    return records;
+}
+
+Store read_store() {
+    const Descriptor folder = open_folder(false);
+    if (!folder)
+        return {errno == ENOENT ? no_such_record : storage_failed, {}};
+    return read_store_in(folder);
+}
+
+SecureStorageResult put_record(const Records::value_type& record) {
+    const Descriptor folder = open_folder(true);
+    // The folder itself is locked, so whoever may write the store may also lock it.
+    if (!folder || flock(folder.get(), LOCK_EX) < 0)
+        return storage_failed;
+    Store store = read_store_in(folder);
+    if (store.result == storage_failed)
+        return storage_failed;
+    store.records.insert_or_assign(record.first, record.second);
+    return replace_store(folder, encode(store.records)) ? ok : storage_failed;
+}
+
+} // namespace platform::secure
