@@ -93,7 +93,7 @@ private:
 /** Loads the toolkit's theme, which has the window's frame too; logs when it is missing or no theme. */
 bool load_theme() {
     const std::string file = theme_file();
-    if (edje_file_group_exists(file.c_str(), "vell/focus_ring") != EINA_FALSE) {
+    if (edje_file_group_exists(file.c_str(), "elm/vell/layout/default") != EINA_FALSE) {
         elm_theme_overlay_add(nullptr, file.c_str());
         return true;
     }

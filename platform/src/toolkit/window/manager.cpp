@@ -2,7 +2,6 @@
 #include "common/installed_files.h"
 #include "efl_1_26/toolkit/focus_moves.h"
 #include "efl_1_26/toolkit/window_manager.h"
-#include "files/installed_files.h"
 #include "settings/settings_file.h"
 #include "toolkit/layout_engine/scale.h"
 #include "toolkit/widgets/popup.h"
