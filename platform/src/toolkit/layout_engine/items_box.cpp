@@ -9,6 +9,17 @@ namespace {
 
 Size content_size_of(const Evas_Object* box);
 
+/** A size in pixels, made from units earlier, at the window's present size. */
+int rescaled(int length) { return pixels(length, scale().ratio); }
+
+/** The page's area: 240 x 135 units in the middle of the window's area. */
+Area page_area(const Area& window) {
+    const double unit = unit_in({window.width, window.height});
+    const int width = pixels(page_units_across, unit);
+    const int height = pixels(page_units_down, unit);
+    return {window.x + (window.width - width) / 2, window.y + (window.height - height) / 2, width, height};
+}
+
 /** What an item asks for now: sizes at the window's present size, content measured. */
 ItemRequest current_request(Evas_Object* object) {
     const auto& item = *attached<Item>(object);

@@ -3,22 +3,31 @@
 
 #include "placement.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace vell {
+
+constexpr double page_units_across = 240.0;
+constexpr double page_units_down = 135.0;
 
 /** Of the toolkit's window. */
 struct Scale {
     double unit = 8.0;  /**< pixels of a layout unit when the toolkit was initialized */
     double ratio = 1.0; /**< of a layout unit at the window's present size to that */
 };
-Scale& scale();
+
+inline Scale& scale() {
+    static Scale scale;
+    return scale;
+}
 
 /** Pixels of a layout unit in a window of this size: a page of 16:9 fits into it. */
-double unit_in(const Size& window);
+inline double unit_in(const Size& window) {
+    return std::min(window.width / page_units_across, window.height / page_units_down);
+}
 
-/** A size in pixels, made from units earlier, at the window's present size. */
-int rescaled(int pixels);
-
-/** The page's area: 240 x 135 units in the middle of the window's area. */
-Area page_area(const Area& window);
+/** A length in layout units, or one at another scale, in whole pixels. */
+inline int pixels(double length, double scale) { return static_cast<int>(std::lround(length * scale)); }
 
 } // namespace vell

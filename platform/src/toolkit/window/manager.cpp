@@ -1,5 +1,5 @@
 #include "common/dropped_press.h"
-#include "common/installed_files.h"
+#include "common/object_data.h"
 #include "efl_1_26/toolkit/focus_moves.h"
 #include "efl_1_26/toolkit/window_manager.h"
 #include "settings/settings_file.h"
@@ -8,7 +8,6 @@
 
 #include <platform/vell.h>
 
-#include <cmath>
 #include <glib.h>
 
 namespace {
@@ -18,17 +17,18 @@ using vell::scale;
 /** The theme is drawn for a window 1920 pixels wide. */
 constexpr double theme_pixels_per_unit = 8.0;
 
-/** What is held between `elm_vell_manager_init` and `elm_vell_manager_fini`. */
-struct Held {
-    Evas_Object* window = nullptr;
-    Ecore_Event_Handler* show_handler = nullptr;
-    Ecore_Event_Handler* drop_handler = nullptr;
-};
+/** Kept with the window. */
+struct Handlers {
+    static constexpr const char* key = "vell/handlers";
+    ~Handlers() {
+        for (Ecore_Event_Handler* const handler : {shown, dropped})
+            if (handler != nullptr)
+                ecore_event_handler_del(handler);
+    }
 
-Held& held() {
-    static Held held;
-    return held;
-}
+    Ecore_Event_Handler* shown = nullptr;
+    Ecore_Event_Handler* dropped = nullptr;
+};
 
 void set_scale(const vell::Size& window) {
     const double unit_now = vell::unit_in(window);
@@ -61,8 +61,6 @@ void on_resized(void*, Evas*, Evas_Object* window, void*) {
         set_scale(size);
 }
 
-void on_deleted(void*, Evas*, Evas_Object*, void*) { elm_vell_manager_fini(); }
-
 Eina_Bool on_press_dropped(void* window, int /*type*/, void* /*event*/) {
     vell::nudge_focus(static_cast<Evas_Object*>(window));
     return ECORE_CALLBACK_PASS_ON;
@@ -73,31 +71,22 @@ Eina_Bool on_press_dropped(void* window, int /*type*/, void* /*event*/) {
 bool elm_vell_manager_init(Evas_Object* window) {
     if (window == nullptr)
         return false;
-    elm_vell_manager_fini();
-    evas_object_event_callback_add(window, EVAS_CALLBACK_RESIZE, on_resized, nullptr);
-    evas_object_event_callback_add(window, EVAS_CALLBACK_DEL, on_deleted, nullptr);
     if (elm_theme_overlay_list_get(nullptr) == nullptr) // the framework adds it before the window is made
         elm_theme_overlay_add(nullptr, platform::theme_file().c_str());
     elm_config_finger_size_set(0);
     elm_config_window_auto_focus_enable_set(EINA_FALSE); // or Elementary's highlight comes with the next key
     elm_win_focus_highlight_enabled_set(window, EINA_FALSE);
     vell::correct_focus(window, vell::has_to_wait_for_popup);
-    held() = {window, vell::show_under_any_manager(window),
-              ecore_event_handler_add(platform::dropped_press_event(), on_press_dropped, window)};
+    if (vell::attached<Handlers>(window) == nullptr) {
+        auto& [shown, dropped] = vell::attach<Handlers>(window);
+        shown = vell::show_under_any_manager(window);
+        dropped = ecore_event_handler_add(platform::dropped_press_event(), on_press_dropped, window);
+        evas_object_event_callback_add(window, EVAS_CALLBACK_RESIZE, on_resized, nullptr);
+    }
     set_window_size(window);
     return g_file_test(platform::theme_file().c_str(), G_FILE_TEST_EXISTS) != FALSE;
 }
 
-void elm_vell_manager_fini() {
-    const auto [window, show_handler, drop_handler] = held();
-    if (window == nullptr)
-        return;
-    held() = {};
-    evas_object_event_callback_del(window, EVAS_CALLBACK_RESIZE, on_resized);
-    evas_object_event_callback_del(window, EVAS_CALLBACK_DEL, on_deleted);
-    ecore_event_handler_del(drop_handler);
-    if (show_handler != nullptr)
-        ecore_event_handler_del(show_handler);
-}
+void elm_vell_manager_fini() {} // what was taken is kept with the window, and goes with it
 
-int elm_vell_unit_to_pixel(double units) { return static_cast<int>(std::lround(units * scale().unit)); }
+int elm_vell_unit_to_pixel(double units) { return vell::pixels(units, scale().unit); }
