@@ -93,7 +93,7 @@ public:
     }
 
 private:
-    /** By default a verb calls a method with its words as the arguments, and prints the answer, or the words if there is none. */
+    /** By default a verb calls a method with its words as the arguments, and prints the answer (or the words). */
     struct Verb {
         const char* name;
         const char* words; /**< "[WORD]" may be missing, "WORD..." takes all that are left */

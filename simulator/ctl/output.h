@@ -8,8 +8,8 @@
 namespace simulator {
 
 /**
- * A value on one line: a text as it is, texts with blanks between them, a dictionary as "NAME=VALUE" words, the texts of
- * each dictionary of a list with " | " between them.
+ * A value on one line: a text as it is, texts with blanks between them, a dictionary as "NAME=VALUE" words, the texts
+ * of each dictionary of a list with " | " between them.
  */
 std::string to_words(GVariant* value);
 

@@ -1,7 +1,7 @@
 /**
  * The air that several televisions share: a folder in which every running stream is a listening socket, named
- * CHANNEL.POWER.NUMBER. Who listens connects to it; the system ends that connection with the stream, however
- * the stream ends.
+ * CHANNEL.POWER.NUMBER. Who listens connects to it; the system ends that connection with the stream, however the stream
+ * ends.
  */
 #pragma once
 

@@ -24,8 +24,8 @@ private:
     /** Makes the serial device appear, as a symbolic link, or disappear; a program that has it open keeps it. */
     void set_serial(bool present);
     /**
-     * Holds the television's end open, so that the line does not hang up while nobody uses it, or closes it, so that
-     * it hangs up when the television closes it.
+     * Holds the television's end open, so that the line does not hang up while nobody uses it, or closes it, so that it
+     * hangs up when the television closes it.
      */
     void hold_line(bool held);
     void add_traffic(const std::string& text);

@@ -15,8 +15,8 @@ public:
     CommandRunner& operator=(const CommandRunner&) = delete;
 
     /**
-     * Runs a command to its end and answers the call (of Run) with its status. If the caller leaves the bus before,
-     * the command is killed.
+     * Runs a command to its end and answers the call (of Run) with its status. If the caller leaves the bus before, the
+     * command is killed.
      *
      * @throws Refusal if it cannot be started.
      */

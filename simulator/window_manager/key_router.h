@@ -9,14 +9,13 @@
 namespace simulator {
 
 /**
- * A window asks with EFL's `elm_win_keygrab_set`, which leaves a property on it. While such a window is not
- * in front, its keys are grabbed: each press goes to it as well as to the window in front. F1 is the red key
- * of a PC keyboard and comes with XF86Red.
+ * A window asks with EFL's `elm_win_keygrab_set`, which leaves a property on it. While such a window is not in front,
+ * its keys are grabbed: each press goes to it as well as to the window in front. F1 is the red key of a PC keyboard and
+ * comes with XF86Red.
  */
 class KeyRouter {
 public:
-    /** Tells windows that keys can be asked for, and gives XF86Red a key code, which the default keyboard
-     * lacks. */
+    /** Tells windows that keys can be asked for, and gives XF86Red a key code, which the default keyboard lacks. */
     KeyRouter(Display* display, Window root, const Atoms& atoms);
 
     /** Reads what a window asks for. */
