@@ -44,8 +44,6 @@ public:
                      bool leads = false);
     /** Kills a process that still runs. */
     ~Process();
-    Process(const Process&) = delete;
-    Process& operator=(const Process&) = delete;
 
     /** True until the main loop has noticed its end. */
     [[nodiscard]] bool runs() const { return !status_; }

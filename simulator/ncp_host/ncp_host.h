@@ -39,8 +39,6 @@ public:
      */
     NcpHost(const std::vector<std::string>& answers, std::function<void()> die);
     ~NcpHost() override;
-    NcpHost(const NcpHost&) = delete;
-    NcpHost& operator=(const NcpHost&) = delete;
 
     [[nodiscard]] std::map<std::string, Method> methods() override;
 

@@ -15,8 +15,6 @@ public:
     /** @throws std::runtime_error for an option that is wrong, or a folder or terminal that cannot be had. */
     explicit RadioModule(const Options& options);
     ~RadioModule() override;
-    RadioModule(const RadioModule&) = delete;
-    RadioModule& operator=(const RadioModule&) = delete;
 
     [[nodiscard]] std::map<std::string, Method> methods() override;
 

@@ -27,8 +27,6 @@ public:
     explicit ScreenReader(std::chrono::milliseconds patience);
     /** What has not been answered is not called any more. */
     ~ScreenReader();
-    ScreenReader(const ScreenReader&) = delete;
-    ScreenReader& operator=(const ScreenReader&) = delete;
 
     /**
      * Looks at the screen. Nothing is remembered from one look to the next.
