@@ -48,7 +48,7 @@ asked() { # CALL: the NCP host was asked this since the last time, and nothing e
     local calls deadline=$((SECONDS + patience))
     expected+=${expected:+ }$1
     until calls=$(tvctl calls) && [[ $calls == "$expected" ]]; do
-        [[ $expected == "$calls"* ]] && ((SECONDS < deadline)) || fail "the NCP host was asked $calls, not $expected"
+        [[ $expected == "$calls"* && $SECONDS -lt $deadline ]] || fail "the NCP host was asked $calls, not $expected"
         sleep 0.1
     done
     say 'NCP host' "$1"

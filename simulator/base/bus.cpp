@@ -95,6 +95,10 @@ void Call::refuse(const Refusal& refusal) const {
     g_dbus_method_invocation_return_dbus_error(invocation(), refusal.name().c_str(), refusal.what());
 }
 
+void Call::finish(const char* error, const std::string& failure) const {
+    return failure.empty() ? answer() : refuse(Refusal(error, failure));
+}
+
 Call Call::later() const {
     *is_settled_ = true;
     return *this;

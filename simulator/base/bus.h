@@ -53,6 +53,8 @@ public:
     /** @param values floating, one for each "out" argument of the contract. */
     void answer(std::initializer_list<GVariant*> values = {}) const;
     void refuse(const Refusal& refusal) const;
+    /** Answers nothing, or refuses with that error if there is a failure. */
+    void finish(const char* error, const std::string& failure) const;
     /** The call for who answers it later; the method then returns without an answer. */
     [[nodiscard]] Call later() const;
 

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <system_error>
 #include <termios.h>
 
 namespace simulator {
@@ -22,6 +23,10 @@ FileDescriptor new_socket(int (*join)(int, const sockaddr*, socklen_t), const st
 }
 
 } // namespace
+
+void fail_with_errno(const std::string& what) {
+    throw std::system_error(errno, std::generic_category(), what);
+}
 
 FileDescriptor open_terminal(const std::string& path) {
     FileDescriptor terminal(open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK));

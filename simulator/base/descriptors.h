@@ -7,6 +7,9 @@
 
 namespace simulator {
 
+/** @throws std::system_error with errno's message. */
+[[noreturn]] void fail_with_errno(const std::string& what);
+
 /** Opens a terminal raw, without making it the controlling one, and drops its pending bytes. */
 FileDescriptor open_terminal(const std::string& path);
 

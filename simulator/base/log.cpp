@@ -3,7 +3,7 @@
 #include "strings.h"
 
 #include <algorithm>
-#include <ctime>
+#include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
@@ -40,11 +40,12 @@ ComponentLog::ComponentLog(std::string name)
     : name_(std::move(name)),
       file_(open(log_path(name_).c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644)) {}
 
-void ComponentLog::write_line(const std::string& message) const {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    dprintf(file_.get(), "%lld.%03ld %s\n", static_cast<long long>(now.tv_sec), now.tv_nsec / 1'000'000,
+void ComponentLog::write_line(const std::string& message, bool is_error) const {
+    constexpr double microseconds = 1e6;
+    dprintf(file_.get(), "%.3f %s\n", static_cast<double>(g_get_monotonic_time()) / microseconds,
             message.c_str());
+    if (is_error)
+        dprintf(STDERR_FILENO, "%s: %s\n", name_.c_str(), message.c_str());
 }
 
 } // namespace simulator

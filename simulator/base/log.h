@@ -3,7 +3,6 @@
 
 #include "owned.h"
 
-#include <cstdio>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -19,8 +18,8 @@ std::string end_of_log(const std::string& name);
 std::vector<std::string> log_names();
 
 /**
- * Writes lines "SECONDS MESSAGE" to a log, the seconds being those since the machine's start, so that several logs can be
- * read side by side.
+ * Writes lines "SECONDS MESSAGE" to a log, with the seconds since the machine's start, so that several logs can be read
+ * side by side.
  */
 class ComponentLog {
 public:
@@ -31,20 +30,18 @@ public:
     void note(const Parts&... parts) const {
         std::ostringstream text;
         (text << ... << parts);
-        write_line(text.str());
+        write_line(text.str(), false);
     }
-
     /** Writes one line, and "NAME: MESSAGE" to standard error as well. */
     template <typename... Parts>
     void error(const Parts&... parts) const {
         std::ostringstream text;
         (text << ... << parts);
-        write_line(text.str());
-        dprintf(STDERR_FILENO, "%s: %s\n", name_.c_str(), text.str().c_str());
+        write_line(text.str(), true);
     }
 
 private:
-    void write_line(const std::string& message) const;
+    void write_line(const std::string& message, bool is_error) const;
 
     std::string name_;
     FileDescriptor file_;

@@ -1,7 +1,9 @@
 /** The command line of the simulator: "--NAME=VALUE" and "--NAME", then "--" and a command. */
 #pragma once
 
+#include <algorithm>
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -10,15 +12,39 @@ namespace simulator {
 class Options {
 public:
     /** @throws std::runtime_error for a word before the command that is no option. */
-    Options(int argc, char** argv);
+    Options(int argc, char** argv) {
+        const std::vector<std::string> words(argv + 1, argv + argc);
+        auto word = words.begin();
+        for (; word != words.end() && *word != "--"; ++word) {
+            const auto middle = std::min(word->find('='), word->size());
+            if (!word->starts_with("--"))
+                throw std::runtime_error("not an option: " + *word);
+            values_.emplace(word->substr(2, middle - 2), word->substr(std::min(middle + 1, word->size())));
+        }
+        if (word != words.end())
+            command_.assign(word + 1, words.end());
+    }
 
     [[nodiscard]] bool has(const std::string& name) const { return values_.contains(name); }
-    /** The values of an option that may be given several times. */
-    [[nodiscard]] std::vector<std::string> all(const std::string& name) const;
-    /** The value of an option; empty when it is not given. */
-    [[nodiscard]] std::string text(const std::string& name) const;
-    /** @throws std::runtime_error when it is not a number. */
-    [[nodiscard]] double number(const std::string& name, double otherwise) const;
+    /** The values of an option that may be repeated. */
+    [[nodiscard]] std::vector<std::string> all(const std::string& name) const {
+        std::vector<std::string> values;
+        for (auto [value, end] = values_.equal_range(name); value != end; ++value)
+            values.push_back(value->second);
+        return values;
+    }
+    /** The value of an option; empty if it is not given. */
+    [[nodiscard]] std::string text(const std::string& name) const {
+        return has(name) ? all(name).front() : "";
+    }
+    /** @throws std::runtime_error if it is not a number. */
+    [[nodiscard]] double number(const std::string& name, double otherwise) const {
+        try {
+            return has(name) ? std::stod(text(name)) : otherwise;
+        } catch (const std::logic_error&) {
+            throw std::runtime_error("--" + name + " " + text(name) + ": not a number");
+        }
+    }
     [[nodiscard]] const std::vector<std::string>& command() const { return command_; }
 
 private:

@@ -111,8 +111,6 @@ void Process::send_signal(int signal) {
         g_subprocess_send_signal(process_.get(), signal);
 }
 
-void Process::terminate() { send_signal(SIGTERM); }
-
 void Process::kill() {
     if (const int leader = number(); leader > 0 && leads_)
         ::kill(-leader, SIGKILL);

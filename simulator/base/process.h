@@ -5,6 +5,7 @@
 
 #include <array>
 #include <chrono>
+#include <csignal>
 #include <functional>
 #include <optional>
 #include <string>
@@ -12,18 +13,14 @@
 
 namespace simulator {
 
-/** The standard descriptors of a process; one that is not there is shared with who starts it. */
+/** The standard descriptors of a process; an empty one is inherited. */
 struct Descriptors {
     FileDescriptor input;
     FileDescriptor output;
     FileDescriptor error;
 };
 
-/**
- * A file that gets what a process writes on standard output and standard error, after what is there already.
- *
- * @throws std::runtime_error when it cannot be opened.
- */
+/** Standard output and standard error appended to a file. @throws std::runtime_error if it cannot be opened. */
 Descriptors written_to(const std::string& path);
 
 /** A pipe's reading and its writing end. @throws std::runtime_error. */
@@ -39,33 +36,29 @@ public:
      *
      * @param command     the program, looked up in PATH, and its arguments.
      * @param environment variables in addition to the caller's own, each "NAME=VALUE".
-     * @param leads       it leads a session of its own, and what it started is killed with it.
-     * @throws std::runtime_error when it cannot be started.
+     * @param leads       it leads a session of its own.
+     * @throws std::runtime_error if it cannot be started.
      */
     explicit Process(const std::vector<std::string>& command, Descriptors descriptors = {},
                      Ended ended = nullptr, const std::vector<std::string>& environment = {},
                      bool leads = false);
-    /** A process that still runs is killed. */
+    /** Kills a process that still runs. */
     ~Process();
-    Process(const Process&) = delete;
-    Process& operator=(const Process&) = delete;
 
-    /** Until the main loop has heard of its end. */
+    /** True until the main loop has noticed its end. */
     [[nodiscard]] bool runs() const { return !status_; }
-    /** Its number; 0 once it has ended, also before the main loop has heard of it. */
+    /** Its number; 0 once it has ended, even before the main loop has noticed. */
     [[nodiscard]] int number() const;
-    /** How it ended, as a shell says it: the exit status, or 128 and the signal's number; nothing while it
-     * runs. */
+    /** The status as in a shell: the exit status, or 128 and the signal's number; nothing while it runs. */
     [[nodiscard]] std::optional<int> status() const { return status_; }
     /** "runs", "ended with status 1" or "was killed by signal 9". */
     [[nodiscard]] std::string state() const;
 
     void send_signal(int signal);
-    /** Asks it to end in order (SIGTERM). */
-    void terminate();
-    /** Kills it, and with a session of its own all that it started there. */
+    void terminate() { send_signal(SIGTERM); }
+    /** Kills it, and all processes of a session that it leads. */
     void kill();
-    /** Turns the main loop until the process has ended. @return `status`; nothing when it still runs. */
+    /** Runs the main loop until the process has ended. @return `status`; nothing if it still runs. */
     std::optional<int> wait_for_end(std::chrono::milliseconds limit);
 
 private:

@@ -6,6 +6,7 @@
 #include <array>
 #include <chrono>
 #include <fcntl.h>
+#include <gio/gunixfdlist.h>
 #include <string_view>
 #include <thread>
 
@@ -42,35 +43,26 @@ bool is_absence(const GError& error) {
 
 } // namespace
 
-const ObjectAddress television{"/org/velmora/Simulator/Television", "org.velmora.Simulator.Television"};
-const ObjectAddress ui{"/org/velmora/Simulator/Ui", "org.velmora.Simulator.Ui"};
-const ObjectAddress ncp_host{"/org/velmora/Simulator/NcpHost", "org.velmora.Simulator.NcpHost"};
-const ObjectAddress radio_module{"/org/velmora/Simulator/RadioModule", "org.velmora.Simulator.RadioModule"};
-
 Value Client::call(const ObjectAddress& object, const char* method, GVariant* arguments,
-                   GUnixFDList* descriptors) const {
+                   const std::vector<int>& descriptors) const {
+    const Object<GUnixFDList> list(descriptors.empty() ? nullptr : g_unix_fd_list_new());
+    for (const int number : descriptors)
+        if (g_unix_fd_list_append(list.get(), number, nullptr) < 0)
+            g_unix_fd_list_append(list.get(), FileDescriptor(open("/dev/null", O_RDWR | O_CLOEXEC)).get(),
+                                  nullptr);
     const Value held(arguments != nullptr ? g_variant_ref_sink(arguments) : nullptr);
     const auto deadline = std::chrono::steady_clock::now() + start_limit;
     for (;;) {
         g_autoptr(GError) error = nullptr;
         Value answer(g_dbus_connection_call_with_unix_fd_list_sync(
             bus_.get(), bus_name, object.path, object.interface, method, held.get(), nullptr,
-            G_DBUS_CALL_FLAGS_NO_AUTO_START, G_MAXINT, descriptors, nullptr, nullptr, &error));
+            G_DBUS_CALL_FLAGS_NO_AUTO_START, G_MAXINT, list.get(), nullptr, nullptr, &error));
         if (answer)
             return answer;
         if (!is_absence(*error) || std::chrono::steady_clock::now() >= deadline)
             refuse(*error);
         std::this_thread::sleep_for(look_interval);
     }
-}
-
-DescriptorList hand_over(std::initializer_list<int> numbers) {
-    DescriptorList list(g_unix_fd_list_new());
-    for (const int number : numbers)
-        if (g_unix_fd_list_append(list.get(), number, nullptr) < 0)
-            g_unix_fd_list_append(list.get(), FileDescriptor(open("/dev/null", O_RDWR | O_CLOEXEC)).get(),
-                                  nullptr);
-    return list;
 }
 
 Value first_of(const Value& answer) { return Value(g_variant_get_child_value(answer.get(), 0)); }

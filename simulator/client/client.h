@@ -3,15 +3,11 @@
 
 #include "base/owned.h"
 
-#include <gio/gunixfdlist.h>
-
-#include <initializer_list>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace simulator {
-
-using DescriptorList = Object<GUnixFDList>;
 
 /** One object of the television; interfaces/ describes each. */
 struct ObjectAddress {
@@ -19,10 +15,12 @@ struct ObjectAddress {
     const char* interface;
 };
 
-extern const ObjectAddress television;
-extern const ObjectAddress ui;
-extern const ObjectAddress ncp_host;
-extern const ObjectAddress radio_module;
+inline constexpr ObjectAddress television{"/org/velmora/Simulator/Television",
+                                          "org.velmora.Simulator.Television"};
+inline constexpr ObjectAddress ui{"/org/velmora/Simulator/Ui", "org.velmora.Simulator.Ui"};
+inline constexpr ObjectAddress ncp_host{"/org/velmora/Simulator/NcpHost", "org.velmora.Simulator.NcpHost"};
+inline constexpr ObjectAddress radio_module{"/org/velmora/Simulator/RadioModule",
+                                            "org.velmora.Simulator.RadioModule"};
 
 /** It failed, or did not happen in time; tvctl exits 1. */
 class Failure : public std::runtime_error {
@@ -44,12 +42,12 @@ public:
      * Calls a method, however long it takes; waits for a television that is still starting.
      *
      * @param arguments   a floating tuple, or null for none.
-     * @param descriptors handed over with the call, null for none.
+     * @param descriptors handed over with the call; one that is closed is replaced by /dev/null.
      * @return the answer's tuple.
      * @throws Failure with what the television says, WrongUse when it does not know what it was asked for.
      */
     Value call(const ObjectAddress& object, const char* method, GVariant* arguments = nullptr,
-               GUnixFDList* descriptors = nullptr) const;
+               const std::vector<int>& descriptors = {}) const;
 
     /** The connection, for calls of another kind. */
     [[nodiscard]] GDBusConnection* bus() const { return bus_.get(); }
@@ -57,9 +55,6 @@ public:
 private:
     BusConnection bus_;
 };
-
-/** Descriptors to hand over with a call; one that is closed is replaced by /dev/null. */
-DescriptorList hand_over(std::initializer_list<int> numbers);
 
 /** The first value of an answer. */
 Value first_of(const Value& answer);

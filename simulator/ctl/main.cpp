@@ -1,8 +1,6 @@
 /** tvctl: drives a running television from outside. */
 #include "base/bus.h"
 #include "base/process.h"
-#include "base/strings.h"
-#include "client/client.h"
 #include "control_sockets.h"
 #include "output.h"
 
@@ -93,7 +91,7 @@ public:
     }
 
 private:
-    /** By default a verb calls a method with its words as the arguments, and prints the answer, or the words if there is none. */
+    /** By default a verb calls a method with its words as the arguments, and prints the answer (or the words). */
     struct Verb {
         const char* name;
         const char* words; /**< "[WORD]" may be missing, "WORD..." takes all that are left */
@@ -105,7 +103,10 @@ private:
     };
     static const std::vector<Verb> verbs;
 
-    [[nodiscard]] Client client() const { return Client(connect_to_bus(bus_address_of(name_))); }
+    [[nodiscard]] Client client() const {
+        g_autofree char* path = g_dbus_address_escape_value(control_socket_of(name_).c_str());
+        return Client(connect_to_bus(std::string("unix:path=") + path));
+    }
     void print(const std::string& text) const { print(g_variant_new_string(text.c_str())); }
 
     /** Takes the options away. @param stops_at_verb what follows the verb stays as it is. */
@@ -189,7 +190,7 @@ private:
         if (!target)
             throw Failure("cannot write " + file + ": " + std::strerror(errno));
         try {
-            client().call(ui, "Picture", g_variant_new("(h)", 0), hand_over({target.get()}).get());
+            client().call(ui, "Picture", g_variant_new("(h)", 0), {target.get()});
         } catch (...) {
             struct stat found {};
             if (fstat(target.get(), &found) == 0 && S_ISREG(found.st_mode))
@@ -235,7 +236,7 @@ private:
         const Value status = first_of(client().call(
             television, "Run",
             g_variant_new("(@as@as@ah)", to_variant(command), to_variant({environment}), handles),
-            hand_over({STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}).get()));
+            {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}));
         status_ = g_variant_get_int32(status.get());
     }
 

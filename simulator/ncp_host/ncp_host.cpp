@@ -4,6 +4,7 @@
 #include "contract.h"
 
 #include <algorithm>
+#include <sstream>
 
 namespace simulator {
 namespace {
@@ -24,6 +25,31 @@ std::string text_of(const Call& call) {
 }
 
 } // namespace
+
+std::optional<Behaviour> parse_behaviour(const std::string& text) {
+    using Kind = Behaviour::Kind;
+    static const std::map<std::string, Kind> plain{
+        {"normal", Kind::normal}, {"error", Kind::error}, {"never", Kind::never}, {"dies", Kind::dies}};
+    if (const auto found = plain.find(text); found != plain.end())
+        return Behaviour{found->second};
+    constexpr std::string_view reply = "reply ";
+    if (text.starts_with(reply)) {
+        const std::string value = text.substr(reply.size());
+        return tuple_of(value) ? std::optional(Behaviour{Kind::reply, 0, value}) : std::nullopt;
+    }
+
+    std::istringstream words(text);
+    std::string word;
+    std::string rest;
+    int number = 0;
+    if (!(words >> word >> number) || words >> rest)
+        return std::nullopt;
+    if (word == "code")
+        return Behaviour{Kind::code, number};
+    if (word == "late" && number >= 0)
+        return Behaviour{Kind::late, number};
+    return std::nullopt;
+}
 
 NcpHost::NcpHost(const std::vector<std::string>& answers, std::function<void()> die)
     : connection_(connect_to_bus(g_getenv("DBUS_SYSTEM_BUS_ADDRESS"))), die_(std::move(die)),

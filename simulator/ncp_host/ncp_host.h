@@ -4,12 +4,30 @@
 #include "base/bus.h"
 #include "base/event_source.h"
 #include "base/log.h"
-#include "behaviour.h"
 #include "ncp_link.h"
 
 #include <list>
 
 namespace simulator {
+
+/** How a method answers. */
+struct Behaviour {
+    enum class Kind {
+        normal, /**< what the radio module says */
+        code,   /**< that result code, without asking the module */
+        error,  /**< a D-Bus error */
+        late,   /**< what the module says, so many milliseconds later */
+        never,  /**< no reply at all */
+        dies,   /**< no reply at all, and the host has ended */
+        reply,  /**< this value, of whatever type */
+    };
+    Kind kind = Kind::normal;
+    int number = 0;         /**< the code, or the milliseconds */
+    std::string value = {}; /**< a tuple as GVariant text */
+};
+
+/** Reads "normal", "code N", "error", "late MS", "never", "dies" or "reply (VALUES)"; nothing for another text. */
+std::optional<Behaviour> parse_behaviour(const std::string& text);
 
 /** On a bus connection of its own, which ends with this: whoever waits for an answer then gets none. */
 class NcpHost : public Simulation {
@@ -21,8 +39,6 @@ public:
      */
     NcpHost(const std::vector<std::string>& answers, std::function<void()> die);
     ~NcpHost() override;
-    NcpHost(const NcpHost&) = delete;
-    NcpHost& operator=(const NcpHost&) = delete;
 
     [[nodiscard]] std::map<std::string, Method> methods() override;
 

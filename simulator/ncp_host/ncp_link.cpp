@@ -63,8 +63,7 @@ void NcpLink::close_link() {
         settle(waiting_.begin()->first, static_cast<int>(RadioCode::link_down), {});
 }
 
-/** The reset that every new link begins with; a module that cannot hear it yet is asked again, less and less
- * often. */
+/** The reset that every new link begins with; a module that cannot hear it yet is asked again, less and less often. */
 void NcpLink::probe() {
     prober_ = call_every(probe_interval_, [this] { probe(); });
     probe_interval_ = std::min(2 * probe_interval_, longest_probe_interval);

@@ -17,16 +17,16 @@ public:
     /**
      * Waits for the terminal, again each time the relay has gone away.
      *
-     * @param path           the terminal's path.
-     * @param limit          milliseconds the module has for an answer.
-     * @param on_ready       called once for each link, when the module has answered over it.
-     * @param log            outlives the link.
+     * @param path     the terminal's path.
+     * @param limit    milliseconds the module has for an answer.
+     * @param on_ready called once for each link, when the module has answered over it.
+     * @param log      outlives the link.
      */
     NcpLink(const std::string& path, guint limit, std::function<void()> on_ready, const ComponentLog& log);
 
     /**
-     * Sends a request; the handler is called once with the answer's code and text, or with
-     * `RadioCode::link_down` or `RadioCode::no_answer`.
+     * Sends a request; the handler is called once with the answer's code and text, or with `RadioCode::link_down` or
+     * `RadioCode::no_answer`.
      */
     void request(const std::string& command, std::optional<int> argument, AnswerHandler handler);
 

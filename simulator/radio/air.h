@@ -1,41 +1,65 @@
 /**
  * The air that several televisions share: a folder in which every running stream is a listening socket, named
- * CHANNEL.POWER.NUMBER. Who listens connects to it; the system ends that connection with the stream, however
- * the stream ends.
+ * CHANNEL.POWER.NUMBER. A listener connects to it; the kernel ends that connection with the stream, however the stream
+ * ends.
  */
 #pragma once
 
+#include "base/descriptors.h"
 #include "base/event_source.h"
-#include "base/owned.h"
 
+#include <sys/inotify.h>
+#include <sys/socket.h>
+
+#include <array>
+#include <cerrno>
 #include <filesystem>
 #include <map>
-#include <string>
+#include <sstream>
 
 namespace simulator {
 
-/** One stream on the air, there as long as this lives. */
+/** One stream on the air, as long as this lives. */
 class AirStream {
 public:
-    /** @throws std::system_error when the folder takes no socket. */
-    AirStream(const std::filesystem::path& air, int channel, int power);
-    AirStream(const AirStream&) = delete;
-    AirStream& operator=(const AirStream&) = delete;
-    ~AirStream();
+    /** @throws std::system_error if the folder takes no socket. */
+    AirStream(const std::filesystem::path& air, int channel, int power) {
+        g_autofree char* number =
+            g_uuid_string_random(); // process numbers are unique within one television only
+        const auto name = std::to_string(channel) + "." + std::to_string(power) + "." + number;
+        // Nobody may find it before it listens, or it would be taken for a left-over of a killed television.
+        const auto hidden = air / ("." + name);
+        path_ = air / name;
+        socket_ = listen_at(hidden, SOMAXCONN); // the connections wait there, never accepted
+        if (!socket_)
+            fail_with_errno(hidden);
+        std::filesystem::rename(hidden, path_);
+    }
+    ~AirStream() {
+        std::error_code ignored;
+        std::filesystem::remove(path_, ignored);
+    }
 
 private:
     std::filesystem::path path_;
     FileDescriptor socket_;
 };
 
-/** Tells of the streams on the air, from those that run when it begins; wakes only when one begins or ends. */
+/** Reports the streams on the air, beginning with those that run already; wakes only when one begins or ends. */
 class AirWatch {
 public:
     using Begun = std::function<void(const std::string& stream, int channel, int power)>;
     using Ended = std::function<void(const std::string& stream)>;
 
-    /** @throws std::system_error when the folder cannot be watched. */
-    AirWatch(std::filesystem::path air, Begun begun, Ended ended);
+    /** @throws std::system_error if the folder cannot be watched. */
+    AirWatch(std::filesystem::path air, Begun begun, Ended ended)
+        : air_(std::move(air)), begun_(std::move(begun)), ended_(std::move(ended)),
+          changes_(inotify_init1(IN_CLOEXEC | IN_NONBLOCK)) {
+        if (!changes_ || inotify_add_watch(changes_.get(), air_.c_str(), IN_MOVED_TO | IN_ONLYDIR) < 0)
+            fail_with_errno(air_);
+        change_reader_ = call_when_readable(changes_.get(), [this] { scan(); });
+        scan();
+    }
 
 private:
     struct Heard {
@@ -43,8 +67,38 @@ private:
         EventSource end;
     };
 
-    void look_around();
-    void look_at(const std::string& stream);
+    void scan() {
+        std::array<char, 4096> changes{};
+        while (read(changes_.get(), changes.data(), changes.size()) > 0) {
+            // the folder says what has changed, and is never out of date
+        }
+        std::error_code error;
+        for (const auto& entry : std::filesystem::directory_iterator(air_, error))
+            if (const std::string stream = entry.path().filename(); !heard_.contains(stream))
+                listen_to(stream);
+    }
+
+    void listen_to(const std::string& stream) {
+        std::istringstream name(stream);
+        int channel = 0;
+        int power = 0;
+        char point = 0;
+        if (!(name >> channel >> point >> power))
+            return;
+        auto connection = connect_to(air_ / stream);
+        if (!connection) {
+            std::error_code ignored;
+            if (errno == ECONNREFUSED) // a killed television left it
+                std::filesystem::remove(air_ / stream, ignored);
+            return;
+        }
+        auto end = call_when_readable(connection.get(), [this, stream] {
+            ended_(stream);
+            heard_.erase(stream);
+        });
+        heard_[stream] = {std::move(connection), std::move(end)};
+        begun_(stream, channel, power);
+    }
 
     std::filesystem::path air_;
     Begun begun_;

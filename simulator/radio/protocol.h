@@ -1,8 +1,8 @@
 /**
  * The messages of the NCP host and the radio module, one a line.
  *
- * A request is "> NUMBER COMMAND [ARGUMENT]", its answer "< NUMBER CODE [TEXT]". The marks tell an answer from a terminal's
- * echo of the request, the numbers tell a late answer from that to a later request.
+ * A request is "> NUMBER COMMAND [ARGUMENT]", its answer "< NUMBER CODE [TEXT]". The marks tell an answer from a
+ * terminal's echo of the request, the numbers tell a late answer from that to a later request.
  */
 #pragma once
 

@@ -31,8 +31,7 @@ public:
      * Commands: reset, start MODE (0 TX, 1 RX), stop, set_channel N, set_power N, start_stream, stop_stream,
      * get_rx_statistics, reset_rx_statistics. Everything but reset and start is refused while the radio is off.
      *
-     * @return the answer to that request: a `RadioCode`, and for get_rx_statistics the text
-     *         "COUNT packets on channel N".
+     * @return the answer to that request: a `RadioCode`, and for get_rx_statistics "COUNT packets on channel N".
      */
     RadioAnswer handle(const RadioRequest& request, Time now);
 

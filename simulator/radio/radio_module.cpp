@@ -16,10 +16,6 @@ constexpr auto device_path = "/dev/ttyIOT";
 constexpr int slow = 115200;
 constexpr int fast = 921600;
 
-[[noreturn]] void fail(const std::string& what) {
-    throw std::system_error(errno, std::generic_category(), what);
-}
-
 Radio::Time now() { return std::chrono::steady_clock::now(); }
 
 int speed_of(const Options& options) {
@@ -45,7 +41,7 @@ int speed_of(int terminal) {
 RadioModule::RadioModule(const Options& options)
     : speed_(speed_of(options)), line_(posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC)) {
     if (!line_ || grantpt(line_.get()) != 0 || unlockpt(line_.get()) != 0)
-        fail("no pseudo-terminal");
+        fail_with_errno("no pseudo-terminal");
     terminal_path_ = ptsname(line_.get());
     hold_line(true);
     reader_ = call_when_readable(line_.get(), [this] { read_line(); });
@@ -88,7 +84,7 @@ void RadioModule::set_serial(bool present) {
     if (std::filesystem::is_symlink(device_path, error)) // also that of a module that was killed
         unlink(device_path);
     if (present && symlink(terminal_path_.c_str(), device_path) != 0)
-        fail(device_path);
+        fail_with_errno(device_path);
     is_present_ = present;
     log_.note(device_path, present ? " appears" : " disappears");
 }
@@ -98,7 +94,7 @@ void RadioModule::hold_line(bool held) {
         return;
     television_end_ = held ? open_terminal(terminal_path_) : FileDescriptor();
     if (held && !television_end_)
-        fail(terminal_path_);
+        fail_with_errno(terminal_path_);
 }
 
 void RadioModule::set_traffic(int channel, int packets_per_second) {

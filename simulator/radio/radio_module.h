@@ -15,8 +15,6 @@ public:
     /** @throws std::runtime_error for an option that is wrong, or a folder or terminal that cannot be had. */
     explicit RadioModule(const Options& options);
     ~RadioModule() override;
-    RadioModule(const RadioModule&) = delete;
-    RadioModule& operator=(const RadioModule&) = delete;
 
     [[nodiscard]] std::map<std::string, Method> methods() override;
 
@@ -24,8 +22,8 @@ private:
     /** Makes the serial device appear, as a symbolic link, or disappear; a program that has it open keeps it. */
     void set_serial(bool present);
     /**
-     * Holds the television's end open, so that the line does not hang up while nobody uses it, or closes it, so that
-     * it hangs up when the television closes it.
+     * Holds the television's end open, so that the line does not hang up while nobody uses it, or closes it, so that it
+     * hangs up when the television closes it.
      */
     void hold_line(bool held);
     void add_traffic(const std::string& text);

@@ -22,12 +22,6 @@ ProcessComponent::ProcessComponent(std::string name, std::vector<std::string> co
 
 std::string ProcessComponent::state() const { return process_ ? process_->state() : "was not started"; }
 
-bool ProcessComponent::failed() const {
-    constexpr int killed = 128; // by a signal
-    const int status = process_ ? process_->status().value_or(0) : 0;
-    return status > 0 && status < killed;
-}
-
 void ProcessComponent::start(const Ready& ready) {
     ready_ = ready;
     try {
@@ -88,13 +82,16 @@ void ProcessComponent::kill(const std::function<void()>& killed) {
     process_->send_signal(SIGKILL);
 }
 
-void ProcessComponent::end() {
+bool ProcessComponent::end() {
+    constexpr int killed = 128; // by a signal
     if (!process_)
-        return;
+        return true;
     is_ending_ = true;
     process_->terminate();
-    if (!process_->wait_for_end(end_patience))
+    const auto status = process_->wait_for_end(end_patience);
+    if (!status)
         process_->send_signal(SIGKILL);
+    return status.value_or(0) == 0 || *status >= killed;
 }
 
 SimulatedComponent::SimulatedComponent(std::string name, GDBusConnection* bus, const std::string& interface,
@@ -111,7 +108,7 @@ void SimulatedComponent::forward(Call& call) {
 
 void SimulatedComponent::start(const Ready& ready) {
     try {
-        simulation_ = make_();
+        simulation_ = make_([this] { killer_ = call_every(0, [this] { kill([] {}); }); });
         methods_ = simulation_->methods();
     } catch (const std::runtime_error& error) {
         return ready(name() + " did not start: " + error.what());
@@ -127,14 +124,11 @@ void SimulatedComponent::kill(const std::function<void()>& killed) {
     killed();
 }
 
-void SimulatedComponent::kill_soon() {
-    killer_ = call_every(0, [this] { kill([] {}); });
-}
-
-void SimulatedComponent::end() {
+bool SimulatedComponent::end() {
     if (simulation_)
         state_ = "ended with status 0";
     simulation_.reset();
+    return true;
 }
 
 } // namespace simulator

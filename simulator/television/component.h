@@ -25,15 +25,13 @@ public:
     [[nodiscard]] virtual std::string state() const = 0;
     /** The number of its process; 0 when it has none. */
     [[nodiscard]] virtual int process() const { return 0; }
-    /** It, or a sanitizer in it, found something wrong at its end. */
-    [[nodiscard]] virtual bool failed() const { return false; }
 
     /** @param ready called when it is ready, which may be at once. */
     virtual void start(const Ready& ready) = 0;
     /** Kills it while it runs. @param killed called when it has ended. */
     virtual void kill(const std::function<void()>& killed) = 0;
-    /** Ends it in order: turns the main loop until it has ended. */
-    virtual void end() = 0;
+    /** Shuts it down: runs the main loop until it has ended. @return false if it, or a sanitizer in it, found an error. */
+    virtual bool end() = 0;
 
 protected:
     void report_end() const { ended_(*this); }
@@ -53,13 +51,12 @@ public:
     [[nodiscard]] bool runs() const override { return process_ && process_->runs(); }
     [[nodiscard]] std::string state() const override;
     [[nodiscard]] int process() const override { return process_ ? process_->number() : 0; }
-    [[nodiscard]] bool failed() const override;
     /** What it said when it was ready. */
     [[nodiscard]] const std::string& first_line() const { return line_; }
 
     void start(const Ready& ready) override;
     void kill(const std::function<void()>& killed) override;
-    void end() override;
+    bool end() override;
 
 private:
     void listen(Descriptors& descriptors);
@@ -84,7 +81,8 @@ private:
 /** A simulation in this process, and its object on the bus, which says so while it does not run. */
 class SimulatedComponent : public Component {
 public:
-    using Make = std::function<std::unique_ptr<Simulation>()>;
+    /** @param die kills it, once the main loop runs again. */
+    using Make = std::function<std::unique_ptr<Simulation>(const Action& die)>;
 
     /** @param interface of its contract. @param make may throw std::runtime_error. */
     SimulatedComponent(std::string name, GDBusConnection* bus, const std::string& interface, Make make,
@@ -95,9 +93,7 @@ public:
 
     void start(const Ready& ready) override;
     void kill(const std::function<void()>& killed) override;
-    void end() override;
-    /** Kills it once the main loop turns again, from within it. */
-    void kill_soon();
+    bool end() override;
 
 private:
     void forward(Call& call);

@@ -94,8 +94,9 @@ void Television::start_components() {
                                                 options_.text("screen") + "x24", "-nolisten", "tcp",
                                                 "-noreset", "-dpi", "96"},
                                         bus(), "");
-    add<SimulatedComponent>("radio_module", bus(), "org.velmora.Simulator.RadioModule",
-                            [this] { return std::make_unique<RadioModule>(options_); });
+    add<SimulatedComponent>(
+        "radio_module", bus(), "org.velmora.Simulator.RadioModule",
+        [this](const Action& /*die*/) { return std::make_unique<RadioModule>(options_); });
     add_ncp_host();
     wait_until_ready();
     if (screen != nullptr) {
@@ -117,8 +118,7 @@ void Television::add_ncp_host() {
         add<ProcessComponent>(name, std::vector{options_.text("host")}, bus(), contract::bus_name);
         return;
     }
-    const auto die = [this] { dynamic_cast<SimulatedComponent&>(*find_component(name)).kill_soon(); };
-    add<SimulatedComponent>(name, bus(), interface, [this, die] {
+    add<SimulatedComponent>(name, bus(), interface, [this](const Action& die) {
         return std::make_unique<NcpHost>(options_.all("host-answers"), die);
     });
 }
@@ -129,7 +129,7 @@ void Television::add_ui_driver() {
         objects_.push_back(absent(bus(), interface, Refusal("NoScreen", "this television has no screen")));
     else
         add<SimulatedComponent>("ui_driver", bus(), interface,
-                                [this] { return std::make_unique<UiDriver>(bus()); });
+                                [this](const Action& /*die*/) { return std::make_unique<UiDriver>(bus()); });
 }
 
 void Television::wait_until_ready() {
@@ -141,13 +141,12 @@ void Television::wait_until_ready() {
 
 int Television::run() {
     start_components();
-    runner_.emplace(bus());
     object_.emplace(
         bus(), "org.velmora.Simulator.Television",
         std::map<std::string, Method>{{"Components", [this](Call& call) { call.answer({components()}); }},
                                       {"Start", [this](Call& call) { start_component(call); }},
                                       {"Kill", [this](Call& call) { kill(call); }},
-                                      {"Run", [this](Call& call) { runner_->run(call); }},
+                                      {"Run", [this](Call& call) { run_command(call); }},
                                       {"SetLanguage", [](Call& call) { set_language(call.text()); }},
                                       {"Logs", [](Call& call) { call.answer({to_variant(log_names())}); }},
                                       {"End", [this](Call& /*call*/) { end(); }}});
@@ -167,9 +166,9 @@ int Television::run() {
 bool Television::end_components() {
     bool all_ended_well = true;
     std::for_each(components_.rbegin(), components_.rend(), [&](const auto& component) {
-        component->end();
+        const bool ended_well = component->end();
         log_.note("the ", component->name(), " ", component->state());
-        if (component_is_missing_ || !component->failed())
+        if (component_is_missing_ || ended_well)
             return;
         all_ended_well = false;
         log_.error("the ", component->name(), " ", component->state(),
@@ -224,6 +223,31 @@ void Television::kill(const Call& call) {
         kill_all(call, call.text());
 }
 
+void Television::run_command(const Call& call) {
+    Descriptors descriptors{FileDescriptor(call.take_descriptor(0)), FileDescriptor(call.take_descriptor(1)),
+                            FileDescriptor(call.take_descriptor(2))};
+    if (call.texts(0).empty() || !descriptors.error)
+        throw Refusal("BadCommand", "a command and its three descriptors are needed");
+    const auto running = running_.emplace(running_.end());
+    const auto answer = [this, running, asked = call.later()] {
+        asked.answer({g_variant_new_int32(*running->process->status())});
+        running_.erase(running);
+    };
+    try {
+        running->process =
+            std::make_unique<Process>(call.texts(0), std::move(descriptors), answer, call.texts(1), true);
+    } catch (const std::runtime_error& error) {
+        running_.erase(running);
+        throw Refusal("BadCommand", error.what());
+    }
+    const auto gone = +[](GDBusConnection* /*connection*/, const char* /*caller*/, gpointer process) {
+        static_cast<Process*>(process)->kill();
+    };
+    running->caller.reset(g_bus_watch_name_on_connection(bus(), call.sender().c_str(),
+                                                         G_BUS_NAME_WATCHER_FLAGS_NONE, nullptr, gone,
+                                                         running->process.get(), nullptr));
+}
+
 void Television::start_component(const Call& call) {
     const std::string name = call.text();
     Component* const component = find_component(name);
@@ -231,12 +255,8 @@ void Television::start_component(const Call& call) {
         throw Refusal("NoSuchComponent", "the television has no component called " + name);
     if (component->runs())
         throw Refusal("AlreadyRunning", "the " + name + " runs already");
-    component->start([asked = call.later()](const std::string& failure) {
-        if (failure.empty())
-            asked.answer();
-        else
-            asked.refuse(Refusal("NotStarted", failure));
-    });
+    component->start(
+        [asked = call.later()](const std::string& failure) { asked.finish("NotStarted", failure); });
 }
 
 } // namespace simulator

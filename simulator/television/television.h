@@ -4,8 +4,9 @@
 #include "base/event_source.h"
 #include "base/log.h"
 #include "base/options.h"
-#include "command_runner.h"
 #include "component.h"
+
+#include <list>
 
 namespace simulator {
 
@@ -23,8 +24,6 @@ public:
      */
     Television(const Options& options, std::string programs);
     ~Television();
-    Television(const Television&) = delete;
-    Television& operator=(const Television&) = delete;
 
     /**
      * Runs the television until the command has ended.
@@ -38,6 +37,12 @@ public:
     void end();
 
 private:
+    /** A command that a caller from outside runs in the television. */
+    struct Running {
+        std::unique_ptr<Process> process;
+        NameWatch caller;
+    };
+
     template <class Kind, class... Arguments>
     Kind& add(std::string name, Arguments&&... arguments);
     void add_ncp_host();
@@ -50,6 +55,8 @@ private:
     /** A floating aa{sv}. */
     [[nodiscard]] GVariant* components() const;
     void kill(const Call& call);
+    /** If the caller leaves the bus before the command has ended, the command is killed. */
+    void run_command(const Call& call);
     void start_component(const Call& call);
     void report_end(const Component& component);
     bool end_components();
@@ -65,7 +72,7 @@ private:
     std::unique_ptr<Process> command_;
     EventSource kill_;
     bool component_is_missing_ = false;
-    std::optional<CommandRunner> runner_;
+    std::list<Running> running_;
     std::optional<BusObject> object_;
 };
 

@@ -14,19 +14,15 @@ struct CloseDisplay {
 };
 using Display = std::unique_ptr<_XDisplay, CloseDisplay>;
 
-/**
- * Opens the display of the environment variable DISPLAY.
- *
- * @throws std::runtime_error when there is none.
- */
+/** Opens the display of the environment variable DISPLAY. @throws std::runtime_error when there is none. */
 Display open_display();
 
 /**
  * Presses (down) or releases a key (XTEST).
  *
- * @param key an X keysym name, for example "Return", "Left" or "XF86Back", or a key of the remote control:
- * "OK", "Back", "Exit" or "Red". One that the keyboard lacks is pressed as the PC key that stands for it
- * (Escape, F12, F1).
+ * @param key an X keysym name, for example "Return", "Left" or "XF86Back", or a key of the remote control: "OK",
+ *            "Back", "Exit" or "Red". One that the keyboard lacks is pressed as the PC key that stands for it (Escape,
+ *            F12, F1).
  * @throws std::invalid_argument for a key that the keyboard does not have.
  */
 void move_key(const Display& display, const std::string& key, bool down);

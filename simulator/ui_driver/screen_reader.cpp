@@ -6,6 +6,15 @@
 
 namespace simulator {
 
+struct Question {
+    Accessible whom;
+    const char* interface;
+    const char* method;
+    GVariant* arguments;                        /**< a floating tuple, or null for none */
+    const char* answer_type;                    /**< the type of the answer's tuple */
+    std::function<void(GVariant* answer)> take; /**< takes the values of the answer */
+};
+
 /** One entry of the application's own list of what it has. */
 struct Item {
     Accessible accessible;
@@ -37,6 +46,14 @@ namespace {
 
 constexpr auto accessible_interface = "org.a11y.atspi.Accessible";
 constexpr auto items_type = "(a((so)(so)(so)a(so)assusau))";
+constexpr std::chrono::milliseconds start_limit{5000}; // of the launcher of the accessibility bus
+constexpr auto message_bus = static_cast<GDBusConnectionFlags>(
+    G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT | G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+
+/** Its reader has gone. */
+bool is_cancelled(const GError* error) {
+    return g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED) != FALSE;
+}
 
 std::string stripped(const char* text) {
     g_autofree char* copy = g_strdup(text);
@@ -161,6 +178,88 @@ void ask_about(const Items& items, const Item& item, Widget& widget, Places plac
 
 } // namespace
 
+ScreenReader::ScreenReader(std::chrono::milliseconds patience) : patience_(patience) {}
+
+ScreenReader::~ScreenReader() { g_cancellable_cancel(cancel_.get()); }
+
+void ScreenReader::open(const std::string& address, const Opened& opened) {
+    const auto on_opened = +[](GObject* /*source*/, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<Opened> held(static_cast<Opened*>(data));
+        g_autoptr(GError) error = nullptr;
+        BusConnection connection(g_dbus_connection_new_for_address_finish(result, &error));
+        if (!is_cancelled(error))
+            (*held)(std::move(connection), error);
+    };
+    g_dbus_connection_new_for_address(address.c_str(), message_bus, nullptr, cancel_.get(), on_opened,
+                                      std::make_unique<Opened>(opened).release());
+}
+
+void ScreenReader::call(GDBusConnection* bus, const Question& question, const Answered& answered) {
+    const auto on_answer = +[](GObject* connection, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<Answered> held(static_cast<Answered*>(data));
+        g_autoptr(GError) error = nullptr;
+        const Value answer(g_dbus_connection_call_finish(G_DBUS_CONNECTION(connection), result, &error));
+        if (!is_cancelled(error))
+            (*held)(answer.get(), error);
+    };
+    const auto limit = bus == session_.get() ? start_limit : patience_;
+    g_dbus_connection_call(bus, question.whom.bus_name.c_str(), question.whom.path.c_str(),
+                           question.interface, question.method, question.arguments,
+                           G_VARIANT_TYPE(question.answer_type), G_DBUS_CALL_FLAGS_NONE,
+                           static_cast<int>(limit.count()), cancel_.get(), on_answer,
+                           std::make_unique<Answered>(answered).release());
+}
+
+void ScreenReader::announce(const Done& done) {
+    if (connection_ && g_dbus_connection_is_closed(connection_.get()) == FALSE)
+        return done(nullptr);
+    g_autoptr(GError) error = nullptr;
+    g_autofree char* address = g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, &error);
+    if (address == nullptr)
+        return done(error);
+    open(address, [this, done](BusConnection session, const GError* open_error) {
+        if (open_error != nullptr)
+            return done(open_error);
+        session_ = std::move(session);
+        const Accessible launcher{"org.a11y.Bus", "/org/a11y/bus"};
+        const auto set =
+            g_variant_new("(ssv)", "org.a11y.Status", "ScreenReaderEnabled", g_variant_new_boolean(TRUE));
+        call(session_.get(), {launcher, "org.freedesktop.DBus.Properties", "Set", set, "()", nullptr},
+             [](GVariant* /*answer*/, const GError* /*error*/) {}); // GetAddress reports it
+        call(session_.get(), {launcher, "org.a11y.Bus", "GetAddress", nullptr, "(s)", nullptr},
+             [this, done](GVariant* answer, const GError* call_error) {
+                 if (call_error != nullptr)
+                     return done(call_error);
+                 const char* path = nullptr;
+                 g_variant_get(answer, "(&s)", &path);
+                 open(path, [this, done](BusConnection connection, const GError* failure) {
+                     connection_ = std::move(connection);
+                     done(failure);
+                 });
+             });
+    });
+}
+
+void ScreenReader::ask(const std::vector<Question>& questions, const Done& done) {
+    struct Open {
+        std::size_t count;
+        std::unique_ptr<GError, Release<g_error_free>> failure;
+    };
+    if (questions.empty())
+        return done(nullptr);
+    const auto open = std::make_shared<Open>(Open{questions.size(), nullptr});
+    for (const Question& question : questions)
+        call(connection_.get(), question,
+             [open, done, take = question.take](GVariant* answer, const GError* error) {
+                 if (error == nullptr)
+                     take(answer);
+                 else if (!open->failure)
+                     open->failure.reset(g_error_copy(error));
+                 if (--open->count == 0)
+                     done(open->failure.get());
+             });
+}
+
 /** One look, from the first question to the screen. */
 struct ScreenReader::Look {
     std::string application;
@@ -177,9 +276,9 @@ void ScreenReader::look(const std::string& application, Places places, const See
     look->application = application;
     look->places = places;
     look->seen = seen;
-    bus_.connect([this, look](const auto& failure) {
-        if (failure)
-            look->seen(Screen::unreadable(failure->reason));
+    announce([this, look](const GError* failure) {
+        if (failure != nullptr)
+            look->seen(Screen::unreadable(failure->message));
         else
             ask_applications(look);
     });
@@ -193,13 +292,13 @@ void ScreenReader::ask_applications(const std::shared_ptr<Look>& look) {
         for (const char* name = nullptr; g_variant_iter_next(each, "(&s&o)", &name, nullptr) != FALSE;)
             look->applications.emplace_back(name);
     };
-    bus_.ask({{desktop, accessible_interface, "GetChildren", nullptr, "(a(so))", take}},
-             [this, look](const auto& failure) {
-                 if (failure)
-                     look->seen(Screen::unreadable(failure->reason));
-                 else
-                     read_items(look, 0);
-             });
+    ask({{desktop, accessible_interface, "GetChildren", nullptr, "(a(so))", take}},
+        [this, look](const GError* failure) {
+            if (failure != nullptr)
+                look->seen(Screen::unreadable(failure->message));
+            else
+                read_items(look, 0);
+        });
 }
 
 /** Of the wanted application; one that has just ended, or does not answer, must not hide it. */
@@ -208,15 +307,15 @@ void ScreenReader::read_items(const std::shared_ptr<Look>& look, std::size_t ind
         return look->seen(Screen::unreadable(look->reason));
     const Accessible cache{look->applications[index], "/org/a11y/atspi/cache"};
     const auto take = [look](GVariant* answer) { take_items(answer, look->items); };
-    bus_.ask({{cache, "org.a11y.atspi.Cache", "GetItems", nullptr, items_type, take}},
-             [this, look, index](const auto& failure) {
-                 if (failure)
-                     look->reason = failure->reason;
-                 if (!failure && look->items.are_of(look->application))
-                     describe(look);
-                 else
-                     read_items(look, index + 1);
-             });
+    ask({{cache, "org.a11y.atspi.Cache", "GetItems", nullptr, items_type, take}},
+        [this, look, index](const GError* failure) {
+            if (failure != nullptr)
+                look->reason = failure->message;
+            if (failure == nullptr && look->items.are_of(look->application))
+                describe(look);
+            else
+                read_items(look, index + 1);
+        });
 }
 
 void ScreenReader::describe(const std::shared_ptr<Look>& look) {
@@ -230,9 +329,9 @@ void ScreenReader::describe(const std::shared_ptr<Look>& look) {
     std::vector<Question> questions;
     for (std::size_t i = 0; i < shown.found.size(); ++i)
         ask_about(look->items, *shown.found[i].item, look->widgets[i], look->places, questions);
-    bus_.ask(questions, [look, uncovered, in_front = shown.in_front](const auto& failure) {
-        if (failure)
-            return look->seen(Screen::unreadable(failure->reason));
+    ask(questions, [look, uncovered, in_front = shown.in_front](const GError* failure) {
+        if (failure != nullptr)
+            return look->seen(Screen::unreadable(failure->message));
         const auto first_covered = look->widgets.begin() + uncovered;
         look->seen(Screen(std::vector(look->widgets.begin(), first_covered), in_front,
                           std::vector(first_covered, look->widgets.end())));
@@ -248,10 +347,11 @@ void ScreenReader::activate(const Widget& widget, const Activated& activated) {
         if (done == FALSE)
             *refusal = text;
     };
-    bus_.ask({{widget.accessible, "org.a11y.atspi.Action", "DoAction", g_variant_new("(i)", 0), "(b)", take}},
-             [refusal, text, activated](const auto& failure) {
-                 activated(failure && !failure->is_late ? text : *refusal);
-             });
+    ask({{widget.accessible, "org.a11y.atspi.Action", "DoAction", g_variant_new("(i)", 0), "(b)", take}},
+        [refusal, text, activated](const GError* failure) {
+            const bool is_late = g_error_matches(failure, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE;
+            activated(failure != nullptr && !is_late ? text : *refusal);
+        });
 }
 
 } // namespace simulator

@@ -53,8 +53,6 @@ public:
      */
     Screenshot(_XDisplay* display, FileDescriptor file, Taken taken);
     ~Screenshot();
-    Screenshot(const Screenshot&) = delete;
-    Screenshot& operator=(const Screenshot&) = delete;
 
 private:
     void look_again();

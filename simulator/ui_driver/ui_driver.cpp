@@ -134,12 +134,8 @@ void UiDriver::hold(const Call& call) {
 void UiDriver::activate(const Call& call) {
     wait_for(call, text_shown(call.text()), reading_patience,
              [this](const Call& asked, const Screen& screen) {
-                 reader_.activate(*screen.find(asked.text()), [asked](const std::string& refusal) {
-                     if (refusal.empty())
-                         asked.answer();
-                     else
-                         asked.refuse(Refusal("NoAction", refusal));
-                 });
+                 reader_.activate(*screen.find(asked.text()),
+                                  [asked](const std::string& refusal) { asked.finish("NoAction", refusal); });
              });
 }
 
@@ -150,14 +146,11 @@ void UiDriver::take_picture(const Call& call) {
         throw Refusal("NotWritten", "the descriptor of an open file is needed");
     const auto picture = pictures_.insert(pictures_.end(), {call.later(), nullptr});
     try {
-        picture->screenshot = std::make_unique<Screenshot>(
-            display_.get(), std::move(file), [this, picture](const std::string& error) {
-                if (error.empty())
-                    picture->call.answer();
-                else
-                    picture->call.refuse(Refusal("NotWritten", error));
-                pictures_.erase(picture);
-            });
+        picture->screenshot = std::make_unique<Screenshot>(display_.get(), std::move(file),
+                                                           [this, picture](const std::string& error) {
+                                                               picture->call.finish("NotWritten", error);
+                                                               pictures_.erase(picture);
+                                                           });
     } catch (const std::runtime_error& error) {
         pictures_.erase(picture);
         throw Refusal("NotWritten", error.what());

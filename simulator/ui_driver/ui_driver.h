@@ -21,8 +21,6 @@ public:
     explicit UiDriver(GDBusConnection* connection);
     /** Who still waits is refused. */
     ~UiDriver() override;
-    UiDriver(const UiDriver&) = delete;
-    UiDriver& operator=(const UiDriver&) = delete;
 
     [[nodiscard]] std::map<std::string, Method> methods() override;
 

@@ -1,36 +1,98 @@
-/** Hands remote-control keys to windows that asked for them although another window is in front. */
+/** Delivers keys of the remote control to windows that ask for them, although another window is in front. */
 #pragma once
 
 #include "x11.h"
 
+#include <X11/XF86keysym.h>
+#include <X11/Xatom.h>
+#include <X11/Xutil.h>
+#include <X11/keysym.h>
+
+#include <algorithm>
 #include <map>
 #include <set>
 
 namespace simulator {
 
 /**
- * A window asks with EFL's `elm_win_keygrab_set`, which leaves a property on it. While such a window is not
- * in front, its keys are grabbed: each press goes to it as well as to the window in front. F1 is the red key
- * of a PC keyboard and comes with XF86Red.
+ * A window asks with EFL's `elm_win_keygrab_set`, which leaves a property on it. While such a window is not in front,
+ * its keys are grabbed: each press goes to it as well as to the window in front. F1 is the red key of a PC keyboard and
+ * delivered with XF86Red.
  */
 class KeyRouter {
 public:
-    /** Tells windows that keys can be asked for, and gives XF86Red a key code, which the default keyboard
-     * lacks. */
-    KeyRouter(Display* display, Window root, const Atoms& atoms);
+    /** Announces that windows may ask for keys, and gives XF86Red a key code, which the default keyboard lacks. */
+    KeyRouter(Display* display, Window root, const Atoms& atoms)
+        : display_(display), root_(root), atoms_(atoms) {
+        map_red_key();
+        write_property(display, root, atoms.keyrouter_supported, XA_CARDINAL, {1});
+    }
 
-    /** Reads what a window asks for. */
-    void read_table(Window window);
+    /** Reads which keys a window asks for. */
+    void read_table(Window window) {
+        std::set<unsigned>& codes = tables_[window];
+        codes.clear();
+        for (const auto item : read_property(display_, window, atoms_.keyrouter_table, XA_CARDINAL))
+            codes.insert(static_cast<unsigned>(item & 0xff));
+        if (codes.contains(XKeysymToKeycode(display_, XF86XK_Red)))
+            codes.insert(XKeysymToKeycode(display_, XK_F1));
+        set_front(front_);
+    }
     void forget(Window window) { tables_.erase(window); }
 
     /** Grabs the keys that windows behind the one in front ask for, and no others. */
-    void set_front(Window front);
+    void set_front(Window front) {
+        front_ = front;
+        std::set<unsigned> wanted;
+        for (const auto& [window, codes] : tables_)
+            if (window != front)
+                wanted.insert(codes.begin(), codes.end());
+        if (wanted == grabbed_)
+            return;
+        XUngrabKey(display_, AnyKey, AnyModifier, root_);
+        for (const auto code : wanted)
+            XGrabKey(display_, static_cast<int>(code), AnyModifier, root_, False, GrabModeAsync,
+                     GrabModeSync);
+        grabbed_ = std::move(wanted);
+    }
 
-    /** A grabbed key was pressed: hands it on. */
-    void route(const XKeyEvent& press);
+    /** Delivers a grabbed key that was pressed. */
+    void route(const XKeyEvent& press) {
+        for (const auto& [window, codes] : tables_) {
+            if (window == front_ || !codes.contains(press.keycode))
+                continue;
+            XEvent copy{};
+            copy.xkey = press;
+            copy.xkey.window = window;
+            copy.xkey.subwindow = None;
+            for (const int type : {KeyPress, KeyRelease}) {
+                copy.type = type;
+                XSendEvent(display_, window, False, NoEventMask, &copy);
+            }
+        }
+        XAllowEvents(display_, ReplayKeyboard, press.time); // the window in front gets the key itself
+    }
 
 private:
-    void map_red_key();
+    /** Gives XF86Red the highest key code without a symbol. */
+    void map_red_key() {
+        if (XKeysymToKeycode(display_, XF86XK_Red) != 0)
+            return;
+        int lowest = 0;
+        int highest = 0;
+        XDisplayKeycodes(display_, &lowest, &highest);
+        for (int code = highest; code >= lowest; --code) {
+            int count = 0;
+            const std::unique_ptr<KeySym, decltype(&XFree)> symbols(
+                XGetKeyboardMapping(display_, static_cast<KeyCode>(code), 1, &count), XFree);
+            if (std::any_of(symbols.get(), symbols.get() + count,
+                            [](KeySym symbol) { return symbol != NoSymbol; }))
+                continue;
+            KeySym red = XF86XK_Red;
+            XChangeKeyboardMapping(display_, code, 1, &red, 1);
+            return;
+        }
+    }
 
     Display* display_;
     Window root_;

@@ -1,10 +1,6 @@
 /** The window manager of the television's own screen. */
 #include "key_router.h"
 
-#include <X11/Xatom.h>
-#include <X11/Xutil.h>
-
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>

@@ -1,5 +1,5 @@
 #include "input.h"
-#include "ncp_host/behaviour.h"
+#include "ncp_host/ncp_host.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     simulator::parse_behaviour(text_of(bytes, size));

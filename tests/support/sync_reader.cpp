@@ -44,15 +44,15 @@ void SyncReader::activate(const Widget& widget) {
 }
 
 SyncReader::SyncReader(std::chrono::milliseconds patience) : reader_(patience) {
-    std::optional<Unanswered> failure;
+    std::string failure;
     wait_for([&](const auto& done) {
-        reader_.announce([&failure, done](const auto& why) {
-            failure = why;
+        reader_.announce([&failure, done](const GError* error) {
+            failure = error != nullptr ? error->message : "";
             done();
         });
     });
-    if (failure)
-        throw std::runtime_error(failure->reason);
+    if (!failure.empty())
+        throw std::runtime_error("no accessibility bus: " + failure);
 }
 
 } // namespace simulator
