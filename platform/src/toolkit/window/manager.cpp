@@ -1,6 +1,6 @@
 #include "common/dropped_press.h"
 #include "common/installed_files.h"
-include "common/object_data.h"
+#include "common/object_data.h"
 #include "efl_1_26/toolkit/focus_moves.h"
 #include "efl_1_26/toolkit/window_manager.h"
 #include "settings/settings_file.h"
