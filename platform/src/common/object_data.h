@@ -1,4 +1,4 @@
-/** State and pointers that follow the life of a widget. */
+/** Data and pointers with the lifetime of a widget. */
 #pragma once
 
 #include <Elementary.h>
@@ -7,7 +7,7 @@
 
 namespace vell {
 
-/** State of type `T` kept with `object` under `T::key` and deleted with it. */
+/** Creates a `T` that is kept with `object` under `T::key` and deleted with it. */
 template <class T>
 T& attach(Evas_Object* object) {
     T* const state = std::make_unique<T>().release();
@@ -19,13 +19,13 @@ T& attach(Evas_Object* object) {
     return *state;
 }
 
-/** The state of type `T` kept with `object`, or null. */
+/** Returns the `T` kept with `object`, or null. */
 template <class T>
 T* attached(const Evas_Object* object) {
     return object == nullptr ? nullptr : static_cast<T*>(evas_object_data_get(object, T::key));
 }
 
-/** Points to a widget, and to nothing once the widget is deleted. It cannot move: EFL keeps its address. */
+/** A pointer that becomes null when its widget is deleted. It cannot be moved: EFL keeps its address. */
 class WeakWidget {
 public:
     WeakWidget() = default;
@@ -49,7 +49,7 @@ private:
     Evas_Object* widget_ = nullptr;
 };
 
-/** Whether a widget is `ancestor` or in it. */
+/** Returns whether a widget is `ancestor` or a descendant of it. */
 inline bool is_inside(const Evas_Object* widget, const Evas_Object* ancestor) {
     while (widget != nullptr && widget != ancestor)
         widget = elm_object_parent_widget_get(widget);

@@ -1,4 +1,4 @@
-// What assistive technology asks of a widget is declared as protected in Elementary 1.26.
+// The accessibility interfaces of a widget are declared as protected in Elementary 1.26.
 #define EFL_ACCESS_OBJECT_PROTECTED
 #define EFL_ACCESS_WIDGET_ACTION_PROTECTED
 
@@ -62,7 +62,7 @@ void emit(Evas_Object* widget, AccessibleEvent event) {
     evas_object_smart_callback_del(widget, own_event, emit_inside);
 }
 
-/** Says which states are different after `change`. */
+/** Applies `change` and emits state-changed for each state that differs afterwards. */
 template <class Change>
 void change_states(Evas_Object* button, Change change) {
     const Efl_Access_State_Set before = efl_access_object_state_set_get(button);

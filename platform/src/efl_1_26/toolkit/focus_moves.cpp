@@ -82,24 +82,24 @@ void give_up(Eo* window, void*) {
     auto& given_up = attached<Places>(window)->given_up;
     given_up = efl_ui_focus_manager_focus_get(window);
     efl_ui_focus_manager_reset_history(window);
-    evas_object_focus_set(window, EINA_TRUE); // it gets the keys, or none would move the focus again
+    evas_object_focus_set(window, EINA_TRUE); // it receives the keys, or no key could move the focus again
     if (given_up != nullptr)
         evas_object_smart_callback_call(given_up, "vell,focus,given,up", nullptr);
 }
 
-/** What Elementary gives the focus to when the window gets the keyboard and nothing has the focus: nothing, when it was
- * given up. */
+/** Elementary focuses this when the window gets the keyboard and nothing has the focus: nothing, if it was given up. */
 Efl_Ui_Focus_Object* first_below(Eo* window, void*, Efl_Ui_Focus_Object* parent) {
     if (parent == window && attached<Places>(window)->given_up != nullptr)
         return nullptr;
     return efl_ui_focus_manager_request_subchild(efl_super(window, EFL_OBJECT_OVERRIDE_CLASS), parent);
 }
 
-/** Of the window, or of the manager inside it. */
+/** Overrides the operation of the window and of the manager inside it. */
 void set_focus(Eo* manager, void*, Efl_Ui_Focus_Object* widget) {
     const Eo* const window = efl_isa(manager, EFL_UI_WIN_CLASS) ? manager : efl_parent_get(manager);
     if (attached<Places>(window)->is_behind_popup(widget))
-        efl_ui_focus_manager_reset_history(manager); // or what had it before gets it when the popup closes
+        efl_ui_focus_manager_reset_history(
+            manager); // or the widget before it gets the focus when the popup closes
     else
         efl_ui_focus_manager_focus_set(efl_super(manager, EFL_OBJECT_OVERRIDE_CLASS), widget);
 }
@@ -130,8 +130,8 @@ void correct_focus(Evas_Object* window, bool (*is_behind_popup)(Evas_Object* wid
         EFL_OBJECT_OP_FUNC(efl_gfx_stack_raise_to_top, reinterpret_cast<void*>(raise)));
     efl_object_override(window, &operations);
     evas_object_event_callback_add(window, EVAS_CALLBACK_KEY_DOWN, on_key, nullptr);
-    // When a popup goes, the manager inside the window, to which the window passes on what it is asked, gives the focus to
-    // the first of all widgets when its history is empty, and does not ask the window (measured).
+    // The window delegates to a manager inside it. When a popup is hidden and the history is empty, that manager focuses the
+    // first widget of all without calling the window (measured).
     EFL_OPS_DEFINE(inner_operations,
                    EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_focus_set, reinterpret_cast<void*>(set_focus)));
     Eina_Iterator* const children = efl_children_iterator_new(window);
@@ -152,7 +152,7 @@ void nudge_focus(Evas_Object* window) {
 
 void bump_ring(Evas_Object* widget, const std::string& arrow) {
     const bool sideways = arrow == "Left" || arrow == "Right";
-    const bool mirrored = sideways && elm_config_mirrored_get() != EINA_FALSE; // Edje mirrors where to
+    const bool mirrored = sideways && elm_config_mirrored_get() != EINA_FALSE; // Edje mirrors the movement
     const std::string drawn_arrow = !mirrored ? arrow : arrow == "Left" ? "Right" : "Left";
     elm_layout_signal_emit(widget, ("vell,bump," + drawn_arrow).c_str(), "vell");
 }
@@ -162,7 +162,7 @@ void drop_focus_in(const Evas_Object* parent) {
     if (!is_inside(elm_object_focused_object_get(window), parent))
         return;
     efl_ui_focus_manager_reset_history(window);
-    evas_object_focus_set(window, EINA_TRUE); // it gets the keys meanwhile
+    evas_object_focus_set(window, EINA_TRUE); // it receives the keys for now
 }
 
 void enter_header_at(Evas_Object* header, Evas_Object* tab) {

@@ -1,4 +1,4 @@
-/** Where the focus goes on a page, by the arrow keys and when a widget gives it up. */
+/** Focus movement on a page: by arrow keys, and when a widget gives the focus up. */
 #pragma once
 
 #include <Elementary.h>
@@ -10,35 +10,35 @@ namespace vell {
 /**
  * Corrects where Elementary takes a window's focus, once for the window:
  *
- * - A key to the side with nothing beside the focus leaves it where it is. Elementary takes the nearest of
- *   all widgets that way, which for one in the page's middle may well be another page's tab.
+ * - Left or Right with no widget beside the focused one does not move the focus. Elementary takes the nearest widget in that
+ *   direction, which may be a tab in the header.
  * - When a widget gives the focus up (`elm_object_focus_set` with false), nothing has it, and the next key
  *   that moves the focus brings it back there. Elementary gives it to another widget, which OK would then
  *   press: at once, or when the window gets the keyboard back from another window.
- * - What is behind an open popup cannot take the focus, not even for a moment in which a screen reader would say so; it
- *   has it when the popup closes.
- * - A window that is raised gets the keyboard. Elementary leaves that to the window manager, and some raise
- *   no window that does not ask for the keyboard too, and others give none.
+ * - A widget behind an open popup cannot take the focus, not even briefly, or a screen reader would announce it; it gets the
+ *   focus when the popup closes.
+ * - A raised window gets the keyboard. Elementary leaves that to the window manager; some do not raise a window that does not
+ *   request the keyboard too, and others do not give it the keyboard.
  *
- * OK while nothing has the focus nudges the widget that gave it up, and an arrow that leads nowhere bumps the focus ring.
+ * OK while nothing has the focus nudges the widget that gave it up. An arrow key that does not move the focus bumps its ring.
  *
- * @param is_behind_popup whether a widget that is to have the focus is behind an open popup, which then notes it.
+ * @param is_behind_popup returns whether the widget that is about to get the focus is behind an open popup.
  */
 void correct_focus(Evas_Object* window, bool (*is_behind_popup)(Evas_Object* widget));
 
-/** Nudges what has the focus, or gave it up: a key did nothing. */
+/** Nudges the widget that has the focus or gave it up, to show that a key had no effect. */
 void nudge_focus(Evas_Object* window);
 
-/** Has a widget's focus ring bump, for an arrow leads nowhere: "Left", "Right", "Up" or "Down". */
+/** Bumps a widget's focus ring in the direction of an arrow ("Left", "Right", "Up" or "Down") that had no effect. */
 void bump_ring(Evas_Object* widget, const std::string& arrow);
 
 /**
- * Has nothing focused if something in `parent`, which is about to go, is. Elementary gives the focus to another widget
- * then, which a screen reader would say, and the next page takes it from there.
+ * Clears the focus if it is in `parent`, which is about to be deleted. Otherwise Elementary moves it to another widget, which
+ * a screen reader would announce before the next page takes it.
  */
 void drop_focus_in(const Evas_Object* parent);
 
-/** Has the focus go to `tab` whenever a key moves it up into the header. */
+/** Makes `tab` the widget that gets the focus whenever a key moves it up into the header. */
 void enter_header_at(Evas_Object* header, Evas_Object* tab);
 
 } // namespace vell

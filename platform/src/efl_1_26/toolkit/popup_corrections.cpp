@@ -1,4 +1,4 @@
-// What is corrected is declared as protected in Elementary 1.26.
+// The operations overridden here are declared as protected in Elementary 1.26.
 #define EFL_UI_FOCUS_LAYER_PROTECTED
 #define EFL_UI_WIDGET_PROTECTED
 
@@ -33,11 +33,12 @@ void hide(Eo* popup, void*) {
     evas_object_smart_callback_call(popup, "dismissed", nullptr);
 }
 
-/** Turns the window's focus to the notification, or back to what the window's own history says. */
+/** Redirects the window's focus to the notification, or back to the window's own history. */
 void turn_focus(Eo* notification, void*, Eina_Bool to_notification) {
     if (to_notification != EINA_FALSE) {
-        // What takes the focus in an empty notification goes one turn after the first item has come, even if that has
-        // gone meanwhile (measured). It is put back when an item leaves: here one that is not inside.
+        // An empty notification registers a placeholder for the focus, and drops it one iteration after the first item is
+        // registered, even if that is gone by then (measured). Unregistering any item, here one that is not inside, restores
+        // the placeholder.
         efl_ui_focus_manager_calc_unregister(notification, efl_ui_widget_parent_get(notification));
         efl_ui_focus_layer_enable_set(efl_super(notification, EFL_OBJECT_OVERRIDE_CLASS), EINA_TRUE);
         return;

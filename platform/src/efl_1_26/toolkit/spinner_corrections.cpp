@@ -20,7 +20,7 @@ bool is_behind_popup(const Eo* spinner) {
     return popup != nullptr && !is_inside(spinner, popup);
 }
 
-/** Passes over the step of Elementary that turns the spinner into a parent of its inner buttons. */
+/** Skips the class that registers the spinner as a parent of its inner buttons. */
 Eina_Bool register_as_widget(Eo* spinner, void*, Efl_Ui_Widget_Focus_State current,
                              Efl_Ui_Widget_Focus_State* configured, Efl_Ui_Widget* redirect) {
     configured->logical = EINA_FALSE;
@@ -32,7 +32,7 @@ Eina_Bool set_number(Eo* spinner, void*, double number, const char* /*text*/) {
     double low = 0.0;
     double high = 0.0;
     efl_ui_range_limits_get(spinner, &low, &high);
-    const bool is_between = number >= low && number <= high; // what is not a number is not
+    const bool is_between = number >= low && number <= high; // false for NaN
     if (!is_between || is_behind_popup(spinner) || efl_ui_widget_disabled_get(spinner) != EINA_FALSE)
         return EINA_FALSE;
     efl_ui_range_value_set(spinner, std::round(number));

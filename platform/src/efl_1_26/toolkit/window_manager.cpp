@@ -10,8 +10,7 @@ Eina_Bool on_show(void* data, int /*type*/, void* event) {
     const Ecore_X_Window own = elm_win_xwindow_get(window);
     if (static_cast<Ecore_X_Event_Window_Show*>(event)->win != own)
         return ECORE_CALLBACK_PASS_ON;
-    // Elementary draws no window without the state that a window manager writes on it (measured), and not
-    // every window manager writes it.
+    // Elementary draws a window only if it has WM_STATE (measured), which not every window manager sets.
     if (ecore_x_icccm_state_get(own) == ECORE_X_WINDOW_STATE_HINT_NONE)
         ecore_x_icccm_state_set(own, ECORE_X_WINDOW_STATE_HINT_NORMAL);
     get_keyboard(window);
@@ -27,7 +26,7 @@ Ecore_Event_Handler* show_under_any_manager(Evas_Object* window) {
 }
 
 void place_for_user(Evas_Object* window, int x, int y) {
-    // Ecore sets the hint with a move before the window is shown, but not with one to where the window is (measured).
+    // Ecore sets the hint when a window is moved before it is shown, but not if its position stays the same (measured).
     evas_object_move(window, x + 1, y);
     evas_object_move(window, x, y);
 }
@@ -38,7 +37,7 @@ void get_keyboard(Evas_Object* window) {
         return;
     constexpr int by_the_user = 2;
     ecore_x_netwm_client_active_request(ecore_x_window_root_get(own), own, by_the_user, 0);
-    ecore_x_window_focus(own); // not every window manager answers a request
+    ecore_x_window_focus(own); // not every window manager handles the request
 }
 
 } // namespace vell

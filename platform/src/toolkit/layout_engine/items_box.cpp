@@ -9,10 +9,10 @@ namespace {
 
 Size content_size_of(const Evas_Object* box);
 
-/** A size in pixels, made from units earlier, at the window's present size. */
+/** Converts a length at the initial unit to the window's current size. */
 int rescaled(int length) { return pixels(length, scale().ratio); }
 
-/** The page's area: 240 x 135 units in the middle of the window's area. */
+/** Returns the page's area: 240 x 135 units in the middle of the window's area. */
 Area page_area(const Area& window) {
     const double unit = unit_in({window.width, window.height});
     const int width = pixels(page_units_across, unit);
@@ -20,7 +20,7 @@ Area page_area(const Area& window) {
     return {window.x + (window.width - width) / 2, window.y + (window.height - height) / 2, width, height};
 }
 
-/** What an item asks for now: sizes at the window's present size, content measured. */
+/** Returns an item's request with sizes at the window's current size and measured content. */
 ItemRequest current_request(Evas_Object* object) {
     const auto& item = *attached<Item>(object);
     ItemRequest request = item.request;
@@ -56,7 +56,7 @@ Size content_size_of(const Evas_Object* box) {
 void place_items(Evas_Object* evas_box, Evas_Object_Box_Data*, void* data) {
     auto* const box = static_cast<Evas_Object*>(data);
     const auto& placing = *attached<ItemsBox>(box);
-    if (placing.asks_for_room) {
+    if (placing.requests_size) {
         const Size size = content_size_of(box);
         evas_object_size_hint_min_set(evas_box, size.width, size.height);
     }

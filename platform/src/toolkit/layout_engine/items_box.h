@@ -1,4 +1,4 @@
-/** Boxes whose items the toolkit places itself, and shows when the layout is rendered. */
+/** Boxes that place their items by the layout engine, and when new items are shown. */
 #pragma once
 
 #include "common/object_data.h"
@@ -9,40 +9,38 @@
 
 namespace vell {
 
-/** What the layout engine keeps with a widget. */
+/** The layout engine's record of a widget. */
 struct Item {
     static constexpr const char* key = "vell/item";
-    ItemRequest request; /**< sizes at the unit of the initialization; `content` is measured later */
-    Evas_Object* holder = nullptr; /**< the box that places it */
-    Evas_Object* contents =
-        nullptr; /**< the box that says how large its content is; else its theme says so */
+    ItemRequest request;             /**< sizes at the initial unit; `content` is measured at layout time */
+    Evas_Object* holder = nullptr;   /**< the box that places it */
+    Evas_Object* contents = nullptr; /**< determines its content size; if null, its theme does */
 };
 
 /** How a box places its items. */
 struct ItemsBox {
     static constexpr const char* key = "vell/items";
-    Arrangement
-        arrangement; /**< sizes at the unit of the initialization; `mirrored` follows the configuration */
-    bool is_page = false;       /**< it has the whole window and uses the page's area */
-    bool asks_for_room = false; /**< its least size is that of its items */
+    Arrangement arrangement;    /**< sizes at the initial unit; `mirrored` follows the configuration */
+    bool is_page = false;       /**< its area is the window's, of which it uses the page's */
+    bool requests_size = false; /**< its minimum size is its content size */
 };
 
-/** Makes an Elementary box inside `parent`. */
+/** Creates an Elementary box inside `parent`. */
 Evas_Object* items_box_add(Evas_Object* parent, const ItemsBox& placing = {});
 
 /**
- * Puts an item into a box, before the one that is at this place now or else behind all. It is shown when the layout is next
- * rendered, at the latest at the end of this turn of the main loop.
+ * Inserts an item into a box at `place`, or at the end if there are fewer items. It is shown when the layout is next rendered,
+ * at the latest at the end of this main-loop iteration.
  */
 void items_box_insert(Evas_Object* box, Evas_Object* item, std::size_t place = SIZE_MAX);
 
-/** The items of a box, or of an item that has one, in the box's order; none of anything else and of null. */
+/** Returns the items of a box, or of an item's `contents`, in order; none for any other object or null. */
 std::vector<Evas_Object*> items_in(const Evas_Object* holder);
 
-/** Has the box place its items again before the next frame. */
+/** Marks a box so that it places its items again before the next frame; null is ignored. */
 void items_box_changed(Evas_Object* box);
 
-/** Shows every item that waits for that. */
+/** Shows every inserted item that is not shown yet. */
 void show_waiting();
 
 } // namespace vell

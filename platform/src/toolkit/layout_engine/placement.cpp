@@ -8,7 +8,7 @@ namespace {
 
 /** One direction of an item's request. */
 struct Extent {
-    int wanted = 0; /**< what it gets when it does not fill the parent */
+    int wanted = 0; /**< its length if it does not fill the parent */
     bool fills = false;
 };
 
@@ -38,7 +38,7 @@ Area without_padding(const Area& area, const Padding& padding) {
             std::max(0, area.height - padding.top - padding.bottom)};
 }
 
-/** The length that is wanted along the layout's direction, gaps included. */
+/** Returns the total length along the layout's direction, gaps included. */
 int wanted_length(const Arrangement& arrangement, std::span<const ItemRequest> items) {
     int length = items.empty() ? 0 : arrangement.gap * (static_cast<int>(items.size()) - 1);
     for (const ItemRequest& item : items)

@@ -25,15 +25,15 @@ struct Size {
 /** How an item is sized in one direction. */
 enum class ResizePolicy { keep = 1, fit_content = 3, fill_parent = 4 };
 
-/** What an item asks of its layout. */
+/** The sizes an item requests from its layout. */
 struct ItemRequest {
     Size given{};   /**< the size it was appended with */
-    Size minimum{}; /**< it gets no less */
+    Size minimum{}; /**< the smallest size it gets */
     Size content{}; /**< what its content needs */
     ResizePolicy horizontal = ResizePolicy::keep;
     ResizePolicy vertical = ResizePolicy::keep;
     double weight = 1.0;             /**< share of the space left to items that fill the parent */
-    bool content_is_minimum = false; /**< it gets no less than its content needs */
+    bool content_is_minimum = false; /**< its content size is a minimum too */
 };
 
 /** The direction in which a layout's items follow each other. */
@@ -53,13 +53,13 @@ struct Arrangement {
     int align = 5; /**< 1 top-left to 9 bottom-right, in reading order */
     int gap = 0;
     Padding padding{};
-    bool mirrored = false; /**< right to left: rows and the left and right codes change places */
+    bool mirrored = false; /**< right to left: rows and the left and right codes are swapped */
 };
 
-/** The areas of the items, in their order, inside the layout's area. */
+/** Returns the items' areas, in their order, inside the layout's area. */
 std::vector<Area> place(const Area& area, const Arrangement& arrangement, std::span<const ItemRequest> items);
 
-/** The size that the items need, padding and gaps included. */
+/** Returns the size that the items need, padding and gaps included. */
 Size content_size(const Arrangement& arrangement, std::span<const ItemRequest> items);
 
 } // namespace vell

@@ -11,10 +11,10 @@ namespace vell {
 constexpr double page_units_across = 240.0;
 constexpr double page_units_down = 135.0;
 
-/** Of the toolkit's window. */
+/** The scale of the toolkit's window. */
 struct Scale {
-    double unit = 8.0;  /**< pixels of a layout unit when the toolkit was initialized */
-    double ratio = 1.0; /**< of a layout unit at the window's present size to that */
+    double unit = 8.0;  /**< pixels of a layout unit when the toolkit was initialized (the initial unit) */
+    double ratio = 1.0; /**< of a layout unit at the window's current size to the initial one */
 };
 
 inline Scale& scale() {
@@ -22,12 +22,12 @@ inline Scale& scale() {
     return scale;
 }
 
-/** Pixels of a layout unit in a window of this size: a page of 16:9 fits into it. */
+/** Returns the pixels of a layout unit in a window of this size, into which a 16:9 page fits. */
 inline double unit_in(const Size& window) {
     return std::min(window.width / page_units_across, window.height / page_units_down);
 }
 
-/** A length in layout units, or one at another scale, in whole pixels. */
+/** Scales a length to whole pixels, rounded to the nearest. */
 inline int pixels(double length, double scale) { return static_cast<int>(std::lround(length * scale)); }
 
 } // namespace vell

@@ -12,16 +12,16 @@ namespace {
 
 constexpr double least_seconds = 0.12;
 
-/** The newest press, until its look goes. */
+/** The latest press, until its look ends. */
 struct Press {
-    WeakWidget widget; /**< null when it is over, or the widget gone */
+    WeakWidget widget; /**< null when the press is over or the widget deleted */
     double shown = 0.0;
-    bool lasts = false;
+    bool in_progress = false;
     bool answered = false;
     Ecore_Timer* release = nullptr;
 };
 
-Press& newest_press() {
+Press& latest_press() {
     static Press press;
     return press;
 }
@@ -29,7 +29,7 @@ Press& newest_press() {
 void emit(Evas_Object* widget, const char* signal) { elm_layout_signal_emit(widget, signal, "vell"); }
 
 Eina_Bool release(void*) {
-    Press& press = newest_press();
+    Press& press = latest_press();
     press.release = nullptr;
     if (press.widget == nullptr)
         return ECORE_CALLBACK_CANCEL;
@@ -45,13 +45,13 @@ Eina_Bool release(void*) {
 } // namespace
 
 void begin_press(Evas_Object* widget) {
-    Press& press = newest_press();
+    Press& press = latest_press();
     if (press.release != nullptr) {
         ecore_timer_del(press.release);
         release(nullptr);
     }
     press.widget = widget;
-    press.lasts = true;
+    press.in_progress = true;
     press.answered = false;
     emit(widget, "vell,state,pressed");
     draw_now(widget);
@@ -59,19 +59,19 @@ void begin_press(Evas_Object* widget) {
 }
 
 void end_press() {
-    Press& press = newest_press();
-    if (!std::exchange(press.lasts, false))
+    Press& press = latest_press();
+    if (!std::exchange(press.in_progress, false))
         return;
     const double rest = press.shown + least_seconds - ecore_time_get();
     press.release = ecore_timer_add(std::max(0.0, rest), release, nullptr);
 }
 
 Evas_Object* pressed_widget() {
-    const Press& press = newest_press();
-    return press.lasts ? static_cast<Evas_Object*>(press.widget) : nullptr;
+    const Press& press = latest_press();
+    return press.in_progress ? static_cast<Evas_Object*>(press.widget) : nullptr;
 }
 
-void answer_press() { newest_press().answered = true; }
+void answer_press() { latest_press().answered = true; }
 
 void show_renewed(Evas_Object* widget) {
     answer_press();

@@ -1,4 +1,4 @@
-/** What a press led to, so that a person at three metres sees that it arrived and what came of it. */
+/** Visible feedback for presses: that a press arrived, and its result. */
 #pragma once
 
 #include <Elementary.h>
@@ -6,30 +6,29 @@
 namespace vell {
 
 /**
- * Begins the press of a widget; its pressed look is on the screen when this returns, for a call that follows may hold the
- * main loop up. One press lasts at a time.
+ * Begins the press of a widget and draws its pressed look before returning: the call that follows may block the main loop.
+ * At most one press is in progress.
  */
 void begin_press(Evas_Object* widget);
 
 /**
- * Ends the press. The pressed look goes 120 ms after it came at the earliest; when nothing came of the press, the widget
- * shows that then.
+ * Ends the press. The pressed look lasts at least 120 ms; if the press had no effect, the widget shows that afterwards.
  */
 void end_press();
 
-/** The widget whose press lasts; null when none does, or the widget is gone. */
+/** Returns the widget whose press is in progress; null if none is, or if the widget is deleted. */
 Evas_Object* pressed_widget();
 
-/** Notes that something came of the newest press; until its pressed look goes, that keeps the refused mark away. */
+/** Records that the latest press had an effect, which suppresses the refused mark. */
 void answer_press();
 
-/** Has a widget that got its text show that it is new: in a press, and when the screen showed the widget before. */
+/** Highlights a widget whose text was just set, during a press and if the widget was visible before. */
 void show_renewed(Evas_Object* widget);
 
-/** Nudges a widget: a key did nothing. */
+/** Nudges a widget, to show that a key had no effect. */
 void nudge(Evas_Object* widget);
 
-/** Draws a frame with the widget's newest look before it returns. */
+/** Draws a frame with the widget's current look before returning. */
 void draw_now(const Evas_Object* widget);
 
 } // namespace vell

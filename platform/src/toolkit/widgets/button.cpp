@@ -10,7 +10,7 @@
 
 namespace {
 
-/** What a button's press led to, until its next one. */
+/** The result of a button's press, until its next press. */
 enum class Work { none, waiting, failed, running };
 
 struct Button {
@@ -27,7 +27,7 @@ void set_work(Evas_Object* button, Work work) {
     vell::set_accessible_state(button, EFL_ACCESS_STATE_TYPE_BUSY, work == Work::waiting);
 }
 
-/** The button whose press bars others runs something, until its press frees them. */
+/** A button whose press disables others is running something, until its press enables them again. */
 void show_whether_usable(void*, Evas_Object* button, void*) {
     const bool usable = elm_object_focus_allow_get(button) != EINA_FALSE;
     elm_layout_signal_emit(button, usable ? "vell,state,usable" : "vell,state,unusable", "vell");
@@ -37,7 +37,7 @@ void show_whether_usable(void*, Evas_Object* button, void*) {
         set_work(pressed, usable ? Work::none : Work::running);
 }
 
-/** A button that gives its own focus up in its press waits, and what it waits for may hold the main loop up. */
+/** A button that gives up its focus during its press is waiting for something that may block the main loop. */
 void on_focus_given_up(void*, Evas_Object* button, void*) {
     if (vell::pressed_widget() != button)
         return;
@@ -46,14 +46,14 @@ void on_focus_given_up(void*, Evas_Object* button, void*) {
     vell::draw_now(button);
 }
 
-/** A mouse and an accessibility action reach a button that the focus cannot. */
+/** The mouse and accessibility actions reach buttons that cannot take the focus. */
 bool can_be_used(const Evas_Object* button) {
     return elm_object_focus_allow_get(button) != EINA_FALSE && vell::is_in_front(button);
 }
 
 /**
- * Elementary says "clicked" once for Return, KP_Enter, the mouse and an accessibility action alike; only the
- * last leaves the focus where it was.
+ * Elementary emits "clicked" once for Return, KP_Enter, the mouse and an accessibility action; only the last does not move
+ * the focus.
  */
 void on_clicked(void*, Evas_Object* object, void*) {
     if (!can_be_used(object)) {
@@ -83,7 +83,8 @@ Evas_Object* elm_vell_button_add(Evas_Object* parent) {
     return vell::adopt(object, vell::Family::button);
 }
 
-void elm_vell_button_style_set(Evas_Object* /*button*/, int /*style*/, int /*substyle*/) {} // one is drawn
+void elm_vell_button_style_set(Evas_Object* /*button*/, int /*style*/, int /*substyle*/) {
+} // there is one style
 
 void elm_vell_button_text_set(Evas_Object* button, const char* text) {
     auto* const state = vell::attached<Button>(button);

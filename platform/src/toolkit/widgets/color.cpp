@@ -20,7 +20,7 @@ bool parse_hexadecimal(const std::string& text, Color& color) {
         return false;
     const std::string digits = text.substr(1) + (text.size() == 7 ? "FF" : "");
     const char* const end = digits.data() + digits.size();
-    std::uint32_t value = 0; // unsigned: a sign is no digit
+    std::uint32_t value = 0; // unsigned: rejects a sign
     if (std::from_chars(digits.data(), end, value, 16).ptr != end)
         return false;
     for (auto part = color.rbegin(); part != color.rend(); ++part, value >>= 8U)

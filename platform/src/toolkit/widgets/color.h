@@ -1,4 +1,4 @@
-/** Colours of single widgets, over the theme's. */
+/** Colours of single widgets, which override the theme's. */
 #pragma once
 
 #include <Elementary.h>
@@ -12,8 +12,8 @@ namespace vell {
  * @param color "#RRGGBBAA", "#RRGGBB", or the name of a colour class of the theme; anything else is logged
  * and changes nothing.
  * @param percent its opacity, on top of the colour's own.
- * @param least   what can be seen at all has this opacity at least, 0 to 255.
- * @return the opacity that it has now, 0 to 255; nothing when nothing was changed.
+ * @param least   the smallest opacity unless it is 0, 0 to 255.
+ * @return the resulting opacity, 0 to 255; nothing if nothing was changed.
  */
 std::optional<int> set_color(Evas_Object* widget, const char* color_class, const char* color,
                              int percent = 100, int least = 0);

@@ -7,7 +7,7 @@
 
 namespace {
 
-/** The boxes over the whole header that place its rows. */
+/** Each box covers the whole header and places one row. */
 struct Header {
     static constexpr const char* key = "vell/header";
     Evas_Object* tabs = nullptr;
@@ -52,7 +52,7 @@ Evas_Object* elm_vell_header_add(Evas_Object* parent) {
     return object;
 }
 
-void elm_vell_header_style_set(Evas_Object* /*header*/, int /*style*/) {} // one is drawn
+void elm_vell_header_style_set(Evas_Object* /*header*/, int /*style*/) {} // there is one style
 
 void elm_vell_header_uiplate_enable(Evas_Object* header, bool enabled) {
     if (vell::is_a(vell::Family::header, header))

@@ -14,12 +14,12 @@ using vell::LayoutType;
 
 namespace {
 
-/** The box with the layout's items; null when `layout` is not one. */
+/** Returns the box with the layout's items; null if `layout` is not a layout. */
 Evas_Object* box_of(const Evas_Object* layout) {
     return vell::is_a(Family::layout, layout) ? vell::attached<Item>(layout)->contents : nullptr;
 }
 
-/** Applies `change` to the layout's arrangement and has its items placed again. */
+/** Applies `change` to the layout's arrangement and places its items again. */
 template <class Change>
 void change_arrangement(Evas_Object* layout, Change change) {
     Evas_Object* const box = box_of(layout);

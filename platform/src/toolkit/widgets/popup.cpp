@@ -23,8 +23,8 @@ struct Popup {
     Evas_Object* object = nullptr;
     Evas_Object* box = nullptr; /**< stacks the content and the row of buttons */
     vell::WeakWidget content;
-    Evas_Object* buttons = nullptr;  /**< their row; null without a button */
-    vell::WeakWidget focused_behind; /**< what gets the focus when it closes */
+    Evas_Object* buttons = nullptr;  /**< the row of buttons; null if there is none */
+    vell::WeakWidget focused_behind; /**< gets the focus when the popup closes */
 };
 
 /** A popup's buttons have text as large as a page's. */
@@ -55,15 +55,15 @@ void on_show(void* data, Evas*, Evas_Object* object, void*) {
     open_popups().push_back(popup);
     elm_object_tree_focus_allow_set(object, EINA_TRUE);
     popup->focused_behind = elm_object_focused_object_get(object);
-    // Elementary gives a popup that appears again the focus it had when it went (measured). That is done
-    // first, so that the show callbacks have the last word.
+    // Elementary gives a popup that is shown again the focus it had when it was hidden (measured). That
+    // comes first, so that the show callbacks decide.
     evas_object_show(vell::notification_of(object));
     for (Evas_Object* const item : items_of(*popup)) {
-        evas_object_hide(item); // so that its show callbacks are called though it may be shown already
+        evas_object_hide(item); // or a visible item's show callbacks are not called
         evas_object_show(item);
     }
     vell::show_waiting();
-    // What has not been laid out yet would take the focus only some frames later.
+    // Widgets that are not laid out take the focus only some frames later.
     evas_smart_objects_calculate(evas_object_evas_get(object));
 }
 
@@ -75,12 +75,12 @@ void on_hide(void* data, Evas*, Evas_Object* object, void*) {
     if (std::erase(open_popups(), popup) != 0 && behind != nullptr)
         elm_object_focus_set(behind, EINA_TRUE);
     elm_object_tree_focus_allow_set(object, EINA_FALSE);
-    // Hidden here rather than when the popup appears again, or they would get its focus twice then.
+    // Hidden now: if it were done when the popup is shown again, they would get the focus twice.
     for (Evas_Object* const item : items_of(*popup))
         evas_object_hide(item);
 }
 
-/** Replaces the popup's content by `object`, which gets the popup's width, and this size at least. */
+/** Replaces the popup's content by `object`, which fills the popup and is at least of this size. */
 void set_content(Popup& popup, Evas_Object* object, const vell::Size& size) {
     if (object == popup.content)
         return;
@@ -129,16 +129,16 @@ Evas_Object* elm_vell_popup_add(Evas_Object* parent) {
     const int margin = elm_vell_unit_to_pixel(content_margin_units);
     popup.object = object;
     popup.box = vell::items_box_add(
-        object, {.arrangement{.gap = margin, .padding{0, 0, margin, margin}}, .asks_for_room = true});
+        object, {.arrangement{.gap = margin, .padding{0, 0, margin, margin}}, .requests_size = true});
     elm_object_content_set(object, popup.box);
     vell::correct_popup(object);
     evas_object_event_callback_add(object, EVAS_CALLBACK_SHOW, on_show, &popup);
     evas_object_event_callback_add(object, EVAS_CALLBACK_HIDE, on_hide, &popup);
-    elm_object_tree_focus_allow_set(object, EINA_FALSE); // also when its items are shown in a new theme
+    elm_object_tree_focus_allow_set(object, EINA_FALSE); // even if a theme change shows its items
     return object;
 }
 
-void elm_vell_popup_style_set(Evas_Object* /*popup*/, int /*style*/) {} // one is drawn
+void elm_vell_popup_style_set(Evas_Object* /*popup*/, int /*style*/) {} // there is one style
 
 void elm_vell_popup_title_set(Evas_Object* popup, const char* text) {
     if (!vell::is_a(Family::popup, popup))
@@ -176,5 +176,5 @@ void elm_vell_popup_button_set(Evas_Object* popup, Evas_Object* button, int slot
     elm_vell_button_zoom_set(button, popup_button_zoom);
     auto& request = vell::attached<Item>(button)->request;
     request.horizontal = request.vertical = fill_parent;
-    vell::items_box_insert(state->buttons, button, static_cast<std::size_t>(slot) - 1); // 0 is behind all
+    vell::items_box_insert(state->buttons, button, static_cast<std::size_t>(slot) - 1); // slot 0: the end
 }

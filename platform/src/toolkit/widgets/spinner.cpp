@@ -16,7 +16,7 @@ constexpr const char* right_arrow = "\u203A";
 
 std::string decimal(double value) { return std::to_string(std::lround(value)); }
 
-/** Has the theme show the limits, where between them the value is, and which arrows lead on. */
+/** Makes the theme show the limits, where between them the value is, and which arrows can step. */
 void show_limits(void*, Evas_Object* spinner, void*) {
     double low = 0.0;
     double high = 0.0;
@@ -26,13 +26,13 @@ void show_limits(void*, Evas_Object* spinner, void*) {
     elm_object_part_text_set(spinner, "vell.high", decimal(high).c_str());
     Edje_Message_Float way{high > low ? (value - low) / (high - low) : 0.0};
     edje_object_message_send(elm_layout_edje_get(spinner), EDJE_MESSAGE_FLOAT, 1, &way);
-    // Edje mirrors where an arrow is, not which way it points.
+    // Edje mirrors an arrow's position, not its glyph.
     const bool mirrored = elm_config_mirrored_get() != EINA_FALSE;
     elm_object_part_text_set(spinner, "vell.less", mirrored ? right_arrow : left_arrow);
     elm_object_part_text_set(spinner, "vell.more", mirrored ? left_arrow : right_arrow);
 }
 
-/** Steps as an arrow asks for it, "Up", "Down", "Left" or "Right"; what is none does nothing. */
+/** Steps the value for "Up", "Down", "Left" or "Right"; ignores any other key. */
 void step(Evas_Object* spinner, const std::string& arrow) {
     const bool mirrored = elm_config_mirrored_get() != EINA_FALSE;
     const bool up = arrow == "Up" || arrow == (mirrored ? "Left" : "Right");
@@ -47,8 +47,8 @@ void step(Evas_Object* spinner, const std::string& arrow) {
 }
 
 /**
- * The toolkit's own keys, before Elementary's: Elementary would open a text entry on Return. A held event is
- * left alone by Elementary and still reaches the key callbacks set on the spinner.
+ * Handles keys before Elementary, which would open a text entry on Return. Elementary ignores a held event, which still
+ * reaches the key callbacks set on the spinner.
  */
 void on_key(void*, Evas*, Evas_Object* spinner, void* event_information) {
     auto* const event = static_cast<Evas_Event_Key_Down*>(event_information);
@@ -61,17 +61,17 @@ void on_key(void*, Evas*, Evas_Object* spinner, void* event_information) {
     step(spinner, std::string(key.starts_with("KP_") ? key.substr(3) : key));
 }
 
-/** Behind the key callbacks set on the spinner. */
+/** Called after the key callbacks set on the spinner. */
 void after_key(void*, Evas*, Evas_Object*, void*) { vell::end_press(); }
 
-// Elementary itself steps with the mouse's wheel.
+// Elementary handles the mouse wheel.
 
 void on_arrow(void*, Evas_Object* spinner, const char*, const char* arrow) {
     const bool mirrored = elm_config_mirrored_get() != EINA_FALSE;
     step(spinner, (std::string_view(arrow) == "less") != mirrored ? "Left" : "Right");
 }
 
-/** The key callbacks set on the spinner get OK as from the remote control. */
+/** Sends Return to the key callbacks set on the spinner, as OK on the remote control does. */
 void on_number(void*, Evas_Object* spinner, const char*, const char*) {
     elm_object_focus_set(spinner, EINA_TRUE);
     if (elm_object_focus_get(spinner) == EINA_FALSE)
@@ -90,7 +90,8 @@ Evas_Object* elm_vell_spinner_add(Evas_Object* parent) {
     Evas_Object* const spinner = parent == nullptr ? nullptr : elm_spinner_add(parent);
     if (vell::adopt(spinner, vell::Family::spinner) == nullptr)
         return nullptr;
-    vell::attached<vell::Item>(spinner)->request.content_is_minimum = true; // its number is read from afar
+    vell::attached<vell::Item>(spinner)->request.content_is_minimum =
+        true; // its number must be readable from three metres
     elm_spinner_editable_set(spinner, EINA_FALSE);
     elm_spinner_wrap_set(spinner, EINA_FALSE);
     elm_spinner_label_format_set(spinner, "%.0f");
@@ -105,7 +106,8 @@ Evas_Object* elm_vell_spinner_add(Evas_Object* parent) {
     elm_layout_signal_callback_add(spinner, "mouse,clicked,1", "number", on_number, nullptr);
     evas_object_event_callback_add(spinner, EVAS_CALLBACK_SHOW, on_spinner_show, nullptr);
     evas_object_smart_callback_add(spinner, "changed", show_limits, nullptr);
-    evas_object_smart_callback_add(spinner, "theme,changed", show_limits, nullptr); // so does mirroring
+    evas_object_smart_callback_add(spinner, "theme,changed", show_limits,
+                                   nullptr); // mirroring changes it too
     return spinner;
 }
 

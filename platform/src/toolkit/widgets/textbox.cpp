@@ -18,7 +18,7 @@ struct Textbox {
     int opacity = 100;
 };
 
-/** Text that is read from three metres is no fainter than this, 75 %. */
+/** The smallest opacity (75 %) at which text is readable from three metres. */
 constexpr int least_opacity = 192;
 
 void apply_color(Evas_Object* textbox, const Textbox& state) {

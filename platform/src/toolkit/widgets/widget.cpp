@@ -12,7 +12,7 @@ struct Record {
     Family family{};
 };
 
-/** Applies `change` to what a widget asks of its holder, which then places its items again. */
+/** Applies `change` to a widget's request; its box then places its items again. */
 template <class Change>
 void change_request(Evas_Object* object, Change change) {
     auto* const item = attached<Item>(object);

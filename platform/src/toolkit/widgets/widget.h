@@ -1,4 +1,4 @@
-/** What the toolkit knows of each of its widgets. */
+/** The families of the toolkit's widgets. */
 #pragma once
 
 #include <Elementary.h>
@@ -9,13 +9,13 @@ namespace vell {
 
 enum class Family { background, layout, header, textbox, button, spinner, message, popup };
 
-/** Makes `object` a widget of the toolkit; null stays null. Returns `object`. */
+/** Registers `object` as a widget of the toolkit unless it is null. Returns `object`. */
 Evas_Object* adopt(Evas_Object* object, Family family);
 
-/** Whether `object` is a widget of this family; null is of none. */
+/** Returns whether `object` is a widget of this family; false for null. */
 bool is_a(Family family, const Evas_Object* object);
 
-/** Text as Elementary's markup, in which it is shown as it stands; null counts as empty. */
+/** Escapes text as Elementary markup, so that it is shown literally; null counts as empty. */
 std::string markup(const char* text);
 
 } // namespace vell

@@ -88,6 +88,6 @@ bool elm_vell_manager_init(Evas_Object* window) {
     return g_file_test(platform::theme_file().c_str(), G_FILE_TEST_EXISTS) != FALSE;
 }
 
-void elm_vell_manager_fini() {} // what was taken is kept with the window, and goes with it
+void elm_vell_manager_fini() {} // everything is kept with the window and freed with it
 
 int elm_vell_unit_to_pixel(double units) { return vell::pixels(units, scale().unit); }
