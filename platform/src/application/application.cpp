@@ -105,7 +105,6 @@ bool load_theme() {
 /** Runs the application from create to the end of the main loop. @return whether it was created. */
 bool run(const LifecycleCallbacks& callbacks, void* user_data, const std::function<void()>& launch) {
     dispatch_glib_in_ecore();
-    add_remote_control_keys();
     drop_stale_input();
     follow_screen_reader();
     watch_language();
@@ -116,6 +115,7 @@ bool run(const LifecycleCallbacks& callbacks, void* user_data, const std::functi
         },
         [] { quit_main_loop("the window has gone"); });
     drop_repeated_keys();
+    add_remote_control_keys();
     if (!guarded_call("create", callbacks.create, user_data))
         return false;
     launch();

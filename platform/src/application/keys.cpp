@@ -25,9 +25,7 @@ constexpr std::array<KeyName, 3> key_names{{
  * Ecore X allocates a key event and its strings as one block, so the names may point elsewhere. The text that the key
  * would type is removed with the old name.
  */
-Eina_Bool rename_key(void* /*data*/, void* /*loop_data*/, int type, void* event) {
-    if (type != ECORE_EVENT_KEY_DOWN && type != ECORE_EVENT_KEY_UP)
-        return EINA_TRUE;
+Eina_Bool rename_key(void* /*data*/, int /*type*/, void* event) {
     auto* const key = static_cast<Ecore_Event_Key*>(event);
     for (const auto& name : key_names)
         if (key->key && name.keyboard == key->key) {
@@ -35,12 +33,14 @@ Eina_Bool rename_key(void* /*data*/, void* /*loop_data*/, int type, void* event)
             key->string = key->compose = nullptr;
             break;
         }
-    return EINA_TRUE;
+    return ECORE_CALLBACK_PASS_ON;
 }
 
 } // namespace
 
-// A filter sees an event before all handlers, whenever they were added.
-void add_remote_control_keys() { ecore_event_filter_add(nullptr, rename_key, nullptr, nullptr); }
+void add_remote_control_keys() {
+    ecore_event_handler_prepend(ECORE_EVENT_KEY_DOWN, rename_key, nullptr);
+    ecore_event_handler_prepend(ECORE_EVENT_KEY_UP, rename_key, nullptr);
+}
 
 } // namespace platform
