@@ -16,11 +16,8 @@ namespace {
 
 BusConnection connect_to_bus(const std::string& address) {
     g_autoptr(GError) error = nullptr;
-    BusConnection connection(g_dbus_connection_new_for_address_sync(
-        address.c_str(),
-        static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-        nullptr, nullptr, &error));
+    BusConnection connection(
+        g_dbus_connection_new_for_address_sync(address.c_str(), message_bus, nullptr, nullptr, &error));
     if (!connection)
         fail("no bus at " + address, error);
     return connection;

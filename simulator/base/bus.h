@@ -13,6 +13,9 @@
 
 namespace simulator {
 
+constexpr auto message_bus = static_cast<GDBusConnectionFlags>(
+    G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT | G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+
 /** A connection of its own, whose end does not end the process. @throws std::runtime_error. */
 BusConnection connect_to_bus(const std::string& address);
 

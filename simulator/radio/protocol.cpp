@@ -1,15 +1,8 @@
 #include "radio/protocol.h"
 
-#include <array>
 #include <sstream>
-#include <unistd.h>
 
 namespace simulator {
-namespace {
-
-constexpr std::size_t longest_line = 512;
-
-} // namespace
 
 std::string to_line(const RadioRequest& request) {
     const std::string argument = request.argument ? " " + std::to_string(*request.argument) : "";
@@ -44,31 +37,6 @@ std::optional<RadioAnswer> parse_answer(const std::string& line) {
     words >> std::ws;
     std::getline(words, answer.text);
     return answer;
-}
-
-void LineBuffer::append(std::string_view bytes) {
-    waiting_.append(bytes);
-    const auto last_end = waiting_.rfind('\n');
-    const auto unfinished = last_end == std::string::npos ? 0 : last_end + 1;
-    if (waiting_.size() - unfinished > longest_line)
-        waiting_.resize(unfinished);
-}
-
-ssize_t LineBuffer::read_from(int descriptor) {
-    std::array<char, longest_line> bytes{};
-    const auto count = read(descriptor, bytes.data(), bytes.size());
-    if (count > 0)
-        append({bytes.data(), static_cast<std::size_t>(count)});
-    return count;
-}
-
-std::optional<std::string> LineBuffer::next() {
-    const auto end = waiting_.find('\n');
-    if (end == std::string::npos)
-        return std::nullopt;
-    auto line = waiting_.substr(0, end);
-    waiting_.erase(0, end + 1);
-    return line;
 }
 
 } // namespace simulator

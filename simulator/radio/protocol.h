@@ -6,10 +6,10 @@
  */
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <sys/types.h>
+#include <unistd.h>
 
 namespace simulator {
 
@@ -52,14 +52,34 @@ std::optional<RadioAnswer> parse_answer(const std::string& line);
 /** Cuts received bytes into lines. A line longer than 512 bytes is noise and dropped. */
 class LineBuffer {
 public:
-    void append(std::string_view bytes);
+    void append(std::string_view bytes) {
+        waiting_.append(bytes);
+        const auto last_end = waiting_.rfind('\n');
+        const auto unfinished = last_end == std::string::npos ? 0 : last_end + 1;
+        if (waiting_.size() - unfinished > longest_line)
+            waiting_.resize(unfinished);
+    }
     /** Appends what can be read. @return the result of read(2). */
-    ssize_t read_from(int descriptor);
+    ssize_t read_from(int descriptor) {
+        std::array<char, longest_line> bytes{};
+        const auto count = read(descriptor, bytes.data(), bytes.size());
+        if (count > 0)
+            append({bytes.data(), static_cast<std::size_t>(count)});
+        return count;
+    }
     /** Takes the next whole line without its line feed. */
-    std::optional<std::string> next();
+    std::optional<std::string> next() {
+        const auto end = waiting_.find('\n');
+        if (end == std::string::npos)
+            return std::nullopt;
+        auto line = waiting_.substr(0, end);
+        waiting_.erase(0, end + 1);
+        return line;
+    }
     void clear() { waiting_.clear(); }
 
 private:
+    static constexpr std::size_t longest_line = 512;
     std::string waiting_;
 };
 

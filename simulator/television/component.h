@@ -3,18 +3,19 @@
 
 #include "base/bus.h"
 #include "base/event_source.h"
+#include "base/log.h"
 #include "base/process.h"
+
+#include <fcntl.h>
 
 namespace simulator {
 
 class Component {
 public:
-    /** Called from the main loop when a component that was ready has ended, unless it was asked to. */
-    using Ended = std::function<void(const Component&)>;
     /** @param failure why it could not be started; empty: it is ready. */
     using Ready = std::function<void(const std::string& failure)>;
 
-    Component(std::string name, Ended ended) : name_(std::move(name)), ended_(std::move(ended)) {}
+    explicit Component(std::string name) : name_(std::move(name)) {}
     virtual ~Component() = default;
     Component(const Component&) = delete;
     Component& operator=(const Component&) = delete;
@@ -33,12 +34,11 @@ public:
     /** Shuts it down: runs the main loop until it has ended. @return false if it, or a sanitizer in it, found an error. */
     virtual bool end() = 0;
 
-protected:
-    void report_end() const { ended_(*this); }
+    /** Called from the main loop when it has ended after it was ready, and not by `end`. */
+    std::function<void(const Component&)> on_end;
 
 private:
     std::string name_;
-    Ended ended_;
 };
 
 /** A child process, whose standard error goes to the component's log. It says when it is ready. */
@@ -46,23 +46,88 @@ class ProcessComponent : public Component {
 public:
     /** @param bus_name it is ready when it owns this name on the bus; empty: with its first line on standard output. */
     ProcessComponent(std::string name, std::vector<std::string> command, GDBusConnection* bus,
-                     std::string bus_name, Ended ended);
+                     std::string bus_name)
+        : Component(std::move(name)), command_(std::move(command)), bus_(bus),
+          bus_name_(std::move(bus_name)) {}
 
     [[nodiscard]] bool runs() const override { return process_ && process_->runs(); }
-    [[nodiscard]] std::string state() const override;
+    [[nodiscard]] std::string state() const override {
+        return process_ ? process_->state() : "was not started";
+    }
     [[nodiscard]] int process() const override { return process_ ? process_->number() : 0; }
     /** What it said when it was ready. */
     [[nodiscard]] const std::string& first_line() const { return line_; }
 
-    void start(const Ready& ready) override;
-    void kill(const std::function<void()>& killed) override;
-    bool end() override;
+    void start(const Ready& ready) override {
+        ready_ = ready;
+        try {
+            Descriptors descriptors = written_to(log_path(name()));
+            descriptors.input.reset(open("/dev/null", O_RDONLY | O_CLOEXEC));
+            listen(descriptors);
+            process_ = std::make_unique<Process>(command_, std::move(descriptors), [this] { handle_end(); });
+        } catch (const std::runtime_error& error) {
+            return settle(error.what());
+        }
+        limit_ = call_every(start_limit_milliseconds, [this] { settle(end_of_log(name())); });
+    }
+    void kill(const std::function<void()>& killed) override {
+        killed_ = killed;
+        process_->send_signal(SIGKILL);
+    }
+    bool end() override {
+        constexpr int killed = 128; // by a signal
+        if (!process_)
+            return true;
+        is_ending_ = true;
+        process_->terminate();
+        const auto status = process_->wait_for_end(end_patience);
+        if (!status)
+            process_->send_signal(SIGKILL);
+        return status.value_or(0) == 0 || *status >= killed;
+    }
 
 private:
-    void listen(Descriptors& descriptors);
-    void read_line();
-    void settle(const std::string& failure);
-    void handle_end();
+    static constexpr guint start_limit_milliseconds = 60'000;
+    static constexpr std::chrono::seconds end_patience{5}; // a sanitizer looks for leaks meanwhile
+
+    void listen(Descriptors& descriptors) {
+        if (!bus_name_.empty()) {
+            const auto appeared = +[](GDBusConnection* /*bus*/, const char* /*name*/, const char* /*owner*/,
+                                      gpointer self) { static_cast<ProcessComponent*>(self)->settle({}); };
+            name_watch_.reset(g_bus_watch_name_on_connection(
+                bus_, bus_name_.c_str(), G_BUS_NAME_WATCHER_FLAGS_NONE, appeared, nullptr, this, nullptr));
+            return;
+        }
+        auto [output, input_end] = make_pipe();
+        output_ = std::move(output);
+        descriptors.output = std::move(input_end);
+        line_.clear();
+        reader_ = call_when_readable(output_.get(), [this] { read_line(); });
+    }
+    void read_line() {
+        char letter = '\0';
+        if (read(output_.get(), &letter, 1) != 1)
+            settle(end_of_log(name()));
+        else if (letter == '\n')
+            settle({});
+        else
+            line_ += letter;
+    }
+    void settle(const std::string& failure) {
+        reader_.reset();
+        limit_.reset();
+        name_watch_.reset();
+        if (const Ready ready = std::exchange(ready_, nullptr))
+            ready(failure.empty() ? "" : name() + " did not start: " + failure);
+    }
+    void handle_end() {
+        if (ready_)
+            settle(end_of_log(name()));
+        else if (!is_ending_)
+            on_end(*this);
+        if (const auto killed = std::exchange(killed_, nullptr))
+            killed();
+    }
 
     std::vector<std::string> command_;
     GDBusConnection* bus_;
@@ -85,18 +150,43 @@ public:
     using Make = std::function<std::unique_ptr<Simulation>(const Action& die)>;
 
     /** @param interface of its contract. @param make may throw std::runtime_error. */
-    SimulatedComponent(std::string name, GDBusConnection* bus, const std::string& interface, Make make,
-                       Ended ended);
+    SimulatedComponent(std::string name, GDBusConnection* bus, const std::string& interface, Make make)
+        : Component(std::move(name)), make_(std::move(make)),
+          object_(bus, interface, every_method(interface, [this](Call& call) { forward(call); })) {}
 
     [[nodiscard]] bool runs() const override { return simulation_ != nullptr; }
     [[nodiscard]] std::string state() const override { return runs() ? "runs" : state_; }
 
-    void start(const Ready& ready) override;
-    void kill(const std::function<void()>& killed) override;
-    bool end() override;
+    void start(const Ready& ready) override {
+        try {
+            simulation_ = make_([this] { killer_ = call_every(0, [this] { kill([] {}); }); });
+            methods_ = simulation_->methods();
+        } catch (const std::runtime_error& error) {
+            return ready(name() + " did not start: " + error.what());
+        }
+        ready({});
+    }
+    void kill(const std::function<void()>& killed) override {
+        killer_.reset();
+        simulation_.reset();
+        state_ = "was killed";
+        on_end(*this);
+        killed();
+    }
+    bool end() override {
+        if (simulation_)
+            state_ = "ended with status 0";
+        simulation_.reset();
+        return true;
+    }
 
 private:
-    void forward(Call& call);
+    void forward(Call& call) {
+        if (!simulation_)
+            throw Refusal("NotRunning",
+                          "the " + name() + " " + state_ + "; 'tvctl start " + name() + "' starts it again");
+        methods_.at(call.method())(call);
+    }
 
     Make make_;
     std::unique_ptr<Simulation> simulation_;

@@ -15,15 +15,6 @@ namespace {
 constexpr guint end_limit_milliseconds = 10'000;
 constexpr auto terminated = 128 + SIGTERM;
 
-bool is_own_screen(const std::string& screen) { return screen.find('x') != std::string::npos; }
-
-/** The object of something that this television does not have. */
-std::unique_ptr<BusObject> absent(GDBusConnection* bus, const std::string& interface,
-                                  const Refusal& refusal) {
-    return std::make_unique<BusObject>(bus, interface,
-                                       every_method(interface, [refusal](Call& /*call*/) { throw refusal; }));
-}
-
 void kill_all(const Call& call, const std::string& program) {
     const auto ended = +[](GObject* killall, GAsyncResult* result, gpointer data) {
         const std::unique_ptr<Call> asked(static_cast<Call*>(data));
@@ -59,77 +50,76 @@ Television::Television(const Options& options, std::string programs)
 
 Television::~Television() = default;
 
-template <class Kind, class... Arguments>
-Kind& Television::add(std::string name, Arguments&&... arguments) {
-    auto component = std::make_unique<Kind>(std::move(name), std::forward<Arguments>(arguments)...,
-                                            [this](const Component& ended) { report_end(ended); });
-    Kind& added = *component;
+void Television::start(std::unique_ptr<Component> component) {
+    component->on_end = [this](const Component& ended) { report_end(ended); };
     components_.push_back(std::move(component));
     ++starting_;
-    added.start([this](const std::string& failure) {
+    components_.back()->start([this](const std::string& failure) {
         --starting_;
         failure_ = failure_.empty() ? failure : failure_;
     });
-    return added;
+}
+
+const ProcessComponent& Television::start_process(const std::string& name, std::vector<std::string> command,
+                                                  const std::string& bus_name) {
+    auto component = std::make_unique<ProcessComponent>(name, std::move(command), bus(), bus_name);
+    const ProcessComponent& started = *component;
+    start(std::move(component));
+    return started;
+}
+
+void Television::start_simulation(const std::string& name, const std::string& interface,
+                                  SimulatedComponent::Make make) {
+    start(std::make_unique<SimulatedComponent>(name, bus(), interface, std::move(make)));
+}
+
+void Television::refuse_all(const std::string& interface, const Refusal& refusal) {
+    refusing_.emplace_back(bus(), interface,
+                           every_method(interface, [refusal](Call& /*call*/) { throw refusal; }));
 }
 
 // What does not wait for another component is started before the first is waited for.
 void Television::start_components() {
-    using Command = std::vector<std::string>;
-    const std::string session_bus = g_getenv("DBUS_SESSION_BUS_ADDRESS");
-    add<ProcessComponent>("system_bus",
-                          Command{"dbus-daemon", "--nofork", "--print-address=1",
-                                  "--config-file=" + options_.text("system-bus")},
-                          bus(), "");
+    const std::string screen_size = options_.text("screen");
+    const bool has_own_screen = screen_size.find('x') != std::string::npos;
+    const ProcessComponent* screen = nullptr;
+    start_process("system_bus", {"dbus-daemon", "--nofork", "--print-address=1",
+                                 "--config-file=" + options_.text("system-bus")});
     wait_until_ready();
     bus_ = connect_to_bus(g_getenv("DBUS_SYSTEM_BUS_ADDRESS"));
-    add<ProcessComponent>(
-        "session_bus",
-        Command{"dbus-daemon", "--nofork", "--print-address=1", "--session", "--address=" + session_bus},
-        bus(), "");
-    const ProcessComponent* screen = nullptr;
-    if (is_own_screen(options_.text("screen")))
-        screen = &add<ProcessComponent>("screen",
-                                        Command{"Xvfb", "-displayfd", "1", "-screen", "0",
-                                                options_.text("screen") + "x24", "-nolisten", "tcp",
-                                                "-noreset", "-dpi", "96"},
-                                        bus(), "");
-    add<SimulatedComponent>(
-        "radio_module", bus(), "org.velmora.Simulator.RadioModule",
-        [this](const Action& /*die*/) { return std::make_unique<RadioModule>(options_); });
-    add_ncp_host();
+    start_process("session_bus", {"dbus-daemon", "--nofork", "--print-address=1", "--session",
+                                  std::string("--address=") + g_getenv("DBUS_SESSION_BUS_ADDRESS")});
+    if (has_own_screen)
+        screen = &start_process("screen", {"Xvfb", "-displayfd", "1", "-screen", "0", screen_size + "x24",
+                                           "-nolisten", "tcp", "-noreset", "-dpi", "96"});
+    start_simulation("radio_module", "org.velmora.Simulator.RadioModule",
+                     [this](const Action& /*die*/) { return std::make_unique<RadioModule>(options_); });
+    start_ncp_host("org.velmora.Simulator.NcpHost");
     wait_until_ready();
-    if (screen != nullptr) {
+    if (has_own_screen) {
         g_setenv("DISPLAY", (":" + screen->first_line()).c_str(), TRUE);
         if (!options_.has("no-window-manager"))
-            add<ProcessComponent>("window_manager", Command{programs_ + "/window_manager"}, bus(), "");
+            start_process("window_manager", {programs_ + "/window_manager"});
         wait_until_ready();
     }
-    add_ui_driver();
+    constexpr auto interface = "org.velmora.Simulator.Ui";
+    if (screen_size == "none")
+        refuse_all(interface, Refusal("NoScreen", "this television has no screen"));
+    else
+        start_simulation("ui_driver", interface,
+                         [this](const Action& /*die*/) { return std::make_unique<UiDriver>(bus()); });
     wait_until_ready();
 }
 
-void Television::add_ncp_host() {
+void Television::start_ncp_host(const std::string& interface) {
     constexpr auto name = "ncp_host";
-    constexpr auto interface = "org.velmora.Simulator.NcpHost";
-    if (options_.has("host")) {
-        objects_.push_back(
-            absent(bus(), interface, Refusal("NotSimulated", "the NCP host is " + options_.text("host"))));
-        add<ProcessComponent>(name, std::vector{options_.text("host")}, bus(), contract::bus_name);
-        return;
-    }
-    add<SimulatedComponent>(name, bus(), interface, [this](const Action& die) {
-        return std::make_unique<NcpHost>(options_.all("host-answers"), die);
-    });
-}
-
-void Television::add_ui_driver() {
-    constexpr auto interface = "org.velmora.Simulator.Ui";
-    if (options_.text("screen") == "none")
-        objects_.push_back(absent(bus(), interface, Refusal("NoScreen", "this television has no screen")));
-    else
-        add<SimulatedComponent>("ui_driver", bus(), interface,
-                                [this](const Action& /*die*/) { return std::make_unique<UiDriver>(bus()); });
+    const std::string program = options_.text("host");
+    if (program.empty())
+        return start_simulation(name, interface, [this](const Action& die) {
+            return std::make_unique<NcpHost>(options_.all("host-answers"), die);
+        });
+    refuse_all(interface, Refusal("NotSimulated", "the NCP host is " + program));
+    start_process(name, {program}, contract::bus_name);
 }
 
 void Television::wait_until_ready() {

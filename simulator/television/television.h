@@ -43,10 +43,14 @@ private:
         NameWatch caller;
     };
 
-    template <class Kind, class... Arguments>
-    Kind& add(std::string name, Arguments&&... arguments);
-    void add_ncp_host();
-    void add_ui_driver();
+    void start(std::unique_ptr<Component> component);
+    const ProcessComponent& start_process(const std::string& name, std::vector<std::string> command,
+                                          const std::string& bus_name = {});
+    void start_simulation(const std::string& name, const std::string& interface,
+                          SimulatedComponent::Make make);
+    /** Exports the object of a component that this television does not have. */
+    void refuse_all(const std::string& interface, const Refusal& refusal);
+    void start_ncp_host(const std::string& interface);
     void start_components();
     void wait_until_ready();
     /** Null if there is no such component. */
@@ -66,7 +70,7 @@ private:
     ComponentLog log_{"television"};
     BusConnection bus_;
     std::vector<std::unique_ptr<Component>> components_;
-    std::vector<std::unique_ptr<BusObject>> objects_; // of what this television does not have
+    std::list<BusObject> refusing_;
     std::size_t starting_ = 0;
     std::string failure_;
     std::unique_ptr<Process> command_;

@@ -1,5 +1,7 @@
 #include "screen_reader.h"
 
+#include "base/bus.h"
+
 #include <algorithm>
 #include <atspi/atspi.h>
 #include <map>
@@ -47,8 +49,6 @@ namespace {
 constexpr auto accessible_interface = "org.a11y.atspi.Accessible";
 constexpr auto items_type = "(a((so)(so)(so)a(so)assusau))";
 constexpr std::chrono::milliseconds start_limit{5000}; // of the launcher of the accessibility bus
-constexpr auto message_bus = static_cast<GDBusConnectionFlags>(
-    G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT | G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
 
 /** Its reader has gone. */
 bool is_cancelled(const GError* error) {
