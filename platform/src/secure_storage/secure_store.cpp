@@ -103,9 +103,12 @@ bool keep_owner(const Descriptor& folder, const Descriptor& file) {
 bool replace_store(const Descriptor& folder, const std::string& bytes) {
     (void)unlinkat(folder.get(), new_name, 0);
     const Descriptor file(openat(folder.get(), new_name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-    return file && keep_owner(folder, file) && fchmod(file.get(), 0600) == 0 &&
-           write_all(file.get(), bytes) == 0 && fsync(file.get()) == 0 &&
-           renameat(folder.get(), new_name, folder.get(), store_name) == 0 && fsync(folder.get()) == 0;
+    if (file && keep_owner(folder, file) && fchmod(file.get(), 0600) == 0 &&
+        write_all(file.get(), bytes) == 0 && fsync(file.get()) == 0 &&
+        renameat(folder.get(), new_name, folder.get(), store_name) == 0)
+        return fsync(folder.get()) == 0;
+    (void)unlinkat(folder.get(), new_name, 0);
+    return false;
 }
 
 } // namespace
