@@ -30,6 +30,31 @@ struct GlibWait {
     }
 };
 
+/** The set of each kind of event. */
+using Sets = std::array<std::pair<unsigned, fd_set*>, 3>;
+
+/** Adds the descriptors to the sets, and raises `count` above the highest of them. */
+void add(const std::vector<GPollFD>& descriptors, const Sets& sets, int& count) {
+    for (const GPollFD& wanted : descriptors) {
+        count = std::max(count, wanted.fd + 1);
+        for (const auto& [event, set] : sets)
+            if ((wanted.events & event) != 0)
+                FD_SET(wanted.fd, set);
+    }
+}
+
+/** Notes which of the descriptors are ready. @return how often the sets have them. */
+int take_ready(std::vector<GPollFD>& descriptors, const Sets& sets) {
+    int taken = 0;
+    for (GPollFD& polled : descriptors)
+        for (const auto& [event, set] : sets)
+            if ((polled.events & event) != 0 && FD_ISSET(polled.fd, set)) {
+                polled.revents = static_cast<gushort>(polled.revents | event);
+                ++taken;
+            }
+    return taken;
+}
+
 /** How long the ready sources may take in one iteration of the loop, before the rest waits for the next. */
 constexpr gint64 longest_dispatch_microseconds = 20'000;
 
@@ -59,14 +84,8 @@ int select_with_glib(int count, fd_set* read, fd_set* write, fd_set* except, tim
                       timeout); // another thread's Ecore loop does not dispatch GLib
     GMainContext* const context = g_main_context_default();
     GlibWait glib(context);
-    const std::array<std::pair<unsigned, fd_set*>, 3> sets{
-        {{G_IO_IN, read}, {G_IO_OUT, write}, {G_IO_PRI, except}}};
-    for (const GPollFD& wanted : glib.descriptors) {
-        count = std::max(count, wanted.fd + 1);
-        for (const auto& [event, set] : sets)
-            if ((wanted.events & event) != 0)
-                FD_SET(wanted.fd, set);
-    }
+    const Sets sets{{{G_IO_IN, read}, {G_IO_OUT, write}, {G_IO_PRI, except}}};
+    add(glib.descriptors, sets, count);
     timeval glib_timeout{.tv_sec = glib.milliseconds / 1000, .tv_usec = (glib.milliseconds % 1000) * 1000L};
     if (glib.milliseconds >= 0 && (!timeout || std::tie(glib_timeout.tv_sec, glib_timeout.tv_usec) <
                                                    std::tie(timeout->tv_sec, timeout->tv_usec)))
@@ -74,15 +93,8 @@ int select_with_glib(int count, fd_set* read, fd_set* write, fd_set* except, tim
 
     int ready = select(count, read, write, except, timeout);
     const int select_error = errno;
-    const bool is_any_ready = ready > 0;
-    for (GPollFD& polled : glib.descriptors) {
-        polled.revents = 0;
-        for (const auto& [event, set] : sets)
-            if (is_any_ready && (polled.events & event) != 0 && FD_ISSET(polled.fd, set)) {
-                polled.revents = static_cast<gushort>(polled.revents | event);
-                --ready;
-            }
-    }
+    if (ready > 0)
+        ready -= take_ready(glib.descriptors, sets);
     // A prepared context is always checked, also after a signal: a GLib time-out may be over.
     if (g_main_context_check(context, glib.priority, glib.descriptors.data(),
                              static_cast<int>(glib.descriptors.size()))) {

@@ -156,7 +156,10 @@ SecureStorageResult put_record(const Records::value_type& record) {
     if (store.result == storage_failed)
         return storage_failed;
     store.records.insert_or_assign(record.first, record.second);
-    return replace_store(folder, encode(store.records)) ? ok : storage_failed;
+    if (replace_store(folder, encode(store.records)))
+        return ok;
+    (void)unlinkat(folder.get(), new_name, 0);
+    return storage_failed;
 }
 
 } // namespace platform::secure

@@ -43,7 +43,11 @@ std::optional<int> side(const std::string& digits) {
 } // namespace
 
 std::string file_path() {
-    g_autofree char* file = g_build_filename(g_get_user_config_dir(), "tv-platform", "settings.ini", nullptr);
+    const char* const folder = g_getenv("XDG_CONFIG_HOME");
+    g_autofree char* file =
+        folder && g_path_is_absolute(folder)
+            ? g_build_filename(folder, "tv-platform", "settings.ini", nullptr)
+            : g_build_filename(g_get_home_dir(), ".config", "tv-platform", "settings.ini", nullptr);
     return file;
 }
 
