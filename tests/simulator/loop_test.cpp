@@ -37,8 +37,8 @@ TEST(Loop, AnApplicationThatIsStoppedDelaysNoCallOfTheNcpHost) {
     const auto television = simulator::this_television();
     television.call(simulator::ui, "Wait", g_variant_new("(su)", "TX Test", 60'000U));
     application.send_signal(SIGSTOP);
-    g_dbus_connection_call(television.bus(), "org.velmora.Simulator", simulator::ui.path,
-                           simulator::ui.interface, "Wait", g_variant_new("(su)", "Nonsense", 5000U), nullptr,
+    g_dbus_connection_call(television.bus(), "org.velmora.Simulator", "/org/velmora/Simulator/Ui",
+                           simulator::ui, "Wait", g_variant_new("(su)", "Nonsense", 5000U), nullptr,
                            G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr, nullptr);
     Clock::duration best = 1h;
     for (int stretch = 0; stretch < 3; ++stretch) // a busy machine may hold up one
