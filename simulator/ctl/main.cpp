@@ -29,7 +29,6 @@ and driven like this:
   tvctl see                                  Velmora | [TX Test] | RX Test | Exit
   tvctl press OK && tvctl wait "Start TX Test"
   tvctl answer ember_set_channel "code 3"    from now on the radio refuses every channel
-  tvctl picture screen.png
 
 Exits 0 on success, 1 on failure or time-out, 2 on a usage error; one line on standard error then says why.)";
 
