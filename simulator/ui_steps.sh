@@ -38,10 +38,8 @@ go() { # KEY FOCUS: presses a key, up to eight times, until the focus is on a na
 }
 
 choose() { # TITLE NUMBER: takes the number of a picker
-    local seen
     press OK "$1" --gone
-    seen=$(tvctl wait -t "$patience" --focus "$2")
-    say '' "$seen"
+    tvctl wait -t "$patience" --focus "$2" >/dev/null
 }
 
 asked() { # CALL: the NCP host was asked this since the last time, and nothing else

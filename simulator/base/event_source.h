@@ -16,23 +16,22 @@ inline void release_action(gpointer action) {
     const std::unique_ptr<Action> held(static_cast<Action*>(action));
 }
 
+inline gboolean run_action(gpointer action) {
+    (*static_cast<Action*>(action))();
+    return G_SOURCE_CONTINUE;
+}
+
 /** Calls `action` every so many milliseconds. */
 inline EventSource call_every(guint milliseconds, Action action) {
-    const auto tick = +[](gpointer held) -> gboolean {
-        (*static_cast<Action*>(held))();
-        return G_SOURCE_CONTINUE;
-    };
-    return EventSource(g_timeout_add_full(G_PRIORITY_DEFAULT, milliseconds, tick,
+    return EventSource(g_timeout_add_full(G_PRIORITY_DEFAULT, milliseconds, run_action,
                                           std::make_unique<Action>(std::move(action)).release(),
                                           release_action));
 }
 
 /** Calls `action` each time the descriptor can be read or has hung up. */
 inline EventSource call_when_readable(int descriptor, Action action) {
-    const auto ready = +[](gint /*descriptor*/, GIOCondition /*condition*/, gpointer held) -> gboolean {
-        (*static_cast<Action*>(held))();
-        return G_SOURCE_CONTINUE;
-    };
+    const auto ready =
+        +[](gint /*descriptor*/, GIOCondition /*condition*/, gpointer held) { return run_action(held); };
     return EventSource(g_unix_fd_add_full(
         G_PRIORITY_DEFAULT, descriptor, static_cast<GIOCondition>(G_IO_IN | G_IO_HUP | G_IO_ERR), ready,
         std::make_unique<Action>(std::move(action)).release(), release_action));

@@ -26,21 +26,16 @@ public:
     explicit ComponentLog(std::string name);
 
     /** Writes one line made of the parts. */
-    template <typename... Parts>
-    void note(const Parts&... parts) const {
-        std::ostringstream text;
-        (text << ... << parts);
-        write_line(text.str(), false);
-    }
+    void note(const auto&... parts) const { write_line(text_of(parts...), false); }
     /** Writes one line, and "NAME: MESSAGE" to standard error as well. */
-    template <typename... Parts>
-    void error(const Parts&... parts) const {
-        std::ostringstream text;
-        (text << ... << parts);
-        write_line(text.str(), true);
-    }
+    void error(const auto&... parts) const { write_line(text_of(parts...), true); }
 
 private:
+    static std::string text_of(const auto&... parts) {
+        std::ostringstream text;
+        (text << ... << parts);
+        return text.str();
+    }
     void write_line(const std::string& message, bool is_error) const;
 
     std::string name_;

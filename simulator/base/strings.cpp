@@ -20,20 +20,16 @@ std::optional<int> parse_int(std::string_view text) {
 }
 
 std::vector<std::string> to_strings(GVariant* list) {
-    std::vector<std::string> texts;
-    GVariantIter each;
-    g_variant_iter_init(&each, list);
-    for (const char* text = nullptr; g_variant_iter_next(&each, "&s", &text) != FALSE;)
-        texts.emplace_back(text);
-    return texts;
+    gsize count = 0;
+    const std::unique_ptr<const char*, Release<g_free>> texts(g_variant_get_strv(list, &count));
+    return {texts.get(), texts.get() + count};
 }
 
 GVariant* to_variant(const std::vector<std::string>& texts) {
-    GVariantBuilder list;
-    g_variant_builder_init(&list, G_VARIANT_TYPE_STRING_ARRAY);
+    std::vector<const char*> list;
     for (const auto& text : texts)
-        g_variant_builder_add(&list, "s", text.c_str());
-    return g_variant_builder_end(&list);
+        list.push_back(text.c_str());
+    return g_variant_new_strv(list.data(), static_cast<gssize>(list.size()));
 }
 
 Value tuple_of(const std::string& text) {

@@ -1,6 +1,6 @@
 #include "client.h"
 
-#include "base/owned.h"
+#include "base/bus.h"
 
 #include <algorithm>
 #include <array>
@@ -13,11 +13,9 @@
 namespace simulator {
 namespace {
 
-using namespace std::chrono_literals;
-
 constexpr auto bus_name = "org.velmora.Simulator"; // taken when every component is ready
-constexpr auto look_interval = 10ms;
-constexpr auto start_limit = 60s;
+constexpr auto look_interval = std::chrono::milliseconds(10);
+constexpr auto start_limit = std::chrono::seconds(60);
 
 bool is_absence(const GError& error) {
     return g_error_matches(&error, G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN) != FALSE ||
@@ -43,7 +41,7 @@ bool is_absence(const GError& error) {
 
 } // namespace
 
-Value Client::call(const ObjectAddress& object, const char* method, GVariant* arguments,
+Value Client::call(const char* interface, const char* method, GVariant* arguments,
                    const std::vector<int>& descriptors) const {
     const Object<GUnixFDList> list(descriptors.empty() ? nullptr : g_unix_fd_list_new());
     for (const int number : descriptors)
@@ -55,7 +53,7 @@ Value Client::call(const ObjectAddress& object, const char* method, GVariant* ar
     for (;;) {
         g_autoptr(GError) error = nullptr;
         Value answer(g_dbus_connection_call_with_unix_fd_list_sync(
-            bus_.get(), bus_name, object.path, object.interface, method, held.get(), nullptr,
+            bus_.get(), bus_name, contract_of(interface).path, interface, method, held.get(), nullptr,
             G_DBUS_CALL_FLAGS_NO_AUTO_START, G_MAXINT, list.get(), nullptr, nullptr, &error));
         if (answer)
             return answer;

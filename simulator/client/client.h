@@ -9,28 +9,19 @@
 
 namespace simulator {
 
-/** One object of the television; interfaces/ describes each. */
-struct ObjectAddress {
-    const char* path;
-    const char* interface;
-};
-
-inline constexpr ObjectAddress television{"/org/velmora/Simulator/Television",
-                                          "org.velmora.Simulator.Television"};
-inline constexpr ObjectAddress ui{"/org/velmora/Simulator/Ui", "org.velmora.Simulator.Ui"};
-inline constexpr ObjectAddress ncp_host{"/org/velmora/Simulator/NcpHost", "org.velmora.Simulator.NcpHost"};
-inline constexpr ObjectAddress radio_module{"/org/velmora/Simulator/RadioModule",
-                                            "org.velmora.Simulator.RadioModule"};
+/** The interfaces of the television's objects; interfaces/ describes each. */
+inline constexpr auto television = "org.velmora.Simulator.Television";
+inline constexpr auto ui = "org.velmora.Simulator.Ui";
+inline constexpr auto ncp_host = "org.velmora.Simulator.NcpHost";
+inline constexpr auto radio_module = "org.velmora.Simulator.RadioModule";
 
 /** It failed, or did not happen in time; tvctl exits 1. */
-class Failure : public std::runtime_error {
-public:
+struct Failure : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
 /** A usage error; tvctl exits 2. */
-class WrongUse : public std::runtime_error {
-public:
+struct WrongUse : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
@@ -46,7 +37,7 @@ public:
      * @return the answer's tuple.
      * @throws Failure with what the television says, WrongUse when it does not know what it was asked for.
      */
-    Value call(const ObjectAddress& object, const char* method, GVariant* arguments = nullptr,
+    Value call(const char* interface, const char* method, GVariant* arguments = nullptr,
                const std::vector<int>& descriptors = {}) const;
 
     /** The connection, for calls of another kind. */

@@ -29,15 +29,8 @@ and driven like this:
   tvctl see                                  Velmora | [TX Test] | RX Test | Exit
   tvctl press OK && tvctl wait "Start TX Test"
   tvctl answer ember_set_channel "code 3"    from now on the radio refuses every channel
-  tvctl picture screen.png
 
 Exits 0 on success, 1 on failure or time-out, 2 on a usage error; one line on standard error then says why.)";
-
-int to_number(const std::string& text) {
-    if (const auto number = parse_int(text))
-        return *number;
-    throw WrongUse("'" + text + "' is not a number");
-}
 
 /** The words as arguments of these types. */
 GVariant* to_arguments(GDBusArgInfo** types, const std::vector<std::string>& words) {
@@ -54,10 +47,10 @@ GVariant* to_arguments(GDBusArgInfo** types, const std::vector<std::string>& wor
                 throw WrongUse("'" + words[i] + "' is not on or off");
             g_variant_builder_add(&arguments, "b", words[i] == "on" ? TRUE : FALSE);
         } else {
-            const int number = to_number(words[i]);
-            if (type == "u" && number < 0)
-                throw WrongUse("must not be negative: " + words[i]);
-            g_variant_builder_add(&arguments, type.c_str(), number);
+            const auto number = parse_int(words[i]);
+            if (!number || (type == "u" && *number < 0))
+                throw WrongUse("'" + words[i] + "' is not a number" + (number ? " of 0 or more" : ""));
+            g_variant_builder_add(&arguments, type.c_str(), *number);
         }
     }
     return g_variant_builder_end(&arguments);
@@ -96,7 +89,7 @@ private:
         const char* name;
         const char* words; /**< "[WORD]" may be missing, "WORD..." takes all that are left */
         const char* help;
-        const ObjectAddress* object = nullptr;
+        const char* interface = nullptr;
         const char* method = nullptr;
         const char* json_method = nullptr; /**< another one with --json */
         void (CommandLine::*run)(const Verb& verb) = &CommandLine::call;
@@ -158,8 +151,8 @@ private:
     void call(const Verb& verb) {
         const char* const method = json_ && verb.json_method != nullptr ? verb.json_method : verb.method;
         const GDBusMethodInfo* const contract =
-            g_dbus_interface_info_lookup_method(contract_of(verb.object->interface).interfaces[0], method);
-        const Value answer = client().call(*verb.object, method, to_arguments(contract->in_args, words_));
+            g_dbus_interface_info_lookup_method(contract_of(verb.interface).interfaces[0], method);
+        const Value answer = client().call(verb.interface, method, to_arguments(contract->in_args, words_));
         if (g_variant_n_children(answer.get()) != 0)
             print(first_of(answer).release());
         else
@@ -172,7 +165,7 @@ private:
                                    : focus_ ? "WaitFocus"
                                    : gone_  ? "WaitGone"
                                             : "Wait";
-        call({verb.name, verb.words, verb.help, &ui, method});
+        call({verb.name, verb.words, verb.help, ui, method});
     }
 
     void list(const Verb& /*verb*/) {
@@ -267,12 +260,12 @@ private:
 
 const std::vector<CommandLine::Verb> CommandLine::verbs{
     {"press", "KEY...",
-     "presses keys: OK Back Exit Red Up Down Left Right, any X key name; Right*5: five times", &ui, "Press"},
-    {"hold", "KEY MILLISECONDS", "holds a key down", &ui, "Hold"},
-    {"see", "", "what is on the screen, the focus in brackets; the widgets as a tree with --json", &ui, "See",
+     "presses keys: OK Back Exit Red Up Down Left Right, any X key name; Right*5: five times", ui, "Press"},
+    {"hold", "KEY MILLISECONDS", "holds a key down", ui, "Hold"},
+    {"see", "", "what is on the screen, the focus in brackets; the widgets as a tree with --json", ui, "See",
      "Screen"},
-    {"focus", "", "the name of the widget with the focus", &ui, "Focus"},
-    {"activate", "TEXT", "presses a widget as a screen reader does", &ui, "Activate"},
+    {"focus", "", "the name of the widget with the focus", ui, "Focus"},
+    {"activate", "TEXT", "presses a widget as a screen reader does", ui, "Activate"},
     {.name = "wait",
      .words = "TEXT",
      .help = "waits until a text is on the screen, also for a television that is not there yet",
@@ -281,19 +274,19 @@ const std::vector<CommandLine::Verb> CommandLine::verbs{
      .words = "FILE",
      .help = "a PNG of the screen once it is at rest",
      .run = &CommandLine::picture},
-    {"radio", "", "the state of the radio module", &radio_module, "State"},
-    {"calls", "", "the calls that the NCP host has received", &ncp_host, "Calls"},
+    {"radio", "", "the state of the radio module", radio_module, "State"},
+    {"calls", "", "the calls that the NCP host has received", ncp_host, "Calls"},
     {"answer", "METHOD BEHAVIOUR",
      R"~(how the NCP host answers: normal, "code N", error, "late MS", never, dies, "reply (VALUES)")~",
-     &ncp_host, "SetBehaviour"},
-    {"event", "TEXT", "sends ncp_event with this text", &ncp_host, "Emit"},
-    {"serial", "STATE", "the serial device appears (on) or disappears (off)", &radio_module, "SetSerial"},
-    {"traffic", "CHANNEL N", "N packets a second arrive on a channel", &radio_module, "SetTraffic"},
-    {"components", "", "the components of the television and their states", &television, "Components"},
-    {"start", "COMPONENT", "starts a component that has ended", &television, "Start"},
-    {"kill", "PROGRAM", "kills a component, or every process of that name inside", &television, "Kill"},
-    {"language", "LANGUAGE", "the language of the settings, for example ar", &television, "SetLanguage"},
-    {"end", "", "shuts the television down cleanly", &television, "End"},
+     ncp_host, "SetBehaviour"},
+    {"event", "TEXT", "sends ncp_event with this text", ncp_host, "Emit"},
+    {"serial", "STATE", "the serial device appears (on) or disappears (off)", radio_module, "SetSerial"},
+    {"traffic", "CHANNEL N", "N packets a second arrive on a channel", radio_module, "SetTraffic"},
+    {"components", "", "the components of the television and their states", television, "Components"},
+    {"start", "COMPONENT", "starts a component that has ended", television, "Start"},
+    {"kill", "PROGRAM", "kills a component, or every process of that name inside", television, "Kill"},
+    {"language", "LANGUAGE", "the language of the settings, for example ar", television, "SetLanguage"},
+    {"end", "", "shuts the television down cleanly", television, "End"},
     {.name = "log", .words = "[COMPONENT]", .help = "prints a log, or all of them", .run = &CommandLine::log},
     {.name = "shell",
      .words = "[COMMAND...]",

@@ -33,8 +33,6 @@ void kill_all(const Call& call, const std::string& program) {
 /** Keeps what else is in the settings. */
 void set_language(const std::string& language) {
     g_autofree char* path = g_build_filename(g_get_user_config_dir(), "tv-platform", "settings.ini", nullptr);
-    g_autofree char* folder = g_path_get_dirname(path);
-    g_mkdir_with_parents(folder, 0700);
     g_autoptr(GKeyFile) settings = g_key_file_new();
     g_key_file_load_from_file(settings, path, G_KEY_FILE_KEEP_COMMENTS, nullptr); // it need not be there
     g_key_file_set_string(settings, "db/menu_widget", "language", language.c_str());
@@ -47,8 +45,6 @@ void set_language(const std::string& language) {
 
 Television::Television(const Options& options, std::string programs)
     : options_(options), programs_(std::move(programs)) {}
-
-Television::~Television() = default;
 
 void Television::start(std::unique_ptr<Component> component) {
     component->on_end = [this](const Component& ended) { report_end(ended); };

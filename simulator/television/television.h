@@ -23,7 +23,6 @@ public:
      * @param programs the folder of the simulator's programs.
      */
     Television(const Options& options, std::string programs);
-    ~Television();
 
     /**
      * Runs the television until the command has ended.

@@ -84,8 +84,7 @@ struct Condition {
 };
 
 /** The screen did not become what was waited for; says what it showed instead. */
-class NotSeen : public std::runtime_error {
-public:
+struct NotSeen : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 

@@ -1,5 +1,7 @@
 #include "screenshot.h"
 
+#include "base/bus.h"
+
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <bit>
@@ -45,7 +47,7 @@ Pixels::Pixels(_XDisplay* display, int x, int y, int width, int height)
     : image_(XGetImage(display, DefaultRootWindow(display), x, y, static_cast<unsigned>(width),
                        static_cast<unsigned>(height), AllPlanes, ZPixmap)) {
     if (!image_ || image_->bits_per_pixel != 32 || image_->red_mask == 0)
-        throw std::runtime_error("the screen cannot be read");
+        throw Refusal("NotWritten", "the screen cannot be read");
 }
 
 void Pixels::DestroyImage::operator()(_XImage* image) const { XDestroyImage(image); }
@@ -99,9 +101,9 @@ void write_picture(const std::vector<std::uint8_t>& picture, const FileDescripto
     }
 }
 
-Screenshot::Screenshot(_XDisplay* display, FileDescriptor file, Taken taken)
-    : display_(display), file_(std::move(file)), taken_(std::move(taken)),
-      pixels_(Pixels::of_screen(display)), cancel_(g_cancellable_new()) {
+Screenshot::Screenshot(_XDisplay* display, Pixels first, FileDescriptor file, Taken taken)
+    : display_(display), file_(std::move(file)), taken_(std::move(taken)), pixels_(std::move(first)),
+      cancel_(g_cancellable_new()) {
     next_look_ = call_every(picture_interval_milliseconds, [this] { look_again(); });
 }
 

@@ -20,9 +20,9 @@ using Color = std::array<std::uint8_t, 3>;
 /** An area of a screen as it was at one look. */
 class Pixels {
 public:
-    /** Looks at an area of the screen. @throws std::runtime_error when it cannot be read. */
+    /** Looks at an area of the screen. @throws Refusal if it cannot be read. */
     Pixels(_XDisplay* display, int x, int y, int width, int height);
-    /** Looks at all of it. @throws std::runtime_error when it cannot be read. */
+    /** Looks at all of it. @throws Refusal if it cannot be read. */
     static Pixels of_screen(_XDisplay* display);
 
     [[nodiscard]] Color at(int x, int y) const;
@@ -48,10 +48,10 @@ public:
 
     /**
      * @param display outlives this.
+     * @param first   the first look.
      * @param taken   called once, from the main loop; it may end this.
-     * @throws std::runtime_error when the screen cannot be read.
      */
-    Screenshot(_XDisplay* display, FileDescriptor file, Taken taken);
+    Screenshot(_XDisplay* display, Pixels first, FileDescriptor file, Taken taken);
     ~Screenshot();
 
 private:

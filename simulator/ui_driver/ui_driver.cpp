@@ -144,17 +144,14 @@ void UiDriver::take_picture(const Call& call) {
     FileDescriptor file(call.take_descriptor(0));
     if (!file)
         throw Refusal("NotWritten", "the descriptor of an open file is needed");
+    Pixels first_look = Pixels::of_screen(display_.get());
     const auto picture = pictures_.insert(pictures_.end(), {call.later(), nullptr});
-    try {
-        picture->screenshot = std::make_unique<Screenshot>(display_.get(), std::move(file),
-                                                           [this, picture](const std::string& error) {
-                                                               picture->call.finish("NotWritten", error);
-                                                               pictures_.erase(picture);
-                                                           });
-    } catch (const std::runtime_error& error) {
+    const auto taken = [this, picture](const std::string& error) {
+        picture->call.finish("NotWritten", error);
         pictures_.erase(picture);
-        throw Refusal("NotWritten", error.what());
-    }
+    };
+    picture->screenshot =
+        std::make_unique<Screenshot>(display_.get(), std::move(first_look), std::move(file), taken);
 }
 
 void UiDriver::wait_for(const Call& call, const Condition& condition, std::chrono::milliseconds limit,

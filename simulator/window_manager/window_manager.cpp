@@ -10,13 +10,11 @@ namespace {
 
 bool access_denied = false; // Xlib's error handler has no user data
 
-int note_access(Display* /*display*/, XErrorEvent* error) {
+/** Windows disappear at any time; a request that comes too late is no error. */
+int note_error(Display* /*display*/, XErrorEvent* error) {
     access_denied = access_denied || error->error_code == BadAccess;
     return 0;
 }
-
-/** Windows disappear at any time; a request that comes too late is no error. */
-int ignore_error(Display* /*display*/, XErrorEvent* /*error*/) { return 0; }
 
 /**
  * Every ordinary window fills the screen; dialogs have the size they ask for. Windows raise, lower and iconify
@@ -238,10 +236,9 @@ private:
 
 /** Becomes the screen's only window manager. @return false if it has one already. */
 bool take_over(Display* display) {
-    XSetErrorHandler(note_access);
+    XSetErrorHandler(note_error);
     XSelectInput(display, DefaultRootWindow(display), SubstructureRedirectMask | SubstructureNotifyMask);
     XSync(display, False);
-    XSetErrorHandler(ignore_error);
     return !access_denied;
 }
 

@@ -1,5 +1,6 @@
 #include "support/television.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
@@ -51,6 +52,9 @@ TEST(Contracts, AreExportedAsInstalledAndDocumented) {
         GDBusInterfaceInfo* const interface = node->interfaces[0];
         EXPECT_EQ(file.path().stem(), interface->name);
         const bool is_host = node->path == std::string("/org/orvane/qm_ncp_host");
+        std::string path = std::string("/") + interface->name;
+        std::ranges::replace(path, '.', '/');
+        EXPECT_TRUE(is_host || path == node->path) << node->path;
         const Node object =
             exported(is_host ? "org.orvane.qm_ncp_host" : "org.velmora.Simulator", node->path);
         GDBusInterfaceInfo* const found =

@@ -37,9 +37,9 @@ TEST(Loop, AnApplicationThatIsStoppedDelaysNoCallOfTheNcpHost) {
     const auto television = simulator::this_television();
     television.call(simulator::ui, "Wait", g_variant_new("(su)", "TX Test", 60'000U));
     application.send_signal(SIGSTOP);
-    g_dbus_connection_call(television.bus(), "org.velmora.Simulator", simulator::ui.path,
-                           simulator::ui.interface, "Wait", g_variant_new("(su)", "Nonsense", 60'000U),
-                           nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr, nullptr);
+    g_dbus_connection_call(television.bus(), "org.velmora.Simulator", "/org/velmora/Simulator/Ui",
+                           simulator::ui, "Wait", g_variant_new("(su)", "Nonsense", 60'000U), nullptr,
+                           G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr, nullptr);
     // A call that waits for a look takes 300 ms in every second; a busy machine delays one now and then.
     Clock::duration best = 1h;
     for (int second = 0; second < 10 && best >= 250ms; ++second)
