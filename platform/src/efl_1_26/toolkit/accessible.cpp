@@ -109,9 +109,11 @@ void correct_button(Evas_Object* button) {
 }
 
 void set_accessible_state(Evas_Object* button, Efl_Access_State_Type state, bool holds) {
-    change_states(button, [&held = attached<AccessibleStates>(button)->held, state, holds] {
-        held = holds ? held | set_of(state) : held & ~set_of(state);
-    });
+    auto* const states = attached<AccessibleStates>(button);
+    if (states != nullptr)
+        change_states(button, [=] {
+            states->held = holds ? states->held | set_of(state) : states->held & ~set_of(state);
+        });
 }
 
 } // namespace vell
