@@ -1,7 +1,7 @@
 /** Each failure on a television of its own, made to happen and compared from outside. */
 #include "end_to_end_test.h"
 #include "failure.h"
-#include "support/surroundings.h"
+#include "support/environment.h"
 
 #include <algorithm>
 #include <array>

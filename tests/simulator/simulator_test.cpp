@@ -1,5 +1,5 @@
-/** What the radio counts, at times of the test's own choice. */
 #include "radio/radio.h"
+#include "ui_driver/screen.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,10 @@ namespace {
 
 using namespace std::chrono_literals;
 using simulator::Radio;
+using simulator::Screen;
+using simulator::WidgetValue;
 
+/** What the radio counts, at times of the test's own choice. */
 class RadioCount : public testing::Test {
 protected:
     RadioCount() {
@@ -32,7 +35,7 @@ TEST_F(RadioCount, GrowsOnItsChannelInTheRxTestOnly) {
     EXPECT_EQ(received_after(0s), 0);
     EXPECT_EQ(received_after(2s), 20);
     ask("set_channel", 11);
-    EXPECT_EQ(received_after(5s), 20) << "what comes on channel 15 meanwhile is lost";
+    EXPECT_EQ(received_after(5s), 20) << "packets on channel 15 are lost meanwhile";
     ask("set_channel", 15);
     now_ += 1s;
     EXPECT_EQ(radio_.handle({1, "get_rx_statistics", {}}, now_).text, "30 packets on channel 15");
@@ -44,6 +47,12 @@ TEST_F(RadioCount, GrowsOnItsChannelInTheRxTestOnly) {
         ask("start", mode);
     }
     EXPECT_EQ(received_after(0s), 0);
+    ask("set_channel", 26);
+    EXPECT_EQ(received_after(20s), 5) << "a quiet channel";
+    ask("set_channel", 20);
+    EXPECT_EQ(received_after(20s), 405) << "a busy channel";
+    radio_.set_traffic(20, 0, now_);
+    EXPECT_EQ(received_after(20s), 405);
 }
 
 TEST_F(RadioCount, HoldsWholePacketsOnly) {
@@ -57,16 +66,6 @@ TEST_F(RadioCount, HoldsWholePacketsOnly) {
     for (int question = 0; question < 999; ++question)
         received_after(1ms);
     EXPECT_EQ(received_after(1ms), 20);
-}
-
-TEST_F(RadioCount, HearsAQuietFloorAndABusyChannelUntilToldOtherwise) {
-    ask("start", 1);
-    ask("set_channel", 26);
-    EXPECT_EQ(received_after(20s), 5);
-    ask("set_channel", 20);
-    EXPECT_EQ(received_after(20s), 405);
-    radio_.set_traffic(20, 0, now_);
-    EXPECT_EQ(received_after(20s), 405);
 }
 
 TEST_F(RadioCount, GrowsWithTheStreamsOfOthersWhileTheyRun) {
@@ -101,6 +100,19 @@ TEST_F(RadioCount, IsRefusedWithItsReason) {
                                           {"start_stream", {}, 4}, {"sing", {}, 9}};
     for (const auto& [command, argument, code] : rows)
         EXPECT_EQ(ask(command, argument), code) << command;
+}
+
+TEST(Screen, HasATitleFirstAndFindsTheButtonAmongWidgetsOfTheSameName) {
+    const Screen screen(
+        {{.name = "Channel", .role = "dialog", .y = 0, .width = 1280, .height = 720},
+         {.name = "Power", .role = "spin button", .value = WidgetValue{7, 0, 20}, .y = 400, .height = 60},
+         {.name = "15", .focused = true, .value = WidgetValue{15, 11, 26}, .y = 300, .height = 60}});
+    EXPECT_EQ(screen.description(), "Channel | [15] | Power: 7");
+    EXPECT_EQ(Screen({}).description(), "nothing that can be read");
+    const Screen two({{.name = "11", .role = "label"}, {.name = "11", .role = "push button", .y = 50}});
+    ASSERT_NE(two.find("11"), nullptr);
+    EXPECT_EQ(two.find("11")->role, "push button");
+    EXPECT_EQ(two.find("12"), nullptr);
 }
 
 } // namespace
