@@ -93,21 +93,4 @@ TEST_F(NcpRequesterTest, StartGivesUpAfterTwentyAttemptsWhateverTheLastOneGives)
     EXPECT_EQ(own_messages("stop").back(), "Success to Deinit Dbus");
 }
 
-TEST_F(NcpRequesterTest, StatisticsTextIsReplacedWheneverTheReplyIsUsable) {
-    requester.start();
-    struct Case {
-        const char* reply;
-        const char* text;
-        bool success;
-    };
-    for (const auto& [reply, text, success] :
-         {Case{"('12 packets of 20', 0)", "12 packets of 20", true}, Case{"('', 0)", "", true},
-          Case{"('7', 5)", "7", false}, Case{"(0,)", "before", false}, Case{"('7', '0')", "before", false}}) {
-        service.answer("ember_get_rx_statistics", reply);
-        std::string statistics = "before";
-        EXPECT_EQ(requester.ember_get_rx_statistics(statistics), success) << reply;
-        EXPECT_EQ(statistics, text) << reply;
-    }
-}
-
 } // namespace
