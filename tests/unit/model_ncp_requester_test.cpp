@@ -72,6 +72,10 @@ TEST_F(NcpRequesterTest, ListenersMaySendCommandsAndLeaveAndKeepTheirFirstUserDa
     service.emit("('',)");
     EXPECT_THAT(notes, testing::UnorderedElementsAre("0 started", "4 started", "1 any text", "1 "));
     EXPECT_THAT(other, IsEmpty());
+    service.answer("ember_get_rx_statistics", "('7 packets', 5)");
+    std::string statistics = "before";
+    EXPECT_FALSE(requester.ember_get_rx_statistics(statistics));
+    EXPECT_EQ(statistics, "7 packets") << "whatever the result";
 }
 
 TEST_F(NcpRequesterTest, StartGivesUpAfterTwentyAttemptsWhateverTheLastOneGives) {
