@@ -51,8 +51,7 @@ void EndToEndTest::TearDown() {
     }
     EXPECT_THAT(log_.complaints_of_libraries(), testing::IsEmpty());
     if (HasFailure())
-        std::cerr << "The end of the application's log:\n"
-                  << log_.end() << "Logs and the last picture are in build/logs.\n";
+        std::cerr << "Logs and the last picture are in build/logs.\n";
 }
 
 void EndToEndTest::expect_soon(const std::string& what, const std::function<bool()>& condition) {

@@ -69,15 +69,6 @@ std::vector<std::string> ApplicationLog::complaints_of_libraries() const {
     return lines;
 }
 
-std::string ApplicationLog::end() const {
-    constexpr std::ptrdiff_t most = 25;
-    const std::vector<std::string> said = messages();
-    std::string end;
-    for (auto message = said.end() - std::min(most, std::ssize(said)); message != said.end(); ++message)
-        end += *message + "\n";
-    return end;
-}
-
 LogFromNow::LogFromNow() { begin_ = std::ifstream(path(), std::ios::ate).tellg(); }
 
 } // namespace simulator

@@ -25,9 +25,6 @@ public:
     /** Lines in which EFL or GLib warns or reports an error. */
     [[nodiscard]] std::vector<std::string> complaints_of_libraries() const;
 
-    /** The last messages, for the report of a failure. */
-    [[nodiscard]] std::string end() const;
-
 protected:
     std::streamoff begin_ = 0;
 };
