@@ -18,6 +18,7 @@ inline constexpr std::chrono::minutes busy_machine_limit{2};
 /** Starts the application and shuts it down. A step that the screen does not answer in time throws simulator::Failure. */
 class EndToEndTest : public testing::Test {
 protected:
+    EndToEndTest() { std::filesystem::remove(log_.path()); } // of an earlier run
     /** Starts the application and waits for its first page. */
     void open_application();
     /** From there into the test page with this first button. */

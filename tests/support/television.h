@@ -33,7 +33,7 @@ RadioState radio_state(const Client& client);
 /** Leaves a PNG picture of the whole screen. @throws Failure when the screen cannot be read or the file not be written. */
 void take_picture(const std::string& path);
 
-/** Tells the session whether a screen reader is there. @throws std::runtime_error. */
+/** Announces to the session that a screen reader is there, or has gone. @throws std::runtime_error. */
 void announce_screen_reader(bool is_there);
 
 } // namespace simulator

@@ -81,7 +81,7 @@ TEST_F(DBusClientTest, FailedInitKeepsNothingAndALaterOneSucceedsOnce) {
 TEST_F(DBusClientTest, CallsReturnTheReplyOrTheErrorOnly) {
     client.Init();
     service.answer("ember_set_channel", "(0,)");
-    service.refuse("ember_stop");
+    let_host_answer(simulator::this_television(), "ember_stop", "error");
     g_autoptr(GVariant) reply = nullptr;
     ASSERT_TRUE(client.ProcessSyncCall("ember_set_channel", g_variant_new("(i)", 26), reply));
     EXPECT_STREQ(g_variant_get_type_string(reply), "(i)");
