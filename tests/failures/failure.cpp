@@ -27,7 +27,7 @@ Messages join(Messages first, const Messages& second) {
     return first;
 }
 
-// The road of the missing device, whatever becomes of the report's files.
+// The missing device, whatever becomes of the report's files.
 Failure without_device(const std::string& name, const Messages& options, const Files& files) {
     const Messages report = {"wait_condition > Wait Timeout. Fail to connect /dev/ttyIOT",
                              "write_file > path[" + result_file + "], data[Fail to connect /dev/ttyIOT]",

@@ -1,7 +1,7 @@
 /** Each failure on a television of its own, made to happen and compared from outside. */
+#include "end_to_end_test.h"
 #include "failure.h"
-#include "support/road.h"
-#include "support/surroundings.h"
+#include "support/environment.h"
 
 #include <algorithm>
 #include <array>
@@ -48,28 +48,28 @@ void expect_file(const std::string& path, const FileState& expected) {
 } // namespace
 
 /** The sitting inside the television in which the failure happens. */
-class InTelevision : public Road, public testing::WithParamInterface<Failure> {
+class InTelevision : public EndToEndTest, public testing::WithParamInterface<Failure> {
 protected:
     /** From the start page, which has the focus on its button, to the outcome. */
     void start(Outcome outcome) {
         const long failed_before = log_.count(button_text);
-        operator_.press("Return");
+        press("Return");
         if (GetParam().device_after_waits > 0)
             let_device_appear();
         switch (outcome) {
         case Outcome::test_page:
-            operator_.wait_for_focus(GetParam().is_rx_test ? "11" : "Set Power");
+            wait_for_focus(GetParam().is_rx_test ? "11" : "Set Power");
             break;
         case Outcome::start_failed:
             expect_soon("the failed start", [&] { return log_.count(button_text) > failed_before; });
-            operator_.wait_for(button_text);
+            wait_for(button_text);
             break;
         case Outcome::waiting:
             expect_soon("the radio stack",
                         [this] { return log_.count("> child process started") > starts_; });
             expect_running();
             std::this_thread::sleep_for(2s); // time enough for a module that could answer
-            EXPECT_TRUE(operator_.screen().shows("Please Wait..."));
+            EXPECT_TRUE(shows("Please Wait..."));
             break;
         case Outcome::end:
             expect_orderly_end();
@@ -85,12 +85,12 @@ protected:
 
     /** To the button: it is still there after a failed start, else on a fresh start page. */
     void choose_test() {
-        const bool has_failed = operator_.screen().shows(button_text);
+        const bool has_failed = shows(button_text);
         if (has_failed)
-            operator_.press("Down");
+            press("Down");
         else
-            operator_.activate(test_name());
-        operator_.wait_for_focus(has_failed ? button_text : "Start " + test_name());
+            activate(test_name());
+        wait_for_focus(has_failed ? button_text : "Start " + test_name());
     }
 
     void expect_messages() {
@@ -124,7 +124,7 @@ private:
     void let_device_appear() {
         expect_soon("the application to wait",
                     [this] { return log_.count("> waiting /dev/ttyIOT") >= GetParam().device_after_waits; });
-        simulator::this_television().call(simulator::radio_module, "SetSerial", g_variant_new("(b)", TRUE));
+        television_.call(simulator::radio_module, "SetSerial", g_variant_new("(b)", TRUE));
     }
 
     long starts_ = 0;

@@ -1,8 +1,11 @@
 #include "television.h"
 
+#include "base/bus.h"
+#include "base/owned.h"
 #include "base/strings.h"
 #include "ncp_host/contract.h"
 
+#include <fcntl.h>
 #include <stdexcept>
 
 namespace simulator {
@@ -25,10 +28,11 @@ void let_host_answer(const Client& client, const std::string& method, const std:
     client.call(ncp_host, "SetBehaviour", g_variant_new("(ss)", method.c_str(), behaviour.c_str()));
 }
 
-void send_event(const Client& client, const std::string& values) {
+void send_event(const Client& client, const std::string& values, int times) {
     using namespace contract;
-    g_dbus_connection_emit_signal(client.bus(), nullptr, service_path, service_interface, event_signal,
-                                  tuple_of(values).get(), nullptr);
+    for (int time = 0; time < times; ++time)
+        g_dbus_connection_emit_signal(client.bus(), nullptr, service_path, service_interface, event_signal,
+                                      tuple_of(values).get(), nullptr);
     g_dbus_connection_flush_sync(client.bus(), nullptr, nullptr);
 }
 
@@ -39,6 +43,24 @@ RadioState radio_state(const Client& client) {
     g_variant_lookup(state.get(), "mode", "&s", &mode);
     g_variant_lookup(state.get(), "stream", "b", &streams);
     return {mode, streams != FALSE};
+}
+
+void take_picture(const std::string& path) {
+    constexpr mode_t readable = 0644;
+    const FileDescriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, readable));
+    this_television().call(ui, "Picture", g_variant_new("(h)", 0), {file.get()});
+}
+
+void announce_screen_reader(bool is_there) {
+    g_autoptr(GError) error = nullptr;
+    const BusConnection session = connect_to_bus(getenv("DBUS_SESSION_BUS_ADDRESS"));
+    const Value answer(g_dbus_connection_call_sync(
+        session.get(), "org.a11y.Bus", "/org/a11y/bus", "org.freedesktop.DBus.Properties", "Set",
+        g_variant_new("(ssv)", "org.a11y.Status", "ScreenReaderEnabled",
+                      g_variant_new_boolean(is_there ? TRUE : FALSE)),
+        nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, &error));
+    if (!answer)
+        throw std::runtime_error(std::string("no accessibility bus: ") + error->message);
 }
 
 } // namespace simulator

@@ -2,7 +2,7 @@
 #include "base/process.h"
 #include "base/wait_until.h"
 #include "efl_1_26/application/accessibility_bridge.h"
-#include "support/announcements.h"
+#include "support/television.h"
 #include "support/settings_folder.h"
 #include "support/windows.h"
 

@@ -6,7 +6,6 @@
 
 #include "base/process.h"
 #include "support/application_log.h"
-#include "support/picture.h"
 #include "support/sync_reader.h"
 #include "support/television.h"
 #include "support/windows.h"
@@ -57,7 +56,7 @@ public:
     /** From now on a step waits this long for what must not come. */
     void be_patient(std::chrono::milliseconds time) { afterwards_ = time; }
 
-    void picture(const std::string& path) const { simulator::take_picture(display_, path); }
+    void picture(const std::string& path) const { simulator::take_picture(path); }
 
 private:
     void start_application();

@@ -2,8 +2,8 @@
 
 #include "base/process.h"
 #include "support/application_log.h"
+#include "support/environment.h"
 #include "support/standard_error_to.h"
-#include "support/surroundings.h"
 
 /** Captures what this process and its children write to standard error, as long as it lives. */
 class LogCapture : public simulator::ApplicationLog {

@@ -6,15 +6,13 @@
 
 #include <gtest/gtest.h>
 
-/** The television's own NCP host service, which answers as it is told, also by an earlier test. */
+/** The television's own NCP host service; its answers last beyond a test. */
 class ScriptedService {
 public:
     /** Answers a method with a tuple in GVariant text, for example "('12 packets', 0)". */
     void answer(const std::string& method, const std::string& reply) const {
         let_host_answer(television_, method, "reply " + reply);
     }
-    /** Answers a method with a D-Bus error. */
-    void refuse(const std::string& method) const { let_host_answer(television_, method, "error"); }
 
     /** The calls so far with their arguments: "ember_set_channel(11)". */
     [[nodiscard]] std::vector<std::string> calls() const {
@@ -38,7 +36,7 @@ private:
     std::ptrdiff_t earlier_calls_ = std::ssize(asked_of_host(television_));
 };
 
-/** What listeners of this number have heard: "1 ready". They are distinct, and their user data is the notes. */
+/** What the listeners of each number have heard, "1 ready". Listeners are distinct; their user data is the notes. */
 using Notes = std::vector<std::string>;
 template <int number>
 void note(const std::string& text, void* notes) {

@@ -1,8 +1,8 @@
-/** The secure store as the tests see it: its operations with C++ types, and its files. */
+/** The secure store as the tests see it: its operations with C++ types, and its file. */
 #pragma once
 
 #include "platform/secure_storage.h"
-#include "support/surroundings.h"
+#include "support/environment.h"
 
 #include <algorithm>
 #include <bit>
@@ -14,7 +14,6 @@ namespace secure_store {
 inline const std::filesystem::path top = "/opt/share/securestorage";
 inline const std::filesystem::path folder = top / "data";
 inline const std::filesystem::path file = folder / "aaba977f";
-inline const std::filesystem::path temporary_file = folder / "aaba977f.new";
 inline constexpr int private_record = 0x4001;
 
 /** The credential of an application with this identity of 20 characters. */
@@ -31,6 +30,7 @@ inline platform::SecureStorageCredential credential(std::string_view identity = 
 struct ReadRecord {
     int result = 0;
     std::string data;
+    bool operator==(const ReadRecord&) const = default;
 };
 
 /** Reads a record; it has data exactly when the result is `ok`. */
@@ -43,14 +43,11 @@ inline ReadRecord read(const std::string& key, const platform::SecureStorageCred
     return {result, data != nullptr ? std::string(data, length) : ""};
 }
 
-/** Writes a record and tells the result. */
+/** Writes a record and returns the result. */
 inline int write(const std::string& key, const std::string& data,
                  const platform::SecureStorageCredential& by = credential()) {
     return ss_write(data.data(), data.size(), 0, 0, key.c_str(), &by, private_record);
 }
-
-/** The number of files in the store's folder. */
-inline std::ptrdiff_t file_count() { return std::distance(std::filesystem::directory_iterator(folder), {}); }
 
 /** Starts every test without a store. */
 class WithoutStore : public testing::Test {

@@ -1,7 +1,7 @@
 /** Settings of the test's own. */
 #pragma once
 
-#include "support/surroundings.h"
+#include "support/environment.h"
 
 namespace test {
 

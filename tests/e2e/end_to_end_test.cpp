@@ -1,0 +1,79 @@
+#include "end_to_end_test.h"
+
+#include "base/strings.h"
+#include "base/wait_until.h"
+
+using simulator::ui;
+
+void EndToEndTest::open_application() {
+    application_.emplace(std::vector<std::string>{VELMORA_PROGRAM}, simulator::written_to(log_.path()));
+    wait_for_focus("TX Test");
+}
+
+void EndToEndTest::open_test(const std::string& tab, const std::string& first_button) {
+    open_application();
+    activate(tab);
+    wait_for_focus("Start " + tab);
+    enter(first_button);
+}
+
+void EndToEndTest::press(const char* key) const {
+    television_.call(ui, "Press", g_variant_new_parsed("([%s],)", key));
+}
+
+void EndToEndTest::activate(const std::string& name) const {
+    wait_for(name);
+    television_.call(ui, "Activate", g_variant_new("(s)", name.c_str()));
+}
+
+void EndToEndTest::enter(const std::string& name) const {
+    press("Return");
+    wait_for_focus(name);
+}
+
+void EndToEndTest::wait(const char* method, const std::string& name) const {
+    constexpr std::chrono::milliseconds limit = busy_machine_limit;
+    television_.call(ui, method, g_variant_new("(su)", name.c_str(), static_cast<guint32>(limit.count())));
+}
+
+bool EndToEndTest::shows(const std::string& text) const {
+    const std::string screen = simulator::printed(first_of(television_.call(ui, "See")).get());
+    return screen.find(text) != std::string::npos;
+}
+
+void EndToEndTest::TearDown() {
+    if (HasFailure()) {
+        EXPECT_NO_THROW(simulator::take_picture("/var/log/simulator/last_picture.png"));
+    }
+    if (application_ && application_->number() != 0) {
+        application_->terminate();
+        expect_orderly_end();
+    }
+    EXPECT_THAT(log_.complaints_of_libraries(), testing::IsEmpty());
+    if (HasFailure())
+        std::cerr << "Logs and the last picture are in build/logs.\n";
+}
+
+void EndToEndTest::expect_soon(const std::string& what, const std::function<bool()>& condition) {
+    if (!simulator::wait_until(condition, busy_machine_limit))
+        throw simulator::Failure("waited for " + what);
+}
+
+void EndToEndTest::expect_asked(const std::vector<std::string>& calls) {
+    std::vector<std::string> asked;
+    expect_soon("the NCP host to be asked " + testing::PrintToString(calls), [&] {
+        asked = simulator::asked_of_host(television_);
+        return asked.size() >= calls_seen_ + calls.size();
+    });
+    asked.erase(asked.begin(), asked.begin() + static_cast<std::ptrdiff_t>(calls_seen_));
+    EXPECT_EQ(asked, calls);
+    calls_seen_ += asked.size();
+}
+
+void EndToEndTest::expect_orderly_end(const std::vector<std::string>& survivors) {
+    EXPECT_EQ(application_->wait_for_end(busy_machine_limit), 0);
+    EXPECT_THAT(simulator::running_processes({"cpcd", "socat", "zigbeed"}),
+                testing::UnorderedElementsAreArray(survivors));
+    // Another launch, or init, collects its ended children when it gets to run.
+    expect_soon("the ended children to be collected", [] { return simulator::zombies().empty(); });
+}

@@ -1,0 +1,57 @@
+/** The fixture of the end-to-end tests: the application on a television of its own, used by keys and as a screen reader does. */
+#pragma once
+
+#include "base/bus.h"
+#include "base/process.h"
+#include "support/application_log.h"
+#include "support/processes.h"
+#include "support/television.h"
+
+#include <chrono>
+#include <functional>
+#include <gmock/gmock.h>
+#include <optional>
+
+/** Ends a hang; a machine with many busy processes takes its time. */
+inline constexpr std::chrono::minutes busy_machine_limit{2};
+
+/** Starts the application and shuts it down. A step that the screen does not answer in time throws simulator::Failure. */
+class EndToEndTest : public testing::Test {
+protected:
+    EndToEndTest() { std::filesystem::remove(log_.path()); } // of an earlier run
+    /** Starts the application and waits for its first page. */
+    void open_application();
+    /** From there into the test page with this first button. */
+    void open_test(const std::string& tab, const std::string& first_button);
+
+    /** Presses a key, "Right*3" three times. */
+    void press(const char* key) const;
+    /** Presses a widget through its accessible action, once it is displayed. */
+    void activate(const std::string& name) const;
+    /** Presses Return and waits for the focus on `name`. */
+    void enter(const std::string& name) const;
+    void wait_for(const std::string& text) const { wait("Wait", text); }
+    void wait_for_focus(const std::string& name) const { wait("WaitFocus", name); }
+    [[nodiscard]] bool shows(const std::string& text) const;
+
+    [[nodiscard]] simulator::Process& application() { return *application_; }
+
+    /** Expects exactly these calls of the NCP host since the last time. */
+    void expect_asked(const std::vector<std::string>& calls);
+    /** Waits for a condition that the screen does not show. @throws simulator::Failure. */
+    static void expect_soon(const std::string& what, const std::function<bool()>& condition);
+    /** Waits for the application's exit: status 0, and no process of the radio stack left but the survivors. */
+    void expect_orderly_end(const std::vector<std::string>& survivors = {});
+
+    void TearDown() override;
+
+    // A connection of its own, whose end does not end the test.
+    const simulator::Client television_{simulator::connect_to_bus(getenv("DBUS_SYSTEM_BUS_ADDRESS"))};
+    simulator::ApplicationLog log_;
+
+private:
+    void wait(const char* method, const std::string& name) const;
+
+    std::optional<simulator::Process> application_;
+    std::size_t calls_seen_ = 0;
+};
