@@ -1,4 +1,4 @@
-/** What the walk and the roads do not see of a screen; they see its order. */
+/** What the model and end-to-end tests do not see of a screen; they see its order. */
 #include "ui_driver/screen.h"
 
 #include <gtest/gtest.h>
