@@ -28,21 +28,18 @@ struct FileState {
 
 /** One failure: a television in which it happens, and all that is to be compared. */
 struct Failure {
-    std::string name;
-    std::vector<std::string> television = {}; /**< options of simulator/tv */
+    std::string name = {};
+    std::string television = {}; /**< options of simulator/tv */
     Outcome outcome = Outcome::test_page;
-    std::vector<std::string> running = {};       /**< the radio stack's processes then, by name */
+    std::string running = "cpcd socat zigbeed";  /**< the radio stack's processes then */
     std::vector<std::string> messages = {};      /**< on the log, in this order, among others */
     std::map<std::string, long> counts = {};     /**< how many log messages have a text */
     std::map<std::string, FileState> files = {}; /**< the report's files are as before unless named here */
-    std::optional<Outcome> again = {};           /**< the outcome of a second start */
-    std::vector<std::string> survivors = {};     /**< what outlives the application */
+    bool starts_again = false;                   /**< a second start has the same outcome */
+    std::string survivors = {};                  /**< what outlives the application */
     int device_after_waits = 0; /**< when the serial device appears; 0: not during the test */
     bool is_rx_test = false;    /**< the RX test is started, else the TX test */
 };
-
-/** What stands in the report's files before. */
-constexpr auto older_report = "PASS, and longer than what may replace it";
 
 /** The files of the failure report. */
 inline const std::string result_folder = "/opt/data/BM/EW/result";

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <regex>
 
 namespace model {
 namespace {
@@ -39,23 +40,11 @@ bool succeeds(const std::function<void()>& action) {
 
 void set_language(bool mirrored) { call_television("SetLanguage", mirrored ? "ar_AE.utf8" : "en_GB.utf8"); }
 
-void expect_log(const simulator::LogFromNow& log, const Log& wanted) {
-    for (const auto& [text, times] : wanted)
-        if (const long seen = log.count(text); seen != times)
-            throw Difference("  " + std::to_string(seen) + " times on the log: " + text);
-}
-
-/** The number of packets depends on the simulated traffic, unless it is 0. */
-std::string without_count(const std::string& text) {
-    constexpr std::string_view label = "Received Packets: ";
-    const auto first_digit = text.starts_with(label) ? text.find_first_of("123456789") : std::string::npos;
-    return first_digit == label.size() ? std::string(label) + some_packets : text;
-}
-
 /** A widget's text and what it can do. */
 std::string describe(const simulator::Widget& widget) {
-    std::string text =
-        without_count(widget.name) + (widget.focusable ? "*" : "") + (widget.chosen ? " chosen" : "");
+    static const std::regex count("^(Received Packets: )[1-9].*"); // depends on the simulated traffic
+    std::string text = std::regex_replace(widget.name, count, "$1" + some_packets) +
+                       (widget.focusable ? "*" : "") + (widget.chosen ? " chosen" : "");
     if (widget.role == "push button" && widget.enabled != widget.focusable)
         text += widget.enabled ? " enabled" : " disabled";
     if (widget.value && widget.name != std::to_string(static_cast<int>(widget.value->current)))
@@ -102,36 +91,33 @@ void Driver::expect_end() {
 void Driver::take(const Transition& by) {
     taken_.push_back(by);
     const Outcome outcome = follow(state_, by);
-    const simulator::LogFromNow log;
-    inject_fault(by, outcome.calls);
+    log_ = {};
+    inject(by, outcome.calls);
     act(by);
     if (by.behaviour.starts_with("late")) {
         std::this_thread::sleep_for(late_key_after);
         for (const char* const key : {"OK", "Up"}) // meant for a frozen screen
             simulator::press_key(display_, key);
     }
-    const auto is_logged = [&log](const auto& wanted) { return log.count(wanted.first) >= wanted.second; };
-    (void)wait_until([&] { return std::ranges::all_of(outcome.log, is_logged); }, patience_);
     if (outcome.ends) {
         expect_end();
         start_application();
     }
     state_ = outcome.state;
     const bool host_ends = by.behaviour == "dies" || by.behaviour == "is away";
-    expect(host_ends ? Calls{} : outcome.calls);
-    expect_log(log, outcome.log);
+    expect(host_ends ? Calls{} : outcome.calls, outcome.log);
     std::exchange(repair_, [] {})();
 }
 
-void Driver::inject_fault(const Transition& by, const Calls& calls) {
+void Driver::inject(const Transition& by, const Calls& calls) {
     namespace fs = std::filesystem;
     if (!by.missing.empty()) {
         const fs::path program = "/opt/usr/apps/com.kelsor.tv.brimhub/bin/" + by.missing;
         const fs::path away = program.string() + ".away";
         fs::rename(program, away);
-        repair_ = [program, away, log = simulator::LogFromNow()] {
+        repair_ = [this, program, away] {
             // The shell looks for it in the background, on a busy machine later than the screen says so.
-            (void)wait_until([&log] { return log.count("not found") != 0; }, 2s);
+            (void)wait_until([this] { return log_.count("not found") != 0; }, 2s);
             fs::rename(away, program);
         };
     } else if (by.behaviour == "is away") {
@@ -220,19 +206,26 @@ Calls Driver::new_calls() const {
     return calls;
 }
 
-void Driver::expect(const Calls& calls) {
+void Driver::expect(const Calls& calls, const Log& texts) {
     constexpr std::size_t longest_line = 1000;
     const std::string wanted = rendering(state_);
     std::string seen;
+    const auto is_logged = [this](const auto& text) { return log_.count(text.first) == text.second; };
     // The second look comes after the calls: a page that looks like the last one may be on its way.
     const auto is_as_wanted = [&] {
-        return (seen = look()) == wanted && new_calls() == calls && look() == wanted;
+        return (seen = look()) == wanted && new_calls() == calls && std::ranges::all_of(texts, is_logged) &&
+               look() == wanted;
     };
-    if (!wait_until(is_as_wanted, patience_))
-        throw Difference("  expected " + wanted.substr(0, longest_line) + "\n  seen     " +
-                         seen.substr(0, longest_line) + "\n  asked    " +
-                         simulator::joined(new_calls(), ", ") + "\n  expected " +
-                         simulator::joined(calls, ", "));
+    if (!wait_until(is_as_wanted, patience_)) {
+        std::string difference = "  expected " + wanted.substr(0, longest_line) + "\n  seen     " +
+                                 seen.substr(0, longest_line) + "\n  expected calls " +
+                                 simulator::joined(calls, ", ") + "\n  seen           " +
+                                 simulator::joined(new_calls(), ", ");
+        for (const auto& [text, times] : texts)
+            difference += "\n  on the log " + std::to_string(log_.count(text)) + " times, expected " +
+                          std::to_string(times) + ": " + text.substr(0, longest_line);
+        throw Difference(difference);
+    }
     calls_seen_ += calls.size();
 }
 

@@ -1,7 +1,7 @@
 /** Does on the simulated television what the model's transitions say, and compares what comes of it. */
 #pragma once
 
-#include "search.h"
+#include "model.h"
 
 #include "base/process.h"
 #include "support/application_log.h"
@@ -31,8 +31,11 @@ public:
     /** Takes a transition from the state that the application is in. @throws Difference. */
     void take(const Transition& by);
 
-    /** Waits until the screen shows the state, and the radio's service was asked these calls since the last time. */
-    void expect(const std::vector<std::string>& calls);
+    /**
+     * Waits until the screen shows the state, the radio's service was asked these calls since the last time, and the
+     * log has these texts since the last step. @throws Difference.
+     */
+    void expect(const std::vector<std::string>& calls, const Log& texts = {});
 
     [[nodiscard]] const State& state() const { return state_; }
     /** Since the application's first start. */
@@ -44,7 +47,7 @@ public:
 private:
     void start_application();
     void expect_end();
-    void inject_fault(const Transition& by, const std::vector<std::string>& calls);
+    void inject(const Transition& by, const std::vector<std::string>& calls);
     void act(const Transition& by);
     void activate(const std::string& name);
     void interrupt();
@@ -57,6 +60,7 @@ private:
     simulator::SyncReader reader_;
     simulator::OtherWindow other_;
     std::optional<simulator::Process> application_;
+    simulator::LogFromNow log_; /**< since the last step began */
     State state_;
     Steps taken_;
     std::map<std::string, simulator::Widget> seen_; /**< buttons by name, where they were seen last */

@@ -1,9 +1,7 @@
-/** Compares the application with a model of it: takes every transition once, or some at random. */
+/** Compares the application with a model of it. */
 
-#include "faults.h"
+#include "driver.h"
 #include "shrink.h"
-
-#include "support/options.h"
 
 #include <array>
 #include <filesystem>
@@ -15,34 +13,11 @@ namespace {
 
 using namespace model;
 
-struct Options {
-    int steps = 0; /**< 0: the tour */
-    int seed = 1;
-    int seeds = 1;
-    int part = 0; /**< of the tour; 0: all of it */
-    gboolean faults = FALSE;
-};
-
-int report(Driver& driver, std::string difference, const Options& options) {
-    const std::filesystem::path kept = "/var/log/simulator"; // with --logs
-    Steps steps = driver.taken();
-    std::cout << "a difference after " << steps.size() << " steps, at "
-              << (steps.empty() ? "the start" : steps.back().name) << ":\n"
-              << difference << '\n'
-              << std::flush;
-    driver.picture(kept / "last_picture.png");
-    std::filesystem::copy_file(simulator::ApplicationLog().path(),
-                               kept / "difference.log", // shrinking writes on the other
-                               std::filesystem::copy_options::overwrite_existing);
-    if (options.faults == FALSE && !steps.empty()) {
-        steps = shrink(driver, steps, difference);
-        std::cout << "the steps:\n";
-        for (const Transition& step : steps)
-            std::cout << "  " << step.name << '\n';
-        std::cout << difference << "\nLogs and the last picture are in build/logs.\n";
-    }
-    return 1;
-}
+constexpr auto usage = R"(Usage: run tour [PART] | faults [PART] | random STEPS [SEED]
+  tour    takes every transition of the model, or those of one of four parts
+  faults  makes the radio's service go wrong in every way at every command, or in one of two halves of them
+  random  takes random transitions
+)";
 
 /** The tour is divided by pages, so that each television has its own neighbourhood. */
 void tour(Driver& driver, int part) {
@@ -53,68 +28,92 @@ void tour(Driver& driver, int part) {
         const bool is_in_part = part == 0 || part == part_of_page.at(static_cast<std::size_t>(state.page));
         return is_in_part && !taken.contains(edge(state, by));
     };
-    driver.begin();
     while (const auto way = nearest(driver.state(), is_wanted))
         for (const Transition& step : *way) {
             wanted += is_wanted(driver.state(), step) ? 1 : 0;
             taken.insert(edge(driver.state(), step));
             driver.take(step);
         }
-    std::cout << wanted << " transitions taken in " << driver.taken().size() << " steps\n";
+    std::cout << wanted << " transitions in " << driver.taken().size() << " steps\n";
 }
 
-void take_random_steps(Driver& driver, const Options& options) {
-    for (int seed = options.seed; seed < options.seed + options.seeds; ++seed) {
-        std::mt19937 random(static_cast<unsigned>(seed));
-        driver.begin();
-        for (int step = 0; step < options.steps; ++step) {
-            std::vector<double> weights;
-            for (const Transition& each : transitions())
-                weights.push_back(each.can_happen(driver.state()) ? 1.0 / (30 + each.cost) : 0.0);
-            driver.take(transitions()[std::discrete_distribution<std::size_t>(weights.begin(),
-                                                                              weights.end())(random)]);
-        }
-        std::cout << "seed " << seed << ": " << options.steps << " steps taken\n" << std::flush;
+/** After each fault the service works again, and so does the step that went wrong. */
+void take_faults(Driver& driver, int part) {
+    const std::vector<Fault> all = faults();
+    const auto half = all.begin() + std::ssize(all) / 2;
+    for (auto fault = part == 2 ? half : all.begin(); fault != (part == 1 ? half : all.end()); ++fault) {
+        const auto is_there = [&](const State& state, const Transition& by) {
+            return by.name == fault->right.name && fault->right.can_happen(state);
+        };
+        const auto go_there = [&] {
+            const Steps way = nearest(driver.state(), is_there).value();
+            std::for_each(way.begin(), way.end() - 1, [&](const Transition& step) { driver.take(step); });
+        };
+        go_there();
+        driver.take(fault->wrong);
+        if (fault->wrong.behaviour == "dies" || fault->wrong.behaviour == "is away")
+            driver.take({.name = "the service starts again", .act = Act::replace});
+        go_there();
+        driver.take(fault->right);
     }
+    std::cout << "faults in " << driver.taken().size() << " steps\n";
 }
 
-int compare(const Options& options) {
-    Driver driver(VELMORA_PROGRAM);
-    try {
-        if (options.faults != FALSE)
-            std::cout << take_faults(driver, options.part) << " faults injected\n";
-        else if (options.steps == 0)
-            tour(driver, options.part);
-        else
-            take_random_steps(driver, options);
-        return 0;
-    } catch (const Difference& difference) {
-        return report(driver, difference.what(), options);
+void take_random_steps(Driver& driver, int steps, int seed) {
+    std::mt19937 random(static_cast<unsigned>(seed));
+    for (int step = 0; step < steps; ++step) {
+        std::vector<double> weights;
+        for (const Transition& each : transitions())
+            weights.push_back(each.can_happen(driver.state()) ? 1.0 / (30 + each.cost) : 0.0);
+        driver.take(
+            transitions()[std::discrete_distribution<std::size_t>(weights.begin(), weights.end())(random)]);
     }
+    std::cout << steps << " random steps from seed " << seed << "\n";
+}
+
+void report(Driver& driver, std::string difference, bool shrinks) {
+    const std::filesystem::path kept = "/var/log/simulator"; // with --logs
+    Steps steps = driver.taken();
+    std::cout << "a difference after " << steps.size() << " steps"
+              << (steps.empty() ? "" : ", the last: " + steps.back().name) << '\n'
+              << difference << '\n'
+              << std::flush;
+    driver.picture(kept / "last_picture.png");
+    std::filesystem::copy_file(simulator::ApplicationLog().path(), kept / "difference.log",
+                               std::filesystem::copy_options::overwrite_existing); // shrinking writes on
+    if (!shrinks || steps.empty())
+        return;
+    steps = shrink(driver, steps, difference);
+    std::cout << "the steps:\n";
+    for (const Transition& step : steps)
+        std::cout << "  " << step.name << '\n';
+    std::cout << difference << "\nLogs and the last picture are in build/logs.\n";
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    Options options;
-    const std::array<GOptionEntry, 6> entries{
-        {{"steps", 0, 0, G_OPTION_ARG_INT, &options.steps, "Take N random steps instead of every transition",
-          "N"},
-         {"seed", 0, 0, G_OPTION_ARG_INT, &options.seed, "Seed of the random steps", "N"},
-         {"seeds", 0, 0, G_OPTION_ARG_INT, &options.seeds,
-          "Take the random steps for N seeds, beginning with that", "N"},
-         {"part", 0, 0, G_OPTION_ARG_INT, &options.part,
-          "Take part N of the transitions (1 to 4) or faults (1, 2)", "N"},
-         {"faults", 0, 0, G_OPTION_ARG_NONE, &options.faults, "Inject every fault of the radio's service",
-          nullptr},
-         {}}};
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    const std::string what = words.empty() ? "" : words[0];
+    const auto number = [&words](std::size_t index) {
+        return index < words.size() ? std::stoi(words[index]) : 0;
+    };
+    if (what != "tour" && what != "faults" && what != "random") {
+        std::cout << usage;
+        return what == "--help" ? 0 : 2;
+    }
+    Driver driver(VELMORA_PROGRAM);
     try {
-        simulator::read_options(argc, argv, entries.data(), "Compares Velmora with a model of it.");
-        if (options.part < 0 || options.part > (options.faults == FALSE ? 4 : 2))
-            throw std::runtime_error("there is no such part");
-        return compare(options);
-    } catch (const std::exception& error) {
-        std::cerr << "model: " << error.what() << "\n";
-        return 2;
+        driver.begin();
+        if (what == "tour")
+            tour(driver, number(1));
+        else if (what == "faults")
+            take_faults(driver, number(1));
+        else
+            take_random_steps(driver, number(1), number(2));
+        return 0;
+    } catch (const Difference& difference) {
+        report(driver, difference.what(), what != "faults");
+        return 1;
     }
 }

@@ -43,18 +43,15 @@ struct Transition {
     int cost = 1;      /**< about how long it takes, in milliseconds */
     std::function<bool(const State&)> can_happen = {};
     int times = 1;
-    Answer answer = Answer::normal;
-    std::string behaviour = "normal"; /**< of the radio's service at the command; or "is away" */
     std::string missing = {};         /**< a program of the radio that cannot be started */
+    std::string behaviour = "normal"; /**< of the radio's service at the command; or "is away" */
+    Answer answer = Answer::normal;
     Log log = {};
     std::string packets = some_packets; /**< how many the page shows after a count */
 };
 
 /** Everything that can happen. */
 const std::vector<Transition>& transitions();
-
-/** The transition of that name. */
-const Transition& transition(const std::string& name);
 
 /** A transition that counts. */
 using Edge = std::pair<std::string, Key>;
@@ -69,6 +66,26 @@ struct Outcome {
 };
 
 Outcome follow(const State& state, const Transition& transition);
+
+using Steps = std::vector<Transition>;
+using Condition = std::function<bool(const State&, const Transition&)>;
+
+/**
+ * Finds the cheapest way to a step that is wanted.
+ *
+ * @param is_wanted asked of each transition that can happen in a state.
+ * @return the way, which ends with that step; nothing when none leads there.
+ */
+std::optional<Steps> nearest(const State& from, const Condition& is_wanted);
+
+/** A step that goes wrong since the radio's service does. */
+struct Fault {
+    Transition wrong;
+    Transition right; /**< the same step when the service works */
+};
+
+/** Every way to go wrong at every command, and events of wrong types and odd texts. */
+std::vector<Fault> faults();
 
 /** By how much a key changes the number of the picker that is open. */
 int step_of(const State& state, const std::string& key);

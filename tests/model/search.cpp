@@ -1,4 +1,4 @@
-#include "search.h"
+#include "model.h"
 
 #include <algorithm>
 #include <queue>
@@ -17,8 +17,7 @@ using Open = std::pair<int, std::size_t>; // the cost of the visit, and its inde
 
 } // namespace
 
-std::optional<Steps> nearest(const State& from,
-                             const std::function<bool(const State&, const Transition&)>& is_wanted) {
+std::optional<Steps> nearest(const State& from, const Condition& is_wanted) {
     std::vector<Visit> visits{{from, 0, nullptr}};
     std::priority_queue<Open, std::vector<Open>, std::greater<>> open({}, {{0, 0}});
     std::set<Key> seen;

@@ -50,12 +50,10 @@ std::vector<Transition> all_transitions() {
         {"OK, a picker opens", Act::press, "OK", page | focus | memory, 30, opens_picker},
         {"OK held", Act::hold, "OK", page | popup | focus, 500, ok_starts_nothing},
         {"OK twice, the radio starts", Act::press, "OK", page | start, 300, ok_starts, 2},
-        {"OK, the radio does not answer", Act::press, "OK", page | start, 300, ok_starts, 1, Answer::normal,
-         "normal", "zigbeed"},
-        {"OK, the relay is missing", Act::press, "OK", page, 4000, ok_starts, 1, Answer::normal, "normal",
-         "socat"},
-        {"OK, refused", Act::press, "OK", command, 40, ok_commands, 1, Answer::refused, "code 5"},
-        {"OK, answered later than a press waits", Act::press, "OK", command, 600, ok_commands, 1, Answer::normal,
+        {"OK, the radio does not answer", Act::press, "OK", page | start, 300, ok_starts, 1, "zigbeed"},
+        {"OK, the relay is missing", Act::press, "OK", page, 4000, ok_starts, 1, "socat"},
+        {"OK, refused", Act::press, "OK", command, 40, ok_commands, 1, "", "code 5", Answer::refused},
+        {"OK, answered later than a press waits", Act::press, "OK", command, 600, ok_commands, 1, "",
          "late 500"},
         {"the radio is ready", Act::event, "('ready',)", page_parts | texts | packets | behind, 50, always},
         {"another event", Act::event, "('READY',)", page_parts, 30, always},
@@ -91,10 +89,6 @@ std::vector<Transition> all_transitions() {
 const std::vector<Transition>& transitions() {
     static const std::vector<Transition> all = all_transitions();
     return all;
-}
-
-const Transition& transition(const std::string& name) {
-    return *std::ranges::find(transitions(), name, &Transition::name);
 }
 
 } // namespace model
