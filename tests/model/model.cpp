@@ -10,7 +10,7 @@ using Calls = std::vector<std::string>;
 
 // Where an arrow leads.
 
-Spot neighbour(const std::vector<Spot>& row, const Spot& from, int way) {
+Spot neighbour(const Row& row, const Spot& from, int way) {
     const auto at = std::ranges::find(row, from) - row.begin() + way;
     return at < 0 || at >= std::ssize(row) ? from : row[static_cast<std::size_t>(at)];
 }
@@ -26,11 +26,11 @@ Spot destination(const State& state, const std::string& key) {
     if (state.focus.empty())
         return "start";
     if (state.popup == "Exit")
-        return neighbour({"Yes", "Cancel"}, state.focus, along(state, key));
-    const bool in_header = std::ranges::count(header(), state.focus) != 0;
+        return neighbour(exit_popup, state.focus, along(state, key));
+    const bool in_header = has(header, state.focus);
     if (in_header && down(key) == 0)
-        return neighbour(header(), state.focus, along(state, key));
-    std::vector<Spot> column = content(state);
+        return neighbour(header, state.focus, along(state, key));
+    Row column = content.at(state.page);
     std::erase_if(column, [&state](const Spot& spot) { return is_barred(state, spot); });
     column.insert(column.begin(), in_header ? state.focus : is_tx(state) ? "TX Test" : "RX Test");
     return neighbour(column, state.focus, down(key));
@@ -48,30 +48,27 @@ void press_arrow(State& state, const Transition& by) {
 
 // The radio.
 
-/** What the radio does after a method; nothing when it refuses. */
-std::optional<Radio> obeyed(Radio radio, const std::string& method, int argument) {
-    const bool runs = radio != Radio::unreachable && radio != Radio::off;
-    if (method == "ember_start" && radio == Radio::off)
-        return argument == 0 ? Radio::transmitting : Radio::receiving;
-    if (method == "ember_stop" && runs)
-        return Radio::off;
-    if (method == "ember_start_stream" && radio == Radio::transmitting)
-        return Radio::streaming;
-    if (method == "ember_stop_stream" && radio == Radio::streaming)
-        return Radio::transmitting;
-    const bool may_set = method.starts_with("ember_set_") && runs && radio != Radio::streaming;
-    const bool may_count = method.ends_with("_rx_statistics") && radio == Radio::receiving;
-    return may_set || may_count ? std::optional(radio) : std::nullopt;
-}
+/** What a command makes of the radio's state; it refuses in others. */
+const std::map<std::string, std::map<Radio, Radio>> rules{
+    {"ember_start(0)", {{Radio::off, Radio::transmitting}}},
+    {"ember_start(1)", {{Radio::off, Radio::receiving}}},
+    {"ember_stop()",
+     {{Radio::transmitting, Radio::off}, {Radio::streaming, Radio::off}, {Radio::receiving, Radio::off}}},
+    {"ember_start_stream()", {{Radio::transmitting, Radio::streaming}}},
+    {"ember_stop_stream()", {{Radio::streaming, Radio::transmitting}}},
+    {"ember_set_", {{Radio::transmitting, Radio::transmitting}, {Radio::receiving, Radio::receiving}}},
+    {"ember_get_rx_statistics()", {{Radio::receiving, Radio::receiving}}},
+    {"ember_reset_rx_statistics()", {{Radio::receiving, Radio::receiving}}}};
 
 /** Sends the radio a command. @return whether the application hears of its success. */
-bool ask(Outcome& outcome, const Transition& by, const std::string& method,
-         std::optional<int> argument = std::nullopt) {
-    outcome.calls.push_back(method + "(" + (argument ? std::to_string(*argument) : "") + ")");
-    const auto after = obeyed(outcome.state.radio, method, argument.value_or(0));
-    if (by.answer != Answer::refused)
-        outcome.state.radio = after.value_or(outcome.state.radio);
-    return after && by.answer == Answer::normal;
+bool ask(Outcome& outcome, const Transition& by, const std::string& call) {
+    outcome.calls.push_back(call);
+    const auto& after = rules.at(call.starts_with("ember_set_") ? "ember_set_" : call);
+    const auto next = after.find(outcome.state.radio);
+    if (next == after.end() || by.answer == Answer::refused)
+        return false;
+    outcome.state.radio = next->second;
+    return by.answer == Answer::normal;
 }
 
 // Pages and popups.
@@ -92,7 +89,7 @@ void be_ready(Outcome& outcome, const Transition& by) {
     if (state.page == Page::first)
         return;
     const bool tx = is_tx(state);
-    ask(outcome, by, "ember_start", tx ? 0 : 1);
+    ask(outcome, by, tx ? "ember_start(0)" : "ember_start(1)");
     show_start_page(state, tx);
     state.page = tx ? Page::tx_test : Page::rx_test;
     put_focus(state, tx ? "power" : "channel");
@@ -152,19 +149,19 @@ void press_button(Outcome& outcome, const Transition& by, const Spot& spot) {
     } else if (spot == "Cancel") {
         close_popup(state);
     } else if (spot == "stream") {
-        if (ask(outcome, by, state.stream_button_stops ? "ember_stop_stream" : "ember_start_stream"))
+        if (ask(outcome, by, state.stream_button_stops ? "ember_stop_stream()" : "ember_start_stream()"))
             state.stream_button_stops = !state.stream_button_stops;
     } else if (spot == "stop") {
-        if (ask(outcome, by, "ember_stop"))
+        if (ask(outcome, by, "ember_stop()"))
             show_start_page(state, is_tx(state));
     } else if (spot == "count") {
-        if (ask(outcome, by, "ember_get_rx_statistics"))
+        if (ask(outcome, by, "ember_get_rx_statistics()"))
             state.packets = by.packets;
     } else if (spot == "reset") {
-        state.packets = ask(outcome, by, "ember_reset_rx_statistics") ? "0" : "Reset Failed";
+        state.packets = ask(outcome, by, "ember_reset_rx_statistics()") ? "0" : "Reset Failed";
     } else if (spot == "number") {
         Number& number = number_of(state, state.popup);
-        if (ask(outcome, by, "ember_set_" + state.popup, *number.shown)) {
+        if (ask(outcome, by, "ember_set_" + state.popup + "(" + std::to_string(*number.shown) + ")")) {
             number.set = number.shown;
             close_popup(state);
         }
@@ -190,8 +187,7 @@ void press_key(Outcome& outcome, const Transition& by) {
 }
 
 bool can_be_used(const State& state, const Spot& spot) {
-    const bool in_popup = spot == "Yes" || spot == "Cancel";
-    return in_popup ? state.popup == "Exit" : state.popup.empty() && !is_barred(state, spot);
+    return has(exit_popup, spot) ? state.popup == "Exit" : state.popup.empty() && !is_barred(state, spot);
 }
 
 } // namespace

@@ -35,22 +35,22 @@ std::string rendering(const State& state) {
         return has_focus ? "[" + text + "]" : text;
     };
     std::vector<std::string> items;
-    const auto add_row = [&](const std::vector<Spot>& row) {
+    const auto add_row = [&](const Row& row) {
         std::ranges::transform(row, std::back_inserter(items), button);
         if (state.mirrored)
             std::reverse(items.end() - std::ssize(row), items.end());
     };
     if (state.popup == "Exit") {
         items = {"Exit App", "Do you want to exit ?"};
-        add_row({"Yes", "Cancel"});
+        add_row(exit_popup);
     } else if (in_picker(state)) {
         items = {state.popup == "power" ? "Zigbee TX Power" : "Zigbee TX Channel", button("number")};
     } else {
         items = {"Velmora"}; // as wide as the screen in both directions
-        add_row(header());
+        add_row(header);
         if (state.page == Page::rx_test)
             items.push_back("Received Packets: " + state.packets);
-        for (const Spot& spot : content(state)) {
+        for (const Spot& spot : content.at(state.page)) {
             if (spot == "power" || spot == "channel")
                 items.emplace_back(spot == "power" ? "Power:" : "Channel:");
             items.push_back(button(spot));

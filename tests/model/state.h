@@ -1,7 +1,9 @@
 /** What the operator of the application sees, as far as the model knows it, and what the radio does. */
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <tuple>
@@ -51,23 +53,29 @@ struct State {
 /** Stands for how many packets there are, when there are some. */
 inline const std::string some_packets = "N";
 
-bool is_tx(const State& state);
-bool in_picker(const State& state);
+inline bool is_tx(const State& state) { return state.page == Page::tx_start || state.page == Page::tx_test; }
+inline bool in_picker(const State& state) { return state.popup == "power" || state.popup == "channel"; }
 
 /** The number that a button of the page's test sets. */
 auto& number_of(auto& state, const Spot& button) {
     return !is_tx(state) ? state.rx_channel : button == "power" ? state.power : state.tx_channel;
 }
 
-/** The buttons of the page, in reading order. */
-std::vector<Spot> header();
-std::vector<Spot> content(const State& state);
-
-/** Whether a button is there, seen, covered by a popup or in a closed one. */
-bool has_button(const State& state, const Spot& button);
+/** The buttons, in reading order. */
+using Row = std::vector<Spot>;
+inline const Row header{"TX Test", "RX Test", "Exit"};
+inline const std::map<Page, Row> content{{Page::first, {}},
+                                         {Page::tx_start, {"start"}},
+                                         {Page::tx_test, {"power", "channel", "stream", "stop"}},
+                                         {Page::rx_start, {"start"}},
+                                         {Page::rx_test, {"count", "reset", "channel", "stop"}}};
+inline const Row exit_popup{"Yes", "Cancel"};
+inline bool has(const Row& row, const Spot& spot) { return std::ranges::find(row, spot) != row.end(); }
 
 /** Whether a button can neither take the focus nor be used. */
-bool is_barred(const State& state, const Spot& spot);
+inline bool is_barred(const State& state, const Spot& spot) {
+    return state.stream_button_stops && state.page == Page::tx_test && (spot == "power" || spot == "channel");
+}
 
 /** What tells states apart; a mask has the bit of each that matters. */
 enum Field : std::uint16_t {

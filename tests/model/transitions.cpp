@@ -17,8 +17,7 @@ bool ok_starts(const State& state) { return in_front(state) && state.focus == "s
 bool ok_starts_nothing(const State& state) { return in_front(state) && state.focus != "start"; }
 /** Whether OK there sends the radio a command. */
 bool ok_commands(const State& state) {
-    const auto spots = {"stream", "stop", "count", "reset", "number"};
-    return in_front(state) && std::ranges::find(spots, state.focus) != spots.end();
+    return in_front(state) && has({"stream", "stop", "count", "reset", "number"}, state.focus);
 }
 
 /** Of the numbers between the limits only those beside a limit are stopped at. */
@@ -75,12 +74,16 @@ std::vector<Transition> all_transitions() {
             {key + " many times", Act::press, key, page | popup | mirrored, 100, picks, to_a_limit});
     }
     for (const std::string button : {"TX Test", "RX Test", "Exit", "start", "power", "channel", "stream",
-                                     "stop", "count", "reset", "Yes", "Cancel"})
-        all.push_back(
-            {"screen reader: " + button, Act::activate, button,
-             button == "Yes" ? page | popup | stream : page_parts | radio | behind, // it ends the application
-             button == "start" ? 300 : 20,
-             [button](const State& state) { return has_button(state, button); }});
+                                     "stop", "count", "reset", "Yes", "Cancel"}) {
+        const auto is_there = [button](const State& state) { // seen, covered by a popup or in a closed one
+            return has(header, button) || has(content.at(state.page), button) ||
+                   (state.exit_popup_made && has(exit_popup, button));
+        };
+        const unsigned mask =
+            button == "Yes" ? page | popup | stream : page_parts | radio | behind; // it ends all
+        all.push_back({"screen reader: " + button, Act::activate, button, mask, button == "start" ? 300 : 20,
+                       is_there});
+    }
     return all;
 }
 
