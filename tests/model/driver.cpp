@@ -82,10 +82,10 @@ void Driver::start_application() {
 void Driver::expect_end() {
     const auto status = application_->wait_for_end(busy_machine_limit);
     if (status != 0)
-        throw Difference(status ? "the application ends with status " + std::to_string(*status)
-                                : "the application does not end");
+        throw Difference(status ? "  the application ends with status " + std::to_string(*status)
+                                : "  the application does not end");
     if (simulator::radio_state(this_television()).mode != "off")
-        throw Difference("the application ends, and the radio is not off");
+        throw Difference("  the application ends, and the radio is not off");
 }
 
 void Driver::take(const Transition& by) {
@@ -138,8 +138,10 @@ void Driver::act(const Transition& by) {
         return;
     case Act::hold:
         return simulator::press_key(display_, by.key, by.times > 1 ? hold_time_to_a_limit : hold_time);
-    case Act::activate:
-        return activate(name_of(state_, by.key));
+    case Act::activate: // whether it must be refused is seen on the screen
+        if (const auto widget = seen_.find(name_of(state_, by.key)); widget != seen_.end())
+            (void)succeeds([&] { reader_.activate(widget->second); });
+        return;
     case Act::event:
         return simulator::send_event(this_television(), by.key);
     case Act::language:
@@ -147,10 +149,14 @@ void Driver::act(const Transition& by) {
     case Act::launch:
         if (simulator::Process({program_}, simulator::written_to("/tmp/second.log"))
                 .wait_for_end(patience_) != 0)
-            throw Difference("a second launch does not end with status 0");
+            throw Difference("  a second launch does not end with status 0");
         return;
-    case Act::interrupt:
-        return interrupt();
+    case Act::interrupt: {
+        const simulator::OtherWindow other;
+        if (!wait_until([this] { return !reader_.read("velmora").in_front(); }, patience_))
+            throw Difference("  the application keeps the keyboard");
+        return;
+    }
     case Act::replace:
         return replace_host();
     case Act::terminate:
@@ -162,22 +168,10 @@ void Driver::act(const Transition& by) {
     }
 }
 
-/** Whether it was refused rightly is seen by what comes of it. */
-void Driver::activate(const std::string& name) {
-    if (const auto widget = seen_.find(name); widget != seen_.end())
-        (void)succeeds([&] { reader_.activate(widget->second); });
-}
-
-void Driver::interrupt() {
-    const simulator::OtherWindow other;
-    if (!wait_until([this] { return !reader_.read("velmora").in_front(); }, patience_))
-        throw Difference("the application keeps the keyboard");
-}
-
 void Driver::replace_host() {
     (void)succeeds([] { call_television("Kill", "ncp_host"); }); // it may have ended already
     calls_seen_ = 0;
-    // The television hears of its end a little later.
+    // The simulator notices a little later that it has ended.
     if (!wait_until([] { return succeeds([] { call_television("Start", "ncp_host"); }); }, patience_))
         throw Difference("  the radio's service does not start again");
 }

@@ -1,4 +1,4 @@
-/** Does on the simulated television what the model's transitions say, and compares what comes of it. */
+/** Takes the transitions of the model on the simulated television, and compares the results. */
 #pragma once
 
 #include "model.h"
@@ -49,8 +49,6 @@ private:
     void expect_end();
     void inject(const Transition& by, const std::vector<std::string>& calls);
     void act(const Transition& by);
-    void activate(const std::string& name);
-    void interrupt();
     void replace_host();
     [[nodiscard]] std::string look();
     [[nodiscard]] std::vector<std::string> new_calls() const;

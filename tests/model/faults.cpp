@@ -57,7 +57,7 @@ Transition named(const std::string& name) {
     return *std::ranges::find(transitions(), name, &Transition::name);
 }
 
-/** Whether a step asks the radio for this, and what comes of it depends on the radio. */
+/** Whether a step sends the radio this command, and its result depends on the answer. */
 bool asks(const State& state, Transition by, const std::string& method) {
     if (!by.can_happen(state))
         return false;

@@ -24,10 +24,10 @@ enum class Act : std::uint8_t {
     destroy    /**< the window, by another client */
 };
 
-/** What becomes of the one command of a step. */
+/** How the radio answers the one command of a step. */
 enum class Answer : std::uint8_t {
-    normal,  /**< the radio says */
-    refused, /**< the radio does not hear of it */
+    normal,  /**< as its state says */
+    refused, /**< the radio does not get it */
     lost     /**< the radio obeys, and its answer is lost */
 };
 

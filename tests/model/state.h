@@ -50,7 +50,7 @@ struct State {
     bool operator==(const State&) const = default;
 };
 
-/** Stands for how many packets there are, when there are some. */
+/** Replaces the number of packets, when there are some. */
 inline const std::string some_packets = "N";
 
 inline bool is_tx(const State& state) { return state.page == Page::tx_start || state.page == Page::tx_test; }
