@@ -79,15 +79,6 @@ void Driver::start_application() {
     application_.emplace(std::vector{program_}, simulator::written_to(simulator::ApplicationLog().path()));
 }
 
-void Driver::expect_end() {
-    const auto status = application_->wait_for_end(busy_machine_limit);
-    if (status != 0)
-        throw Difference(status ? "  the application ends with status " + std::to_string(*status)
-                                : "  the application does not end");
-    if (simulator::radio_state(this_television()).mode != "off")
-        throw Difference("  the application ends, and the radio is not off");
-}
-
 void Driver::take(const Transition& by) {
     taken_.push_back(by);
     const Outcome outcome = follow(state_, by);
@@ -100,7 +91,11 @@ void Driver::take(const Transition& by) {
             simulator::press_key(display_, key);
     }
     if (outcome.ends) {
-        expect_end();
+        if (application_->wait_for_end(busy_machine_limit) != 0)
+            throw Difference("  the application does not end, or not with status 0: " +
+                             application_->state());
+        if (simulator::radio_state(this_television()).mode != "off")
+            throw Difference("  the application ends, and the radio is not off");
         start_application();
     }
     state_ = outcome.state;

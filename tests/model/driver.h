@@ -46,7 +46,6 @@ public:
 
 private:
     void start_application();
-    void expect_end();
     void inject(const Transition& by, const std::vector<std::string>& calls);
     void act(const Transition& by);
     void replace_host();

@@ -122,30 +122,36 @@ void report(Driver& driver, const std::string& difference, bool shrinks) {
     std::cout << "Logs and the last picture are in build/logs.\n";
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
-    const std::vector<std::string> words(argv + 1, argv + argc);
-    const std::string what = words.empty() ? "" : words[0];
-    const auto number = [&words](std::size_t index) {
-        return index < words.size() ? std::stoi(words[index]) : 0;
-    };
-    if (what != "tour" && what != "faults" && what != "random") {
-        std::cout << usage;
-        return what == "--help" ? 0 : 2;
-    }
+/** Whether the application does as the model says. */
+bool agrees(const std::string& what, int first_number, int second_number) {
     Driver driver(VELMORA_PROGRAM);
     try {
         driver.begin();
         if (what == "tour")
-            tour(driver, number(1));
+            tour(driver, first_number);
         else if (what == "faults")
-            take_faults(driver, number(1));
+            take_faults(driver, first_number);
         else
-            take_random_steps(driver, number(1), number(2));
-        return 0;
+            take_random_steps(driver, first_number, second_number);
+        return true;
     } catch (const Difference& difference) {
         report(driver, difference.what(), what != "faults");
-        return 1;
+        return false;
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const std::string what = argc > 1 ? argv[1] : "";
+    if (what != "tour" && what != "faults" && what != "random") {
+        std::cout << usage;
+        return what == "--help" ? 0 : 2;
+    }
+    try {
+        return agrees(what, argc > 2 ? std::stoi(argv[2]) : 0, argc > 3 ? std::stoi(argv[3]) : 0) ? 0 : 1;
+    } catch (const std::exception& error) {
+        std::cerr << "model_tests: " << error.what() << '\n';
+        return 2;
     }
 }
