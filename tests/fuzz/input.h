@@ -1,4 +1,4 @@
-/** What the fuzzer gives a target: bytes, from the first to the last it pleases. */
+/** The bytes that the fuzzer gives a target. */
 #pragma once
 
 #include <cstddef>

@@ -1,34 +1,35 @@
 #include "secure_record.h"
 
 #include <algorithm>
-#include <array>
 #include <cctype>
 #include <fstream>
 #include <sodium.h>
+#include <type_traits>
 
 namespace platform::secure {
 namespace {
 
-constexpr std::size_t nonce_size = crypto_secretbox_NONCEBYTES;
-constexpr std::size_t overhead = nonce_size + crypto_secretbox_MACBYTES;
+constexpr std::size_t nonce_size = crypto_aead_xchacha20poly1305_ietf_NPUBBYTES;
+constexpr std::size_t overhead = nonce_size + crypto_aead_xchacha20poly1305_ietf_ABYTES;
 
 const unsigned char* bytes_of(std::string_view text) {
     return reinterpret_cast<const unsigned char*>(text.data());
 }
 unsigned char* bytes_of(std::string& text) { return reinterpret_cast<unsigned char*>(text.data()); }
 
-/** A secret of the credential, another one for each purpose. */
-std::string derive(const SecureStorageCredential& credential, const std::string& purpose) {
-    std::string secret(crypto_secretbox_KEYBYTES, '\0');
-    crypto_generichash(bytes_of(secret), secret.size(), bytes_of(purpose), purpose.size(),
-                       reinterpret_cast<const unsigned char*>(credential.words.data()),
-                       sizeof credential.words);
-    return secret;
+std::string for_purpose(std::string purpose, const SecureStorageCredential& credential) {
+    static_assert(std::has_unique_object_representations_v<SecureStorageCredential>);
+    return purpose.append(reinterpret_cast<const char*>(&credential), sizeof credential);
 }
 
-std::string key_of(const SecureStorageCredential& credential, std::string_view machine,
-                   std::string_view name) {
-    return derive(credential, std::string(machine).append(name));
+std::string key_of(const SecureStorageCredential& credential, std::string_view machine) {
+    return hash_of(for_purpose("secure storage record key 1", credential).append(machine),
+                   crypto_aead_xchacha20poly1305_ietf_KEYBYTES);
+}
+
+/** The data that a sealed record authenticates besides its own. */
+std::string place_of(std::string_view name, const SecureStorageCredential& credential) {
+    return owner_of(credential).append(name);
 }
 
 } // namespace
@@ -46,15 +47,26 @@ std::optional<std::string> machine_identity() {
     return std::nullopt;
 }
 
-std::string owner_of(const SecureStorageCredential& credential) { return derive(credential, "owner"); }
+std::string hash_of(std::string_view bytes, std::size_t size) {
+    std::string hash(size, '\0');
+    crypto_generichash(bytes_of(hash), size, bytes_of(bytes), bytes.size(), nullptr, 0);
+    return hash;
+}
+
+std::string owner_of(const SecureStorageCredential& credential) {
+    constexpr std::size_t size = 16;
+    return hash_of(for_purpose("secure storage record owner 1", credential), size);
+}
 
 std::string seal(std::string_view name, std::string_view data, const SecureStorageCredential& credential,
                  std::string_view machine) {
     std::string sealed(data.size() + overhead, '\0');
     auto* const nonce = bytes_of(sealed);
+    const std::string place = place_of(name, credential);
     randombytes_buf(nonce, nonce_size);
-    crypto_secretbox_easy(nonce + nonce_size, bytes_of(data), data.size(), nonce,
-                          bytes_of(key_of(credential, machine, name)));
+    crypto_aead_xchacha20poly1305_ietf_encrypt(nonce + nonce_size, nullptr, bytes_of(data), data.size(),
+                                               bytes_of(place), place.size(), nullptr, nonce,
+                                               bytes_of(key_of(credential, machine)));
     return sealed;
 }
 
@@ -64,9 +76,10 @@ std::optional<std::string> open(std::string_view name, std::string_view sealed,
         return std::nullopt;
     std::string data(sealed.size() - overhead, '\0');
     const auto* const nonce = bytes_of(sealed);
-    const int result =
-        crypto_secretbox_open_easy(bytes_of(data), nonce + nonce_size, sealed.size() - nonce_size, nonce,
-                                   bytes_of(key_of(credential, machine, name)));
+    const std::string place = place_of(name, credential);
+    const int result = crypto_aead_xchacha20poly1305_ietf_decrypt(
+        bytes_of(data), nullptr, nullptr, nonce + nonce_size, sealed.size() - nonce_size, bytes_of(place),
+        place.size(), nonce, bytes_of(key_of(credential, machine)));
     return result == 0 ? std::optional(std::move(data)) : std::nullopt;
 }
 

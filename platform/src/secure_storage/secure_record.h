@@ -15,10 +15,13 @@ namespace platform::secure {
  */
 std::optional<std::string> machine_identity();
 
+/** Returns the BLAKE2b hash of the bytes, in this many bytes. */
+std::string hash_of(std::string_view bytes, std::size_t size);
+
 /** Returns the fingerprint of a credential, the same on every machine. */
 std::string owner_of(const SecureStorageCredential& credential);
 
-/** Encrypts `data` (XSalsa20-Poly1305) under a key of its credential, machine and name: a nonce, then the bytes. */
+/** Encrypts `data` (XChaCha20-Poly1305) for a credential on a machine, and authenticates its name: a nonce, then the bytes. */
 std::string seal(std::string_view name, std::string_view data, const SecureStorageCredential& credential,
                  std::string_view machine);
 

@@ -2,6 +2,7 @@
 
 #include "common/descriptor.h"
 #include "common/regular_file.h"
+#include "secure_record.h"
 
 #include <array>
 #include <cerrno>
@@ -16,6 +17,8 @@ namespace {
 
 constexpr const char* store_name = "aaba977f";
 constexpr const char* new_name = "aaba977f.new";
+constexpr std::string_view mark = "PSSTORE2";
+constexpr std::size_t hash_size = 32;
 
 struct Folder {
     const char* name;
@@ -38,12 +41,6 @@ std::string member(GVariant* record, gsize index) {
     gsize size = 0;
     const auto* const bytes = static_cast<const char*>(g_variant_get_fixed_array(array, &size, 1));
     return {bytes, size};
-}
-
-std::string checksum(std::string_view bytes) {
-    g_autofree char* sum = g_compute_checksum_for_data(
-        G_CHECKSUM_SHA256, reinterpret_cast<const guchar*>(bytes.data()), bytes.size());
-    return sum;
 }
 
 /** Leaves a folder that is there as it is; a new one gets its mode whatever the process's file mode mask, and is on
@@ -120,18 +117,20 @@ std::string encode(const Records& records) {
         g_variant_builder_add(&builder, "(@ay@ay@ay)", byte_array(key.first), byte_array(key.second),
                               byte_array(sealed));
     g_autoptr(GVariant) encoded = g_variant_ref_sink(g_variant_builder_end(&builder));
-    const std::string_view bytes(static_cast<const char*>(g_variant_get_data(encoded)),
-                                 g_variant_get_size(encoded));
-    return checksum(bytes).append(bytes);
+    std::string bytes(mark);
+    bytes.append(static_cast<const char*>(g_variant_get_data(encoded)), g_variant_get_size(encoded));
+    return bytes.append(hash_of(bytes, hash_size));
 }
 
 std::optional<Records> decode(std::string_view file) {
-    const std::size_t checksum_size = checksum({}).size();
-    if (file.size() < checksum_size || file.substr(0, checksum_size) != checksum(file.substr(checksum_size)))
+    if (file.size() < mark.size() + hash_size || !file.starts_with(mark))
         return std::nullopt;
-    file.remove_prefix(checksum_size);
+    const std::string_view hashed = file.substr(0, file.size() - hash_size);
+    if (file.substr(hashed.size()) != hash_of(hashed, hash_size))
+        return std::nullopt;
+    const std::string_view data = hashed.substr(mark.size());
     g_autoptr(GVariant) encoded = g_variant_ref_sink(
-        g_variant_new_from_data(records_type(), file.data(), file.size(), FALSE, nullptr, nullptr));
+        g_variant_new_from_data(records_type(), data.data(), data.size(), FALSE, nullptr, nullptr));
     Records records;
     for (gsize i = 0; i < g_variant_n_children(encoded); ++i) {
         g_autoptr(GVariant) record = g_variant_get_child_value(encoded, i);
@@ -156,10 +155,7 @@ SecureStorageResult put_record(const Records::value_type& record) {
     if (store.result == storage_failed)
         return storage_failed;
     store.records.insert_or_assign(record.first, record.second);
-    if (replace_store(folder, encode(store.records)))
-        return ok;
-    (void)unlinkat(folder.get(), new_name, 0);
-    return storage_failed;
+    return replace_store(folder, encode(store.records)) ? ok : storage_failed;
 }
 
 } // namespace platform::secure

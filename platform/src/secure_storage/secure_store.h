@@ -14,7 +14,7 @@ namespace platform::secure {
 /** The sealed records, each by its name and the fingerprint of its credential. */
 using Records = std::map<std::pair<std::string, std::string>, std::string>;
 
-/** Returns the bytes of a store file: a checksum that finds any damage, then the records. */
+/** Returns the bytes of a store file: the records, then a checksum that finds any damage. */
 std::string encode(const Records& records);
 
 /** Returns the records of a store file's bytes; nothing when they are cut, altered or no store at all. */

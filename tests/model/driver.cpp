@@ -1,0 +1,221 @@
+#include "driver.h"
+
+#include "base/strings.h"
+#include "base/wait_until.h"
+#include "support/television.h"
+
+#include <X11/XKBlib.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <regex>
+
+namespace model {
+namespace {
+
+using namespace std::chrono_literals;
+using simulator::this_television;
+using simulator::wait_until;
+using Calls = std::vector<std::string>;
+
+constexpr auto busy_machine_limit = 30s;
+constexpr auto repeat_after = 250ms;
+constexpr auto repeat_interval = 30ms;
+constexpr auto hold_time = 400ms;
+constexpr auto hold_time_to_a_limit = 1100ms;
+constexpr auto late_key_after = 80ms;
+
+void call_television(const char* method, const char* argument) {
+    this_television().call(simulator::television, method, g_variant_new("(s)", argument));
+}
+
+bool succeeds(const std::function<void()>& action) {
+    try {
+        action();
+        return true;
+    } catch (const std::runtime_error&) {
+        return false;
+    }
+}
+
+void set_language(bool mirrored) { call_television("SetLanguage", mirrored ? "ar_AE.utf8" : "en_GB.utf8"); }
+
+/** A widget's text and what it can do. */
+std::string describe(const simulator::Widget& widget) {
+    static const std::regex count("^(Received Packets: )[1-9].*"); // depends on the simulated traffic
+    std::string text = std::regex_replace(widget.name, count, "$1" + some_packets) +
+                       (widget.focusable ? "*" : "") + (widget.chosen ? " chosen" : "");
+    if (widget.role == "push button" && widget.enabled != widget.focusable)
+        text += widget.enabled ? " enabled" : " disabled";
+    if (widget.value && widget.name != std::to_string(static_cast<int>(widget.value->current)))
+        text += "=" + std::to_string(widget.value->current);
+    return widget.focused ? "[" + text + "]" : text;
+}
+
+} // namespace
+
+Driver::Driver(std::string program)
+    : program_(std::move(program)), display_(simulator::open_display()), reader_(1s),
+      patience_(busy_machine_limit) {
+    XkbSetAutoRepeatRate(display_.get(), XkbUseCoreKbd, repeat_after.count(), repeat_interval.count());
+}
+
+void Driver::begin() {
+    std::exchange(repair_, [] {})();
+    if (application_ && application_->number() != 0) {
+        application_->terminate(); // or the radio's programs stay
+        (void)application_->wait_for_end(busy_machine_limit);
+    }
+    set_language(false);
+    state_ = State{};
+    taken_.clear();
+    calls_seen_ = simulator::asked_of_host(this_television()).size();
+    start_application();
+    expect({});
+}
+
+void Driver::start_application() {
+    seen_.clear();
+    application_.emplace(std::vector{program_}, simulator::written_to(simulator::ApplicationLog().path()));
+}
+
+void Driver::take(const Transition& by) {
+    taken_.push_back(by);
+    const Outcome outcome = follow(state_, by);
+    log_ = {};
+    inject(by, outcome.calls);
+    act(by);
+    if (by.behaviour.starts_with("late")) {
+        std::this_thread::sleep_for(late_key_after);
+        for (const char* const key : {"OK", "Up"}) // meant for a frozen screen
+            simulator::press_key(display_, key);
+    }
+    if (outcome.ends) {
+        if (application_->wait_for_end(busy_machine_limit) != 0)
+            throw Difference("  the application does not end, or not with status 0: " +
+                             application_->state());
+        if (simulator::radio_state(this_television()).mode != "off")
+            throw Difference("  the application ends, and the radio is not off");
+        start_application();
+    }
+    state_ = outcome.state;
+    const bool host_ends = by.behaviour == "dies" || by.behaviour == "is away";
+    expect(host_ends ? Calls{} : outcome.calls, outcome.log);
+    std::exchange(repair_, [] {})();
+}
+
+void Driver::inject(const Transition& by, const Calls& calls) {
+    namespace fs = std::filesystem;
+    if (!by.missing.empty()) {
+        const fs::path program = "/opt/usr/apps/com.kelsor.tv.brimhub/bin/" + by.missing;
+        const fs::path away = program.string() + ".away";
+        fs::rename(program, away);
+        repair_ = [this, program, away] {
+            // The shell looks for it in the background, on a busy machine later than the screen says so.
+            (void)wait_until([this] { return log_.count("not found") != 0; }, 2s);
+            fs::rename(away, program);
+        };
+    } else if (by.behaviour == "is away") {
+        call_television("Kill", "ncp_host");
+    } else if (by.behaviour != "normal") {
+        const std::string method = calls.front().substr(0, calls.front().find('('));
+        simulator::let_host_answer(this_television(), method, by.behaviour);
+        if (by.behaviour != "dies")
+            repair_ = [method] { simulator::let_host_answer(this_television(), method, "normal"); };
+    }
+}
+
+void Driver::act(const Transition& by) {
+    switch (by.act) {
+    case Act::press:
+        for (int time = 0; time < by.times; ++time)
+            simulator::press_key(display_, by.key);
+        return;
+    case Act::hold:
+        return simulator::press_key(display_, by.key, by.times > 1 ? hold_time_to_a_limit : hold_time);
+    case Act::activate: // whether it must be refused is seen on the screen
+        if (const auto widget = seen_.find(name_of(state_, by.key)); widget != seen_.end())
+            (void)succeeds([&] { reader_.activate(widget->second); });
+        return;
+    case Act::event:
+        return simulator::send_event(this_television(), by.key);
+    case Act::language:
+        return set_language(!state_.mirrored);
+    case Act::launch:
+        if (simulator::Process({program_}, simulator::written_to("/tmp/second.log"))
+                .wait_for_end(patience_) != 0)
+            throw Difference("  a second launch does not end with status 0");
+        return;
+    case Act::interrupt: {
+        const simulator::OtherWindow other;
+        if (!wait_until([this] { return !reader_.read("velmora").in_front(); }, patience_))
+            throw Difference("  the application keeps the keyboard");
+        return;
+    }
+    case Act::replace:
+        return replace_host();
+    case Act::terminate:
+        return application_->terminate();
+    case Act::close:
+        return simulator::close_front_window(display_);
+    case Act::destroy:
+        return simulator::destroy_front_window(display_);
+    }
+}
+
+void Driver::replace_host() {
+    (void)succeeds([] { call_television("Kill", "ncp_host"); }); // it may have ended already
+    calls_seen_ = 0;
+    // The simulator notices a little later that it has ended.
+    if (!wait_until([] { return succeeds([] { call_television("Start", "ncp_host"); }); }, patience_))
+        throw Difference("  the radio's service does not start again");
+}
+
+std::string Driver::look() {
+    const simulator::Screen screen = reader_.read("velmora");
+    if (screen.widgets().empty())
+        return screen.description();
+    for (const simulator::Widget& widget : screen.covered())
+        seen_.insert_or_assign(widget.name, widget);
+    std::string line = screen.in_front() && !other_.has_keys() ? "in front:" : "behind:";
+    for (const simulator::Widget& widget : screen.widgets()) {
+        line.append(" | ").append(describe(widget));
+        if (widget.role == "push button")
+            seen_.insert_or_assign(widget.name, widget);
+    }
+    return line + (seen_["Exit"].x < seen_["TX Test"].x ? " | from the right" : ""); // covered or not
+}
+
+/** None while the service does not run. */
+Calls Driver::new_calls() const {
+    Calls calls;
+    (void)succeeds([&] { calls = simulator::asked_of_host(this_television()); });
+    calls.erase(calls.begin(),
+                calls.begin() + std::min(std::ssize(calls), static_cast<std::ptrdiff_t>(calls_seen_)));
+    return calls;
+}
+
+void Driver::expect(const Calls& calls, const Log& texts) {
+    constexpr std::size_t longest_line = 1000;
+    const std::string wanted = rendering(state_);
+    std::string seen;
+    const auto is_logged = [this](const auto& text) { return log_.count(text.first) == text.second; };
+    // The second look comes after the calls: a page that looks like the last one may be on its way.
+    const auto is_as_wanted = [&] {
+        return (seen = look()) == wanted && new_calls() == calls && std::ranges::all_of(texts, is_logged) &&
+               look() == wanted;
+    };
+    if (!wait_until(is_as_wanted, patience_)) {
+        std::string difference = "  expected " + wanted.substr(0, longest_line) + "\n  seen     " +
+                                 seen.substr(0, longest_line) + "\n  expected calls " +
+                                 simulator::joined(calls, ", ") + "\n  seen           " +
+                                 simulator::joined(new_calls(), ", ");
+        for (const auto& [text, times] : texts)
+            difference += "\n  on the log " + std::to_string(log_.count(text)) + " times, expected " +
+                          std::to_string(times) + ": " + text.substr(0, longest_line);
+        throw Difference(difference);
+    }
+    calls_seen_ += calls.size();
+}
+
+} // namespace model

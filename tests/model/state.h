@@ -1,0 +1,120 @@
+/** What the operator of the application sees, as far as the model knows it, and what the radio does. */
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <tuple>
+#include <vector>
+
+namespace model {
+
+enum class Page : std::uint8_t { first, tx_start, tx_test, rx_start, rx_test };
+enum class Radio : std::uint8_t { unreachable, off, transmitting, streaming, receiving };
+
+/** What can take the focus: a widget's text or, where that changes, what it is for; "" is nothing. */
+using Spot = std::string;
+
+/** What a start of the test did to the number that a picker was left at, until that picker is opened. */
+enum class Past : std::uint8_t { none, forgotten, kept };
+
+/** A picker and the button that opens it. */
+struct Number {
+    int lowest = 0;
+    int highest = 0;
+    std::optional<int> set = {};   /**< what the button shows */
+    std::optional<int> shown = {}; /**< what the picker shows next; nothing: it will be a new one */
+    Past past = Past::none;
+
+    [[nodiscard]] bool is_moved() const { return shown.value_or(lowest) > lowest; }
+    bool operator==(const Number&) const = default;
+};
+
+struct State {
+    Page page = Page::first;
+    std::string start = {}; /**< what the start button shows once it was pressed */
+    Spot popup = {};        /**< the button that opens it */
+    Spot focus = "TX Test";
+    Spot below = {}; /**< where the focus goes when the popup closes */
+    Radio radio = Radio::unreachable;
+    bool stream_button_stops = false;
+    std::string packets = "?"; /**< how many were received, as the page shows it */
+    Number power = {0, 20};
+    Number tx_channel = {11, 26};
+    Number rx_channel = {11, 26};
+    bool mirrored = false;
+    bool behind = false;
+    bool exit_popup_made = false;
+    bool operator==(const State&) const = default;
+};
+
+/** Replaces the number of packets, when there are some. */
+inline const std::string some_packets = "N";
+
+inline bool is_tx(const State& state) { return state.page == Page::tx_start || state.page == Page::tx_test; }
+inline bool in_picker(const State& state) { return state.popup == "power" || state.popup == "channel"; }
+
+/** The number that a button of the page's test sets. */
+auto& number_of(auto& state, const Spot& button) {
+    return !is_tx(state) ? state.rx_channel : button == "power" ? state.power : state.tx_channel;
+}
+
+/** The buttons, in reading order. */
+using Row = std::vector<Spot>;
+inline const Row header{"TX Test", "RX Test", "Exit"};
+inline const std::map<Page, Row> content{{Page::first, {}},
+                                         {Page::tx_start, {"start"}},
+                                         {Page::tx_test, {"power", "channel", "stream", "stop"}},
+                                         {Page::rx_start, {"start"}},
+                                         {Page::rx_test, {"count", "reset", "channel", "stop"}}};
+inline const Row exit_popup{"Yes", "Cancel"};
+inline bool has(const Row& row, const Spot& spot) { return std::ranges::find(row, spot) != row.end(); }
+
+/** Whether a button can neither take the focus nor be used. */
+inline bool is_barred(const State& state, const Spot& spot) {
+    return state.stream_button_stops && state.page == Page::tx_test && (spot == "power" || spot == "channel");
+}
+
+/** What tells states apart; a mask has the bit of each that matters. */
+enum Field : std::uint16_t {
+    page = 0x1,
+    waits = 0x2, // the start button was pressed, whatever came of it: a failed start takes three seconds
+    start = 0x4,
+    popup = 0x8,
+    focus = 0x10,
+    number = 0x20,
+    stream = 0x40,
+    mirrored = 0x80,
+    behind = 0x100,
+    radio = 0x200,
+    texts = 0x400,
+    packets = 0x800,
+    made = 0x1000,
+    memory = 0x2000, // of the picker that the focused button opens
+    memories = 0x4000
+};
+
+/** The fields of a mask; the others are as in no state. */
+inline auto key(const State& state, unsigned mask = ~0U) {
+    const auto kept = [mask](Field field, const auto& value) {
+        return (mask & field) != 0 ? std::optional(value) : std::nullopt;
+    };
+    const auto memory_of = [&state](const Spot& button) {
+        const Number& number = number_of(state, button);
+        return std::pair(number.past, number.is_moved());
+    };
+    return std::tuple(kept(page, state.page), kept(waits, !state.start.empty()), kept(start, state.start),
+                      kept(popup, state.popup), kept(focus, state.focus),
+                      kept(number, in_picker(state) ? number_of(state, state.popup).shown : std::nullopt),
+                      kept(stream, state.stream_button_stops), kept(mirrored, state.mirrored),
+                      kept(behind, state.behind), kept(radio, state.radio),
+                      kept(texts, state.power.set.has_value()),
+                      kept(texts, state.tx_channel.set || state.rx_channel.set), kept(packets, state.packets),
+                      kept(made, state.exit_popup_made), kept(memory, memory_of(state.focus)),
+                      kept(memories, std::pair(memory_of("power"), memory_of("channel"))));
+}
+using Key = decltype(key(State{}));
+
+} // namespace model
