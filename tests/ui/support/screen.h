@@ -1,4 +1,4 @@
-/** A window of this process as a person has it: keys, the mouse, what is seen, how, and what has the focus. */
+/** A window of this process as its user has it: keys, the mouse, what is drawn, and what has the focus. */
 #pragma once
 
 #include <Elementary.h>
@@ -11,78 +11,56 @@
 
 namespace test {
 
-/** Readies Elementary with the framework's main loop and keys, once for the whole process. */
+/** Initialises Elementary with the framework's main loop and keys, once per process. */
 void start_elementary();
-
-/** Turns the main loop until everything that waits for no time has happened and is drawn. */
+/** Runs the main loop until everything that waits for no time has happened and is drawn. */
 void settle();
+/** Runs the main loop until the condition holds; false when it does not within the limit. */
+bool await(const std::function<bool()>& condition,
+           std::chrono::milliseconds limit = std::chrono::seconds(30));
+/** Runs the main loop for a time. */
+void run_for(std::chrono::milliseconds time);
 
-/** Turns the main loop until the condition holds; false when it does not within the limit. */
-bool await(const std::function<bool()>& condition, std::chrono::milliseconds limit = std::chrono::seconds(3));
+/** A widget's area on the screen. */
+Eina_Rectangle geometry(const Evas_Object* widget);
+/** Whether all of an area lies in another. */
+bool is_inside(const Eina_Rectangle& inner, const Eina_Rectangle& outer);
+/** The contrast of the lightest to the darkest pixel in a part of the screen, 1 to 21 (WCAG 2). */
+double contrast(const Eina_Rectangle& area);
 
-/** One window's screen and remote control. */
+struct DrawnText {
+    std::string text;
+    Eina_Rectangle area; /**< of the text itself */
+    Evas_Object* widget; /**< the widget that it belongs to */
+    bool whole;          /**< neither cut nor shortened with an ellipsis */
+};
+
 class Screen {
 public:
     explicit Screen(Evas_Object* window) : window_(window) {}
+    [[nodiscard]] Evas_Object* window() const { return window_; }
 
-    /** Has the main loop's next turn find a key pressed and released, as events of the window's X server. */
+    /** Queues a key press and release, as events of the window's X server, for the main loop's next turn. */
     void type(const char* key) const;
     /** Presses and releases a key and settles, each time. */
     void press(const char* key, int times = 1) const;
     /** Presses and releases the mouse in the middle of an area. */
     void click(const Eina_Rectangle& area) const;
-    /** Turns the mouse's wheel where the mouse is, towards the user when `notches` is positive. */
-    void wheel(int notches) const;
 
-    /**
-     * What is on the screen, in drawing order: texts, buttons' texts, "[number]" for a spinner and "popup
-     * TITLE" before a popup's parts.
-     */
+    /** Calls `visitor` with everything visible and the widget that it belongs to, if any, in drawing order. */
+    void visit(const std::function<void(Evas_Object* drawn, Evas_Object* widget)>& visitor) const;
+    /** The visible texts in drawing order; those of the open popup alone when there is one. */
+    [[nodiscard]] std::vector<DrawnText> texts() const;
     [[nodiscard]] std::vector<std::string> seen() const;
-    /** The widget that is seen as this, the one in front when there are more; null when none is. */
-    [[nodiscard]] Evas_Object* find(const std::string& seen) const;
-    /** What has the focus, as it is seen; "" when nothing has. */
+    /** The last widget with one of these texts; null when there is none. */
+    [[nodiscard]] Evas_Object* find(const std::string& text) const;
+    /** The text of the button that has the focus, "[number]" for a spinner, or "". */
     [[nodiscard]] std::string focused() const;
-
-    [[nodiscard]] Evas_Object* window() const { return window_; }
+    /** The area of the focus ring; an empty one when none is visible. */
+    [[nodiscard]] Eina_Rectangle focus_ring() const;
 
 private:
-    /** The widgets that say something, in drawing order. */
-    [[nodiscard]] std::vector<Evas_Object*> widgets() const;
-
     Evas_Object* window_;
 };
-
-/** Called with something visible, and the widget that it is or belongs to, if there is one. */
-using Visitor = std::function<void(Evas_Object* object, Evas_Object* widget)>;
-/** Visits all that is visible in a window, in drawing order. */
-void visit(Evas_Object* window, const Visitor& visitor);
-
-/** A widget's place on the screen. */
-Eina_Rectangle geometry(const Evas_Object* widget);
-
-struct DrawnText {
-    std::string text;
-    Eina_Rectangle place;  /**< what it takes on the screen */
-    Eina_Rectangle widget; /**< the widget it belongs to */
-    bool whole;            /**< neither cut nor shortened with an ellipsis */
-    bool covered;          /**< an open popup lies over its page */
-    bool control;          /**< of a button that can be used */
-};
-
-/** The texts that can be seen. */
-std::vector<DrawnText> drawn_texts(Evas_Object* window);
-
-/** The place of the focus ring; nothing when none can be seen. */
-std::optional<Eina_Rectangle> focus_ring(Evas_Object* window);
-
-/** By how much the borders of the pictures that can be seen are scaled: more than 1.0 is blurred. */
-std::vector<double> border_scales(Evas_Object* window);
-
-/** The contrast of the lightest to the darkest pixel in a part of the screen, 1 to 21. */
-double contrast(const Eina_Rectangle& area);
-
-/** Whether all of an area lies in another. */
-bool is_inside(const Eina_Rectangle& inner, const Eina_Rectangle& outer);
 
 } // namespace test

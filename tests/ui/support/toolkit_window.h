@@ -35,31 +35,21 @@ protected:
         return window;
     }
 
-    /** A button at the end of the page, 60 x 10 units large. */
+    /** Appends a widget, 60 x 10 units large, to the page. */
+    Evas_Object* append(Evas_Object* widget) const {
+        elm_vell_layout_item_append(page, widget, elm_vell_unit_to_pixel(60), elm_vell_unit_to_pixel(10));
+        return widget;
+    }
     Evas_Object* add_button(const char* text) const {
-        Evas_Object* const button = elm_vell_button_add(page);
+        Evas_Object* const button = append(elm_vell_button_add(page));
         elm_vell_button_text_set(button, text);
-        elm_vell_layout_item_append(page, button, elm_vell_unit_to_pixel(60), elm_vell_unit_to_pixel(10));
         return button;
     }
 
-    LogCapture log; // what EFL and the X library say stays out of the test's output
+    LogCapture log; // keeps what EFL and Xlib log out of the test's output
     const Screen screen{open_window()};
     Evas_Object* root = elm_vell_layout_add(screen.window());
     Evas_Object* page = elm_vell_layout_add(root); // stacks its items
 };
-
-/** A smart or event callback that counts its calls in an int. */
-template <class... Arguments>
-void count(void* calls, Arguments...) {
-    ++*static_cast<int*>(calls);
-}
-
-/** Has the widget take the focus whenever it is shown, as the application's pages do. */
-inline void focus_when_shown(Evas_Object* widget) {
-    evas_object_event_callback_add(
-        widget, EVAS_CALLBACK_SHOW,
-        [](void*, Evas*, Evas_Object* shown, void*) { elm_object_focus_set(shown, EINA_TRUE); }, nullptr);
-}
 
 } // namespace test
