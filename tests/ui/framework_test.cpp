@@ -19,23 +19,25 @@
 namespace {
 
 using namespace std::chrono_literals;
-using Lines = std::vector<std::string>;
 
-/** One run of the framework. A step is the name of an operation below and its argument, or else a shell command. */
+/**
+ * One run of the framework; ", " separates steps and lines. A step is the name of an operation below and its argument, or
+ * else a shell command.
+ */
 struct Life {
     const char* name;
-    Lines steps;        /**< taken in another thread once the application is launched */
-    Lines lines;        /**< written down, with "log: " before those of the framework */
-    Lines create = {};  /**< steps of the create callback */
-    Lines prepare = {}; /**< steps before the framework starts */
-    int status = 0;     /**< of the process, as a shell reports it */
+    std::string steps;        /**< taken in another thread once the application is launched */
+    std::string lines;        /**< written down, with "log: " before those of the framework */
+    std::string create = "";  /**< steps of the create callback */
+    std::string prepare = ""; /**< steps before the framework starts */
+    int status = 0;           /**< of the process, as a shell reports it */
 };
 
 Evas_Object* window = nullptr;
 std::jthread user;
 bool next_question_is_lost = false;
 std::mutex said_mutex;
-Lines said;
+std::vector<std::string> said;
 
 void say(const std::string& line) {
     const std::lock_guard lock(said_mutex);
@@ -106,9 +108,12 @@ void start_program(const std::string& script) {
         std::this_thread::sleep_for(20ms);
 }
 
-void send_signal(const std::string& number) {
-    in_loop([] {}); // it runs now, or the signal would kill the process
-    kill(getpid(), std::stoi(number));
+void send_signals(const std::string& numbers) {
+    in_loop([&] { // before it runs a signal would kill the process
+        std::istringstream stream(numbers);
+        for (int number = 0; stream >> number;)
+            kill(getpid(), number);
+    });
 }
 
 gboolean work_in_glib(gpointer /*data*/) {
@@ -139,30 +144,24 @@ const std::map<std::string, void (*)(const std::string&)> operations{
     {"say", say},
     {"set", [](const auto& variable) { putenv(strdup(variable.c_str())); }},
     {"show", [](const auto&) { in_loop([] { evas_object_show(window); }); }},
-    {"signal", send_signal},
-    {"signal_twice_while_busy",
-     [](const auto&) {
-         in_loop([] {
-             for (const char* const number : {"15", "15", "1"})
-                 send_signal(number);
-             work("");
-         });
-     }},
+    {"signal", send_signals},
     {"start", start_program},
     {"throw", [](const auto& text) { throw std::runtime_error(text); }},
     {"use_settings", [](const auto&) { static const test::SettingsFolder settings(""); }},
     {"work_in_glib", [](const auto&) { g_idle_add(work_in_glib, nullptr); }},
 };
 
-/** @return whether all of them succeeded. */
-bool take(const Lines& steps) {
+/** @return whether all commands succeeded. */
+bool take(const std::string& steps) {
     bool succeeds = true;
-    for (const std::string& step : steps) {
-        const auto space = std::min(step.find(' '), step.size() - 1);
-        if (const auto found = operations.find(step.substr(0, step.find(' '))); found != operations.end())
-            found->second(step.substr(space + 1));
+    g_auto(GStrv) all = g_strsplit(steps.c_str(), ", ", -1);
+    for (char** step = all; *step != nullptr; ++step) {
+        const std::string_view text = *step;
+        const auto operation = operations.find(std::string(text.substr(0, text.find(' '))));
+        if (operation == operations.end())
+            succeeds = std::system(*step) == 0 && succeeds;
         else
-            succeeds = std::system(step.c_str()) == 0 && succeeds;
+            operation->second(*step + std::min(text.find(' ') + 1, text.size()));
     }
     return succeeds;
 }
@@ -214,22 +213,22 @@ int run(Life life) {
     return ui_app_main(1, &arguments, &callbacks, &life);
 }
 
-Lines lines_in(const std::string& text) {
-    Lines lines;
+std::string lines_in(const std::string& text) {
+    std::string lines;
     std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) // without what libraries write
+    for (std::string line; std::getline(stream, line);) { // without what libraries write
+        if (line.find("/PLATFORM(") == 1)
+            line = "> log: " + line.substr(line.find("): ") + 3);
         if (line.starts_with("> "))
-            lines.push_back(line.substr(2));
-        else if (line.find("/PLATFORM(") == 1)
-            lines.push_back("log: " + line.substr(line.find("): ") + 3));
+            lines += (lines.empty() ? "" : ", ") + line.substr(2);
+    }
     return lines;
 }
 
 /** The lines of an application that ends in order; these between its launch and its end. */
-Lines lived(Lines lines = {}, const std::string& reason = "the application asked to") {
-    lines.insert(lines.begin(), {"create", "app_control"});
-    lines.insert(lines.end(), {"log: the main loop ends: " + reason, "terminate Probe"});
-    return lines;
+std::string lived(const std::string& lines = "", const std::string& reason = "the application asked to") {
+    return "create, app_control, " + lines + (lines.empty() ? "" : ", ") +
+           "log: the main loop ends: " + reason + ", terminate Probe";
 }
 
 const std::string buses = "'[s]ession.*--address|[d]bus-daemon.*system_bus.conf'";
@@ -238,93 +237,54 @@ const std::string write_arabic =
 const std::string dropped = "log: dropped a press while the screen was frozen: Return";
 
 const std::vector<Life> lives{
-    {"ApplicationQuitsInCreate", {}, lived(), {"quit"}},
-    {"CreateFails", {}, {"create"}, {"false"}, {}, 3},
-    {"CreateThrows", {}, {"create", "log: create ended with an exception: text"}, {"throw text"}, {}, 3},
-    {"SignalComesInCreate", {}, {"create"}, {"signal 15", "sleep 5"}, {}, 128 + SIGTERM},
-    {"SigtermComes", {"signal 15"}, lived({}, "SIGTERM")},
-    {"SigintComes", {"signal 2"}, lived({}, "SIGINT")},
-    {"SigquitComes", {"signal 3"}, lived({}, "SIGQUIT")},
-    {"SighupComes", {"signal 1"}, lived({}, "SIGHUP")},
-    {"SignalsComeWhileItIsBusy", {"signal_twice_while_busy"}, lived({"worked"}, "SIGTERM")},
-    {"LauncherIgnoredHangup",
-     {"signal 1", "sleep 0.3", "say lives", "signal 15", "await 1terminate Probe", "signal 15"},
-     lived({"lives"}, "SIGTERM"),
-     {"signal 1"},
-     {"ignore_hangup"}},
-    {"DisplayDies", {"pkill -KILL Xvfb"}, lived({}, "the display has gone")},
-    {"DisplayIsMissing",
-     {},
-     {"log: no display: nothing answers at DISPLAY=:4095"},
-     {},
-     {"set DISPLAY=:4095"},
-     4},
-    {"BusesDoNotAnswer",
-     {"quit"},
-     {"log: the session bus does not answer: the start does not wait for it", "create", "app_control",
-      "log: the main loop ends: the application asked to", "terminate Probe"},
-     {},
-     {"set ELM_ATSPI_MODE=1", "pkill -STOP -f " + buses}},
+    {"ApplicationQuitsInCreate", "", lived(), "quit"},
+    {"CreateFails", "", "create", "false", "", 3},
+    {"CreateThrows", "", "create, log: create ended with an exception: text", "throw text", "", 3},
+    {"SignalComesInCreate", "", "create", "signal 15, sleep 5", "", 128 + SIGTERM},
+    {"SigintComes", "signal 2", lived("", "SIGINT")},
+    {"SigquitComes", "signal 3", lived("", "SIGQUIT")},
+    {"SighupComes", "signal 1", lived("", "SIGHUP")},
+    {"SeveralSignalsCome", "signal 15 15 1", lived("", "SIGTERM")},
+    {"LauncherIgnoredHangup", "signal 1, sleep 0.3, say lives, signal 15, await 1terminate Probe, signal 15",
+     lived("lives", "SIGTERM"), "signal 1", "ignore_hangup"},
+    {"DisplayDies", "pkill -KILL Xvfb", lived("", "the display has gone")},
+    {"DisplayIsMissing", "", "log: no display: nothing answers at DISPLAY=:4095", "", "set DISPLAY=:4095", 4},
+    {"BusesDoNotAnswer", "quit",
+     "log: the session bus does not answer: the start does not wait for it, " + lived(), "",
+     "set ELM_ATSPI_MODE=1, pkill -STOP -f " + buses},
     {"DescriptorsAreMissingAndAProgramIsStarted",
-     {"start cd /proc/$$/fd; for n in $(seq 0 99); do [ -e $n ] && "
-      "echo \"> $(readlink $n | grep /dev/null || echo $n)\" >&2; done",
-      "quit"},
-     lived({"/dev/null", "/dev/null", "2"}),
-     {},
-     {"close 0", "close 1"}},
-    {"GlibTimerExpires", {"sleep 1", "await_timer", "quit"}, lived({"in time"})},
+     "start cd /proc/$$/fd; for n in $(seq 0 99); do [ -e $n ] && "
+     "echo \"> $(readlink $n | grep /dev/null || echo $n)\" >&2; done, quit",
+     lived("/dev/null, /dev/null, 2"), "", "close 0, close 1"},
+    {"GlibTimerExpires", "sleep 1, await_timer, quit", lived("in time")},
     {"LanguageOrMirroringChanges",
-     {write_arabic + "' >next && mv next settings.ini", "await 1language changed", "sleep 1", "say other",
-      write_arabic + "other=1' >settings.ini", "sleep 1", write_arabic + "mirrored=false' >settings.ini",
-      "await 2language changed", "quit"},
-     lived({"language changed", "other", "language changed"}),
-     {},
-     {"use_settings"}},
+     write_arabic + "' >next && mv next settings.ini, await 1language changed, sleep 1, say other, " +
+         write_arabic + "other=1' >settings.ini, sleep 1, say mirrored, " + write_arabic +
+         "mirrored=false' >settings.ini, await 2language changed, quit",
+     lived("language changed, other, mirrored, language changed"), "", "use_settings"},
     {"KeysArePressedInFreezes",
-     {"sleep 0.5", "work_in_glib", "await 1worked", "sleep 1", "press Return", "await 1key Return",
-      "press_at_once F9 Return", "await 2worked", "sleep 1", "press Return", "await 2key Return", "quit"},
-     lived({"worked", dropped, "key XF86Red", "dropped", "key Return", //
-            "key F9", "worked", dropped, "dropped", "key Return"})},
+     "sleep 0.5, work_in_glib, await 1worked, sleep 1, press Return, await 1key Return, "
+     "press_at_once F9 Return, await 2worked, sleep 1, press Return, await 2key Return, quit",
+     lived("worked, " + dropped + ", key XF86Red, dropped, key Return, key F9, worked, " + dropped +
+           ", dropped, key Return")},
     {"KeysAreHeldWhileFocusGoes",
-     {"sleep 0.5",
-      "hide",
-      "await 1pause",
-      "show",
-      "await 1resume",
-      "sleep 0.5",
-      "hold Return",
-      "await 1key Return",
-      "cover yes",
-      "await 2pause",
-      "sleep 1",
-      "cover no",
-      "await 2resume",
-      "sleep 1",
-      "release Return",
-      "press Return",
-      "await 2key Return",
-      "hold Return",
-      "await 3key Return",
-      "cover yes",
-      "await 3pause",
-      "release Return",
-      "cover no",
-      "await 3resume",
-      "press Return",
-      "await 4key Return",
-      "quit"},
-     lived({"pause", "resume", "key Return", "pause", "resume", "key Return", "key Return", "pause", "resume",
-            "key Return"})},
+     "sleep 0.5, hide, await 1pause, show, await 1resume, sleep 0.5, hold Return, await 1key Return, cover "
+     "yes, "
+     "await 2pause, sleep 1, cover no, await 2resume, sleep 1, release Return, press Return, await 2key "
+     "Return, "
+     "hold Return, await 3key Return, cover yes, await 3pause, release Return, cover no, await 3resume, "
+     "press Return, await 4key Return, quit",
+     lived("pause, resume, key Return, pause, resume, key Return, key Return, pause, resume, key Return")},
     {"ScreenReadersComeAndGo",
-     {"reader goes", "await_bridge not connected", "reader comes", "await_bridge connected", "reader goes",
-      "await_bridge not connected", "reader comes", "await_bridge connected", "press Return",
-      "await 1key Return", "reader goes", "await_bridge not connected", "pkill -STOP -f [a]ccessibility.conf",
-      "reader comes", "await_bridge not connected", "pkill -CONT -f [a]ccessibility.conf",
-      "await_bridge connected", "quit"},
-     lived({"not connected", "lost", "connected", "not connected", "connected", "key Return", "not connected",
-            "not connected", "connected"}),
-     {},
-     {"set ELM_ATSPI_MODE=1", "lose_question"}},
+     "reader goes, await_bridge not connected, reader comes, await_bridge connected, reader goes, "
+     "await_bridge not connected, reader comes, await_bridge connected, press Return, await 1key Return, "
+     "reader goes, "
+     "await_bridge not connected, pkill -STOP -f [a]ccessibility.conf, reader comes, await_bridge not "
+     "connected, "
+     "pkill -CONT -f [a]ccessibility.conf, await_bridge connected, quit",
+     lived("not connected, lost, connected, not connected, connected, key Return, not connected, not "
+           "connected, connected"),
+     "", "set ELM_ATSPI_MODE=1, lose_question"},
 };
 
 class Framework : public testing::TestWithParam<Life> {};

@@ -115,7 +115,7 @@ private:
             EXPECT_NE(text->whole, text->text.ends_with(endless));
             EXPECT_TRUE(test::is_inside(text->area, canvas()));
             EXPECT_TRUE(test::is_inside({x, y + height / 10, width, height * 8 / 10}, widget)); // the letters
-            const bool is_usable = std::string_view(evas_object_type_get(text->widget)) == "elm_button" &&
+            const bool is_usable = test::is_type(text->widget, "elm_button") &&
                                    elm_object_focus_allow_get(text->widget) != EINA_FALSE;
             EXPECT_TRUE(!is_usable || test::contrast(edge_of(widget)) >= 3.0);
             EXPECT_TRUE(
@@ -127,8 +127,8 @@ private:
         }
         const auto [x, y, width, height] = screen->focus_ring();
         EXPECT_GE(test::contrast({x, y + height / 2, static_cast<int>(8 * elm_config_scale_get()), 1}), 3.0);
-        screen->visit([](Evas_Object* drawn, Evas_Object*) { // an enlarged picture is blurred
-            if (std::string_view(evas_object_type_get(drawn)) == "image") {
+        screen->visit_all([](Evas_Object* drawn, Evas_Object*) { // an enlarged picture is blurred
+            if (test::is_type(drawn, "image")) {
                 EXPECT_LE(evas_object_image_border_scale_get(drawn), 1.0);
             }
         });

@@ -1,7 +1,5 @@
 #include "support/pages.h"
 #include "support/sleep_recorder.h"
-#include "ui_driver/keyboard.h"
-#include "ui_driver/screenshot.h"
 
 #include "WidgetHelpers.h"
 
@@ -20,20 +18,15 @@ TEST_F(MainPage, ErrorInAStartIsLoggedBehindAScreenThatShowsTheStart) {
     std::filesystem::rename(relay, relay.string() + ".away"); // the application sleeps until it is there
     activate("TX Test");
     const Evas_Object* const button = screen->find("Start TX Test");
-    const simulator::Display display = simulator::open_display();
-    const auto fill = [&] {
-        const auto [x, y, width, height] = test::geometry(button);
-        return simulator::Pixels(display.get(), x + width * 17 / 20, y + height / 2, 1, 1);
-    };
     std::optional<simulator::Pixels> frozen;
     const SleepRecorder recorder([&](std::size_t) {
-        frozen.emplace(fill());
+        frozen.emplace(test::fill_of(button));
         throw std::system_error(EAGAIN, std::generic_category(), "unforeseen");
     });
-    const simulator::Pixels before = fill();
+    const simulator::Pixels before = test::fill_of(button);
     activate("Start TX Test");
     std::filesystem::rename(relay.string() + ".away", relay);
-    EXPECT_TRUE(frozen && !(*frozen == before) && *frozen == fill());
+    EXPECT_TRUE(frozen && !(*frozen == before) && *frozen == test::fill_of(button));
     EXPECT_EQ(screen->find("Please Wait..."), button);
     EXPECT_THAT(log.text(), testing::HasSubstr("> ended with an exception: unforeseen: Resource"));
 }

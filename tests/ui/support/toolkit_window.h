@@ -15,6 +15,7 @@ protected:
         elm_vell_root_layout_set(root, 1);
         elm_vell_layout_type_set(root, 3);
         elm_vell_layout_item_append(root, page, 1, 1);
+        evas_object_size_hint_weight_set(root, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
         elm_win_resize_object_add(screen.window(), root);
         elm_vell_root_layout_render(root);
         evas_object_show(root);
