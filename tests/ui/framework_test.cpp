@@ -109,11 +109,9 @@ void start_program(const std::string& script) {
 }
 
 void send_signals(const std::string& numbers) {
-    in_loop([&] { // before it runs a signal would kill the process
-        std::istringstream stream(numbers);
-        for (int number = 0; stream >> number;)
-            kill(getpid(), number);
-    });
+    std::istringstream stream(numbers);
+    for (int number = 0; stream >> number;)
+        kill(getpid(), number);
 }
 
 gboolean work_in_glib(gpointer /*data*/) {
@@ -135,6 +133,7 @@ const std::map<std::string, void (*)(const std::string&)> operations{
     {"hide", [](const auto&) { in_loop([] { evas_object_hide(window); }); }},
     {"hold", [](const auto& key) { simulator::move_key(simulator::open_display(), key, true); }},
     {"ignore_hangup", [](const auto&) { std::signal(SIGHUP, SIG_IGN); }},
+    {"loop", [](const auto&) { in_loop([] {}); }}, // it runs now
     {"lose_question", [](const auto&) { next_question_is_lost = true; }},
     {"press", press},
     {"press_at_once", [](const auto& keys) { in_loop([&] { press(keys); }); }},
@@ -189,7 +188,7 @@ bool create(void* life) {
 
 void terminate(void* /*life*/) {
     say(std::string("terminate ") + elm_win_title_get(window)); // Elementary is still up
-    std::this_thread::sleep_for(100ms);
+    user.join();                                                // its last steps may be for now
     evas_object_del(window);
 }
 
@@ -241,11 +240,12 @@ const std::vector<Life> lives{
     {"CreateFails", "", "create", "false", "", 3},
     {"CreateThrows", "", "create, log: create ended with an exception: text", "throw text", "", 3},
     {"SignalComesInCreate", "", "create", "signal 15, sleep 5", "", 128 + SIGTERM},
-    {"SigintComes", "signal 2", lived("", "SIGINT")},
-    {"SigquitComes", "signal 3", lived("", "SIGQUIT")},
-    {"SighupComes", "signal 1", lived("", "SIGHUP")},
-    {"SeveralSignalsCome", "signal 15 15 1", lived("", "SIGTERM")},
-    {"LauncherIgnoredHangup", "signal 1, sleep 0.3, say lives, signal 15, await 1terminate Probe, signal 15",
+    {"SigintComes", "loop, signal 2", lived("", "SIGINT")},
+    {"SigquitComes", "loop, signal 3", lived("", "SIGQUIT")},
+    {"SighupComes", "loop, signal 1", lived("", "SIGHUP")},
+    {"SeveralSignalsCome", "loop, signal 15 15 1", lived("", "SIGTERM")},
+    {"LauncherIgnoredHangup",
+     "loop, signal 1, sleep 0.3, say lives, signal 15, await 1terminate Probe, signal 15",
      lived("lives", "SIGTERM"), "signal 1", "ignore_hangup"},
     {"DisplayDies", "pkill -KILL Xvfb", lived("", "the display has gone")},
     {"DisplayIsMissing", "", "log: no display: nothing answers at DISPLAY=:4095", "", "set DISPLAY=:4095", 4},
