@@ -108,12 +108,6 @@ void start_program(const std::string& script) {
         std::this_thread::sleep_for(20ms);
 }
 
-void send_signals(const std::string& numbers) {
-    std::istringstream stream(numbers);
-    for (int number = 0; stream >> number;)
-        kill(getpid(), number);
-}
-
 gboolean work_in_glib(gpointer /*data*/) {
     work("Return F1 Return");
     return G_SOURCE_REMOVE;
@@ -141,9 +135,10 @@ const std::map<std::string, void (*)(const std::string&)> operations{
     {"reader", [](const auto& comes) { simulator::announce_screen_reader(comes == "comes"); }},
     {"release", [](const auto& key) { simulator::move_key(simulator::open_display(), key, false); }},
     {"say", say},
-    {"set", [](const auto& variable) { putenv(strdup(variable.c_str())); }},
+    {"set_display", [](const auto& display) { setenv("DISPLAY", display.c_str(), 1); }},
+    {"set_mode", [](const auto& mode) { setenv("ELM_ATSPI_MODE", mode.c_str(), 1); }},
     {"show", [](const auto&) { in_loop([] { evas_object_show(window); }); }},
-    {"signal", send_signals},
+    {"signal", [](const auto& number) { kill(getpid(), std::stoi(number)); }},
     {"start", start_program},
     {"throw", [](const auto& text) { throw std::runtime_error(text); }},
     {"use_settings", [](const auto&) { static const test::SettingsFolder settings(""); }},
@@ -243,15 +238,15 @@ const std::vector<Life> lives{
     {"SigintComes", "loop, signal 2", lived("", "SIGINT")},
     {"SigquitComes", "loop, signal 3", lived("", "SIGQUIT")},
     {"SighupComes", "loop, signal 1", lived("", "SIGHUP")},
-    {"SeveralSignalsCome", "loop, signal 15 15 1", lived("", "SIGTERM")},
+    {"SeveralSignalsCome", "loop, signal 15, signal 15, signal 1", lived("", "SIGTERM")},
     {"LauncherIgnoredHangup",
      "loop, signal 1, sleep 0.3, say lives, signal 15, await 1terminate Probe, signal 15",
      lived("lives", "SIGTERM"), "signal 1", "ignore_hangup"},
     {"DisplayDies", "pkill -KILL Xvfb", lived("", "the display has gone")},
-    {"DisplayIsMissing", "", "log: no display: nothing answers at DISPLAY=:4095", "", "set DISPLAY=:4095", 4},
+    {"DisplayIsMissing", "", "log: no display: nothing answers at DISPLAY=:4095", "", "set_display :4095", 4},
     {"BusesDoNotAnswer", "quit",
      "log: the session bus does not answer: the start does not wait for it, " + lived(), "",
-     "set ELM_ATSPI_MODE=1, pkill -STOP -f " + buses},
+     "set_mode 1, pkill -STOP -f " + buses},
     {"DescriptorsAreMissingAndAProgramIsStarted",
      "start cd /proc/$$/fd; for n in $(seq 0 99); do [ -e $n ] && "
      "echo \"> $(readlink $n | grep /dev/null || echo $n)\" >&2; done, quit",
@@ -284,7 +279,7 @@ const std::vector<Life> lives{
      "pkill -CONT -f [a]ccessibility.conf, await_bridge connected, quit",
      lived("not connected, lost, connected, not connected, connected, key Return, not connected, not "
            "connected, connected"),
-     "", "set ELM_ATSPI_MODE=1, lose_question"},
+     "", "set_mode 1, lose_question"},
 };
 
 class Framework : public testing::TestWithParam<Life> {};

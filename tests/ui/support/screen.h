@@ -15,16 +15,18 @@
 #include <chrono>
 #include <cmath>
 #include <functional>
+#include <memory>
 #include <string_view>
 
 namespace test {
 
 /** Initialises Elementary with the framework's main loop and keys, once per process. */
 inline void start_elementary() {
-    [[maybe_unused]] static const int initialised = [] {
+    static const std::shared_ptr<void> elementary = [] {
         efreet_cache_disable();
         setenv("ECORE_EVAS_FORCE_SYNC_RENDER", "1", 1); // a frame is drawn when its turn is over
-        return elm_init(0, nullptr);
+        elm_init(0, nullptr);
+        return std::shared_ptr<void>(nullptr, [](void*) { elm_shutdown(); });
     }();
     static const platform::GlibLoop loop;
     static const platform::RemoteControlKeys keys;
