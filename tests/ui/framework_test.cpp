@@ -108,6 +108,11 @@ void start_program(const std::string& script) {
         std::this_thread::sleep_for(20ms);
 }
 
+void terminate_twice_and_hang_up() {
+    for (const int number : {SIGTERM, SIGTERM, SIGHUP})
+        kill(getpid(), number);
+}
+
 gboolean work_in_glib(gpointer /*data*/) {
     work("Return F1 Return");
     return G_SOURCE_REMOVE;
@@ -139,6 +144,7 @@ const std::map<std::string, void (*)(const std::string&)> operations{
     {"set_mode", [](const auto& mode) { setenv("ELM_ATSPI_MODE", mode.c_str(), 1); }},
     {"show", [](const auto&) { in_loop([] { evas_object_show(window); }); }},
     {"signal", [](const auto& number) { kill(getpid(), std::stoi(number)); }},
+    {"signal_thrice", [](const auto&) { in_loop(terminate_twice_and_hang_up); }},
     {"start", start_program},
     {"throw", [](const auto& text) { throw std::runtime_error(text); }},
     {"use_settings", [](const auto&) { static const test::SettingsFolder settings(""); }},
@@ -238,7 +244,7 @@ const std::vector<Life> lives{
     {"SigintComes", "loop, signal 2", lived("", "SIGINT")},
     {"SigquitComes", "loop, signal 3", lived("", "SIGQUIT")},
     {"SighupComes", "loop, signal 1", lived("", "SIGHUP")},
-    {"SeveralSignalsCome", "loop, signal 15, signal 15, signal 1", lived("", "SIGTERM")},
+    {"SeveralSignalsCome", "signal_thrice", lived("", "SIGTERM")},
     {"LauncherIgnoredHangup",
      "loop, signal 1, sleep 0.3, say lives, signal 15, await 1terminate Probe, signal 15",
      lived("lives", "SIGTERM"), "signal 1", "ignore_hangup"},
