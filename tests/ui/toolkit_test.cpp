@@ -264,36 +264,32 @@ struct Argument {
 };
 
 template <class Result, class Handle, class... Arguments>
-void call(Result (*operation)(Handle, Arguments...), std::initializer_list<Evas_Object*> handles,
-          const Argument& argument) {
-    for (Evas_Object* const handle : handles)
-        operation(handle, static_cast<Arguments>(argument)...);
+void call(Evas_Object* handle, const Argument& argument, Result (*operation)(Handle, Arguments...)) {
+    operation(handle, static_cast<Arguments>(argument)...);
 }
 
 TEST_F(Toolkit, HandleThatIsNullOrOfAnotherFamilyIsLeftAlone) {
-    Evas_Object* const label = append(elm_vell_textbox_add(page));
-    elm_vell_textbox_text_set(label, "text");
+    Evas_Object* const spinner = append(elm_vell_spinner_add(page));
     Evas_Object* const button = add_button("Go");
     Evas_Object* const foreign = elm_label_add(screen.window());
     settle();
     const auto before = screen.seen();
     const Eina_Rectangle area = geometry(button);
-    const auto call_each = [button](std::initializer_list<Evas_Object*> handles, auto... operations) {
-        (call(operations, handles, {button}), ...);
+    const auto call_each = [button](Evas_Object* handle, auto... operations) {
+        (call(handle, {button}, operations), ...);
     };
-    call_each({nullptr, foreign}, elm_vell_object_size_min_set, elm_vell_object_resize_policy_set,
-              elm_vell_object_weight_set);
-    call_each({nullptr, foreign, button}, elm_vell_textbox_text_set, elm_vell_textbox_text_opacity_set,
-              elm_vell_textbox_style_property_set);
-    call_each({nullptr, foreign, label}, elm_vell_bg_grid_show, elm_vell_root_layout_set,
-              elm_vell_root_layout_render, elm_vell_layout_type_set, elm_vell_layout_align_set,
-              elm_vell_layout_item_gap_set, elm_vell_layout_padding_set, elm_vell_layout_bg_color_set,
-              elm_vell_layout_item_append, elm_vell_layout_clear, elm_vell_header_style_set,
-              elm_vell_header_uiplate_enable, elm_vell_header_text_set, elm_vell_header_content_set,
-              elm_vell_subheader_content_set, elm_vell_button_style_set, elm_vell_button_text_set,
-              elm_vell_button_text_get, elm_vell_button_zoom_set, elm_vell_spinner_native_get,
-              elm_vell_popup_style_set, elm_vell_popup_title_set, elm_vell_popup_message_set,
-              elm_vell_popup_content_set, elm_vell_popup_button_set);
+    for (Evas_Object* const handle : {spinner, foreign, static_cast<Evas_Object*>(nullptr)})
+        call_each(handle, elm_vell_object_size_min_set, elm_vell_object_resize_policy_set,
+                  elm_vell_object_weight_set, elm_vell_textbox_text_set, elm_vell_textbox_text_opacity_set,
+                  elm_vell_textbox_style_property_set, elm_vell_bg_grid_show, elm_vell_root_layout_set,
+                  elm_vell_root_layout_render, elm_vell_layout_type_set, elm_vell_layout_align_set,
+                  elm_vell_layout_item_gap_set, elm_vell_layout_padding_set, elm_vell_layout_bg_color_set,
+                  elm_vell_layout_item_append, elm_vell_layout_clear, elm_vell_header_style_set,
+                  elm_vell_header_uiplate_enable, elm_vell_header_text_set, elm_vell_header_content_set,
+                  elm_vell_subheader_content_set, elm_vell_button_style_set, elm_vell_button_text_set,
+                  elm_vell_button_text_get, elm_vell_button_zoom_set, elm_vell_spinner_native_get,
+                  elm_vell_popup_style_set, elm_vell_popup_title_set, elm_vell_popup_message_set,
+                  elm_vell_popup_content_set, elm_vell_popup_button_set);
     for (const int invalid : {2, 7, -1})
         elm_vell_object_resize_policy_set(button, invalid, invalid);
     elm_vell_object_weight_set(button, -1.0);
