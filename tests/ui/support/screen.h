@@ -131,21 +131,22 @@ inline void visit(Evas_Object* object, Evas_Object* widget, const Visitor& visit
 
 /** Whether a text is neither cut nor shortened with an ellipsis. */
 inline bool is_whole(Evas_Object* text) {
+    const Eina_Rectangle area = geometry(text);
     int width = 0;
     int height = 0;
     if (is_type(text, "textblock")) {
         evas_object_textblock_size_formatted_get(text, &width, &height);
-    } else { // as wide as it is when nothing limits it
-        const char* font = nullptr;
-        evas_object_text_font_get(text, &font, &height);
-        Evas_Object* const copy = evas_object_text_add(evas_object_evas_get(text));
-        evas_object_scale_set(copy, evas_object_scale_get(text));
-        evas_object_text_font_set(copy, font, height);
-        evas_object_text_text_set(copy, evas_object_text_text_get(text));
-        width = geometry(copy).w;
-        evas_object_del(copy);
+        return width <= area.w && height <= area.h;
     }
-    return width <= geometry(text).w && height <= geometry(text).h;
+    const char* font = nullptr;
+    evas_object_text_font_get(text, &font, &height);
+    Evas_Object* const copy = evas_object_text_add(evas_object_evas_get(text)); // which nothing limits
+    evas_object_scale_set(copy, evas_object_scale_get(text));
+    evas_object_text_font_set(copy, font, height);
+    evas_object_text_text_set(copy, evas_object_text_text_get(text));
+    width = geometry(copy).w;
+    evas_object_del(copy);
+    return width <= area.w;
 }
 
 inline bool is_in_popup(Evas_Object* widget) {
