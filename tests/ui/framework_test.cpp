@@ -28,8 +28,8 @@ struct Life {
     const char* name;
     std::string steps;        /**< taken in another thread once the application is launched */
     std::string lines;        /**< written down, with "log: " before those of the framework */
-    std::string create = "";  /**< steps of the create callback */
-    std::string prepare = ""; /**< steps before the framework starts */
+    std::string create = {};  /**< steps of the create callback */
+    std::string prepare = {}; /**< steps before the framework starts */
     int status = 0;           /**< of the process, as a shell reports it */
 };
 

@@ -44,7 +44,7 @@ protected:
     }
 
     /** The edge changes, and is as it was in the end. */
-    void expect_bump(const char* what, const Evas_Object* widget, const std::function<void()>& act) const {
+    static void expect_bump(const char* what, const Evas_Object* widget, const std::function<void()>& act) {
         const Pixels before = edge_of(widget);
         act();
         for (const auto end = Clock::now() + 30s; edge_of(widget) == before && Clock::now() < end;)
