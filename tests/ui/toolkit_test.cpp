@@ -201,6 +201,7 @@ TEST_F(Toolkit, PopupTakesTheFocusAgainAndGivesItBackWhenItGoes) {
     elm_vell_layout_item_append(content, spinner, 200, 60);
     focus_when_shown(spinner);
     Evas_Object* const question = elm_vell_popup_add(root);
+    add_popup_button(question, "Yes");
     focus_when_shown(add_popup_button(question, "Cancel"));
     settle();
     for (const auto& [popup, focused] : {std::pair(picker, "[0]"), std::pair(question, "Cancel")}) {
