@@ -15,7 +15,8 @@ public:
      */
     explicit SyncReader(std::chrono::milliseconds patience) : reader_(patience) {
         const auto failure = answer_of<std::string>([this](const auto& answer) {
-            reader_.announce([answer](const GError* error) { answer(error != nullptr ? error->message : ""); });
+            reader_.announce(
+                [answer](const GError* error) { answer(error != nullptr ? error->message : ""); });
         });
         if (!failure.empty())
             throw std::runtime_error("no accessibility bus: " + failure);

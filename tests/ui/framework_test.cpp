@@ -1,20 +1,15 @@
-/** The framework, seen from an application in a process of its own that says what happens to it. */
-#include "base/process.h"
+/** The framework, seen from an application in a process of its own that writes down what happens to it. */
 #include "base/wait_until.h"
-#include "efl_1_26/application/accessibility_bridge.h"
-#include "support/television.h"
-#include "support/settings_folder.h"
-#include "support/windows.h"
-
 #include "common/dropped_press.h"
+#include "efl_1_26/application/accessibility_bridge.h"
 #include "platform/application.h"
+#include "support/settings_folder.h"
+#include "support/television.h"
+#include "support/windows.h"
 
 #include <Elementary.h>
 #include <csignal>
 #include <dlfcn.h>
-#include <functional>
-#include <gio/gio.h>
-#include <gio/gunixsocketaddress.h>
 #include <gmock/gmock.h>
 #include <iostream>
 #include <mutex>
@@ -24,22 +19,25 @@
 namespace {
 
 using namespace std::chrono_literals;
-using Clock = std::chrono::steady_clock;
-using Lines = std::vector<std::string>;
-using Action = std::function<void()>;
-using testing::ExitedWithCode;
-using testing::HasSubstr;
 
-/** The application: a window that tells its keys. */
-struct Application {
-    Action hand = [] {}; /**< what a person does to it, on a thread of its own */
-    std::function<bool()> create = [] { return true; };
-    std::jthread person = {};
+/**
+ * One run of the framework; ", " separates steps and lines. A step is the name of an operation below and its argument, or
+ * else a shell command.
+ */
+struct Life {
+    const char* name;
+    std::string steps;        /**< taken in another thread once the application is launched */
+    std::string lines;        /**< written down, with "log: " before those of the framework */
+    std::string create = {};  /**< steps of the create callback */
+    std::string prepare = {}; /**< steps before the framework starts */
+    int status = 0;           /**< of the process, as a shell reports it */
 };
 
 Evas_Object* window = nullptr;
+std::jthread user;
+bool next_question_is_lost = false;
 std::mutex said_mutex;
-Lines said;
+std::vector<std::string> said;
 
 void say(const std::string& line) {
     const std::lock_guard lock(said_mutex);
@@ -47,52 +45,137 @@ void say(const std::string& line) {
     said.push_back(line);
 }
 
-/** Waits until a line was said so often. */
-void await(const std::string& line, long times = 1) {
-    const auto is_said = [&] {
-        const std::lock_guard lock(said_mutex);
-        return std::ranges::count(said, line) >= times;
-    };
-    (void)simulator::wait_until(is_said, 60s);
-}
-
-/** Has the main loop do it, and waits for it. */
-void in_loop(Action action) {
+void in_loop(std::function<void()> action) {
     const auto act = [](void* data) -> void* {
-        (*static_cast<Action*>(data))();
+        (*static_cast<decltype(action)*>(data))();
         return nullptr;
     };
     ecore_main_loop_thread_safe_call_sync(act, &action);
 }
 
-void quit() { in_loop(ui_app_quit); }
-
-void rest(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }
-
-void press(const std::string& key, std::chrono::milliseconds time = 0ms) {
-    simulator::press_key(simulator::open_display(), key, time);
+void press(const std::string& keys) {
+    std::istringstream stream(keys);
+    for (std::string key; stream >> key;)
+        simulator::press_key(simulator::open_display(), key);
 }
 
-/** Is busy, while a person presses keys. */
-void work(std::chrono::milliseconds time, const Lines& keys = {}) {
-    rest(time / 2);
-    for (const std::string& key : keys)
-        press(key);
-    rest(time / 2);
+/** Keeps the main loop busy for 400 ms, in the middle of which keys are pressed. */
+void work(const std::string& keys) {
+    std::this_thread::sleep_for(200ms);
+    press(keys);
+    std::this_thread::sleep_for(200ms);
     say("worked");
 }
 
-void key_down(void*, Evas*, Evas_Object*, void* event) {
-    const std::string key = static_cast<const Evas_Event_Key_Down*>(event)->key;
-    say("key " + key);
-    if (key == "F9")
-        work(400ms);
+/** Waits until a line has been written as often as its first character says. */
+void await(const std::string& times_and_line) {
+    const auto is_said = [&] {
+        const std::lock_guard lock(said_mutex);
+        return std::ranges::count(said, times_and_line.substr(1)) >= times_and_line.front() - '0';
+    };
+    (void)simulator::wait_until(is_said, 60s);
 }
 
-bool create(void* application) {
+/** Says whether the accessibility bridge is connected, as soon as that is as wanted. */
+void await_bridge(const std::string& wanted) {
+    std::string state;
+    const auto is_wanted = [&] {
+        std::this_thread::sleep_for(500ms);
+        in_loop([&] { state = platform::bridge_is_connected() ? "connected" : "not connected"; });
+        return state == wanted;
+    };
+    (void)simulator::wait_until(is_wanted, 60s);
+    say(state);
+}
+
+/** In the callback of a GLib timer the toolkit's clock must be that of the present turn. */
+void await_timer(const std::string& /*argument*/) {
+    static const double earliest = ecore_time_get() + 0.3;
+    const auto on_timer = [](gpointer) -> gboolean {
+        say(ecore_loop_time_get() >= earliest ? "in time" : "the clock is late");
+        return G_SOURCE_REMOVE;
+    };
+    g_timeout_add(300, on_timer, nullptr);
+    await("1in time");
+}
+
+void start_program(const std::string& script) {
+    EXPECT_GT(dup(STDERR_FILENO), STDERR_FILENO);
+    const pid_t child = fork();
+    if (child == 0)
+        execl("/bin/sh", "sh", "-c", script.c_str(), nullptr);
+    while (kill(child, 0) == 0) // until the main loop has reaped it
+        std::this_thread::sleep_for(20ms);
+}
+
+void terminate_twice_and_hang_up() {
+    for (const int number : {SIGTERM, SIGTERM, SIGHUP})
+        kill(getpid(), number);
+}
+
+gboolean work_in_glib(gpointer /*data*/) {
+    work("Return F1 Return");
+    return G_SOURCE_REMOVE;
+}
+
+void cover(const std::string& yes) {
+    static std::optional<simulator::OtherWindow> other;
+    yes == "yes" ? void(other.emplace()) : other.reset();
+}
+
+const std::map<std::string, void (*)(const std::string&)> operations{
+    {"await", await},
+    {"await_bridge", await_bridge},
+    {"await_timer", await_timer},
+    {"close", [](const auto& descriptor) { close(std::stoi(descriptor)); }},
+    {"cover", cover},
+    {"hide", [](const auto&) { in_loop([] { evas_object_hide(window); }); }},
+    {"hold", [](const auto& key) { simulator::move_key(simulator::open_display(), key, true); }},
+    {"ignore_hangup", [](const auto&) { std::signal(SIGHUP, SIG_IGN); }},
+    {"loop", [](const auto&) { in_loop([] {}); }}, // it runs now
+    {"lose_question", [](const auto&) { next_question_is_lost = true; }},
+    {"press", press},
+    {"press_at_once", [](const auto& keys) { in_loop([&] { press(keys); }); }},
+    {"quit", [](const auto&) { in_loop(ui_app_quit); }},
+    {"reader", [](const auto& comes) { simulator::announce_screen_reader(comes == "comes"); }},
+    {"release", [](const auto& key) { simulator::move_key(simulator::open_display(), key, false); }},
+    {"say", say},
+    {"set_display", [](const auto& display) { setenv("DISPLAY", display.c_str(), 1); }},
+    {"set_mode", [](const auto& mode) { setenv("ELM_ATSPI_MODE", mode.c_str(), 1); }},
+    {"show", [](const auto&) { in_loop([] { evas_object_show(window); }); }},
+    {"signal", [](const auto& number) { kill(getpid(), std::stoi(number)); }},
+    {"signal_thrice", [](const auto&) { in_loop(terminate_twice_and_hang_up); }},
+    {"start", start_program},
+    {"throw", [](const auto& text) { throw std::runtime_error(text); }},
+    {"use_settings", [](const auto&) { static const test::SettingsFolder settings(""); }},
+    {"work_in_glib", [](const auto&) { g_idle_add(work_in_glib, nullptr); }},
+};
+
+/** @return whether all commands succeeded. */
+bool take(const std::string& steps) {
+    bool succeeds = true;
+    g_auto(GStrv) all = g_strsplit(steps.c_str(), ", ", -1);
+    for (char** step = all; *step != nullptr; ++step) {
+        const std::string_view text = *step;
+        const auto operation = operations.find(std::string(text.substr(0, text.find(' '))));
+        if (operation == operations.end())
+            succeeds = std::system(*step) == 0 && succeeds;
+        else
+            operation->second(*step + std::min(text.find(' ') + 1, text.size()));
+    }
+    return succeeds;
+}
+
+bool create(void* life) {
     say("create");
     window = elm_win_util_standard_add("probe", "Probe");
-    evas_object_event_callback_add(window, EVAS_CALLBACK_KEY_DOWN, key_down, nullptr);
+    const auto on_key = [](void*, Evas*, Evas_Object*, void* event) {
+        const std::string key = static_cast<const Evas_Event_Key_Down*>(event)->key;
+        say("key " + key);
+        if (key == "F9")
+            work("");
+    };
+    evas_object_event_callback_add(window, EVAS_CALLBACK_KEY_DOWN, on_key, nullptr);
     evas_object_resize(window, 400, 300);
     evas_object_show(window);
     elm_win_activate(window);
@@ -101,316 +184,123 @@ bool create(void* application) {
         return ECORE_CALLBACK_PASS_ON;
     };
     ecore_event_handler_add(platform::dropped_press_event(), on_drop, nullptr);
-    return static_cast<const Application*>(application)->create();
+    return take(static_cast<const Life*>(life)->create);
 }
 
-/** @return the framework's result. */
-int run(Application application) {
+void terminate(void* /*life*/) {
+    say(std::string("terminate ") + elm_win_title_get(window)); // Elementary is still up
+    user.join();                                                // its last steps may be for now
+    evas_object_del(window);
+}
+
+void launch(platform::LaunchRequest* /*request*/, void* life) {
+    say("app_control");
+    user = std::jthread(take, static_cast<const Life*>(life)->steps);
+}
+
+int run(Life life) {
     std::string name = "probe";
     char* arguments = name.data();
+    take(life.prepare);
     ui_app_add_event_handler(
         nullptr, platform::EventType::language_changed,
         [](platform::EventInformation*, void*) { say("language changed"); }, nullptr);
-    const platform::LifecycleCallbacks callbacks{
-        .create = create,
-        // Elementary is still up: its objects can be used and deleted.
-        .terminate =
-            [](void*) {
-                say(std::string("terminate ") + elm_win_title_get(window));
-                rest(100ms);
-                evas_object_del(window);
-            },
-        .pause = [](void*) { say("pause"); },
-        .resume = [](void*) { say("resume"); },
-        .app_control =
-            [](platform::LaunchRequest*, void* data) {
-                say("app_control");
-                auto& launched = *static_cast<Application*>(data);
-                launched.person = std::jthread(launched.hand);
-            },
-    };
-    return ui_app_main(1, &arguments, &callbacks, &application);
+    const platform::LifecycleCallbacks callbacks{.create = create,
+                                                 .terminate = terminate,
+                                                 .pause = [](void*) { say("pause"); },
+                                                 .resume = [](void*) { say("resume"); },
+                                                 .app_control = launch};
+    return ui_app_main(1, &arguments, &callbacks, &life);
 }
 
-/** What the application said, and after "log: " what the framework logged. */
-Lines lines_in(const std::string& text) {
-    Lines lines;
+std::string lines_in(const std::string& text) {
+    std::string lines;
     std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) // a library's words are left out
+    for (std::string line; std::getline(stream, line);) { // without what libraries write
+        if (line.find("/PLATFORM(") == 1)
+            line = "> log: " + line.substr(line.find("): ") + 3);
         if (line.starts_with("> "))
-            lines.push_back(line.substr(2));
-        else if (line.find("/PLATFORM(") == 1)
-            lines.push_back("log: " + line.substr(line.find("): ") + 3));
+            lines += (lines.empty() ? "" : ", ") + line.substr(2);
+    }
     return lines;
 }
 
-auto says(const Lines& lines) { return testing::ResultOf(lines_in, lines); }
-
-/** Between its start and its end, which is a success, the application says this. */
-void expect_life(Lines lines, const Action& hand, const std::string& reason = "the application asked to") {
-    lines.insert(lines.begin(), {"create", "app_control"});
-    lines.insert(lines.end(), {"log: the main loop ends: " + reason, "terminate Probe"});
-    EXPECT_EXIT(std::exit(run({.hand = hand})), ExitedWithCode(0), says(lines));
+/** The lines of an application that ends in order; these between its launch and its end. */
+std::string lived(const std::string& lines = "", const std::string& reason = "the application asked to") {
+    return "create, app_control, " + lines + (lines.empty() ? "" : ", ") +
+           "log: the main loop ends: " + reason + ", terminate Probe";
 }
 
-class Framework : public testing::Test {
-protected:
-    Framework() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+const std::string buses = "'[s]ession.*--address|[d]bus-daemon.*system_bus.conf'";
+const std::string write_arabic =
+    "cd $XDG_CONFIG_HOME/tv-platform; echo '[db/menu_widget]\nlanguage=ar_AE.utf8\n";
+const std::string dropped = "log: dropped a press while the screen was frozen: Return";
+
+const std::vector<Life> lives{
+    {"ApplicationQuitsInCreate", "", lived(), "quit"},
+    {"CreateFails", "", "create", "false", "", 3},
+    {"CreateThrows", "", "create, log: create ended with an exception: text", "throw text", "", 3},
+    {"SignalComesInCreate", "", "create", "signal 15, sleep 5", "", 128 + SIGTERM},
+    {"SigintComes", "loop, signal 2", lived("", "SIGINT")},
+    {"SigquitComes", "loop, signal 3", lived("", "SIGQUIT")},
+    {"SighupComes", "loop, signal 1", lived("", "SIGHUP")},
+    {"SeveralSignalsCome", "signal_thrice", lived("", "SIGTERM")},
+    {"LauncherIgnoredHangup",
+     "loop, signal 1, sleep 0.3, say lives, signal 15, await 1terminate Probe, signal 15",
+     lived("lives", "SIGTERM"), "signal 1", "ignore_hangup"},
+    {"DisplayDies", "pkill -KILL Xvfb", lived("", "the display has gone")},
+    {"DisplayIsMissing", "", "log: no display: nothing answers at DISPLAY=:4095", "", "set_display :4095", 4},
+    {"BusesDoNotAnswer", "quit",
+     "log: the session bus does not answer: the start does not wait for it, " + lived(), "",
+     "set_mode 1, pkill -STOP -f " + buses},
+    {"DescriptorsAreMissingAndAProgramIsStarted",
+     "start cd /proc/$$/fd; for n in $(seq 0 99); do [ -e $n ] && "
+     "echo \"> $(readlink $n | grep /dev/null || echo $n)\" >&2; done, quit",
+     lived("/dev/null, /dev/null, 2"), "", "close 0, close 1"},
+    {"GlibTimerExpires", "sleep 1, await_timer, quit", lived("in time")},
+    {"LanguageOrMirroringChanges",
+     write_arabic + "' >next && mv next settings.ini, await 1language changed, sleep 1, say other, " +
+         write_arabic + "other=1' >settings.ini, sleep 1, say mirrored, " + write_arabic +
+         "mirrored=false' >settings.ini, await 2language changed, quit",
+     lived("language changed, other, mirrored, language changed"), "", "use_settings"},
+    {"KeysArePressedInFreezes",
+     "sleep 0.5, work_in_glib, await 1worked, sleep 1, press Return, await 1key Return, "
+     "press_at_once F9 Return, await 2worked, sleep 1, press Return, await 2key Return, quit",
+     lived("worked, " + dropped + ", key XF86Red, dropped, key Return, key F9, worked, " + dropped +
+           ", dropped, key Return")},
+    {"KeysAreHeldWhileFocusGoes",
+     "sleep 0.5, hide, await 1pause, show, await 1resume, sleep 0.5, hold Return, await 1key Return, cover "
+     "yes, "
+     "await 2pause, sleep 1, cover no, await 2resume, sleep 1, release Return, press Return, await 2key "
+     "Return, "
+     "hold Return, await 3key Return, cover yes, await 3pause, release Return, cover no, await 3resume, "
+     "press Return, await 4key Return, quit",
+     lived("pause, resume, key Return, pause, resume, key Return, key Return, pause, resume, key Return")},
+    {"ScreenReadersComeAndGo",
+     "reader goes, await_bridge not connected, reader comes, await_bridge connected, reader goes, "
+     "await_bridge not connected, reader comes, await_bridge connected, press Return, await 1key Return, "
+     "reader goes, "
+     "await_bridge not connected, pkill -STOP -f [a]ccessibility.conf, reader comes, await_bridge not "
+     "connected, "
+     "pkill -CONT -f [a]ccessibility.conf, await_bridge connected, quit",
+     lived("not connected, lost, connected, not connected, connected, key Return, not connected, not "
+           "connected, connected"),
+     "", "set_mode 1, lose_question"},
 };
 
-TEST_F(Framework, EveryWayOutCallsTerminateOnceWhileTheToolkitIsUpAndSaysWhy) {
-    expect_life({}, quit);
-    expect_life({}, [] { in_loop(elm_exit); });
-    for (const auto& [number, name] :
-         {std::pair{SIGTERM, "SIGTERM"}, {SIGINT, "SIGINT"}, {SIGQUIT, "SIGQUIT"}, {SIGHUP, "SIGHUP"}})
-        expect_life(
-            {},
-            [signal = number] {
-                in_loop([] {}); // before the loop it would end the process
-                kill(getpid(), signal);
-            },
-            name);
-    const auto signals_while_busy = [] {
-        for (const int number : {SIGTERM, SIGTERM, SIGHUP})
-            kill(getpid(), number);
-        work(100ms);
+class Framework : public testing::TestWithParam<Life> {};
+
+TEST_P(Framework, SaysWhatHappensWhen) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto ends = [](int status) {
+        return (WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status)) == GetParam().status;
     };
-    expect_life(
-        {"worked"}, [&] { in_loop(signals_while_busy); }, "SIGTERM");
+    EXPECT_EXIT(std::exit(run(GetParam())), ends, testing::ResultOf(lines_in, GetParam().lines));
+    std::system(("pkill -CONT -f " + buses).c_str());
 }
 
-TEST_F(Framework, WhatTheLauncherIgnoredStaysIgnoredAndASecondSignalDoesNotBreakOffTheEnd) {
-    const auto hang_up = [] {
-        kill(getpid(), SIGHUP);
-        return true;
-    };
-    const auto hang_up_and_end = [] {
-        in_loop([] { kill(getpid(), SIGHUP); });
-        rest(300ms);
-        say("lives");
-        kill(getpid(), SIGTERM);
-        await("terminate Probe");
-        kill(getpid(), SIGTERM);
-    };
-    std::signal(SIGHUP, SIG_IGN); // as nohup does; the processes below inherit it
-    EXPECT_EXIT(
-        std::exit(run({.hand = hang_up_and_end, .create = hang_up})), ExitedWithCode(0),
-        says({"create", "app_control", "lives", "log: the main loop ends: SIGTERM", "terminate Probe"}));
-    std::signal(SIGHUP, SIG_DFL);
-}
-
-class FrameworkOnADyingDisplay : public Framework {};
-
-TEST_F(FrameworkOnADyingDisplay, EndsInOrder) {
-    expect_life(
-        {}, [] { std::system("pkill -KILL Xvfb"); }, "the display has gone");
-}
-
-TEST_F(Framework, MissingStandardDescriptorsAreTheNullDevice) {
-    const auto run_without = [] {
-        for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO})
-            close(descriptor);
-        return run({.hand = [] {
-            for (const char* const number : {"0", "1"})
-                say(std::filesystem::read_symlink(std::string("/proc/self/fd/") + number));
-            quit();
-        }});
-    };
-    const Lines lines{"create",
-                      "app_control",
-                      "/dev/null",
-                      "/dev/null",
-                      "log: the main loop ends: the application asked to",
-                      "terminate Probe"};
-    EXPECT_EXIT(std::exit(run_without()), ExitedWithCode(0), says(lines));
-}
-
-TEST_F(Framework, StartedProgramInheritsTheStandardDescriptorsAlone) {
-    expect_life({"0", "1", "2"}, [] {
-        EXPECT_GT(dup(STDERR_FILENO), STDERR_FILENO);
-        constexpr const char* script =
-            "for n in $(seq 0 99); do [ -e /proc/$$/fd/$n ] && echo \"> $n\" >&2; done";
-        const pid_t child = fork();
-        if (child == 0)
-            execl("/bin/sh", "sh", "-c", script, nullptr);
-        while (kill(child, 0) == 0) // until the main loop has collected it
-            rest(20ms);
-        quit();
-    });
-}
-
-TEST_F(Framework, WhatHappensInCreateOrIsMissingBeforeItDecides) {
-    const auto expect = [](int status, const Lines& lines, std::function<bool()> created) {
-        EXPECT_EXIT(std::exit(run({.create = std::move(created)})), ExitedWithCode(status), says(lines));
-    };
-    const auto quit_at_once = [] {
-        ui_app_quit();
-        return true;
-    };
-    expect(0,
-           {"create", "app_control", "log: the main loop ends: the application asked to", "terminate Probe"},
-           quit_at_once);
-    expect(3, {"create"}, [] { return false; });
-    expect(3, {"create", "log: create ended with an exception: thrown"},
-           []() -> bool { throw std::runtime_error("thrown"); });
-    const auto wait_for_a_signal = [] {
-        kill(getpid(), SIGTERM);
-        rest(5s); // as a silent bus would keep it
-        return true;
-    };
-    EXPECT_EXIT(run({.create = wait_for_a_signal}), testing::KilledBySignal(SIGTERM), says({"create"}));
-    const ScopedEnvironment no_display("DISPLAY", ":4095");
-    expect(4, {"log: no display: nothing answers at DISPLAY=:4095"}, [] { return true; });
-}
-
-TEST_F(Framework, BusesThatDoNotAnswerHoldUpNeitherTheStartNorTheEnd) {
-    const auto run_on_it = [] {
-        const std::string path = "/tmp/silent_bus";
-        std::filesystem::remove(path);
-        g_autoptr(GSocketListener) bus = g_socket_listener_new(); // lets clients in, and nobody hears them
-        g_autoptr(GSocketAddress) address = g_unix_socket_address_new(path.c_str());
-        EXPECT_TRUE(g_socket_listener_add_address(bus, address, G_SOCKET_TYPE_STREAM,
-                                                  G_SOCKET_PROTOCOL_DEFAULT, nullptr, nullptr, nullptr));
-        for (const char* const variable : {"DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS"})
-            setenv(variable, ("unix:path=" + path).c_str(), 1);
-        setenv("ELM_ATSPI_MODE", "1", 1);
-        return run({.hand = quit});
-    };
-    const auto begin = Clock::now();
-    EXPECT_EXIT(std::exit(run_on_it()), ExitedWithCode(0), HasSubstr("the session bus does not answer"));
-    EXPECT_LT(Clock::now() - begin, 20s); // GLib's own time-out is 25 s
-}
-
-TEST_F(Framework, GlibTimerComesInTimeAndFindsTheToolkitsClockRight) {
-    expect_life({"in time"}, [] {
-        rest(1s); // the main loop rests
-        const auto over = [](gpointer) -> gboolean {
-            const bool clock_is_right = ecore_time_get() - ecore_loop_time_get() < 0.5;
-            say(clock_is_right ? "in time" : "the toolkit is behind");
-            return G_SOURCE_REMOVE;
-        };
-        g_timeout_add(300, over, nullptr);
-        await("in time"); // nothing else wakes the loop
-        quit();
-    });
-}
-
-TEST_F(Framework, ChangedLanguageOrMirroringIsToldOnce) {
-    const test::SettingsFolder settings("");
-    expect_life({"language changed", "same values", "language changed"}, [&settings] {
-        const std::string arabic = "[db/menu_widget]\nlanguage=ar_AE.utf8\n";
-        const std::string next = settings.file().string() + ".next"; // as a careful editor does it
-        put_file(next, arabic);
-        std::filesystem::rename(next, settings.file());
-        rest(1s);
-        say("same values");
-        for (const char* const line : {"another=1\n", "mirrored=false\n"}) { // empty for a moment
-            std::ofstream file(settings.file());
-            rest(20ms);
-            file << arabic << line << std::flush;
-            rest(1s);
-        }
-        quit();
-    });
-}
-
-TEST_F(Framework, KeysAreThoseOfTheRemoteControlAndOnlyRedIsKeptWhileTheScreenIsFrozen) {
-    const std::string reached = "key Return";
-    const std::string told = "dropped"; // the toolkit
-    const std::string dropped = "log: dropped a press while the screen was frozen: Return";
-    const Lines lines{"key XF86Back", "key XF86Exit", "key XF86Red",                   //
-                      "worked",       reached,        reached,                         //
-                      "worked",       dropped,        told,          reached,          //
-                      "worked",       dropped,        "key XF86Red", told,    reached, //
-                      "worked",       "key F9",       "worked",      dropped, told,    reached};
-    expect_life(lines, [] {
-        const auto press_after = [](const Action& action) {
-            in_loop(action);
-            rest(1s);
-            press("Return");
-            rest(500ms);
-        };
-        const auto work_in_glib = [](gpointer) -> gboolean {
-            work(400ms, {"Return", "F1", "Return"});
-            return G_SOURCE_REMOVE;
-        };
-        rest(500ms);
-        for (const char* const key : {"Escape", "F12", "F1"})
-            press(key);
-        rest(500ms);
-        press_after([] { work(150ms, {"Return"}); });
-        press_after([] { work(400ms, {"Return"}); });
-        press_after([work_in_glib] { g_idle_add(work_in_glib, nullptr); });
-        press_after([] { work(150ms, {"F9", "Return"}); }); // both wait, and the first takes long
-        quit();
-    });
-}
-
-TEST_F(Framework, KeysHeldWhileTheFocusGoesAndComesAreNeitherPressedAgainNorDead) {
-    const std::string pressed = "key Return";
-    const Lines lines{"pause", "resume", pressed, "pause", "resume", pressed, "pause", "resume", pressed};
-    expect_life(lines, [pressed] {
-        rest(500ms); // no resume before a pause
-        in_loop([] { evas_object_hide(window); });
-        await("pause");
-        in_loop([] { evas_object_show(window); });
-        await("resume");
-        rest(500ms);
-        long times = 0;
-        for (const auto held : {6000ms, 1000ms}) { // till long after the window is back, or till it is away
-            const std::jthread finger([held] { press("Return", held); });
-            await(pressed, ++times);
-            {
-                const simulator::OtherWindow other;
-                await("pause", times + 1);
-                rest(1s);
-            }
-            await("resume", times + 1);
-            rest(1s); // a repetition is no press
-        }
-        press("Return");
-        await(pressed, ++times);
-        quit();
-    });
-}
-
-bool next_question_is_lost = false;
-
-TEST_F(Framework, BridgeFollowsAReaderThatComesLaterAndGoesAndTheAccessibilityBusWhenItAnswers) {
-    const auto tell = [](bool expected) {
-        bool is_connected = !expected;
-        const auto look = [&] { is_connected = platform::bridge_is_connected(); };
-        (void)simulator::wait_until(
-            [&] {
-                rest(500ms);
-                in_loop(look);
-                return is_connected == expected;
-            },
-            10s);
-        say(is_connected ? "connected" : "not connected");
-    };
-    const auto set_reader = [tell](bool is_there) {
-        simulator::announce_screen_reader(is_there);
-        tell(is_there);
-    };
-    const ScopedEnvironment mode("ELM_ATSPI_MODE", "1"); // which nobody asks
-    next_question_is_lost = true;
-    expect_life({"not connected", "lost", "connected", "not connected", "connected", "key Return",
-                 "not connected", "not connected", "connected"},
-                [&] {
-                    for (const bool is_there : {false, true, false, true})
-                        set_reader(is_there);
-                    press("Return");
-                    await("key Return");
-                    set_reader(false);
-                    std::system("pkill -STOP -f [a]ccessibility.conf");
-                    simulator::announce_screen_reader(true);
-                    tell(false);
-                    std::system("pkill -CONT -f [a]ccessibility.conf");
-                    tell(true);
-                    quit();
-                });
-}
+INSTANTIATE_TEST_SUITE_P(, Framework, testing::ValuesIn(lives),
+                         [](const auto& test) { return test.param.name; });
 
 } // namespace
 

@@ -1,4 +1,4 @@
-/** The application's pages in a window of this process, before a radio that does as it is told. */
+/** The application's pages in a window of this process, with a radio whose answers the test sets. */
 #pragma once
 
 #include "support/log_capture.h"
@@ -16,7 +16,7 @@
 
 namespace test {
 
-/** Builds the pages as the application does at its start, and takes them down as it does at its end. */
+/** Builds the pages as the application does when it starts, and destroys them as it does when it exits. */
 class Pages : public testing::Test {
 protected:
     Pages() {
@@ -61,18 +61,13 @@ protected:
         ASSERT_EQ(screen->focused(), text);
         screen->press("Return");
     }
-    /** Lets the service say what has become of the radio; "ready" is said after a start. */
-    void emit(const std::string& event) {
-        radio.emit("('" + event + "',)");
+    /** Has the radio's service report that the radio is ready, as it does after a start. */
+    void emit_ready() {
+        radio.emit("('ready',)");
         settle();
     }
-    /** Chooses a test ("TX Test" or "RX Test") and lets the service say "ready". */
-    void open(const std::string& tab) {
-        activate(tab);
-        emit("ready");
-    }
 
-    LogCapture log; // what the application logs stays out of the test's output
+    LogCapture log; // keeps what the application logs out of the test's output
     ScriptedService radio;
     std::unique_ptr<Screen> screen;
 

@@ -1,88 +1,249 @@
-/** A window of this process as a person has it: keys, the mouse, what is seen, how, and what has the focus. */
+/** A window of this process as its user has it: keys, the mouse, what is drawn, and what has the focus. */
 #pragma once
 
-#include <Elementary.h>
+#include "application/glib_loop.h"
+#include "application/keys.h"
+#include "ui_driver/keyboard.h"
+#include "ui_driver/screenshot.h"
 
+#include <platform/vell.h>
+
+#include <Ecore_Input.h>
+#include <Ecore_X.h>
+#include <Efreet.h>
+#include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <functional>
-#include <optional>
-#include <string>
-#include <vector>
+#include <memory>
+#include <string_view>
 
 namespace test {
 
-/** Readies Elementary with the framework's main loop and keys, once for the whole process. */
-void start_elementary();
+/** Initialises Elementary with the framework's main loop and keys, once per process. */
+inline void start_elementary() {
+    static const std::shared_ptr<void> elementary = [] {
+        efreet_cache_disable();
+        setenv("ECORE_EVAS_FORCE_SYNC_RENDER", "1", 1); // a frame is drawn when its turn is over
+        elm_init(0, nullptr);
+        platform::dispatch_glib_in_ecore();
+        platform::add_remote_control_keys();
+        return std::shared_ptr<void>(nullptr, [](void*) { elm_shutdown(); });
+    }();
+    ecore_animator_frametime_set(0.001); // no need to wait for a viewer
+}
 
-/** Turns the main loop until everything that waits for no time has happened and is drawn. */
-void settle();
+/** Runs the main loop until everything that waits for no time has happened and is drawn. */
+inline void settle() {
+    constexpr int turns_with_a_frame = 10; // on a busy machine one turn catches up with many frames
+    bool frame = false;
+    const auto note_frame = [](void* seen) -> Eina_Bool { return *static_cast<bool*>(seen) = true; };
+    Ecore_Animator* const watch = ecore_animator_add(note_frame, &frame);
+    for (int turns = 0; turns < turns_with_a_frame; turns += frame ? 1 : 0) {
+        frame = false;
+        ecore_main_loop_iterate_may_block(1);
+    }
+    ecore_animator_del(watch);
+}
 
-/** Turns the main loop until the condition holds; false when it does not within the limit. */
-bool await(const std::function<bool()>& condition, std::chrono::milliseconds limit = std::chrono::seconds(3));
+/** Runs the main loop until the condition holds; false when it does not within the limit. */
+inline bool await(const std::function<bool()>& condition,
+                  std::chrono::milliseconds limit = std::chrono::seconds(30)) {
+    const auto end = std::chrono::steady_clock::now() + limit;
+    bool holds = condition();
+    for (; !holds && std::chrono::steady_clock::now() < end; holds = condition())
+        settle();
+    settle();
+    return holds;
+}
 
-/** One window's screen and remote control. */
-class Screen {
-public:
-    explicit Screen(Evas_Object* window) : window_(window) {}
+/** Runs the main loop for a time. */
+inline void run_for(std::chrono::milliseconds time) {
+    await([] { return false; }, time);
+}
 
-    /** Has the main loop's next turn find a key pressed and released, as events of the window's X server. */
-    void type(const char* key) const;
-    /** Presses and releases a key and settles, each time. */
-    void press(const char* key, int times = 1) const;
-    /** Presses and releases the mouse in the middle of an area. */
-    void click(const Eina_Rectangle& area) const;
-    /** Turns the mouse's wheel where the mouse is, towards the user when `notches` is positive. */
-    void wheel(int notches) const;
+/** A widget's area on the screen. */
+inline Eina_Rectangle geometry(const Evas_Object* widget) {
+    Eina_Rectangle area{};
+    evas_object_geometry_get(widget, &area.x, &area.y, &area.w, &area.h);
+    return area;
+}
 
-    /**
-     * What is on the screen, in drawing order: texts, buttons' texts, "[number]" for a spinner and "popup
-     * TITLE" before a popup's parts.
-     */
-    [[nodiscard]] std::vector<std::string> seen() const;
-    /** The widget that is seen as this, the one in front when there are more; null when none is. */
-    [[nodiscard]] Evas_Object* find(const std::string& seen) const;
-    /** What has the focus, as it is seen; "" when nothing has. */
-    [[nodiscard]] std::string focused() const;
+/** Whether all of an area lies in another. */
+inline bool is_inside(const Eina_Rectangle& inner, const Eina_Rectangle& outer) {
+    return inner.x >= outer.x && inner.y >= outer.y && inner.x + inner.w <= outer.x + outer.w &&
+           inner.y + inner.h <= outer.y + outer.h;
+}
 
-    [[nodiscard]] Evas_Object* window() const { return window_; }
+/** Looks at the screen on a connection of its own: what is not flushed is not seen. */
+inline simulator::Pixels look_at(const Eina_Rectangle& area) {
+    static const simulator::Display display = simulator::open_display();
+    return {display.get(), area.x, area.y, area.w, area.h};
+}
 
-private:
-    /** The widgets that say something, in drawing order. */
-    [[nodiscard]] std::vector<Evas_Object*> widgets() const;
+/** A pixel of a button where it has neither text nor sign. */
+inline simulator::Pixels fill_of(const Evas_Object* button) {
+    const auto [x, y, width, height] = geometry(button);
+    return look_at({x + width * 17 / 20, y + height / 2, 1, 1});
+}
 
-    Evas_Object* window_;
-};
+inline double luminance(const simulator::Color& color) {
+    const auto linear = [](std::uint8_t strength) {
+        const double part = strength / 255.0;
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color[0]) + 0.7152 * linear(color[1]) + 0.0722 * linear(color[2]);
+}
 
-/** Called with something visible, and the widget that it is or belongs to, if there is one. */
-using Visitor = std::function<void(Evas_Object* object, Evas_Object* widget)>;
-/** Visits all that is visible in a window, in drawing order. */
-void visit(Evas_Object* window, const Visitor& visitor);
+/** The contrast of the lightest to the darkest pixel in a part of the screen, 1 to 21 (WCAG 2). */
+inline double contrast(const Eina_Rectangle& area) {
+    const simulator::Pixels pixels = look_at(area);
+    double darkest = 1.0;
+    double lightest = 0.0;
+    for (int pixel = 0; pixel < area.w * area.h; ++pixel) {
+        const double light = luminance(pixels.at(pixel % area.w, pixel / area.w));
+        darkest = std::min(darkest, light);
+        lightest = std::max(lightest, light);
+    }
+    return (lightest + 0.05) / (darkest + 0.05);
+}
 
-/** A widget's place on the screen. */
-Eina_Rectangle geometry(const Evas_Object* widget);
+inline bool is_type(const Evas_Object* object, std::string_view type) {
+    return evas_object_type_get(object) == type;
+}
+
+/** Called with something visible and the widget that it belongs to, if any. */
+using Visitor = std::function<void(Evas_Object* drawn, Evas_Object* widget)>;
+
+inline void visit(Evas_Object* object, Evas_Object* widget, const Visitor& visitor) {
+    if (evas_object_visible_get(object) == EINA_FALSE)
+        return;
+    if (elm_object_widget_check(object) != EINA_FALSE)
+        widget = object;
+    visitor(object, widget);
+    if (efl_isa(object, EFL_CANVAS_GROUP_CLASS) == EINA_FALSE)
+        return;
+    Eina_List* members = evas_object_smart_members_get(object);
+    void* member = nullptr;
+    EINA_LIST_FREE(members, member)
+    visit(static_cast<Evas_Object*>(member), widget, visitor);
+}
+
+/** Whether a text is neither cut nor shortened with an ellipsis. */
+inline bool is_whole(Evas_Object* text) {
+    const Eina_Rectangle area = geometry(text);
+    int width = 0;
+    int height = 0;
+    if (is_type(text, "textblock")) {
+        evas_object_textblock_size_formatted_get(text, &width, &height);
+        return width <= area.w && height <= area.h;
+    }
+    const char* font = nullptr;
+    evas_object_text_font_get(text, &font, &height);
+    Evas_Object* const copy = evas_object_text_add(evas_object_evas_get(text)); // which nothing limits
+    evas_object_scale_set(copy, evas_object_scale_get(text));
+    evas_object_text_font_set(copy, font, height);
+    evas_object_text_text_set(copy, evas_object_text_text_get(text));
+    width = geometry(copy).w;
+    evas_object_del(copy);
+    return width <= area.w;
+}
+
+inline bool is_in_popup(Evas_Object* widget) {
+    while (widget != nullptr && !is_type(widget, "elm_popup"))
+        widget = elm_object_parent_widget_get(widget);
+    return widget != nullptr;
+}
 
 struct DrawnText {
     std::string text;
-    Eina_Rectangle place;  /**< what it takes on the screen */
-    Eina_Rectangle widget; /**< the widget it belongs to */
-    bool whole;            /**< neither cut nor shortened with an ellipsis */
-    bool covered;          /**< an open popup lies over its page */
-    bool control;          /**< of a button that can be used */
+    Eina_Rectangle area; /**< of the text itself */
+    Evas_Object* widget; /**< the widget that it belongs to */
+    bool whole;
 };
 
-/** The texts that can be seen. */
-std::vector<DrawnText> drawn_texts(Evas_Object* window);
+class Screen {
+public:
+    explicit Screen(Evas_Object* window) : window_(window) {}
+    [[nodiscard]] Evas_Object* window() const { return window_; }
 
-/** The place of the focus ring; nothing when none can be seen. */
-std::optional<Eina_Rectangle> focus_ring(Evas_Object* window);
+    /** Queues a key press and release, as events of the window's X server, for the main loop's next turn. */
+    void type(const char* key) const {
+        for (const int type : {ECORE_EVENT_KEY_DOWN, ECORE_EVENT_KEY_UP}) {
+            // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): Ecore frees it
+            auto* const event = static_cast<Ecore_Event_Key*>(calloc(1, sizeof(Ecore_Event_Key)));
+            event->keyname = event->key = key;
+            event->window = event->event_window = event->root_window = elm_win_window_id_get(window_);
+            event->timestamp = static_cast<unsigned>(ecore_loop_time_get() * 1000.0);
+            ecore_event_add(type, event, nullptr, nullptr);
+        }
+    }
 
-/** By how much the borders of the pictures that can be seen are scaled: more than 1.0 is blurred. */
-std::vector<double> border_scales(Evas_Object* window);
+    /** Presses and releases a key and settles, each time. */
+    void press(const char* key, int times = 1) const {
+        for (int time = 0; time < times; ++time) {
+            type(key);
+            settle();
+        }
+    }
 
-/** The contrast of the lightest to the darkest pixel in a part of the screen, 1 to 21. */
-double contrast(const Eina_Rectangle& area);
+    /** Calls `visitor` with everything visible in drawing order. */
+    void visit_all(const Visitor& visitor) const {
+        for (Evas_Object* object = evas_object_bottom_get(evas_object_evas_get(window_)); object != nullptr;
+             object = evas_object_above_get(object))
+            visit(object, nullptr, visitor);
+    }
 
-/** Whether all of an area lies in another. */
-bool is_inside(const Eina_Rectangle& inner, const Eina_Rectangle& outer);
+    /** The visible texts in drawing order; those of the open popup alone when there is one. */
+    [[nodiscard]] std::vector<DrawnText> texts() const {
+        std::vector<DrawnText> on_page;
+        std::vector<DrawnText> in_popup;
+        visit_all([&](Evas_Object* drawn, Evas_Object* widget) {
+            const char* const text = is_type(drawn, "text") ? evas_object_text_text_get(drawn)
+                                     : is_type(drawn, "textblock")
+                                         ? evas_object_textblock_text_markup_get(drawn)
+                                         : "";
+            if (widget != nullptr && text != nullptr && *text != '\0') // the window's frame has a title, too
+                (is_in_popup(widget) ? in_popup : on_page)
+                    .push_back({text, geometry(drawn), widget, is_whole(drawn)});
+        });
+        return in_popup.empty() ? on_page : in_popup;
+    }
+    [[nodiscard]] std::vector<std::string> seen() const {
+        std::vector<std::string> seen;
+        std::ranges::transform(texts(), std::back_inserter(seen), &DrawnText::text);
+        return seen;
+    }
+    /** The last widget with one of these texts; null when there is none. */
+    [[nodiscard]] Evas_Object* find(const std::string& text) const {
+        const auto all = texts();
+        const auto found =
+            std::find_if(all.rbegin(), all.rend(), [&](const auto& each) { return each.text == text; });
+        return found == all.rend() ? nullptr : found->widget;
+    }
+    /** The text of the button that has the focus, "[number]" for a spinner, or "". */
+    [[nodiscard]] std::string focused() const {
+        Evas_Object* const widget = elm_object_focused_object_get(window_);
+        if (widget != nullptr && is_type(widget, "elm_spinner"))
+            return "[" + std::to_string(std::lround(elm_spinner_value_get(widget))) + "]";
+        return elm_vell_button_text_get(widget);
+    }
+    /** The area of the focus ring; an empty one when none is visible. */
+    [[nodiscard]] Eina_Rectangle focus_ring() const {
+        Eina_Rectangle ring{};
+        constexpr int own_border = 72; // of no other picture
+        visit_all([&ring](Evas_Object* drawn, Evas_Object*) {
+            int border = 0;
+            if (is_type(drawn, "image"))
+                evas_object_image_border_get(drawn, &border, nullptr, nullptr, nullptr);
+            if (border == own_border)
+                ring = geometry(drawn);
+        });
+        return ring;
+    }
+
+private:
+    Evas_Object* window_;
+};
 
 } // namespace test

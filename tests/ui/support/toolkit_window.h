@@ -15,6 +15,7 @@ protected:
         elm_vell_root_layout_set(root, 1);
         elm_vell_layout_type_set(root, 3);
         elm_vell_layout_item_append(root, page, 1, 1);
+        evas_object_size_hint_weight_set(root, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
         elm_win_resize_object_add(screen.window(), root);
         elm_vell_root_layout_render(root);
         evas_object_show(root);
@@ -35,31 +36,21 @@ protected:
         return window;
     }
 
-    /** A button at the end of the page, 60 x 10 units large. */
+    /** Appends a widget, 60 x 10 units large, to the page. */
+    Evas_Object* append(Evas_Object* widget) const {
+        elm_vell_layout_item_append(page, widget, elm_vell_unit_to_pixel(60), elm_vell_unit_to_pixel(10));
+        return widget;
+    }
     Evas_Object* add_button(const char* text) const {
-        Evas_Object* const button = elm_vell_button_add(page);
+        Evas_Object* const button = append(elm_vell_button_add(page));
         elm_vell_button_text_set(button, text);
-        elm_vell_layout_item_append(page, button, elm_vell_unit_to_pixel(60), elm_vell_unit_to_pixel(10));
         return button;
     }
 
-    LogCapture log; // what EFL and the X library say stays out of the test's output
+    LogCapture log; // keeps what EFL and Xlib log out of the test's output
     const Screen screen{open_window()};
     Evas_Object* root = elm_vell_layout_add(screen.window());
     Evas_Object* page = elm_vell_layout_add(root); // stacks its items
 };
-
-/** A smart or event callback that counts its calls in an int. */
-template <class... Arguments>
-void count(void* calls, Arguments...) {
-    ++*static_cast<int*>(calls);
-}
-
-/** Has the widget take the focus whenever it is shown, as the application's pages do. */
-inline void focus_when_shown(Evas_Object* widget) {
-    evas_object_event_callback_add(
-        widget, EVAS_CALLBACK_SHOW,
-        [](void*, Evas*, Evas_Object* shown, void*) { elm_object_focus_set(shown, EINA_TRUE); }, nullptr);
-}
 
 } // namespace test

@@ -1,0 +1,319 @@
+/** The contract of the toolkit's widgets. */
+#include "efl_1_26/toolkit/accessible.h"
+#include "support/settings_folder.h"
+#include "support/toolkit_window.h"
+
+#include <cmath>
+extern "C" {
+#include <efl_access_action.eo.h>
+#include <efl_access_object.eo.h>
+#include <efl_access_value.eo.h>
+}
+
+namespace {
+
+using test::geometry;
+using test::settle;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class Toolkit : public test::ToolkitWindow {
+protected:
+    /** Adds a button in the popup's next free place. */
+    static Evas_Object* add_popup_button(Evas_Object* popup, const char* text) {
+        Evas_Object* const button = elm_vell_button_add(popup);
+        elm_vell_button_text_set(button, text);
+        elm_vell_popup_button_set(popup, button, 0);
+        return button;
+    }
+    /** Presses and releases the mouse in the middle of an area. */
+    void click(const Eina_Rectangle& area) const {
+        Evas* const canvas = evas_object_evas_get(screen.window());
+        evas_event_feed_mouse_move(canvas, area.x + area.w / 2, area.y + area.h / 2, 0, nullptr);
+        evas_event_feed_mouse_down(canvas, 1, EVAS_BUTTON_NONE, 0, nullptr);
+        evas_event_feed_mouse_up(canvas, 1, EVAS_BUTTON_NONE, 0, nullptr);
+        settle();
+    }
+    /** Has a widget take the focus whenever it is shown. */
+    static void focus_when_shown(Evas_Object* widget) {
+        const auto focus = [](void*, Evas*, Evas_Object* shown, void*) {
+            elm_object_focus_set(shown, EINA_TRUE);
+        };
+        evas_object_event_callback_add(widget, EVAS_CALLBACK_SHOW, focus, nullptr);
+    }
+};
+
+/** A smart or event callback that counts its calls in an int. */
+template <class... Arguments>
+void count(void* calls, Arguments...) {
+    ++*static_cast<int*>(calls);
+}
+
+TEST_F(Toolkit, ButtonIsPressedOnceForEachActivationUnlessItIsBarred) {
+    Evas_Object* const button = add_button("Go");
+    settle();
+    int pressed = 0;
+    evas_object_smart_callback_add(button, "pressed", count, &pressed);
+    elm_object_focus_set(button, EINA_TRUE);
+    for (const auto& [key, presses] : {std::pair{"Return", 1}, {"KP_Enter", 2}, {"a", 2}}) {
+        screen.press(key);
+        EXPECT_EQ(pressed, presses) << key;
+    }
+    for (const auto& [allowed, presses] : {std::pair{EINA_TRUE, 3}, {EINA_FALSE, 3}, {EINA_TRUE, 4}}) {
+        elm_object_focus_allow_set(button, allowed);
+        click(geometry(button));
+        EXPECT_EQ(pressed, presses);
+    }
+}
+
+TEST_F(Toolkit, ButtonTellsAssistiveTechnologyItsLabelAndStatesAlsoInANewTheme) {
+    Evas_Object* const label = elm_vell_textbox_add(page);
+    elm_vell_textbox_text_set(label, "Power: ");
+    append(label);
+    Evas_Object* const button = add_button("7");
+    add_button("not labelled");
+    Eina_Iterator* const relations = efl_access_object_relations_get(label);
+    std::vector<const void*> labelled;
+    for (void* relation = nullptr; eina_iterator_next(relations, &relation) != EINA_FALSE;)
+        if (const auto& [type, objects] = *static_cast<Efl_Access_Relation*>(relation);
+            type == EFL_ACCESS_RELATION_TYPE_LABEL_FOR)
+            labelled.push_back(eina_list_data_get(objects));
+    eina_iterator_free(relations);
+    EXPECT_THAT(labelled, ElementsAre(button));
+    int changes = 0;
+    const auto note = [](void* noted, const Efl_Event* event) {
+        *static_cast<int*>(noted) += event->desc == EFL_ACCESS_OBJECT_EVENT_STATE_CHANGED ? 1 : 0;
+    };
+    Efl_Access_Event_Handler* const listener = efl_access_object_event_handler_add(note, &changes);
+    for (const bool holds : {true, false, true}) {
+        vell::set_accessible_state(button, EFL_ACCESS_STATE_TYPE_BUSY, holds);
+        elm_object_focus_allow_set(button, holds);
+        elm_theme_flush(nullptr);
+        settle();
+        const auto states = efl_access_object_state_set_get(button);
+        for (const auto type :
+             {EFL_ACCESS_STATE_TYPE_BUSY, EFL_ACCESS_STATE_TYPE_ENABLED, EFL_ACCESS_STATE_TYPE_SENSITIVE})
+            EXPECT_EQ(STATE_TYPE_GET(states, type) != 0, holds) << type;
+        EXPECT_EQ(efl_access_action_do(button, 0) != EINA_FALSE, holds);
+    }
+    EXPECT_EQ(changes, 7) << "three times busy or not, twice enabled or not, twice sensitive or not";
+    efl_access_object_event_handler_del(listener);
+}
+
+TEST_F(Toolkit, AppendedItemIsShownOnceAtTheEndOfTheTurnOrTheRender) {
+    for (const bool render : {false, true}) {
+        Evas_Object* const button = add_button("Go");
+        EXPECT_FALSE(evas_object_visible_get(button));
+        int shown = 0; // after the append
+        evas_object_event_callback_add(button, EVAS_CALLBACK_SHOW, count, &shown);
+        render ? elm_vell_root_layout_render(root) : settle();
+        EXPECT_TRUE(evas_object_visible_get(button));
+        settle();
+        EXPECT_EQ(shown, 1);
+    }
+    add_button("deleted before it is shown");
+    elm_vell_layout_clear(page);
+    settle();
+    EXPECT_THAT(screen.seen(), ElementsAre());
+}
+
+TEST_F(Toolkit, TextIsNeverMarkup) {
+    const char* const text = "<b>&amp; \\ 5 > 3";
+    Evas_Object* const button = add_button(text);
+    elm_vell_textbox_text_set(append(elm_vell_textbox_add(page)), text);
+    settle();
+    EXPECT_THAT(screen.seen(), ElementsAre(text, text));
+    EXPECT_STREQ(elm_vell_button_text_get(button), text);
+    elm_vell_button_text_set(button, nullptr);
+    EXPECT_STREQ(elm_vell_button_text_get(button), "");
+}
+
+TEST_F(Toolkit, UnknownColorIsLogged) {
+    Evas_Object* const textbox = elm_vell_textbox_add(page);
+    for (const char* const good : {"#FFFFFFAF", "#a0B1c2", "CC_BG210"})
+        elm_vell_layout_bg_color_set(page, good);
+    EXPECT_THAT(log.text(), testing::Not(HasSubstr("colour")));
+    for (const std::string bad :
+         {"", "#", "#12345", "#GG000000", "#123456789", "#-1234567", "NO_SUCH_CLASS"}) {
+        elm_vell_textbox_style_property_set(textbox, "color", bad.c_str());
+        EXPECT_THAT(log.text(), HasSubstr("no such colour: " + bad + "\n"));
+    }
+    elm_vell_textbox_style_property_set(textbox, "shadow", "#FFFFFFFF");
+    EXPECT_THAT(log.text(), HasSubstr("no such style property of a textbox: shadow"));
+}
+
+TEST_F(Toolkit, SpinnerFollowsMouseKeysAndAssistiveTechnologyBetweenItsLimits) {
+    Evas_Object* const spinner = elm_vell_spinner_add(page);
+    elm_vell_layout_item_append(page, spinner, 200, 80);
+    elm_spinner_min_max_set(elm_vell_spinner_native_get(spinner), 11, 13);
+    elm_spinner_step_set(elm_vell_spinner_native_get(spinner), 1.0);
+    Evas_Object* const other = add_button("other");
+    std::string said; // each key that reaches the callbacks, and the number shown then
+    const auto note = [](void* data, Evas*, Evas_Object* object, void* event) {
+        *static_cast<std::string*>(data) += static_cast<Evas_Event_Key_Down*>(event)->key +
+                                            std::to_string(std::lround(elm_spinner_value_get(object))) + " ";
+    };
+    evas_object_event_callback_add(spinner, EVAS_CALLBACK_KEY_DOWN, note, &said);
+    settle();
+    elm_object_focus_set(other, EINA_TRUE);
+    const auto click_on = [&](const std::string& clicked, int times) {
+        for (const test::DrawnText& text : screen.texts())
+            for (int time = 0; text.text == clicked && time < times; ++time)
+                click(text.area);
+        return std::lround(elm_spinner_value_get(spinner));
+    };
+    const std::string left_arrow = "\u2039";
+    EXPECT_EQ(click_on("\u203A", 3), 13);
+    EXPECT_EQ(click_on(left_arrow, 3), 11);
+    elm_config_mirrored_set(EINA_TRUE);
+    EXPECT_EQ(click_on(left_arrow, 3), 13);
+    for (const auto& [number, taken] : {std::pair(11.6, true), {13.1, false}, {std::nan(""), false}})
+        EXPECT_EQ(efl_access_value_and_text_set(spinner, number, nullptr) != EINA_FALSE, taken) << number;
+    EXPECT_EQ(elm_spinner_value_get(spinner), 12.0);
+    settle();
+    for (const test::DrawnText& text : screen.texts())
+        EXPECT_GT(test::contrast(text.area), 4.5) << text.text << " is dim, as a spent arrow is";
+    click_on("12", 2);
+    for (const char* const key : {"Right", "Return", "KP_Enter", "5", "Up", "Down", "Left"})
+        screen.press(key);
+    EXPECT_EQ(said, "Return12 Return12 Right11 Return11 KP_Enter11 511 Up12 Down11 Left12 ");
+    const auto turn_wheel = [this](int notch) {
+        evas_event_feed_mouse_wheel(evas_object_evas_get(screen.window()), 0, notch, 0, nullptr);
+        settle();
+    };
+    turn_wheel(1);
+    EXPECT_EQ(screen.focused(), "[11]");
+    elm_object_disabled_set(spinner, EINA_TRUE);
+    EXPECT_FALSE(efl_access_value_and_text_set(spinner, 12.0, nullptr));
+    turn_wheel(-1);
+    EXPECT_EQ(click_on(left_arrow, 1), 11);
+    elm_object_disabled_set(spinner, EINA_FALSE);
+    evas_object_show(elm_vell_popup_add(root));
+    EXPECT_FALSE(efl_access_value_and_text_set(spinner, 12.0, nullptr)) << "behind a popup";
+}
+
+TEST_F(Toolkit, PopupTakesTheFocusAgainAndGivesItBackWhenItGoes) {
+    elm_object_focus_set(add_button("behind"), EINA_TRUE);
+    Evas_Object* const picker = elm_vell_popup_add(root);
+    Evas_Object* const content = elm_vell_layout_add(root);
+    Evas_Object* const spinner = elm_vell_spinner_add(content);
+    elm_vell_popup_content_set(picker, content, 500, 200);
+    elm_vell_layout_item_append(content, spinner, 200, 60);
+    focus_when_shown(spinner);
+    Evas_Object* const question = elm_vell_popup_add(root);
+    add_popup_button(question, "Yes");
+    focus_when_shown(add_popup_button(question, "Cancel"));
+    settle();
+    for (const auto& [popup, focused] : {std::pair(picker, "[0]"), std::pair(question, "Cancel")}) {
+        evas_object_show(popup);
+        settle();
+        EXPECT_EQ(screen.focused(), focused) << "the first time";
+        elm_popup_dismiss(popup);
+        for (int time = 0; time < 2; ++time) {
+            settle();
+            evas_object_show(popup);
+            elm_popup_dismiss(popup);
+        }
+        evas_object_show(popup);
+        test::run_for(std::chrono::milliseconds(300)); // longer than any effect
+        EXPECT_EQ(screen.focused(), focused);
+        popup == picker ? evas_object_del(popup) : elm_popup_dismiss(popup);
+        settle();
+        screen.press("Tab");
+        EXPECT_EQ(screen.focused(), "behind");
+        EXPECT_THAT(screen.seen(), ElementsAre("behind"));
+    }
+    evas_object_show(question);
+    elm_vell_layout_clear(page); // with what the focus would go back to
+    settle();
+    EXPECT_EQ(screen.focused(), "Cancel");
+    elm_popup_dismiss(question);
+    settle();
+    EXPECT_THAT(screen.seen(), ElementsAre());
+}
+
+TEST_F(Toolkit, PopupHasItsButtonsInARow) {
+    Evas_Object* const popup = elm_vell_popup_add(root);
+    elm_vell_popup_title_set(popup, "Question");
+    elm_vell_popup_message_set(popup, "Sure?", 300);
+    add_popup_button(popup, "Yes");
+    add_popup_button(popup, "Cancel");
+    Evas_Object* const first = elm_vell_button_add(popup);
+    elm_vell_button_text_set(first, "First");
+    elm_vell_popup_button_set(popup, first, 1);
+    evas_object_show(popup);
+    settle();
+    EXPECT_THAT(screen.seen(), testing::UnorderedElementsAre("Question", "Sure?", "First", "Yes", "Cancel"));
+    int end = 0;
+    for (const char* const text : {"First", "Yes", "Cancel"}) {
+        const Eina_Rectangle place = geometry(screen.find(text));
+        EXPECT_GT(place.w, 50) << text;
+        EXPECT_GT(place.x, end) << text;
+        end = place.x + place.w;
+    }
+}
+
+TEST_F(Toolkit, UnitFits240TimesIntoTheWindowsWidthAnd135TimesIntoItsHeight) {
+    EXPECT_EQ(elm_vell_unit_to_pixel(240.0), 1280);
+    EXPECT_EQ(elm_vell_unit_to_pixel(10.0), 53); // 53.3
+    for (const auto& [setting, width] : {std::pair("960x540", 960), std::pair("1280x540", 960),
+                                         std::pair("480x720", 480), std::pair("wide", 1280)}) {
+        const test::SettingsFolder settings(std::string("[screen]\nsize=") + setting + "\n");
+        Evas_Object* const window = open_window();
+        EXPECT_EQ(elm_vell_unit_to_pixel(240.0), width) << setting;
+        evas_object_del(window);
+    }
+}
+
+/** A valid argument of whatever type. */
+struct Argument {
+    operator int() const { return 1; }
+    operator bool() const { return true; }
+    operator double() const { return 2.0; }
+    operator const char*() const { return "#00000000"; }
+    operator Evas_Object*() const { return widget; }
+    Evas_Object* widget;
+};
+
+template <class Result, class Handle, class... Arguments>
+void call(Evas_Object* handle, const Argument& argument, Result (*operation)(Handle, Arguments...)) {
+    operation(handle, static_cast<Arguments>(argument)...);
+}
+
+TEST_F(Toolkit, HandleThatIsNullOrOfAnotherFamilyIsLeftAlone) {
+    Evas_Object* const spinner = append(elm_vell_spinner_add(page));
+    Evas_Object* const button = add_button("Go");
+    Evas_Object* const foreign = elm_label_add(screen.window());
+    settle();
+    const auto before = screen.seen();
+    const Eina_Rectangle area = geometry(button);
+    const auto call_each = [button](Evas_Object* handle, auto... operations) {
+        (call(handle, {button}, operations), ...);
+    };
+    for (Evas_Object* const handle : {spinner, foreign, static_cast<Evas_Object*>(nullptr)})
+        call_each(handle, elm_vell_object_size_min_set, elm_vell_object_resize_policy_set,
+                  elm_vell_object_weight_set, elm_vell_textbox_text_set, elm_vell_textbox_text_opacity_set,
+                  elm_vell_textbox_style_property_set, elm_vell_bg_grid_show, elm_vell_root_layout_set,
+                  elm_vell_root_layout_render, elm_vell_layout_type_set, elm_vell_layout_align_set,
+                  elm_vell_layout_item_gap_set, elm_vell_layout_padding_set, elm_vell_layout_bg_color_set,
+                  elm_vell_layout_item_append, elm_vell_layout_clear, elm_vell_header_style_set,
+                  elm_vell_header_uiplate_enable, elm_vell_header_text_set, elm_vell_header_content_set,
+                  elm_vell_subheader_content_set, elm_vell_button_style_set, elm_vell_button_text_set,
+                  elm_vell_button_text_get, elm_vell_button_zoom_set, elm_vell_spinner_native_get,
+                  elm_vell_popup_style_set, elm_vell_popup_title_set, elm_vell_popup_message_set,
+                  elm_vell_popup_content_set, elm_vell_popup_button_set);
+    for (const int invalid : {2, 7, -1})
+        elm_vell_object_resize_policy_set(button, invalid, invalid);
+    elm_vell_object_weight_set(button, -1.0);
+    for (const auto add : {elm_vell_bg_add, elm_vell_layout_add, elm_vell_header_add, elm_vell_textbox_add,
+                           elm_vell_button_add, elm_vell_spinner_add, elm_vell_popup_add})
+        EXPECT_EQ(add(nullptr), nullptr);
+    for (Evas_Object* const item : {foreign, static_cast<Evas_Object*>(nullptr)})
+        elm_vell_layout_item_append(page, item, 9, 9);
+    settle();
+    EXPECT_EQ(screen.seen(), before);
+    EXPECT_TRUE(test::is_inside(geometry(button), area) && test::is_inside(area, geometry(button)));
+    EXPECT_FALSE(elm_vell_manager_init(nullptr));
+}
+
+} // namespace
