@@ -6,7 +6,6 @@
 #include <glib-unix.h>
 
 #include <functional>
-#include <memory>
 
 namespace simulator {
 

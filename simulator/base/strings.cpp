@@ -21,8 +21,8 @@ std::optional<int> parse_int(std::string_view text) {
 
 std::vector<std::string> to_strings(GVariant* list) {
     gsize count = 0;
-    const std::unique_ptr<const char*, Release<g_free>> texts(g_variant_get_strv(list, &count));
-    return {texts.get(), texts.get() + count};
+    g_autofree const char** texts = g_variant_get_strv(list, &count);
+    return {texts, texts + count};
 }
 
 GVariant* to_variant(const std::vector<std::string>& texts) {
