@@ -41,9 +41,8 @@ public:
             efl_wref_add(widget_, &widget_);
         return *this;
     }
-    operator Evas_Object*() const {
-        return widget_;
-    } // NOLINT(google-explicit-constructor,hicpp-explicit-conversions)
+    // NOLINTNEXTLINE(google-explicit-constructor,hicpp-explicit-conversions)
+    operator Evas_Object*() const { return widget_; }
 
 private:
     Evas_Object* widget_ = nullptr;

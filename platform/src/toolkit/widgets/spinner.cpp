@@ -90,8 +90,7 @@ Evas_Object* elm_vell_spinner_add(Evas_Object* parent) {
     Evas_Object* const spinner = parent == nullptr ? nullptr : elm_spinner_add(parent);
     if (vell::adopt(spinner, vell::Family::spinner) == nullptr)
         return nullptr;
-    vell::attached<vell::Item>(spinner)->request.content_is_minimum =
-        true; // its number must be readable from three metres
+    vell::attached<vell::Item>(spinner)->request.content_is_minimum = true; // legible at three metres
     elm_spinner_editable_set(spinner, EINA_FALSE);
     elm_spinner_wrap_set(spinner, EINA_FALSE);
     elm_spinner_label_format_set(spinner, "%.0f");

@@ -13,8 +13,6 @@
 
 namespace {
 
-using vell::scale;
-
 /** The theme is drawn for a window 1920 pixels wide. */
 constexpr double theme_pixels_per_unit = 8.0;
 
@@ -33,7 +31,7 @@ struct Handlers {
 
 void set_scale(const vell::Size& window) {
     const double unit_now = vell::unit_in(window);
-    scale().ratio = unit_now / scale().unit;
+    vell::scale().ratio = unit_now / vell::scale().unit;
     elm_config_scale_set(unit_now / theme_pixels_per_unit);
 }
 
@@ -50,7 +48,7 @@ void set_window_size(Evas_Object* window) {
     }
     if (size.width <= 0 || size.height <= 0)
         return;
-    scale().unit = vell::unit_in(size);
+    vell::scale().unit = vell::unit_in(size);
     set_scale(size);
     evas_object_resize(window, size.width, size.height);
 }
@@ -90,4 +88,4 @@ bool elm_vell_manager_init(Evas_Object* window) {
 
 void elm_vell_manager_fini() {} // everything is kept with the window and freed with it
 
-int elm_vell_unit_to_pixel(double units) { return vell::pixels(units, scale().unit); }
+int elm_vell_unit_to_pixel(double units) { return vell::pixels(units, vell::scale().unit); }
