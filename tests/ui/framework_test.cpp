@@ -2,8 +2,8 @@
 #include "base/process.h"
 #include "base/wait_until.h"
 #include "efl_1_26/application/bridge_connection.h"
-#include "support/television.h"
 #include "support/settings_folder.h"
+#include "support/television.h"
 #include "support/windows.h"
 
 #include "common/dropped_press.h"
