@@ -8,6 +8,7 @@
 #include "support/television.h"
 
 #include <chrono>
+#include <filesystem>
 #include <functional>
 #include <gmock/gmock.h>
 #include <optional>
@@ -46,7 +47,7 @@ protected:
     void TearDown() override;
 
     // A connection of its own, whose end does not end the test.
-    const simulator::Client television_{simulator::connect_to_bus(getenv("DBUS_SYSTEM_BUS_ADDRESS"))};
+    const simulator::Client television_{simulator::connect_to_bus(g_getenv("DBUS_SYSTEM_BUS_ADDRESS"))};
     simulator::ApplicationLog log_;
 
 private:

@@ -29,18 +29,13 @@ std::vector<std::string> lines_of(const std::string& path, std::streamoff begin)
 
 } // namespace
 
-const std::string& ApplicationLog::path() {
-    static const std::string path = "/var/log/simulator/application.log";
-    return path;
-}
-
 std::vector<std::string> ApplicationLog::messages() const {
     // The radio stack writes to the same file, "socat" without a line's end: a message may begin inside a line.
     static const Regex message =
         regex(R"(([EWI])/(VELMORA\(\d+\): (\w+\.cpp: \w+)\(\d+\) >|PLATFORM\(\d+\):) (.*))");
     static const Regex failed_status = regex(R"(nRet\[-\d+\])");
     std::vector<std::string> messages;
-    for (const std::string& line : lines_of(path(), begin_)) {
+    for (const std::string& line : lines_of(path_, begin_)) {
         g_autoptr(GMatchInfo) match = nullptr;
         if (g_regex_match(message.get(), line.c_str(), G_REGEX_MATCH_DEFAULT, &match) == FALSE)
             continue;
@@ -62,13 +57,13 @@ std::vector<std::string> ApplicationLog::complaints_of_libraries() const {
     // EFL's accessibility complains of a process that ends while it announces itself, its canvas of a busy machine.
     static const Regex complaint = regex(
         R"((CRI|ERR|WRN)<\d+>(?!.*(Canceled by user|timeout waiting for async rendering))|-(ERROR|CRITICAL|WARNING) \*\*)");
-    std::vector<std::string> lines = lines_of(path(), begin_);
+    std::vector<std::string> lines = lines_of(path_, begin_);
     std::erase_if(lines, [](const std::string& line) {
         return g_regex_match(complaint.get(), line.c_str(), G_REGEX_MATCH_DEFAULT, nullptr) == FALSE;
     });
     return lines;
 }
 
-LogFromNow::LogFromNow() { begin_ = std::ifstream(path(), std::ios::ate).tellg(); }
+LogFromNow::LogFromNow() { begin_ = std::ifstream(path_, std::ios::ate).tellg(); }
 
 } // namespace simulator

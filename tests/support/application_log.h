@@ -10,7 +10,7 @@ namespace simulator {
 /** The file that the application's standard output and standard error go to. */
 class ApplicationLog {
 public:
-    [[nodiscard]] static const std::string& path();
+    [[nodiscard]] const std::string& path() const { return path_; }
 
     /**
      * Its messages, "E dbus_client.cpp: Init > [b]": priority, file, operation, message; those of its platform layer
@@ -26,6 +26,7 @@ public:
     [[nodiscard]] std::vector<std::string> complaints_of_libraries() const;
 
 protected:
+    std::string path_ = "/var/log/simulator/application.log";
     std::streamoff begin_ = 0;
 };
 

@@ -53,7 +53,7 @@ void take_picture(const std::string& path) {
 
 void announce_screen_reader(bool is_there) {
     g_autoptr(GError) error = nullptr;
-    const BusConnection session = connect_to_bus(getenv("DBUS_SESSION_BUS_ADDRESS"));
+    const BusConnection session = connect_to_bus(g_getenv("DBUS_SESSION_BUS_ADDRESS"));
     const Value answer(g_dbus_connection_call_sync(
         session.get(), "org.a11y.Bus", "/org/a11y/bus", "org.freedesktop.DBus.Properties", "Set",
         g_variant_new("(ssv)", "org.a11y.Status", "ScreenReaderEnabled",
