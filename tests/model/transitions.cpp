@@ -48,7 +48,7 @@ std::vector<Transition> all_transitions() {
         {"OK", Act::press, "OK", spots | radio, 30, ok_starts_nothing},
         {"OK, a picker opens", Act::press, "OK", page | focus | memory, 30, opens_picker},
         {"OK held", Act::hold, "OK", page | popup | focus, 500, ok_starts_nothing},
-        {"OK twice, the radio starts", Act::press, "OK", page | start, 300, ok_starts, 2},
+        {"OK twice, the radio does not answer", Act::press, "OK", page | start, 300, ok_starts, 2, "zigbeed"},
         {"OK, the radio does not answer", Act::press, "OK", page | start, 300, ok_starts, 1, "zigbeed"},
         {"OK, the relay is missing", Act::press, "OK", page, 4000, ok_starts, 1, "socat"},
         {"OK, refused", Act::press, "OK", command, 40, ok_commands, 1, "", "code 5", Answer::refused},
