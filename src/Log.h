@@ -19,11 +19,13 @@ struct LogOrigin {
 /** The origin of the named operation, with the file and line of this macro. */
 #define LOG_ORIGIN(operation) (LogOrigin{__FILE_NAME__, operation, __LINE__})
 
-#define LOG_AT(priority, origin, format, ...)                                                                \
+// The empty text stands in for missing arguments; cppcheck 2.10 does not parse __VA_OPT__.
+#define LOG_AT(priority, origin, ...) LOG_FORMATTED_AT(priority, origin, __VA_ARGS__, "")
+#define LOG_FORMATTED_AT(priority, origin, format, ...)                                                      \
     do {                                                                                                     \
         const LogOrigin& log_origin = origin;                                                                \
-        __dlog_print(platform::LogBuffer::main, (priority), "VELMORA", "%s: %s(%d) > " format,               \
-                     log_origin.file, log_origin.function, log_origin.line __VA_OPT__(, ) __VA_ARGS__);      \
+        __dlog_print(platform::LogBuffer::main, (priority), "VELMORA", "%s: %s(%d) > " format "%s",          \
+                     log_origin.file, log_origin.function, log_origin.line, __VA_ARGS__);                    \
     } while (false)
 
 #define LOG_INFO_AT(origin, ...) LOG_AT(platform::LogPriority::info, origin, __VA_ARGS__)

@@ -27,6 +27,7 @@ std::vector<std::string> to_strings(GVariant* list) {
 
 GVariant* to_variant(const std::vector<std::string>& texts) {
     std::vector<const char*> list;
+    list.reserve(texts.size());
     for (const auto& text : texts)
         list.push_back(text.c_str());
     return g_variant_new_strv(list.data(), static_cast<gssize>(list.size()));

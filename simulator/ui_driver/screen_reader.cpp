@@ -222,7 +222,7 @@ void ScreenReader::announce(const Done& done) {
             return done(open_error);
         session_ = std::move(session);
         const Accessible launcher{"org.a11y.Bus", "/org/a11y/bus"};
-        const auto set =
+        auto* const set =
             g_variant_new("(ssv)", "org.a11y.Status", "ScreenReaderEnabled", g_variant_new_boolean(TRUE));
         call(session_.get(), {launcher, "org.freedesktop.DBus.Properties", "Set", set, "()", nullptr},
              [](GVariant* /*answer*/, const GError* /*error*/) {}); // GetAddress reports it

@@ -88,7 +88,7 @@ void elm_vell_layout_padding_set(Evas_Object* layout, int left, int right, int t
 void elm_vell_layout_bg_color_set(Evas_Object* layout, const char* color);
 
 /** Appends a widget to a layout with a size in pixels. */
-void elm_vell_layout_item_append(Evas_Object* layout, Evas_Object* item, int width, int height);
+void elm_vell_layout_item_append(Evas_Object* layout, Evas_Object* widget, int width, int height);
 
 /** Deletes all items of a layout. */
 void elm_vell_layout_clear(Evas_Object* layout);

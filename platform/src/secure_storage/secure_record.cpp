@@ -13,7 +13,7 @@ constexpr std::size_t nonce_size = crypto_aead_xchacha20poly1305_ietf_NPUBBYTES;
 constexpr std::size_t overhead = nonce_size + crypto_aead_xchacha20poly1305_ietf_ABYTES;
 
 const unsigned char* bytes_of(std::string_view text) {
-    return reinterpret_cast<const unsigned char*>(text.data());
+    return reinterpret_cast<const unsigned char*>(text.data()); // cppcheck-suppress returnDanglingLifetime
 }
 unsigned char* bytes_of(std::string& text) { return reinterpret_cast<unsigned char*>(text.data()); }
 

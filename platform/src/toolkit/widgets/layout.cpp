@@ -84,17 +84,17 @@ void elm_vell_layout_bg_color_set(Evas_Object* layout, const char* color) {
             layout, *opacity == 255 ? "vell,background,opaque" : "vell,background,translucent", "vell");
 }
 
-void elm_vell_layout_item_append(Evas_Object* layout, Evas_Object* object, int width, int height) {
+void elm_vell_layout_item_append(Evas_Object* layout, Evas_Object* widget, int width, int height) {
     Evas_Object* const box = box_of(layout);
-    auto* const item = vell::attached<Item>(object);
+    auto* const item = vell::attached<Item>(widget);
     if (box == nullptr || item == nullptr)
         return;
     vell::answer_press();
     item->request.given = {width, height};
     const auto before = vell::items_in(box);
-    if (vell::is_a(Family::button, object) && !before.empty() && vell::is_a(Family::textbox, before.back()))
-        vell::label_accessible(object, before.back());
-    vell::items_box_insert(box, object);
+    if (vell::is_a(Family::button, widget) && !before.empty() && vell::is_a(Family::textbox, before.back()))
+        vell::label_accessible(widget, before.back());
+    vell::items_box_insert(box, widget);
 }
 
 void elm_vell_layout_clear(Evas_Object* layout) {
