@@ -70,8 +70,6 @@ private:
     std::vector<std::string> said_;
 };
 
-} // namespace
-
 /** Reads the screen through a screen reader and uses it through its actions. */
 class ScreenReaderTest : public EndToEndTest {
 protected:
@@ -181,3 +179,5 @@ TEST_F(ScreenReaderTest, SaysEachTextThatIsSetAndNothingOnTheWayToTheNextPage) {
     press("Up");
     expect_said({"push button RX Test"});
 }
+
+} // namespace
