@@ -1,10 +1,10 @@
 # shellcheck shell=bash
-# The steps of an operator: sourced by scripts that set `television` to the name of a television. Each step prints the
-# key and what the screen then shows, or ends the script with the reason on standard error.
+# Operator steps for scripts that set `television` to the name of a television and source this file. Each step prints
+# the key and the resulting screen, or exits the script with the reason on standard error.
 
 steps=$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")
 expected=''
-patience=${VELMORA_PATIENCE:-30} # seconds
+timeout=${VELMORA_TIMEOUT:-30} # seconds
 
 tvctl() { "$steps/tvctl" -n "${television:?}" "$@"; }
 
@@ -13,16 +13,16 @@ fail() {
     exit 1
 }
 
-say() { printf '%-11s %s\n' "$@"; } # KEY WHAT
+say() { printf '%-11s %s\n' "$@"; } # KEY TEXT
 
-press() { # KEY NAME [OPTION]: presses a key and waits until the name has the focus, or as that option of `tvctl wait` says
+press() { # KEY NAME [OPTION]: presses a key and waits until NAME has the focus, or for OPTION of `tvctl wait`
     local seen
     tvctl press "$1" >/dev/null
-    seen=$(tvctl wait -t "$patience" "${3---focus}" "$2")
+    seen=$(tvctl wait -t "$timeout" "${3---focus}" "$2")
     say "$1" "$seen"
 }
 
-go() { # KEY FOCUS: presses a key, up to eight times, until the focus is on a name
+go() { # KEY NAME: presses a key, up to eight times, until NAME has the focus
     local before seen
     for _ in {1..8}; do
         before=$(tvctl see)
@@ -34,19 +34,19 @@ go() { # KEY FOCUS: presses a key, up to eight times, until the focus is on a na
         say "$1" "$seen"
         [[ $seen != *"[$2]"* ]] || return 0
     done
-    fail "$1 does not lead to '$2'"
+    fail "'$2' not reached with $1"
 }
 
-choose() { # TITLE NUMBER: takes the number of a picker
+choose() { # TITLE NUMBER: accepts the number in the picker TITLE
     press OK "$1" --gone
-    tvctl wait -t "$patience" --focus "$2" >/dev/null
+    tvctl wait -t "$timeout" --focus "$2" >/dev/null
 }
 
-asked() { # CALL: the NCP host was asked this since the last time, and nothing else
-    local calls deadline=$((SECONDS + patience))
+expect_call() { # CALL: waits until the NCP host has received exactly this new call
+    local calls deadline=$((SECONDS + timeout))
     expected+=${expected:+ }$1
     until calls=$(tvctl calls) && [[ $calls == "$expected" ]]; do
-        [[ $expected == "$calls"* && $SECONDS -lt $deadline ]] || fail "the NCP host was asked $calls, not $expected"
+        [[ $expected == "$calls"* && $SECONDS -lt $deadline ]] || fail "the NCP host got $calls, expected $expected"
         sleep 0.1
     done
     say 'NCP host' "$1"

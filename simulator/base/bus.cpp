@@ -79,7 +79,7 @@ int Call::take_descriptor(int index) const {
                : -1;
 }
 
-// What answers a call consumes a reference to it.
+// GLib's answer functions consume a reference to the invocation.
 void Call::answer(std::initializer_list<GVariant*> values) const {
     *is_settled_ = true;
     g_object_ref(invocation());
@@ -134,7 +134,7 @@ void BusObject::call(GDBusConnection* /*connection*/, const char* /*sender*/, co
     Call call(invocation);
     try {
         const Method answer = static_cast<BusObject*>(self)->methods_.at(method);
-        answer(call); // it may end the object
+        answer(call); // may destroy this object
         if (!call.is_settled())
             call.answer();
     } catch (const Refusal& refusal) {

@@ -1,4 +1,4 @@
-/** Buses: connections, names, and objects made of a contract and a table of methods. */
+/** D-Bus: connections, names, and objects made of an interface file and a table of methods. */
 #pragma once
 
 #include "owned.h"
@@ -16,16 +16,16 @@ namespace simulator {
 constexpr auto message_bus = static_cast<GDBusConnectionFlags>(
     G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT | G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
 
-/** A connection of its own, whose end does not end the process. @throws std::runtime_error. */
+/** Opens a private connection; losing it does not exit the process. @throws std::runtime_error. */
 BusConnection connect_to_bus(const std::string& address);
 
-/** Takes a name on the bus. @throws std::runtime_error when it cannot be had. */
+/** Takes a name on the bus. @throws std::runtime_error if it is not available. */
 void own_name(GDBusConnection* connection, const char* name);
 
-/** What interfaces/INTERFACE.xml says: the path of the object and its one interface. */
+/** Returns the parsed interfaces/INTERFACE.xml: the object's path and its single interface. */
 const GDBusNodeInfo& contract_of(const std::string& interface);
 
-/** A call that is refused. On the bus the error is called "org.velmora.Simulator.Error." and this name. */
+/** The reason to refuse a call; the D-Bus error is "org.velmora.Simulator.Error.NAME". */
 class Refusal : public std::runtime_error {
 public:
     Refusal(const std::string& name, const std::string& message)
@@ -36,10 +36,10 @@ private:
     std::string name_;
 };
 
-/** A call of a method. Copies are the same call; it is never answered when the last goes unanswered. */
+/** A method call. Copies refer to the same call; if all are destroyed unanswered, the caller gets no answer. */
 class Call {
 public:
-    /** Takes the invocation over. */
+    /** Takes ownership of the invocation. */
     explicit Call(GDBusMethodInvocation* invocation);
 
     [[nodiscard]] std::string method() const;
@@ -50,18 +50,18 @@ public:
     [[nodiscard]] int number(gsize index = 0) const;
     [[nodiscard]] bool flag(gsize index = 0) const;
     [[nodiscard]] std::chrono::milliseconds milliseconds(gsize index = 0) const;
-    /** A descriptor that was handed over with the call; empty when there is none. */
+    /** Returns a descriptor passed with the call; -1 if there is none. */
     [[nodiscard]] int take_descriptor(int index) const;
 
-    /** @param values floating, one for each "out" argument of the contract. */
+    /** @param values floating, one per "out" argument of the interface. */
     void answer(std::initializer_list<GVariant*> values = {}) const;
     void refuse(const Refusal& refusal) const;
-    /** Answers nothing, or refuses with that error if there is a failure. */
+    /** Answers without values, or refuses with `error` if `failure` is not empty. */
     void finish(const char* error, const std::string& failure) const;
-    /** The call for who answers it later; the method then returns without an answer. */
+    /** Returns a copy to answer later; until then the call stays open. */
     [[nodiscard]] Call later() const;
 
-    /** It was answered or refused, or will be later. */
+    /** Whether it was answered or refused, or will be later. */
     [[nodiscard]] bool is_settled() const { return *is_settled_; }
     [[nodiscard]] GDBusMethodInvocation* invocation() const { return invocation_.get(); }
 
@@ -70,28 +70,28 @@ private:
     std::shared_ptr<bool> is_settled_ = std::make_shared<bool>(false);
 };
 
-/** Answers a call: with values, with a Refusal that it throws, with nothing when it just returns, or later. */
+/** Answers a call, throws a Refusal, defers the answer (`later`), or returns to answer without values. */
 using Method = std::function<void(Call& call)>;
 
-/** Each method of a contract, answered alike. */
+/** Maps every method of an interface to the same function. */
 std::map<std::string, Method> every_method(const std::string& interface, const Method& method);
 
-/** What a component in this process does, there as long as the component runs. */
+/** The implementation of a component in this process; exists while the component runs. */
 class Simulation {
 public:
     virtual ~Simulation() = default;
-    /** Those of its contract. */
+    /** Returns the methods of its interface. */
     [[nodiscard]] virtual std::map<std::string, Method> methods() = 0;
 };
 
-/** The object of a contract, there as long as this lives. */
+/** Exports an object with one interface during its lifetime. */
 class BusObject {
 public:
     /**
      * @param connection the bus.
-     * @param interface  the contract's; calls that do not fit it never reach a method.
-     * @param methods    by name; each of the contract is there.
-     * @throws std::runtime_error when the object cannot be exported.
+     * @param interface  its name; calls that do not match it never reach a method.
+     * @param methods    by name, complete.
+     * @throws std::runtime_error if the object cannot be exported.
      */
     BusObject(GDBusConnection* connection, const std::string& interface,
               std::map<std::string, Method> methods);
@@ -99,7 +99,7 @@ public:
     BusObject& operator=(const BusObject&) = delete;
     ~BusObject() { g_dbus_connection_unregister_object(connection_, registration_); }
 
-    /** Sends a signal of the contract. @param values a floating tuple. */
+    /** Sends a signal of the interface. @param values a floating tuple. */
     void emit(const char* signal, GVariant* values) const;
 
 private:

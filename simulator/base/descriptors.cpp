@@ -14,7 +14,7 @@ FileDescriptor new_socket(int (*join)(int, const sockaddr*, socklen_t), const st
     FileDescriptor made(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
-    if (path.size() < sizeof address.sun_path) // else the address is empty
+    if (path.size() < sizeof address.sun_path) // otherwise the address stays empty and the call fails
         path.copy(address.sun_path, path.size());
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): how the socket calls take every address
     return join(made.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0

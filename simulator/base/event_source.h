@@ -1,4 +1,4 @@
-/** Timers and watched descriptors of the default main context, there as long as their owner. */
+/** Timers and watched descriptors of the default main context; destroying the owner removes them. */
 #pragma once
 
 #include "owned.h"
@@ -20,14 +20,14 @@ inline gboolean run_action(gpointer action) {
     return G_SOURCE_CONTINUE;
 }
 
-/** Calls `action` every so many milliseconds. */
+/** Calls `action` at this interval. */
 inline EventSource call_every(guint milliseconds, Action action) {
     return EventSource(g_timeout_add_full(G_PRIORITY_DEFAULT, milliseconds, run_action,
                                           std::make_unique<Action>(std::move(action)).release(),
                                           release_action));
 }
 
-/** Calls `action` each time the descriptor can be read or has hung up. */
+/** Calls `action` whenever the descriptor is readable or has hung up. */
 inline EventSource call_when_readable(int descriptor, Action action) {
     const auto ready =
         +[](gint /*descriptor*/, GIOCondition /*condition*/, gpointer held) { return run_action(held); };

@@ -1,4 +1,4 @@
-/** The logs of the television's components, /var/log/simulator/NAME.log. */
+/** The logs of the components, /var/log/simulator/NAME.log. */
 #pragma once
 
 #include "owned.h"
@@ -11,21 +11,20 @@ namespace simulator {
 
 std::string log_path(const std::string& name);
 
-/** The last lines of a log, separated by " / "; "its log is empty" without any. */
+/** Returns the last lines of a log, separated by " / ", or "its log is empty". */
 std::string end_of_log(const std::string& name);
 
-/** The names of the logs that are there, in alphabetical order. */
+/** Returns the names of the existing logs in alphabetical order. */
 std::vector<std::string> log_names();
 
 /**
- * Writes lines "SECONDS MESSAGE" to a log, with the seconds since the machine's start, so that several logs can be read
- * side by side.
+ * Writes lines "SECONDS MESSAGE" to a log; the seconds are monotonic time, so several logs can be compared.
  */
 class ComponentLog {
 public:
     explicit ComponentLog(std::string name);
 
-    /** Writes one line made of the parts. */
+    /** Writes one line, the concatenated parts. */
     void note(const auto&... parts) const { write_line(text_of(parts...), false); }
     /** Writes one line, and "NAME: MESSAGE" to standard error as well. */
     void error(const auto&... parts) const { write_line(text_of(parts...), true); }

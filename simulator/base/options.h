@@ -11,7 +11,7 @@ namespace simulator {
 
 class Options {
 public:
-    /** @throws std::runtime_error for a word before the command that is no option. */
+    /** @throws std::runtime_error if a word before the command is not an option. */
     Options(int argc, char** argv) {
         const std::vector<std::string> words(argv + 1, argv + argc);
         auto word = words.begin();
@@ -26,7 +26,7 @@ public:
     }
 
     [[nodiscard]] bool has(const std::string& name) const { return values_.contains(name); }
-    /** The values of an option that may be repeated. */
+    /** The values of a repeatable option. */
     [[nodiscard]] std::vector<std::string> all(const std::string& name) const {
         std::vector<std::string> values;
         for (auto [value, end] = values_.equal_range(name); value != end; ++value)

@@ -1,4 +1,4 @@
-/** Owners of the system's and GLib's resources. */
+/** RAII owners of system and GLib resources. */
 #pragma once
 
 #include <gio/gio.h>
@@ -16,10 +16,10 @@ struct Release {
 template <class Type>
 using Object = std::unique_ptr<Type, Release<g_object_unref>>;
 using BusConnection = Object<GDBusConnection>;
-/** A value of a bus call that is kept. */
+/** An owned D-Bus value. */
 using Value = std::unique_ptr<GVariant, Release<g_variant_unref>>;
 
-/** A number, or `none`. */
+/** Owns a resource that a number identifies; `none` if it owns nothing. */
 template <auto none, auto release_number>
 class Owned {
 public:
@@ -37,13 +37,13 @@ public:
     Owned& operator=(const Owned&) = delete;
     ~Owned() { reset(); }
 
-    /** Releases the current number and takes over another one. */
+    /** Releases the current number and takes ownership of a new one. */
     void reset(Number number = none) {
         if (number_ != none)
             release_number(number_);
         number_ = number;
     }
-    /** Hands the number over; the caller releases it. */
+    /** Gives up ownership; the caller releases the number. */
     [[nodiscard]] Number release() { return std::exchange(number_, none); }
     [[nodiscard]] Number get() const { return number_; }
     explicit operator bool() const { return number_ != none; }

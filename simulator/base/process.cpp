@@ -12,7 +12,7 @@ namespace {
 
 constexpr int signal_base = 128;
 
-/** Between fork and exec: what a shell in the background ignores, and what the television waits for. */
+/** Runs between fork and exec: restores signals that a background shell ignores or the television blocks. */
 void reset_signals(gpointer /*data*/) {
     for (const int signal : {SIGINT, SIGQUIT, SIGTERM, SIGHUP, SIGPIPE})
         std::signal(signal, SIG_DFL);
@@ -23,7 +23,7 @@ void reset_signals(gpointer /*data*/) {
 
 void begin_session(gpointer data) {
     setsid();
-    ioctl(STDIN_FILENO, TIOCSCTTY, 0); // of a shell, which then has job control
+    ioctl(STDIN_FILENO, TIOCSCTTY, 0); // gives a shell job control
     reset_signals(data);
 }
 
@@ -42,7 +42,7 @@ Descriptors written_to(const std::string& path) {
 std::array<FileDescriptor, 2> make_pipe() {
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0)
-        throw std::runtime_error("no pipe can be made");
+        throw std::runtime_error("cannot create a pipe");
     return {FileDescriptor(ends[0]), FileDescriptor(ends[1])};
 }
 
@@ -84,7 +84,7 @@ Process::~Process() {
 void Process::on_ended(GObject* process, GAsyncResult* result, gpointer self) {
     auto* const subprocess = G_SUBPROCESS(process);
     if (g_subprocess_wait_finish(subprocess, result, nullptr) == FALSE)
-        return; // cancelled: `self` has gone
+        return; // cancelled: `self` no longer exists
     auto& ended = *static_cast<Process*>(self);
     ended.status_ = g_subprocess_get_if_signaled(subprocess) != FALSE
                         ? signal_base + g_subprocess_get_term_sig(subprocess)
@@ -118,9 +118,10 @@ void Process::kill() {
 }
 
 std::optional<int> Process::wait_for_end(std::chrono::milliseconds limit) {
-    bool over = false;
-    const EventSource clock = call_every(static_cast<guint>(limit.count()), [&over] { over = true; });
-    while (runs() && !over)
+    bool timed_out = false;
+    const EventSource clock =
+        call_every(static_cast<guint>(limit.count()), [&timed_out] { timed_out = true; });
+    while (runs() && !timed_out)
         g_main_context_iteration(nullptr, TRUE);
     return status_;
 }

@@ -1,4 +1,4 @@
-/** A process of the television, or of a test: started, watched and ended. */
+/** Starts, watches and kills a process of the television or of a test. */
 #pragma once
 
 #include "owned.h"
@@ -20,45 +20,45 @@ struct Descriptors {
     FileDescriptor error;
 };
 
-/** Standard output and standard error appended to a file. @throws std::runtime_error if it cannot be opened. */
+/** Appends standard output and standard error to a file. @throws std::runtime_error if it cannot be opened. */
 Descriptors written_to(const std::string& path);
 
-/** A pipe's reading and its writing end. @throws std::runtime_error. */
+/** Returns the read end and the write end of a pipe. @throws std::runtime_error. */
 std::array<FileDescriptor, 2> make_pipe();
 
 class Process {
 public:
-    /** Called from the main loop when the process has ended. */
+    /** Called from the main loop when the process has exited. */
     using Ended = std::function<void()>;
 
     /**
      * Starts a program with default signal dispositions.
      *
      * @param command     the program, looked up in PATH, and its arguments.
-     * @param environment variables in addition to the caller's own, each "NAME=VALUE".
-     * @param leads       it leads a session of its own.
+     * @param environment variables in addition to the caller's, each "NAME=VALUE".
+     * @param leads       whether it leads a new session.
      * @throws std::runtime_error if it cannot be started.
      */
     explicit Process(const std::vector<std::string>& command, Descriptors descriptors = {},
                      Ended ended = nullptr, const std::vector<std::string>& environment = {},
                      bool leads = false);
-    /** Kills a process that still runs. */
+    /** Kills the process if it is still running. */
     ~Process();
 
-    /** True until the main loop has noticed its end. */
+    /** True until the main loop has noticed its exit. */
     [[nodiscard]] bool runs() const { return !status_; }
-    /** Its number; 0 once it has ended, even before the main loop has noticed. */
+    /** Its process ID; 0 once it has exited, even before the main loop has noticed. */
     [[nodiscard]] int number() const;
-    /** The status as in a shell: the exit status, or 128 and the signal's number; nothing while it runs. */
+    /** The status as in a shell: the exit status, or 128 + the signal number; nothing while it runs. */
     [[nodiscard]] std::optional<int> status() const { return status_; }
     /** "runs", "ended with status 1" or "was killed by signal 9". */
     [[nodiscard]] std::string state() const;
 
     void send_signal(int signal);
     void terminate() { send_signal(SIGTERM); }
-    /** Kills it, and all processes of a session that it leads. */
+    /** Kills it, and all processes of its session if it leads one. */
     void kill();
-    /** Runs the main loop until the process has ended. @return `status`; nothing if it still runs. */
+    /** Runs the main loop until the process has exited. @return `status`; nothing on time-out. */
     std::optional<int> wait_for_end(std::chrono::milliseconds limit);
 
 private:

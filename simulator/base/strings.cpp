@@ -35,7 +35,7 @@ GVariant* to_variant(const std::vector<std::string>& texts) {
 
 Value tuple_of(const std::string& text) {
     if (g_utf8_validate(text.c_str(), -1, nullptr) == FALSE)
-        return nullptr; // which GLib's parser takes for granted
+        return nullptr; // GLib's parser requires valid UTF-8
     Value value(g_variant_parse(nullptr, text.c_str(), nullptr, nullptr, nullptr));
     return value && g_variant_is_of_type(value.get(), G_VARIANT_TYPE_TUPLE) != FALSE ? std::move(value)
                                                                                      : nullptr;

@@ -1,4 +1,4 @@
-/** Words: joined, read as numbers, carried over a bus. */
+/** Conversions between strings, numbers and D-Bus values. */
 #pragma once
 
 #include "owned.h"
@@ -12,19 +12,19 @@ namespace simulator {
 
 std::string joined(const std::vector<std::string>& words, const std::string& between);
 
-/** The number that the whole text is; nothing for any other text. */
+/** Parses the whole text as a number; returns nothing if that fails. */
 std::optional<int> parse_int(std::string_view text);
 
-/** The texts of a list. */
+/** Converts a D-Bus list (as). */
 std::vector<std::string> to_strings(GVariant* list);
 
-/** A floating list of texts. */
+/** Returns a floating list (as). */
 GVariant* to_variant(const std::vector<std::string>& texts);
 
-/** The tuple that a GVariant text writes, for example "(7, 'x')"; null for any other text. */
+/** Parses GVariant text of a tuple, for example "(7, 'x')"; returns null if it is not one. */
 Value tuple_of(const std::string& text);
 
-/** A value as a person reads it, a text without quotation marks. */
+/** Formats a value for people: a string without quotation marks. */
 std::string printed(GVariant* value);
 
 } // namespace simulator

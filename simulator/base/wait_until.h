@@ -1,4 +1,4 @@
-/** Waiting for what nobody announces. */
+/** Polling. */
 #pragma once
 
 #include <chrono>
@@ -7,7 +7,7 @@
 
 namespace simulator {
 
-/** Asks again and again, 5 ms apart, whether a condition is met. @return false when it is not within the limit. */
+/** Polls a condition every 5 ms until it is true. @return false on time-out. */
 inline bool wait_until(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
     const auto deadline = std::chrono::steady_clock::now() + limit;
     while (!condition()) {

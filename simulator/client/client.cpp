@@ -13,7 +13,7 @@
 namespace simulator {
 namespace {
 
-constexpr auto bus_name = "org.velmora.Simulator"; // taken when every component is ready
+constexpr auto bus_name = "org.velmora.Simulator"; // appears when every component is ready
 constexpr auto look_interval = std::chrono::milliseconds(10);
 constexpr auto start_limit = std::chrono::seconds(60);
 
@@ -23,19 +23,19 @@ bool is_absence(const GError& error) {
 }
 
 [[noreturn]] void refuse(const GError& error) {
-    static constexpr std::array<std::string_view, 4> wrong_uses{
+    static constexpr std::array<std::string_view, 4> usage_errors{
         "org.velmora.Simulator.Error.NoSuchKey", "org.velmora.Simulator.Error.NoSuchComponent",
         "org.velmora.Simulator.Error.NoSuchBehaviour", "org.velmora.Simulator.Error.NoSuchTraffic"};
     if (is_absence(error))
         throw Failure("the television does not answer");
     if (g_dbus_error_is_remote_error(&error) == FALSE ||
         g_error_matches(&error, G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY) != FALSE)
-        throw Failure("the television has ended");
+        throw Failure("the television has exited");
     g_autofree char* name = g_dbus_error_get_remote_error(&error);
     const std::unique_ptr<GError, decltype(&g_error_free)> copy(g_error_copy(&error), g_error_free);
     g_dbus_error_strip_remote_error(copy.get());
-    if (std::ranges::find(wrong_uses, name) != wrong_uses.end())
-        throw WrongUse(copy->message);
+    if (std::ranges::find(usage_errors, name) != usage_errors.end())
+        throw UsageError(copy->message);
     throw Failure(copy->message);
 }
 

@@ -1,4 +1,4 @@
-/** Calls to a running television, from outside or inside. */
+/** Calls to a running television, from outside or inside the sandbox. */
 #pragma once
 
 #include "base/owned.h"
@@ -9,19 +9,19 @@
 
 namespace simulator {
 
-/** The interfaces of the television's objects; interfaces/ describes each. */
+/** The television's D-Bus interfaces, described in interfaces/. */
 inline constexpr auto television = "org.velmora.Simulator.Television";
 inline constexpr auto ui = "org.velmora.Simulator.Ui";
 inline constexpr auto ncp_host = "org.velmora.Simulator.NcpHost";
 inline constexpr auto radio_module = "org.velmora.Simulator.RadioModule";
 
-/** It failed, or did not happen in time; tvctl exits 1. */
+/** A failure or time-out; tvctl exits 1. */
 struct Failure : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
 /** A usage error; tvctl exits 2. */
-struct WrongUse : std::runtime_error {
+struct UsageError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
@@ -33,14 +33,14 @@ public:
      * Calls a method, however long it takes; waits for a television that is still starting.
      *
      * @param arguments   a floating tuple, or null for none.
-     * @param descriptors handed over with the call; one that is closed is replaced by /dev/null.
+     * @param descriptors passed with the call; a closed one is replaced by /dev/null.
      * @return the answer's tuple.
-     * @throws Failure with what the television says, WrongUse when it does not know what it was asked for.
+     * @throws Failure if the television reports an error, UsageError if a key, component or the like does not exist.
      */
     Value call(const char* interface, const char* method, GVariant* arguments = nullptr,
                const std::vector<int>& descriptors = {}) const;
 
-    /** The connection, for calls of another kind. */
+    /** The connection, for other calls. */
     [[nodiscard]] GDBusConnection* bus() const { return bus_.get(); }
 
 private:

@@ -11,18 +11,18 @@
 
 namespace simulator {
 
-/** The folder that simulator/tvctl names, with a folder for each television. */
+/** The folder with one folder per television; simulator/tvctl sets it. */
 inline std::filesystem::path control_sockets() {
     const char* const given = g_getenv("VELMORA_CONTROL_SOCKETS");
     return given != nullptr && *given != '\0' ? given : "/nowhere";
 }
 
-/** Where the system bus of a television listens. */
+/** The socket of a television's system bus. */
 inline std::string control_socket_of(const std::string& name) {
     return control_sockets() / name / "system_bus";
 }
 
-/** The names in alphabetical order, without those of dead televisions. */
+/** The names of the running televisions in alphabetical order. */
 inline std::vector<std::string> running_televisions() {
     std::vector<std::string> names;
     std::error_code error;
@@ -34,15 +34,15 @@ inline std::vector<std::string> running_televisions() {
 }
 
 /**
- * Finds a television, and waits for one that does not run yet.
+ * Finds a television; waits if it is not running yet.
  *
- * @param name  of the television; empty: the only one that runs.
- * @param limit for it to appear.
+ * @param name  of the television; empty: the only one that is running.
+ * @param limit how long to wait for it.
  * @return its name.
- * @throws WrongUse if there is none, or more than one and none was named.
+ * @throws UsageError if there is none, or several and `name` is empty.
  */
 inline std::string find_television(const std::string& name, std::chrono::milliseconds limit) {
-    // Looks at no other socket: fifty who wait would keep fifty buses busy.
+    // Connects to no other television's socket: fifty waiting clients would keep fifty buses busy.
     const auto is_there = [&name] {
         return name.empty() ? !running_televisions().empty()
                             : static_cast<bool>(connect_to(control_socket_of(name)));
@@ -51,12 +51,13 @@ inline std::string find_television(const std::string& name, std::chrono::millise
         return name;
     const auto names = running_televisions();
     if (!name.empty())
-        throw WrongUse("no television called " + name + " runs" +
-                       (names.empty() ? "" : "; there is " + joined(names, ", ")));
+        throw UsageError("no television named " + name + " is running" +
+                         (names.empty() ? "" : "; running: " + joined(names, ", ")));
     if (names.empty())
-        throw WrongUse("no television runs; simulator/tv, installed velmora-tv, starts one");
+        throw UsageError("no television is running; start one with simulator/tv (installed: velmora-tv)");
     if (names.size() > 1)
-        throw WrongUse("several televisions run (" + joined(names, ", ") + "): say which with -n NAME");
+        throw UsageError("several televisions are running (" + joined(names, ", ") +
+                         "): choose one with -n NAME");
     return names.front();
 }
 

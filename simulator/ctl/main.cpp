@@ -1,4 +1,4 @@
-/** tvctl: drives a running television from outside. */
+/** tvctl: controls a running television. */
 #include "base/bus.h"
 #include "base/process.h"
 #include "control_sockets.h"
@@ -20,21 +20,21 @@
 namespace simulator {
 namespace {
 
-constexpr auto help_examples = R"(A television is started in another terminal, for example with
+constexpr auto help_examples = R"(Start a television in another terminal, for example:
 
   simulator/tv --name desk --screen 1280x720 -- build/dev/bin/velmora
 
-and driven like this:
+Then control it:
 
   tvctl see                                  Velmora | [TX Test] | RX Test | Exit
   tvctl press OK && tvctl wait "Start TX Test"
-  tvctl answer ember_set_channel "code 3"    from now on the radio refuses every channel
+  tvctl answer ember_set_channel "code 3"    the radio now refuses every channel
 
-Exits 0 on success, 1 on failure or time-out, 2 on a usage error; one line on standard error then says why.)";
+Exits 0 on success, 1 on failure or time-out, 2 on a usage error, with one line on standard error.)";
 
-/** The words as arguments of these types. */
+/** Converts the words to arguments of these types. */
 GVariant* to_arguments(GDBusArgInfo** types, const std::vector<std::string>& words) {
-    g_auto(GVariantBuilder) arguments; // a word may be refused
+    g_auto(GVariantBuilder) arguments; // freed if a word is invalid
     g_variant_builder_init(&arguments, G_VARIANT_TYPE_TUPLE);
     for (std::size_t i = 0; types != nullptr && types[i] != nullptr; ++i) {
         const std::string type = types[i]->signature;
@@ -44,12 +44,12 @@ GVariant* to_arguments(GDBusArgInfo** types, const std::vector<std::string>& wor
             g_variant_builder_add(&arguments, "s", words[i].c_str());
         } else if (type == "b") {
             if (words[i] != "on" && words[i] != "off")
-                throw WrongUse("'" + words[i] + "' is not on or off");
+                throw UsageError("'" + words[i] + "' must be on or off");
             g_variant_builder_add(&arguments, "b", words[i] == "on" ? TRUE : FALSE);
         } else {
             const auto number = parse_int(words[i]);
             if (!number || (type == "u" && *number < 0))
-                throw WrongUse("'" + words[i] + "' is not a number" + (number ? " of 0 or more" : ""));
+                throw UsageError("'" + words[i] + (number ? "' must not be negative" : "' is not a number"));
             g_variant_builder_add(&arguments, type.c_str(), *number);
         }
     }
@@ -58,15 +58,15 @@ GVariant* to_arguments(GDBusArgInfo** types, const std::vector<std::string>& wor
 
 class CommandLine {
 public:
-    /** @return the exit status. @throws Failure or WrongUse. */
+    /** @return the exit status. @throws Failure or UsageError. */
     int run(int argc, char** argv) {
         arguments_.assign(argv, argv + argc);
         parse(argc, argv, true);
         if (argc < 2)
-            throw WrongUse("a verb is required (see tvctl --help)");
+            throw UsageError("a verb is required (see tvctl --help)");
         const auto verb = std::ranges::find(verbs, std::string_view(argv[1]), &Verb::name);
         if (verb == verbs.end())
-            throw WrongUse("there is no verb '" + std::string(argv[1]) + "' (see tvctl --help)");
+            throw UsageError("unknown verb '" + std::string(argv[1]) + "' (see tvctl --help)");
         if (verb->run != &CommandLine::shell)
             parse(argc, argv, false);
         words_.assign(argv + 2, argv + argc);
@@ -79,19 +79,19 @@ public:
         (this->*verb->run)(*verb);
         std::cout.flush();
         if (!std::cout)
-            throw Failure("the answer cannot be written");
+            throw Failure("cannot write to standard output");
         return status_;
     }
 
 private:
-    /** By default a verb calls a method with its words as the arguments, and prints the answer (or the words). */
+    /** By default calls a method with its words as arguments; prints the answer, or the words if there is none. */
     struct Verb {
         const char* name;
-        const char* words; /**< "[WORD]" may be missing, "WORD..." takes all that are left */
+        const char* words; /**< "[WORD]" is optional, "WORD..." takes all remaining words */
         const char* help;
         const char* interface = nullptr;
         const char* method = nullptr;
-        const char* json_method = nullptr; /**< another one with --json */
+        const char* json_method = nullptr; /**< method to call with --json instead */
         void (CommandLine::*run)(const Verb& verb) = &CommandLine::call;
     };
     static const std::vector<Verb> verbs;
@@ -102,22 +102,22 @@ private:
     }
     void print(const std::string& text) const { print(g_variant_new_string(text.c_str())); }
 
-    /** Takes the options away. @param stops_at_verb what follows the verb stays as it is. */
+    /** Parses and removes the options. @param stops_at_verb only those before the verb. */
     void parse(int& argc, char** argv, bool stops_at_verb) {
         const std::array<GOptionEntry, 8> options{{
             {"name", 'n', 0, G_OPTION_ARG_FILENAME, &given_name_,
-             "the television's name; else the only one that runs", "NAME"},
-            {"json", 0, 0, G_OPTION_ARG_NONE, &json_, "answer in JSON", nullptr},
-            {"time", 't', 0, G_OPTION_ARG_DOUBLE, &seconds_, "wait: at most so long (10)", "SECONDS"},
-            {"gone", 0, 0, G_OPTION_ARG_NONE, &gone_, "wait: until it is not there any more", nullptr},
-            {"focus", 0, 0, G_OPTION_ARG_NONE, &focus_, "wait: until it has the focus", nullptr},
-            {"number", 0, 0, G_OPTION_ARG_NONE, &number_, "wait: until the focused widget shows this number",
-             nullptr},
-            {"follow", 'f', 0, G_OPTION_ARG_NONE, &follow_, "log: goes on with what is added", nullptr},
+             "name of the television; not needed if only one is running", "NAME"},
+            {"json", 0, 0, G_OPTION_ARG_NONE, &json_, "print JSON", nullptr},
+            {"time", 't', 0, G_OPTION_ARG_DOUBLE, &seconds_, "wait: time-out (default: 10)", "SECONDS"},
+            {"gone", 0, 0, G_OPTION_ARG_NONE, &gone_, "wait: until TEXT has disappeared", nullptr},
+            {"focus", 0, 0, G_OPTION_ARG_NONE, &focus_, "wait: until TEXT has the focus", nullptr},
+            {"number", 0, 0, G_OPTION_ARG_NONE, &number_,
+             "wait: until the focused widget shows the number TEXT", nullptr},
+            {"follow", 'f', 0, G_OPTION_ARG_NONE, &follow_, "log: keep printing new lines", nullptr},
             {},
         }};
         std::ostringstream summary;
-        summary << "Drives a running simulated television.\n\nVerbs:";
+        summary << "Controls a running simulated television.\n\nVerbs:";
         for (const Verb& verb : verbs)
             summary << "\n  " << std::left << std::setw(24) << std::string(verb.name) + " " + verb.words
                     << verb.help;
@@ -128,11 +128,11 @@ private:
         g_option_context_set_strict_posix(context, stops_at_verb ? TRUE : FALSE);
         g_autoptr(GError) error = nullptr;
         if (g_option_context_parse(context, &argc, &argv, &error) == FALSE)
-            throw WrongUse(std::string(error->message) + " (see tvctl --help)");
+            throw UsageError(std::string(error->message) + " (see tvctl --help)");
         if (!(seconds_ >= 0 && seconds_ <= 1e6))
-            throw WrongUse("--time: not from 0 to 1000000 seconds");
+            throw UsageError("--time must be from 0 to 1000000 seconds");
         if (gone_ + focus_ + number_ > 1)
-            throw WrongUse("wait for one of --gone, --focus and --number");
+            throw UsageError("--gone, --focus and --number exclude each other");
     }
 
     void check_words(const Verb& verb) const {
@@ -140,12 +140,12 @@ private:
         std::size_t count = 0;
         for (std::string word; expected >> word; ++count) {
             if (count == words_.size() && !word.starts_with('['))
-                throw WrongUse(word.substr(0, word.find('.')) + " is required (see tvctl --help)");
+                throw UsageError(word.substr(0, word.find('.')) + " is required (see tvctl --help)");
             if (word.find("...") != std::string::npos)
                 return;
         }
         if (words_.size() > count)
-            throw WrongUse("too many words: " + words_[count] + " (see tvctl --help)");
+            throw UsageError("too many words: " + words_[count] + " (see tvctl --help)");
     }
 
     void call(const Verb& verb) {
@@ -171,11 +171,11 @@ private:
     void list(const Verb& /*verb*/) {
         const auto names = running_televisions();
         if (names.empty() && !json_)
-            throw Failure("no television runs");
+            throw Failure("no television is running");
         print(to_variant(names));
     }
 
-    /** Leaves no file behind on failure. */
+    /** Removes the file on failure. */
     void picture(const Verb& /*verb*/) {
         constexpr mode_t readable = 0666;
         const std::string& file = words_[0];
@@ -196,7 +196,7 @@ private:
     void log(const Verb& /*verb*/) {
         const auto names = to_strings(first_of(client().call(television, "Logs")).get());
         if (!words_.empty() && std::ranges::find(names, words_[0]) == names.end())
-            throw WrongUse("there is no log of " + words_[0] + "; there are " + joined(names, ", "));
+            throw UsageError("no log named " + words_[0] + "; the logs are " + joined(names, ", "));
         std::vector<std::string> command{"tail", "--lines=+1"};
         if (follow_)
             command.emplace_back("--follow");
@@ -205,7 +205,7 @@ private:
         run_inside(command);
     }
 
-    /** On a terminal the command gets a terminal of its own, for job control and its keys. */
+    /** On a terminal, gives the command its own pseudo-terminal, for job control and Ctrl-C. */
     void shell(const Verb& /*verb*/) {
         if (g_getenv("VELMORA_TERMINAL") != nullptr) {
             std::signal(SIGHUP, SIG_IGN);
@@ -233,7 +233,7 @@ private:
         status_ = g_variant_get_int32(status.get());
     }
 
-    /** Runs a script of this folder to its end. */
+    /** Runs a script from this folder and waits for it. */
     void run_script(const char* name, std::vector<std::string> words) {
         const char* const folder = g_getenv("VELMORA_CTL");
         words.insert(words.begin(), std::string(folder != nullptr ? folder : ".") + "/" + name);
@@ -246,7 +246,7 @@ private:
     }
 
     std::vector<std::string> arguments_;
-    std::vector<std::string> words_; // behind the verb
+    std::vector<std::string> words_; // after the verb
     std::string name_;               // of the television
     int status_ = 0;
     char* given_name_ = nullptr;
@@ -260,46 +260,50 @@ private:
 
 const std::vector<CommandLine::Verb> CommandLine::verbs{
     {"press", "KEY...",
-     "presses keys: OK Back Exit Red Up Down Left Right, any X key name; Right*5: five times", ui, "Press"},
-    {"hold", "KEY MILLISECONDS", "holds a key down", ui, "Hold"},
-    {"see", "", "what is on the screen, the focus in brackets; the widgets as a tree with --json", ui, "See",
+     "press keys: OK Back Exit Red Up Down Left Right or any X key name; Right*5: five times", ui, "Press"},
+    {"hold", "KEY MILLISECONDS", "hold a key down", ui, "Hold"},
+    {"see", "", "print the screen, the focus in brackets; with --json all widgets as a tree", ui, "See",
      "Screen"},
-    {"focus", "", "the name of the widget with the focus", ui, "Focus"},
-    {"activate", "TEXT", "presses a widget as a screen reader does", ui, "Activate"},
+    {"focus", "", "print the name of the focused widget", ui, "Focus"},
+    {"activate", "TEXT", "press a widget as a screen reader does", ui, "Activate"},
     {.name = "wait",
      .words = "TEXT",
-     .help = "waits until a text is on the screen, also for a television that is not there yet",
+     .help = "wait until TEXT is on the screen; also waits for the television to start",
      .run = &CommandLine::wait},
     {.name = "picture",
      .words = "FILE",
-     .help = "a PNG of the screen once it is at rest",
+     .help = "save a PNG screenshot once the screen is still",
      .run = &CommandLine::picture},
-    {"radio", "", "the state of the radio module", radio_module, "State"},
-    {"calls", "", "the calls that the NCP host has received", ncp_host, "Calls"},
+    {"radio", "", "print the state of the radio module", radio_module, "State"},
+    {"calls", "", "list the calls that the NCP host has received", ncp_host, "Calls"},
     {"answer", "METHOD BEHAVIOUR",
-     R"~(how the NCP host answers: normal, "code N", error, "late MS", never, dies, "reply (VALUES)")~",
+     R"~(set how the NCP host answers: normal, "code N", error, "late MS", never, dies, "reply (VALUES)")~",
      ncp_host, "SetBehaviour"},
-    {"event", "TEXT", "sends ncp_event with this text", ncp_host, "Emit"},
-    {"serial", "STATE", "the serial device appears (on) or disappears (off)", radio_module, "SetSerial"},
-    {"traffic", "CHANNEL N", "N packets a second arrive on a channel", radio_module, "SetTraffic"},
-    {"components", "", "the components of the television and their states", television, "Components"},
-    {"start", "COMPONENT", "starts a component that has ended", television, "Start"},
-    {"kill", "PROGRAM", "kills a component, or every process of that name inside", television, "Kill"},
-    {"language", "LANGUAGE", "the language of the settings, for example ar", television, "SetLanguage"},
-    {"end", "", "shuts the television down cleanly", television, "End"},
-    {.name = "log", .words = "[COMPONENT]", .help = "prints a log, or all of them", .run = &CommandLine::log},
+    {"event", "TEXT", "send ncp_event with this text", ncp_host, "Emit"},
+    {"serial", "STATE", "make the serial device appear (on) or disappear (off)", radio_module, "SetSerial"},
+    {"traffic", "CHANNEL N", "set the background traffic to N packets per second", radio_module,
+     "SetTraffic"},
+    {"components", "", "list the components and their states", television, "Components"},
+    {"start", "COMPONENT", "restart a component", television, "Start"},
+    {"kill", "PROGRAM", "kill a component, or every process with that name inside", television, "Kill"},
+    {"language", "LANGUAGE", "change the language setting, for example to ar", television, "SetLanguage"},
+    {"end", "", "shut the television down cleanly", television, "End"},
+    {.name = "log",
+     .words = "[COMPONENT]",
+     .help = "print one log, or all of them",
+     .run = &CommandLine::log},
     {.name = "shell",
      .words = "[COMMAND...]",
-     .help = "runs a command inside, or bash",
+     .help = "run a command inside (default: bash)",
      .run = &CommandLine::shell},
     {.name = "report",
      .words = "FILE",
-     .help = "a .tar.gz with picture, screen, radio, calls, components and logs",
+     .help = "save screenshot, widgets, radio state, calls, components and logs as .tar.gz",
      .run = &CommandLine::report},
-    {.name = "list", .words = "", .help = "the names of the televisions that run", .run = &CommandLine::list},
+    {.name = "list", .words = "", .help = "list the running televisions", .run = &CommandLine::list},
 };
 
-/** In one piece: others may write to the same terminal. */
+/** Prints the error in one write, as other processes may use the same terminal. */
 int report_error(const std::exception& error, int status) {
     std::cerr << std::string("tvctl: ") + error.what() + '\n';
     return status;
@@ -312,7 +316,7 @@ int main(int argc, char** argv) {
     setlocale(LC_CTYPE, "");
     try {
         return simulator::CommandLine().run(argc, argv);
-    } catch (const simulator::WrongUse& error) {
+    } catch (const simulator::UsageError& error) {
         return simulator::report_error(error, 2);
     } catch (const std::exception& error) {
         return simulator::report_error(error, 1);

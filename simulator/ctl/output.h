@@ -1,4 +1,4 @@
-/** Answers as people or programs read them. */
+/** Formats answers as text or JSON. */
 #pragma once
 
 #include "base/strings.h"
@@ -7,7 +7,7 @@
 
 namespace simulator {
 
-/** The members of a list, or of the entries of a dictionary. */
+/** The elements of a list or entries of a dictionary. */
 inline std::vector<Value> members_of(GVariant* list) {
     std::vector<Value> members;
     for (gsize i = 0; i < g_variant_n_children(list); ++i)
@@ -15,14 +15,14 @@ inline std::vector<Value> members_of(GVariant* list) {
     return members;
 }
 
-/** "NAME=VALUE" for each entry of a dictionary, or the values that are texts. */
-inline std::string words_of_entries(GVariant* dictionary, bool texts_alone) {
+/** "NAME=VALUE" for each entry of a dictionary, or only the values that are strings. */
+inline std::string words_of_entries(GVariant* dictionary, bool strings_only) {
     std::vector<std::string> words;
     for (const Value& entry : members_of(dictionary)) {
         const char* name = nullptr;
         g_autoptr(GVariant) value = nullptr;
         g_variant_get(entry.get(), "{&sv}", &name, &value);
-        if (!texts_alone)
+        if (!strings_only)
             words.push_back(std::string(name) + "=" + printed(value));
         else if (g_variant_is_of_type(value, G_VARIANT_TYPE_STRING) != FALSE)
             words.push_back(printed(value));
@@ -31,8 +31,8 @@ inline std::string words_of_entries(GVariant* dictionary, bool texts_alone) {
 }
 
 /**
- * A value on one line: a text as it is, texts with blanks between them, a dictionary as "NAME=VALUE" words, the texts
- * of each dictionary of a list with " | " between them.
+ * Formats a value on one line: a string unchanged, strings separated by spaces, a dictionary as "NAME=VALUE" words, and
+ * a list of dictionaries as the strings of each, separated by " | ".
  */
 inline std::string to_words(GVariant* value) {
     const std::string type = g_variant_get_type_string(value);

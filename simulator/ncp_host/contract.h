@@ -1,4 +1,4 @@
-/** The names of the NCP host on the bus; interfaces/org.orvane.qm_ncp_host.service.xml describes it. */
+/** The D-Bus names of the NCP host; interfaces/org.orvane.qm_ncp_host.service.xml describes it. */
 #pragma once
 
 namespace simulator::contract {

@@ -73,7 +73,7 @@ std::map<std::string, Method> NcpHost::methods() {
              [this](Call& call) {
                  const Value values = tuple_of(call.text());
                  if (!values)
-                     throw Refusal("NoSuchValue", "no tuple: " + call.text());
+                     throw Refusal("NoSuchValue", "not a tuple: " + call.text());
                  emit(values.get());
              }},
             {"Calls", [this](Call& call) { call.answer({to_variant(calls_)}); }}};
@@ -82,7 +82,7 @@ std::map<std::string, Method> NcpHost::methods() {
 void NcpHost::set_behaviour(const std::string& method, const std::string& text) {
     const auto behaviour = parse_behaviour(text);
     if (!behaviour || !every_method(contract::service_interface, {}).contains(method))
-        throw Refusal("NoSuchBehaviour", "no method " + method + ", or no behaviour \"" + text + "\"");
+        throw Refusal("NoSuchBehaviour", "unknown method " + method + " or behaviour \"" + text + "\"");
     behaviours_[method] = *behaviour;
 }
 
@@ -107,7 +107,7 @@ void NcpHost::handle(const Call& call) {
         log_.note(text, " is never answered");
         break;
     case Behaviour::Kind::dies:
-        log_.note(text, " is the end of this host");
+        log_.note(text, " stops this host");
         die_();
         break;
     case Behaviour::Kind::reply:
@@ -138,7 +138,7 @@ void NcpHost::reply(const Call& call, int code, const std::string& text) const {
         call.answer({g_variant_new_int32(code)});
 }
 
-/** Past the bus library's own check of replies, which would turn it into an error. */
+/** Bypasses GDBus's type check of replies, which would turn the value into an error. */
 void NcpHost::reply_with(const Call& call, const std::string& value) const {
     log_.note(text_of(call), " = ", value);
     g_autoptr(GDBusMessage) message =

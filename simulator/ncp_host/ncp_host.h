@@ -13,29 +13,29 @@ namespace simulator {
 /** How a method answers. */
 struct Behaviour {
     enum class Kind {
-        normal, /**< what the radio module says */
-        code,   /**< that result code, without asking the module */
+        normal, /**< the radio module's answer */
+        code,   /**< a fixed result code, without asking the module */
         error,  /**< a D-Bus error */
-        late,   /**< what the module says, so many milliseconds later */
-        never,  /**< no reply at all */
-        dies,   /**< no reply at all, and the host has ended */
-        reply,  /**< this value, of whatever type */
+        late,   /**< the module's answer, delayed */
+        never,  /**< no reply */
+        dies,   /**< no reply, and the host exits */
+        reply,  /**< a fixed value of any type */
     };
     Kind kind = Kind::normal;
-    int number = 0;         /**< the code, or the milliseconds */
+    int number = 0;         /**< the code, or the delay in milliseconds */
     std::string value = {}; /**< a tuple as GVariant text */
 };
 
-/** Reads "normal", "code N", "error", "late MS", "never", "dies" or "reply (VALUES)"; nothing for another text. */
+/** Parses "normal", "code N", "error", "late MS", "never", "dies" or "reply (VALUES)"; else returns nothing. */
 std::optional<Behaviour> parse_behaviour(const std::string& text);
 
-/** On a bus connection of its own, which ends with this: whoever waits for an answer then gets none. */
+/** Uses a private bus connection, so destroying it leaves pending calls without an answer. */
 class NcpHost : public Simulation {
 public:
     /**
      * @param answers how methods answer, each "METHOD=BEHAVIOUR".
-     * @param die     called from the main loop when the host is to end: this must go then, but not in the call.
-     * @throws std::runtime_error for a wrong answer, or without a system bus.
+     * @param die     called from the main loop to have this destroyed, but not within the call.
+     * @throws std::runtime_error for an invalid behaviour, or without a system bus.
      */
     NcpHost(const std::vector<std::string>& answers, std::function<void()> die);
     ~NcpHost() override;

@@ -1,4 +1,4 @@
-/** The NCP host's link to the radio module: the terminal that the relay makes, and the exchange over it. */
+/** The NCP host's link to the radio module, over the terminal that the relay creates. */
 #pragma once
 
 #include "base/descriptors.h"
@@ -19,12 +19,12 @@ public:
     using AnswerHandler = std::function<void(int code, const std::string& text)>;
 
     /**
-     * Waits for the terminal, again each time the relay has gone away.
+     * Waits for the terminal, and again whenever the relay has exited.
      *
      * @param path     the terminal's path.
-     * @param limit    milliseconds the module has for an answer.
-     * @param on_ready called once for each link, when the module has answered over it.
-     * @param log      outlives the link.
+     * @param limit    time-out for the module's answer, in milliseconds.
+     * @param on_ready called once per link, when the module has answered over it.
+     * @param log      must outlive the link.
      */
     NcpLink(const std::string& path, guint limit, std::function<void()> on_ready, const ComponentLog& log)
         : path_(path), limit_(limit), on_ready_(std::move(on_ready)), log_(log) {
@@ -38,7 +38,7 @@ public:
     }
 
     /**
-     * Sends a request; the handler is called once with the answer's code and text, or with `RadioCode::link_down` or
+     * Sends a request and calls the handler once, with the answer's code and text, or with `RadioCode::link_down` or
      * `RadioCode::no_answer`.
      */
     void request(const std::string& command, std::optional<int> argument, AnswerHandler handler) {
@@ -51,7 +51,7 @@ public:
         waiting_[number] = {std::move(handler), call_every(limit_, [this, number] {
                                 settle(number, static_cast<int>(RadioCode::no_answer), {});
                             })};
-        // A full terminal means that nobody reads at the other end; the time limit tells.
+        // If the terminal is full because nothing reads it, the request times out.
         [[maybe_unused]] const auto written = write(terminal_.get(), line.data(), line.size());
     }
 
@@ -67,8 +67,8 @@ private:
     static void changed(GFileMonitor* /*monitor*/, GFile* /*file*/, GFile* /*other*/, GFileMonitorEvent event,
                         gpointer self) {
         auto* const link = static_cast<NcpLink*>(self);
-        // Where the user has no inotify instance left, GIO looks every five seconds, and a link that went and came
-        // in between has only changed.
+        // Without a free inotify instance GIO polls every five seconds, and a link that was replaced in between is
+        // reported as changed.
         if (event == G_FILE_MONITOR_EVENT_CREATED ||
             (event == G_FILE_MONITOR_EVENT_CHANGED && !link->terminal_))
             link->open_link();
@@ -98,7 +98,7 @@ private:
         while (!waiting_.empty())
             settle(waiting_.begin()->first, static_cast<int>(RadioCode::link_down), {});
     }
-    /** The reset that every new link begins with; a module that cannot hear it yet is asked again, less and less often. */
+    /** Resets the module over a new link, and retries at growing intervals until the module answers. */
     void probe() {
         prober_ = call_every(probe_interval_, [this] { probe(); });
         probe_interval_ = std::min(2 * probe_interval_, longest_probe_interval);

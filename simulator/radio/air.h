@@ -1,7 +1,6 @@
 /**
- * The air that several televisions share: a folder in which every running stream is a listening socket, named
- * CHANNEL.POWER.NUMBER. A listener connects to it; the kernel ends that connection with the stream, however the stream
- * ends.
+ * Streams between televisions: each stream is a listening socket, named CHANNEL.POWER.NUMBER, in a shared folder.
+ * Receivers connect to it, so the kernel notifies them when the stream ends, even if its television is killed.
  */
 #pragma once
 
@@ -22,15 +21,14 @@ namespace simulator {
 /** One stream on the air, as long as this lives. */
 class AirStream {
 public:
-    /** @throws std::system_error if the folder takes no socket. */
+    /** @throws std::system_error if the socket cannot be created. */
     AirStream(const std::filesystem::path& air, int channel, int power) {
-        g_autofree char* number =
-            g_uuid_string_random(); // process numbers are unique within one television only
+        g_autofree char* number = g_uuid_string_random(); // process IDs are unique only within one television
         const auto name = std::to_string(channel) + "." + std::to_string(power) + "." + number;
-        // Nobody may find it before it listens, or it would be taken for a left-over of a killed television.
+        // Hidden until it listens: otherwise another television would remove it as stale.
         const auto hidden = air / ("." + name);
         path_ = air / name;
-        socket_ = listen_at(hidden, SOMAXCONN); // the connections wait there, never accepted
+        socket_ = listen_at(hidden, SOMAXCONN); // connections are never accepted
         if (!socket_)
             fail_with_errno(hidden);
         std::filesystem::rename(hidden, path_);
@@ -45,7 +43,7 @@ private:
     FileDescriptor socket_;
 };
 
-/** Reports the streams on the air, beginning with those that run already; wakes only when one begins or ends. */
+/** Reports streams that begin or end, and those that are already running; wakes up for nothing else. */
 class AirWatch {
 public:
     using Begun = std::function<void(const std::string& stream, int channel, int power)>;
@@ -70,7 +68,7 @@ private:
     void scan() {
         std::array<char, 4096> changes{};
         while (read(changes_.get(), changes.data(), changes.size()) > 0) {
-            // the folder says what has changed, and is never out of date
+            // discard the events; the folder itself is read below
         }
         std::error_code error;
         for (const auto& entry : std::filesystem::directory_iterator(air_, error))
@@ -88,7 +86,7 @@ private:
         auto connection = connect_to(air_ / stream);
         if (!connection) {
             std::error_code ignored;
-            if (errno == ECONNREFUSED) // a killed television left it
+            if (errno == ECONNREFUSED) // left by a killed television
                 std::filesystem::remove(air_ / stream, ignored);
             return;
         }

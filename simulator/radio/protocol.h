@@ -1,8 +1,8 @@
 /**
- * The messages of the NCP host and the radio module, one a line.
+ * The messages between the NCP host and the radio module, one per line.
  *
- * A request is "> NUMBER COMMAND [ARGUMENT]", its answer "< NUMBER CODE [TEXT]". The marks tell an answer from a
- * terminal's echo of the request, the numbers tell a late answer from that to a later request.
+ * A request is "> NUMBER COMMAND [ARGUMENT]", its answer "< NUMBER CODE [TEXT]". The marks distinguish an
+ * answer from a terminal's echo of the request; the numbers distinguish late answers from answers to later requests.
  */
 #pragma once
 
@@ -13,13 +13,13 @@
 
 namespace simulator {
 
-/** Result codes of the radio module, and those the NCP host itself adds. */
+/** Result codes of the radio module and of the NCP host itself. */
 enum class RadioCode : int {
     ok = 0,
     not_started = 1,
     already_started = 2,
     bad_mode = 3,      /**< neither TX (0) nor RX (1) */
-    wrong_mode = 4,    /**< a stream asked for in RX mode, statistics in TX mode */
+    wrong_mode = 4,    /**< a stream in RX mode, or statistics in TX mode */
     bad_channel = 5,   /**< not from 11 to 26 */
     bad_power = 6,     /**< not from 0 to 20 */
     streaming = 7,     /**< channel, power and a second stream are refused while the stream runs */
@@ -41,15 +41,15 @@ struct RadioAnswer {
     std::string text;
 };
 
-/** The message as a line, with the line feed. */
+/** Formats the message as a line, including the line feed. */
 std::string to_line(const RadioRequest& request);
 std::string to_line(const RadioAnswer& answer);
 
-/** The message of a line without its line feed; nothing if it is none. */
+/** Parses a line without its line feed; returns nothing if it is not such a message. */
 std::optional<RadioRequest> parse_request(const std::string& line);
 std::optional<RadioAnswer> parse_answer(const std::string& line);
 
-/** Cuts received bytes into lines. A line longer than 512 bytes is noise and dropped. */
+/** Splits received bytes into lines. Drops lines longer than 512 bytes. */
 class LineBuffer {
 public:
     void append(std::string_view bytes) {
@@ -59,7 +59,7 @@ public:
         if (waiting_.size() - unfinished > longest_line)
             waiting_.resize(unfinished);
     }
-    /** Appends what can be read. @return the result of read(2). */
+    /** Reads available bytes. @return the result of read(2). */
     ssize_t read_from(int descriptor) {
         std::array<char, longest_line> bytes{};
         const auto count = read(descriptor, bytes.data(), bytes.size());
@@ -67,7 +67,7 @@ public:
             append({bytes.data(), static_cast<std::size_t>(count)});
         return count;
     }
-    /** Takes the next whole line without its line feed. */
+    /** Removes and returns the next complete line, without its line feed. */
     std::optional<std::string> next() {
         const auto end = waiting_.find('\n');
         if (end == std::string::npos)

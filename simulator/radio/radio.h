@@ -1,4 +1,4 @@
-/** The radio of the module: its settings, what it refuses, and what it hears. */
+/** The radio in the module: its settings, the commands it refuses, and the packets it receives. */
 #pragma once
 
 #include "radio/protocol.h"
@@ -20,11 +20,11 @@ public:
         Mode mode = Mode::off;
         int channel = 11;       /**< 11 to 26 */
         int power = 0;          /**< 0 to 20 */
-        bool streams = false;   /**< it sends */
+        bool streams = false;   /**< it transmits a stream */
         long long received = 0; /**< packets since the RX test's start or the last reset of the count */
     };
 
-    /** 20 packets a second arrive on channel 20, one every four seconds on the others. */
+    /** Sets the background traffic: 20 packets per second on channel 20, 0.25 on the others. */
     Radio() {
         for (int channel = lowest_channel; channel <= highest_channel; ++channel)
             set_traffic(channel, channel == busy_channel ? busy_packets_per_second : quiet_packets_per_second,
@@ -35,9 +35,9 @@ public:
      * Performs a request.
      *
      * Commands: reset, start MODE (0 TX, 1 RX), stop, set_channel N, set_power N, start_stream, stop_stream,
-     * get_rx_statistics, reset_rx_statistics. Everything but reset and start is refused while the radio is off.
+     * get_rx_statistics, reset_rx_statistics. While the radio is off, it refuses all but reset and start.
      *
-     * @return the answer to that request: a `RadioCode`, and for get_rx_statistics "COUNT packets on channel N".
+     * @return the answer: a `RadioCode`, and for get_rx_statistics also "COUNT packets on channel N".
      */
     RadioAnswer handle(const RadioRequest& request, Time now) {
         listen_until(now);
@@ -49,7 +49,7 @@ public:
         return answer;
     }
 
-    /** From now on so many packets a second arrive on a channel. @return false for no such channel or rate. */
+    /** Changes the background traffic of a channel. @return false for an invalid channel or rate. */
     bool set_traffic(int channel, double packets_per_second, Time now) {
         if (!is_channel(channel) || packets_per_second < 0)
             return false;
@@ -58,9 +58,9 @@ public:
         return true;
     }
     /**
-     * From now on another television streams: 100 packets a second arrive at power 20, two less for each step below.
+     * Adds a stream of another television: 100 packets per second at power 20, two less per power step below.
      *
-     * @return false for no such channel or power.
+     * @return false for an invalid channel or power.
      */
     bool add_stream(const std::string& name, int channel, int power, Time now) {
         if (!is_channel(channel) || !is_power(power))
@@ -70,18 +70,18 @@ public:
         senders_[name] = {channel, rate, now};
         return true;
     }
-    /** That stream has ended, or never existed. */
+    /** Removes a stream, if it exists. */
     void remove_stream(const std::string& name, Time now) {
         listen_until(now);
         senders_.erase(name);
     }
-    /** The television has closed the serial line: the test ends. */
+    /** Ends the test, as the television has closed the serial line. */
     void lose_line(Time now) {
         listen_until(now);
         perform({0, "stop", std::nullopt});
     }
 
-    /** Packets are counted on demand, so that no packet wakes the process. */
+    /** Counts packets on demand, so that packets do not wake the process. */
     [[nodiscard]] State state(Time now) const {
         State state = state_;
         for (const auto& [name, sender] : senders_) {
@@ -94,7 +94,7 @@ public:
         }
         return state;
     }
-    /** Packets a second that are received at present. */
+    /** Packets per second that it currently receives. */
     [[nodiscard]] double packets_per_second() const {
         double sum = 0;
         for (const auto& [name, sender] : senders_)

@@ -25,11 +25,11 @@ int speed_of(const Options& options) {
     const auto speed =
         static_cast<int>(options.number("module-speed", last_number <= last_slow_firmware ? slow : fast));
     if (speed != slow && speed != fast)
-        throw std::runtime_error("--module-speed: neither 115200 nor 921600");
+        throw std::runtime_error("--module-speed must be 115200 or 921600");
     return speed;
 }
 
-/** The speed set on a terminal; 0 if it is none that a module speaks. */
+/** The speed set on a terminal; 0 if no module uses it. */
 int speed_of(int terminal) {
     termios settings{};
     const speed_t speed = tcgetattr(terminal, &settings) == 0 ? cfgetospeed(&settings) : B0;
@@ -45,7 +45,7 @@ RadioModule::RadioModule(const Options& options)
     terminal_path_ = ptsname(line_.get());
     hold_line(true);
     reader_ = call_when_readable(line_.get(), [this] { read_line(); });
-    log_.note("radio speaks at ", speed_);
+    log_.note("serial speed: ", speed_);
     for (const std::string& traffic : options.all("traffic"))
         add_traffic(traffic);
     if (options.has("air"))
@@ -81,7 +81,7 @@ void RadioModule::add_traffic(const std::string& text) {
 
 void RadioModule::set_serial(bool present) {
     std::error_code error;
-    if (std::filesystem::is_symlink(device_path, error)) // also that of a module that was killed
+    if (std::filesystem::is_symlink(device_path, error)) // possibly left by a killed module
         unlink(device_path);
     if (present && symlink(terminal_path_.c_str(), device_path) != 0)
         fail_with_errno(device_path);
@@ -99,7 +99,7 @@ void RadioModule::hold_line(bool held) {
 
 void RadioModule::set_traffic(int channel, int packets_per_second) {
     if (!radio_.set_traffic(channel, packets_per_second, now()))
-        throw Refusal("NoSuchTraffic", "no channel " + std::to_string(channel) + ", or no rate " +
+        throw Refusal("NoSuchTraffic", "invalid channel " + std::to_string(channel) + " or rate " +
                                            std::to_string(packets_per_second));
 }
 
@@ -109,7 +109,7 @@ void RadioModule::join_air(const std::filesystem::path& air) {
         air,
         [this](const auto& stream, int channel, int power) {
             const bool is_heard = radio_.add_stream(stream, channel, power, now());
-            log_.note("stream ", stream, is_heard ? " begins" : " is none");
+            log_.note("stream ", stream, is_heard ? " begins" : " ignored: invalid channel or power");
         },
         [this](const auto& stream) {
             radio_.remove_stream(stream, now());
@@ -117,7 +117,7 @@ void RadioModule::join_air(const std::filesystem::path& air) {
         });
 }
 
-/** Lets others hear the stream that the radio sends, as long as it does. */
+/** Publishes the radio's stream to other televisions while it runs. */
 void RadioModule::follow_stream() {
     const Radio::State state = radio_.state(now());
     if (!state.streams || air_.empty()) {
@@ -126,7 +126,7 @@ void RadioModule::follow_stream() {
         try {
             air_stream_ = std::make_unique<AirStream>(air_, state.channel, state.power);
         } catch (const std::system_error& error) {
-            log_.error("nobody hears the stream: ", error.what());
+            log_.error("other televisions do not receive the stream: ", error.what());
         }
     }
 }
@@ -139,7 +139,7 @@ void RadioModule::lose_line() {
     log_.note("the television has closed the serial line");
 }
 
-/** Who sends bytes has the line open, so its end can be waited for. */
+/** After the first bytes the television has the line open, so the module can wait for the hang-up. */
 void RadioModule::read_line() {
     const auto count = lines_.read_from(line_.get());
     if (count <= 0) {
@@ -149,7 +149,7 @@ void RadioModule::read_line() {
     }
     hold_line(false);
     if (const int speed = speed_of(line_.get()); speed != speed_) {
-        log_.note("noise: ", count, " bytes at ", speed, ", the module speaks at ", speed_);
+        log_.note("noise: ", count, " bytes at ", speed, ", expected ", speed_);
         lines_.clear();
         return;
     }

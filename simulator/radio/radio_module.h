@@ -1,4 +1,4 @@
-/** The radio module: a radio behind a pseudo-terminal, whose other end is the television's serial device. */
+/** The radio module: a radio connected to the television's serial device through a pseudo-terminal. */
 #pragma once
 
 #include "air.h"
@@ -12,22 +12,22 @@ namespace simulator {
 
 class RadioModule : public Simulation {
 public:
-    /** @throws std::runtime_error for an option that is wrong, or a folder or terminal that cannot be had. */
+    /** @throws std::runtime_error for an invalid option, or if a folder or terminal is not available. */
     explicit RadioModule(const Options& options);
     ~RadioModule() override;
 
     [[nodiscard]] std::map<std::string, Method> methods() override;
 
 private:
-    /** Makes the serial device appear, as a symbolic link, or disappear; a program that has it open keeps it. */
+    /** Creates or removes the serial device, a symbolic link; a program that has it open can continue to use it. */
     void set_serial(bool present);
     /**
-     * Holds the television's end open, so that the line does not hang up while nobody uses it, or closes it, so that it
-     * hangs up when the television closes it.
+     * Keeps the television's end open, so the line does not hang up while it is unused, or closes it, so the line hangs
+     * up when the television closes it.
      */
     void hold_line(bool held);
     void add_traffic(const std::string& text);
-    /** @throws Refusal for no such channel or rate. */
+    /** @throws Refusal for an invalid channel or rate. */
     void set_traffic(int channel, int packets_per_second);
     void join_air(const std::filesystem::path& air);
     void read_line();

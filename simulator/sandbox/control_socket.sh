@@ -1,18 +1,18 @@
 # shellcheck shell=bash
 # The control sockets of the running televisions: FOLDER/NAME/system_bus is the system bus of the television NAME.
-# Sourced by simulator/tv, which says how to fail, and simulator/tvctl. The television holds a lock on its folder, so
-# that a folder whose lock is free belongs to a dead one.
+# Sourced by simulator/tv, which defines `fail`, and simulator/tvctl. A running television holds a lock on its folder,
+# so an unlocked folder is stale.
 
-find_control_sockets() { # the folder is then in `control_sockets`
+find_control_sockets() { # sets `control_sockets` to the folder
     local runtime=${XDG_RUNTIME_DIR:-/run/user/$UID}
     control_sockets=$runtime/velmora-televisions
     [[ -d $runtime && -O $runtime && -w $runtime ]] || control_sockets=/tmp/velmora-televisions-$UID
 }
 
-clear_dead_sockets() {
+remove_stale_sockets() {
     local folder lock
     for folder in "$control_sockets"/*/; do
-        { exec {lock}<"$folder"; } 2>/dev/null || continue # none, or gone since
+        { exec {lock}<"$folder"; } 2>/dev/null || continue # none, or just removed
         if flock --nonblock "$lock"; then
             rm -f "$folder/system_bus"
             rmdir "$folder" 2>/dev/null || true
@@ -21,23 +21,23 @@ clear_dead_sockets() {
     done
 }
 
-# Makes the folder of the control socket of the given name, else of the first number that is free: it is in
-# `control_socket`, and this process and its children hold it until the last of them has ended.
-open_control_socket() { # NAME or nothing
-    local turn name=$1 number=1
+# Creates the folder of the television's control socket and sets `control_socket` to it. Without a NAME, takes the first
+# free television-N. The folder stays locked until this process and all its children have exited.
+open_control_socket() { # [NAME]
+    local folder_lock name=$1 number=1
     find_control_sockets
     mkdir -m 0700 "$control_sockets" 2>/dev/null || true
     [[ -d $control_sockets && ! -L $control_sockets && -O $control_sockets ]] ||
-        fail "$control_sockets: not a folder of this user's own"
-    exec {turn}<"$control_sockets"
-    flock "$turn" # one television at a time
-    clear_dead_sockets
+        fail "$control_sockets: not a folder owned by this user"
+    exec {folder_lock}<"$control_sockets"
+    flock "$folder_lock" # one television at a time
+    remove_stale_sockets
     [[ -n $name ]] || until name=television-$number && [[ ! -e $control_sockets/$name ]]; do number=$((number + 1)); done
     control_socket=$control_sockets/$name
-    mkdir -m 0700 "$control_socket" 2>/dev/null || fail "a television called $name runs already"
+    mkdir -m 0700 "$control_socket" 2>/dev/null || fail "a television named $name is already running"
     exec {socket_lock}<"$control_socket"
     flock "$socket_lock"
-    exec {turn}<&-
+    exec {folder_lock}<&-
 }
 
 close_control_socket() {

@@ -1,4 +1,4 @@
-/** One component of the television: a bus, the screen, the radio module, the NCP host. */
+/** Components of the television, for example a bus, the screen or the radio module. */
 #pragma once
 
 #include "base/bus.h"
@@ -12,7 +12,7 @@ namespace simulator {
 
 class Component {
 public:
-    /** @param failure why it could not be started; empty: it is ready. */
+    /** @param failure why it could not be started; empty on success. */
     using Ready = std::function<void(const std::string& failure)>;
 
     explicit Component(std::string name) : name_(std::move(name)) {}
@@ -24,27 +24,27 @@ public:
     [[nodiscard]] virtual bool runs() const = 0;
     /** "runs", "was not started", or how it ended. */
     [[nodiscard]] virtual std::string state() const = 0;
-    /** The number of its process; 0 when it has none. */
+    /** Its process ID; 0 if it has no process. */
     [[nodiscard]] virtual int process() const { return 0; }
 
-    /** @param ready called when it is ready, which may be at once. */
+    /** @param ready called when it is ready, possibly before `start` returns. */
     virtual void start(const Ready& ready) = 0;
-    /** Kills it while it runs. @param killed called when it has ended. */
+    /** Kills it; it must be running. @param killed called when it has exited. */
     virtual void kill(const std::function<void()>& killed) = 0;
-    /** Shuts it down: runs the main loop until it has ended. @return false if it, or a sanitizer in it, found an error. */
+    /** Shuts it down, running the main loop until it exits. @return false if it or its sanitizer reports an error. */
     virtual bool end() = 0;
 
-    /** Called from the main loop when it has ended after it was ready, and not by `end`. */
+    /** Called from the main loop when it exits unexpectedly after it was ready. */
     std::function<void(const Component&)> on_end;
 
 private:
     std::string name_;
 };
 
-/** A child process, whose standard error goes to the component's log. It says when it is ready. */
+/** A child process, whose standard error goes to the component's log. */
 class ProcessComponent : public Component {
 public:
-    /** @param bus_name it is ready when it owns this name on the bus; empty: with its first line on standard output. */
+    /** @param bus_name it is ready when it owns this bus name; if empty, when it prints its first line. */
     ProcessComponent(std::string name, std::vector<std::string> command, GDBusConnection* bus,
                      std::string bus_name)
         : Component(std::move(name)), command_(std::move(command)), bus_(bus),
@@ -55,7 +55,7 @@ public:
         return process_ ? process_->state() : "was not started";
     }
     [[nodiscard]] int process() const override { return process_ ? process_->number() : 0; }
-    /** What it said when it was ready. */
+    /** The line that it printed when it was ready. */
     [[nodiscard]] const std::string& first_line() const { return line_; }
 
     void start(const Ready& ready) override {
@@ -80,7 +80,7 @@ public:
             return true;
         is_ending_ = true;
         process_->terminate();
-        const auto status = process_->wait_for_end(end_patience);
+        const auto status = process_->wait_for_end(shutdown_limit);
         if (!status)
             process_->send_signal(SIGKILL);
         return status.value_or(0) == 0 || *status >= killed;
@@ -88,7 +88,7 @@ public:
 
 private:
     static constexpr guint start_limit_milliseconds = 60'000;
-    static constexpr std::chrono::seconds end_patience{5}; // a sanitizer looks for leaks meanwhile
+    static constexpr std::chrono::seconds shutdown_limit{5}; // leak checking takes time
 
     void listen(Descriptors& descriptors) {
         if (!bus_name_.empty()) {
@@ -143,13 +143,13 @@ private:
     bool is_ending_ = false;
 };
 
-/** A simulation in this process, and its object on the bus, which says so while it does not run. */
+/** A simulation in this process, and its bus object, which refuses calls while the simulation is not running. */
 class SimulatedComponent : public Component {
 public:
-    /** @param die kills it, once the main loop runs again. */
+    /** @param die kills it from the main loop, not at once. */
     using Make = std::function<std::unique_ptr<Simulation>(const Action& die)>;
 
-    /** @param interface of its contract. @param make may throw std::runtime_error. */
+    /** @param interface of its bus object. @param make may throw std::runtime_error. */
     SimulatedComponent(std::string name, GDBusConnection* bus, const std::string& interface, Make make)
         : Component(std::move(name)), make_(std::move(make)),
           object_(bus, interface, every_method(interface, [this](Call& call) { forward(call); })) {}
@@ -184,7 +184,7 @@ private:
     void forward(Call& call) {
         if (!simulation_)
             throw Refusal("NotRunning",
-                          "the " + name() + " " + state_ + "; 'tvctl start " + name() + "' starts it again");
+                          "the " + name() + " " + state_ + "; restart it with 'tvctl start " + name() + "'");
         methods_.at(call.method())(call);
     }
 

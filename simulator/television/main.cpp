@@ -1,4 +1,4 @@
-/** The simulator: started by simulator/tv inside the sandbox, whose folders are provisioned. */
+/** The simulator; sandbox/init provisions the folders and execs it. */
 #include "base/options.h"
 #include "television.h"
 
@@ -10,7 +10,7 @@ namespace {
 constexpr int cannot_start = 125;
 
 int run(int argc, char** argv) {
-    close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC); // nothing from outside is for a component
+    close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC); // components inherit no descriptor from outside
     const simulator::Options options(argc, argv);
     const std::string program = argv[0];
     simulator::Television television(options, program.substr(0, program.rfind('/')));
@@ -21,7 +21,7 @@ int run(int argc, char** argv) {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP})
         g_unix_signal_add(signal, end, &television);
     const int status = television.run();
-    // Tells simulator/tv, which waits outside, that the television has ended in order.
+    // Tells simulator/tv, outside, that the television has shut down cleanly.
     if (options.has("status-descriptor"))
         dprintf(static_cast<int>(options.number("status-descriptor", -1)), "%d\n", status);
     return status;

@@ -21,7 +21,7 @@ void kill_all(const Call& call, const std::string& program) {
         if (g_subprocess_wait_check_finish(G_SUBPROCESS(killall), result, nullptr) != FALSE)
             asked->answer();
         else
-            asked->refuse(Refusal("NoSuchProcess", "no process is called " + asked->text()));
+            asked->refuse(Refusal("NoSuchProcess", "no process is named " + asked->text()));
     };
     g_autoptr(GSubprocess) killall = g_subprocess_new(G_SUBPROCESS_FLAGS_STDERR_SILENCE, nullptr, "killall",
                                                       "-KILL", "--", program.c_str(), nullptr);
@@ -30,11 +30,11 @@ void kill_all(const Call& call, const std::string& program) {
                                       std::make_unique<Call>(call.later()).release());
 }
 
-/** Keeps what else is in the settings. */
+/** Keeps all other settings. */
 void set_language(const std::string& language) {
     g_autofree char* path = g_build_filename(g_get_user_config_dir(), "tv-platform", "settings.ini", nullptr);
     g_autoptr(GKeyFile) settings = g_key_file_new();
-    g_key_file_load_from_file(settings, path, G_KEY_FILE_KEEP_COMMENTS, nullptr); // it need not be there
+    g_key_file_load_from_file(settings, path, G_KEY_FILE_KEEP_COMMENTS, nullptr); // the file is optional
     g_key_file_set_string(settings, "db/menu_widget", "language", language.c_str());
     g_autoptr(GError) error = nullptr;
     if (g_key_file_save_to_file(settings, path, &error) == FALSE)
@@ -74,7 +74,7 @@ void Television::refuse_all(const std::string& interface, const Refusal& refusal
                            every_method(interface, [refusal](Call& /*call*/) { throw refusal; }));
 }
 
-// What does not wait for another component is started before the first is waited for.
+// Starts independent components in parallel.
 void Television::start_components() {
     const std::string screen_size = options_.text("screen");
     const bool has_own_screen = screen_size.find('x') != std::string::npos;
@@ -144,28 +144,28 @@ int Television::run() {
     while (command_->runs())
         g_main_context_iteration(nullptr, TRUE);
     kill_.reset();
-    const bool components_ended_well = end_components();
-    return *command_->status() == 0 && !components_ended_well ? 1 : *command_->status();
+    const bool components_succeeded = end_components();
+    return *command_->status() == 0 && !components_succeeded ? 1 : *command_->status();
 }
 
-// What fails because another component had gone before was reported when that one went.
+// If a component exited early, later failures are a consequence of that, which has been reported.
 bool Television::end_components() {
-    bool all_ended_well = true;
+    bool all_succeeded = true;
     std::for_each(components_.rbegin(), components_.rend(), [&](const auto& component) {
-        const bool ended_well = component->end();
+        const bool succeeded = component->end();
         log_.note("the ", component->name(), " ", component->state());
-        if (component_is_missing_ || ended_well)
+        if (component_is_missing_ || succeeded)
             return;
-        all_ended_well = false;
+        all_succeeded = false;
         log_.error("the ", component->name(), " ", component->state(),
-                   " at its end: ", end_of_log(component->name()));
+                   " during shutdown: ", end_of_log(component->name()));
     });
-    return all_ended_well;
+    return all_succeeded;
 }
 
 void Television::end() {
     if (!command_)
-        std::exit(terminated); // before the components are up there is nothing to end in order
+        std::exit(terminated); // while components are starting there is nothing to shut down
     command_->terminate();
     if (!kill_)
         kill_ = call_every(end_limit_milliseconds, [this] { command_->send_signal(SIGKILL); });
@@ -179,9 +179,9 @@ Component* Television::find_component(const std::string& name) const {
 
 void Television::report_end(const Component& component) {
     component_is_missing_ = true;
-    // Who would ask for another system bus could not be heard.
+    // Without a system bus, tvctl cannot ask for a restart.
     const std::string remedy =
-        component.name() == "system_bus" ? "" : "; 'tvctl start " + component.name() + "' starts it again";
+        component.name() == "system_bus" ? "" : "; restart it with 'tvctl start " + component.name() + "'";
     log_.error("the ", component.name(), " ", component.state(), remedy, ": ", end_of_log(component.name()));
     if (object_)
         object_->emit("ComponentEnded",
@@ -213,7 +213,7 @@ void Television::run_command(const Call& call) {
     Descriptors descriptors{FileDescriptor(call.take_descriptor(0)), FileDescriptor(call.take_descriptor(1)),
                             FileDescriptor(call.take_descriptor(2))};
     if (call.texts(0).empty() || !descriptors.error)
-        throw Refusal("BadCommand", "a command and its three descriptors are needed");
+        throw Refusal("BadCommand", "Run needs a command and three descriptors");
     const auto running = running_.emplace(running_.end());
     const auto answer = [this, running, asked = call.later()] {
         asked.answer({g_variant_new_int32(*running->process->status())});
@@ -238,9 +238,9 @@ void Television::start_component(const Call& call) {
     const std::string name = call.text();
     Component* const component = find_component(name);
     if (component == nullptr)
-        throw Refusal("NoSuchComponent", "the television has no component called " + name);
+        throw Refusal("NoSuchComponent", "the television has no component named " + name);
     if (component->runs())
-        throw Refusal("AlreadyRunning", "the " + name + " runs already");
+        throw Refusal("AlreadyRunning", "the " + name + " is already running");
     component->start(
         [asked = call.later()](const std::string& failure) { asked.finish("NotStarted", failure); });
 }

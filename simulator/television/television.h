@@ -11,32 +11,32 @@
 namespace simulator {
 
 /**
- * Starts the components, then the command; when the command has ended, or the television is asked to end, the
- * components end in the reverse order.
+ * Starts the components, then the command. Shuts the components down in reverse order when the command exits or
+ * `end` is called.
  *
- * A component that ends by itself is reported on standard error and in television.log, and can be started again.
+ * A component that exits unexpectedly is reported on standard error and in television.log, and can be restarted.
  */
 class Television {
 public:
     /**
-     * @param options  see the help of simulator/tv. They outlive the television.
+     * @param options  see the help of simulator/tv; must outlive the television.
      * @param programs the folder of the simulator's programs.
      */
     Television(const Options& options, std::string programs);
 
     /**
-     * Runs the television until the command has ended.
+     * Runs the television until the command exits.
      *
-     * @return the command's status as a shell reports it; 1 instead of 0 if a component failed at its end, and none had
-     *         ended before.
+     * @return the command's status as a shell reports it; 1 instead of 0 if a component failed during
+     *         shutdown, unless one had exited before.
      * @throws std::runtime_error if a component cannot be started.
      */
     int run();
-    /** Asks the command to shut down cleanly, and kills it after ten seconds. */
+    /** Asks the command to shut down cleanly; kills it after ten seconds. */
     void end();
 
 private:
-    /** A command that a caller from outside runs in the television. */
+    /** A command that an outside caller runs in the television. */
     struct Running {
         std::unique_ptr<Process> process;
         NameWatch caller;
@@ -58,7 +58,7 @@ private:
     /** A floating aa{sv}. */
     [[nodiscard]] GVariant* components() const;
     void kill(const Call& call);
-    /** If the caller leaves the bus before the command has ended, the command is killed. */
+    /** Kills the command if the caller leaves the bus first. */
     void run_command(const Call& call);
     void start_component(const Call& call);
     void report_end(const Component& component);

@@ -10,7 +10,7 @@
 namespace simulator {
 namespace {
 
-/** A key of the remote control; a keyboard has it under one of these names. */
+/** A key of the remote control, and its names on a keyboard. */
 struct RemoteKey {
     std::string_view name;
     const char* key;
@@ -22,14 +22,14 @@ constexpr std::array<RemoteKey, 4> remote_keys{{{"OK", "Return", "Return"},
                                                 {"Exit", "XF86Exit", "F12"},
                                                 {"Red", "XF86Red", "F1"}}};
 
-/** The key's code, 0 when the keyboard does not have it. */
+/** The key's code; 0 if the keyboard lacks the key. */
 KeyCode code_of(_XDisplay* display, const char* key) {
     const KeySym symbol = XStringToKeysym(key);
     return symbol == NoSymbol ? KeyCode{0} : XKeysymToKeycode(display, symbol);
 }
 
-/** Another program may have given keys new codes since the last time. */
-void follow_keyboard(_XDisplay* display) {
+/** Reads key codes that another program may have changed. */
+void refresh_keyboard_mapping(_XDisplay* display) {
     while (XPending(display) > 0) {
         XEvent event{};
         XNextEvent(display, &event);
@@ -38,8 +38,8 @@ void follow_keyboard(_XDisplay* display) {
     }
 }
 
-KeyCode code_or_stand_in(_XDisplay* display, const std::string& key) {
-    follow_keyboard(display);
+KeyCode code_or_pc_code(_XDisplay* display, const std::string& key) {
+    refresh_keyboard_mapping(display);
     for (const RemoteKey& remote : remote_keys)
         if (key == remote.name || key == remote.key) {
             const KeyCode code = code_of(display, remote.key);
@@ -60,9 +60,9 @@ Display open_display() {
 }
 
 void move_key(const Display& display, const std::string& key, bool down) {
-    const KeyCode code = code_or_stand_in(display.get(), key);
+    const KeyCode code = code_or_pc_code(display.get(), key);
     if (code == 0)
-        throw std::invalid_argument("this keyboard has no key '" + key + "'");
+        throw std::invalid_argument("the keyboard has no key '" + key + "'");
     XTestFakeKeyEvent(display.get(), code, down ? True : False, CurrentTime);
     XFlush(display.get());
 }
@@ -76,7 +76,7 @@ void press_key(const Display& display, const std::string& key, std::chrono::mill
 }
 
 bool has_key(const Display& display, const std::string& key) {
-    return code_or_stand_in(display.get(), key) != 0;
+    return code_or_pc_code(display.get(), key) != 0;
 }
 
 } // namespace simulator

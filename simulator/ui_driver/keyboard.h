@@ -1,11 +1,11 @@
-/** The keys of the X display, pressed as a hand on the remote control does. */
+/** Presses keys on the X display. */
 #pragma once
 
 #include <chrono>
 #include <memory>
 #include <string>
 
-struct _XDisplay; // Xlib's own name; its header defines words that others use
+struct _XDisplay; // Xlib's name; Xlib.h defines macros that clash with other names
 
 namespace simulator {
 
@@ -14,24 +14,24 @@ struct CloseDisplay {
 };
 using Display = std::unique_ptr<_XDisplay, CloseDisplay>;
 
-/** Opens the display of the environment variable DISPLAY. @throws std::runtime_error when there is none. */
+/** Opens the display of the environment variable DISPLAY. @throws std::runtime_error if that fails. */
 Display open_display();
 
 /**
  * Presses (down) or releases a key (XTEST).
  *
  * @param key an X keysym name, for example "Return", "Left" or "XF86Back", or a key of the remote control: "OK",
- *            "Back", "Exit" or "Red". One that the keyboard lacks is pressed as the PC key that stands for it (Escape,
- *            F12, F1).
- * @throws std::invalid_argument for a key that the keyboard does not have.
+ *            "Back", "Exit" or "Red". If the keyboard lacks it, its PC key is pressed instead
+ *            (Escape, F12, F1).
+ * @throws std::invalid_argument if the keyboard lacks the key.
  */
 void move_key(const Display& display, const std::string& key, bool down);
 
-/** Presses a key, holds it down for a time, in which it waits, and releases it. */
+/** Presses a key, blocks while it is held down, and releases it. */
 void press_key(const Display& display, const std::string& key,
                std::chrono::milliseconds time = std::chrono::milliseconds::zero());
 
-/** Whether `press_key` can press it. */
+/** Whether the keyboard has this key. */
 bool has_key(const Display& display, const std::string& key);
 
 } // namespace simulator

@@ -17,7 +17,7 @@ std::string text_of(const Widget& widget) {
     return widget.name == number ? number : widget.name + ": " + number;
 }
 
-/** Puts widgets in reading order: row by row from the top, each row from the left. */
+/** Sorts widgets in reading order: rows from the top, each row from the left. */
 void sort_for_reading(std::vector<Widget>& widgets) {
     std::ranges::stable_sort(widgets, {}, [](const Widget& widget) { return middle(widget); });
     for (auto row = widgets.begin(); row != widgets.end();) {
@@ -57,7 +57,7 @@ GVariant* to_dictionary(const Widget& widget, std::span<const Widget> children) 
     return g_variant_builder_end(&built);
 }
 
-/** What follows a dialog is in it. */
+/** Widgets after a dialog are its children. */
 GVariant* to_tree(std::span<const Widget> widgets) {
     GVariantBuilder list;
     g_variant_builder_init(&list, G_VARIANT_TYPE("aa{sv}"));
@@ -131,7 +131,7 @@ bool Wait::is_over(const Screen& screen) const {
     if (condition_.is_met(screen))
         return true;
     if (std::chrono::steady_clock::now() >= deadline_)
-        throw NotSeen("waited " + std::to_string(patience_.count()) + " ms for " + condition_.wanted +
+        throw NotSeen("waited " + std::to_string(limit_.count()) + " ms for " + condition_.wanted +
                       "; the screen shows: " + screen.description());
     return false;
 }

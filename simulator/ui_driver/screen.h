@@ -1,4 +1,4 @@
-/** What a screen reader finds on the screen of one application, and what is waited for there. */
+/** The screen of one application as a screen reader sees it, and conditions to wait for. */
 #pragma once
 
 #include <chrono>
@@ -11,7 +11,7 @@
 
 namespace simulator {
 
-/** A number that a widget shows, and its limits. */
+/** The number that a widget shows, and its limits. */
 struct WidgetValue {
     double current = 0;
     double lowest = 0;
@@ -19,52 +19,52 @@ struct WidgetValue {
     bool operator==(const WidgetValue&) const = default;
 };
 
-/** Where the application keeps a widget on the accessibility bus. */
+/** The address of a widget on the accessibility bus. */
 struct Accessible {
     std::string bus_name;
     std::string path;
 };
 
-/** A widget that can be seen. */
+/** A visible widget. */
 struct Widget {
-    std::string name = {}; /**< what it says, without blanks around it */
-    std::string role = {}; /**< as AT-SPI names it: "push button", "label", "spin button", "dialog" */
+    std::string name = {}; /**< its text, trimmed */
+    std::string role = {}; /**< the AT-SPI name: "push button", "label", "spin button", "dialog" */
     bool focusable = false;
     bool focused = false;
     bool enabled = false;
-    bool chosen = false;    /**< it is the selected one of its row */
-    std::string label = {}; /**< the name of what labels it */
+    bool chosen = false;    /**< it is the selected widget of its row */
+    std::string label = {}; /**< the name of its label */
     std::optional<WidgetValue> value = {};
-    int x = 0; /**< place on the screen, in pixels */
+    int x = 0; /**< position on the screen, in pixels */
     int y = 0;
     int width = 0;
     int height = 0;
     Accessible accessible = {};
 };
 
-/** One look at the screen. While a dialog is open it is all that can be used, and all that is listed. */
+/** A snapshot of the screen. While a dialog is open, only the dialog's widgets are listed. */
 class Screen {
 public:
     explicit Screen(std::vector<Widget> widgets, bool in_front = true, std::vector<Widget> covered = {});
-    /** A screen on which nothing could be read, and why. */
+    /** An empty screen, and the reason why nothing could be read. */
     static Screen unreadable(const std::string& reason);
 
-    /** In reading order, those without a name left out. */
+    /** The widgets with a name, in reading order. */
     [[nodiscard]] const std::vector<Widget>& widgets() const { return widgets_; }
-    /** What a dialog covers: name, role and place. */
+    /** The widgets behind a dialog: name, role and position. */
     [[nodiscard]] const std::vector<Widget>& covered() const { return covered_; }
     [[nodiscard]] std::vector<std::string> texts() const;
     [[nodiscard]] bool shows(const std::string& text) const { return find(text) != nullptr; }
 
-    /** The widget of that name, one that can be pressed before one that cannot; null when there is none. */
+    /** Finds a widget by name, preferably a button; null if there is none. */
     [[nodiscard]] const Widget* find(const std::string& name) const;
-    /** The widget that has the focus; null when none has. */
+    /** The focused widget; null if there is none. */
     [[nodiscard]] const Widget* focused() const;
 
-    /** Whether the application's window is the one that gets the keys. */
+    /** Whether the application's window receives the keys. */
     [[nodiscard]] bool in_front() const { return in_front_; }
 
-    /** One line that says everything, the focused widget in brackets. */
+    /** All texts on one line, the focused widget in brackets. */
     [[nodiscard]] std::string description() const;
 
 private:
@@ -74,39 +74,39 @@ private:
     std::string reason_;
 };
 
-/** The widgets as they are listed on the bus: a floating aa{sv}, see org.velmora.Simulator.Ui.Screen. */
+/** Converts the widgets to a floating aa{sv}, see org.velmora.Simulator.Ui.Screen. */
 GVariant* to_variant(const Screen& screen);
 
-/** A look at the screen that says whether it is as wanted. */
+/** A condition on the screen. */
 struct Condition {
-    std::string wanted; /**< in words, for the one who waited in vain */
+    std::string wanted; /**< description for the error message */
     std::function<bool(const Screen&)> is_met;
 };
 
-/** The screen did not become what was waited for; says what it showed instead. */
+/** A wait timed out; the message says what the screen showed instead. */
 struct NotSeen : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/** A wait that has begun, and lasts as long as the patience of who waits. */
+/** A wait with a time-out. */
 class Wait {
 public:
-    Wait(Condition condition, std::chrono::milliseconds patience)
-        : condition_(std::move(condition)), patience_(patience),
-          deadline_(std::chrono::steady_clock::now() + patience) {}
+    Wait(Condition condition, std::chrono::milliseconds limit)
+        : condition_(std::move(condition)), limit_(limit),
+          deadline_(std::chrono::steady_clock::now() + limit) {}
 
-    /** @param screen the newest look at it. @throws NotSeen when it is not as wanted and patience is out. */
+    /** @param screen the latest snapshot. @throws NotSeen on time-out. */
     [[nodiscard]] bool is_over(const Screen& screen) const;
     [[nodiscard]] const std::string& wanted() const { return condition_.wanted; }
 
 private:
     Condition condition_;
-    std::chrono::milliseconds patience_;
+    std::chrono::milliseconds limit_;
     std::chrono::steady_clock::time_point deadline_;
 };
 
 Condition text_shown(const std::string& text);
-/** Something can be read, and not this text. */
+/** The screen is readable and does not contain this text. */
 Condition text_gone(const std::string& text);
 Condition focus_on(const std::string& name);
 /** The focused widget shows this number. */

@@ -9,15 +9,15 @@
 namespace simulator {
 
 struct Question {
-    Accessible whom;
+    Accessible target;
     const char* interface;
     const char* method;
     GVariant* arguments;                        /**< a floating tuple, or null for none */
     const char* answer_type;                    /**< the type of the answer's tuple */
-    std::function<void(GVariant* answer)> take; /**< takes the values of the answer */
+    std::function<void(GVariant* answer)> take; /**< handles the answer */
 };
 
-/** One entry of the application's own list of what it has. */
+/** One entry of the application's list of accessible objects. */
 struct Item {
     Accessible accessible;
     std::vector<std::string> children; /**< their paths */
@@ -32,7 +32,7 @@ struct Item {
     }
 };
 
-/** All that an application has, its root first. */
+/** All accessible objects of an application. */
 struct Items {
     std::map<std::string, Item> by_path;
     std::string root;
@@ -48,9 +48,9 @@ namespace {
 
 constexpr auto accessible_interface = "org.a11y.atspi.Accessible";
 constexpr auto items_type = "(a((so)(so)(so)a(so)assusau))";
-constexpr std::chrono::milliseconds start_limit{5000}; // of the launcher of the accessibility bus
+constexpr std::chrono::milliseconds start_limit{5000}; // for the launcher of the accessibility bus
 
-/** Its reader has gone. */
+/** Whether the reader was destroyed. */
 bool is_cancelled(const GError* error) {
     return g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED) != FALSE;
 }
@@ -98,7 +98,7 @@ void take_items(GVariant* answer, Items& items) {
     }
 }
 
-/** What is shown, sorted by the dialog that it is in. */
+/** The visible objects, each with its dialog. */
 struct Shown {
     struct Found {
         const Item* item;
@@ -130,7 +130,7 @@ std::string role_name(guint32 role) {
     return name;
 }
 
-/** The name of what labels a widget that has these relations; "" when nothing does. */
+/** The name of the label in a widget's relations; "" if there is none. */
 std::string label_in(const Items& items, GVariant* relations) {
     g_autoptr(GVariantIter) each = nullptr;
     g_variant_get(relations, "(a(ua(so)))", &each);
@@ -145,7 +145,7 @@ std::string label_in(const Items& items, GVariant* relations) {
     return label;
 }
 
-/** Fills in what the list of items says, and asks for the rest. */
+/** Fills in the widget from the item, and queues questions for the rest. */
 void ask_about(const Items& items, const Item& item, Widget& widget, Places places,
                std::vector<Question>& questions) {
     widget.name = item.name;
@@ -178,7 +178,7 @@ void ask_about(const Items& items, const Item& item, Widget& widget, Places plac
 
 } // namespace
 
-ScreenReader::ScreenReader(std::chrono::milliseconds patience) : patience_(patience) {}
+ScreenReader::ScreenReader(std::chrono::milliseconds answer_limit) : answer_limit_(answer_limit) {}
 
 ScreenReader::~ScreenReader() { g_cancellable_cancel(cancel_.get()); }
 
@@ -202,8 +202,8 @@ void ScreenReader::call(GDBusConnection* bus, const Question& question, const An
         if (!is_cancelled(error))
             (*held)(answer.get(), error);
     };
-    const auto limit = bus == session_.get() ? start_limit : patience_;
-    g_dbus_connection_call(bus, question.whom.bus_name.c_str(), question.whom.path.c_str(),
+    const auto limit = bus == session_.get() ? start_limit : answer_limit_;
+    g_dbus_connection_call(bus, question.target.bus_name.c_str(), question.target.path.c_str(),
                            question.interface, question.method, question.arguments,
                            G_VARIANT_TYPE(question.answer_type), G_DBUS_CALL_FLAGS_NONE,
                            static_cast<int>(limit.count()), cancel_.get(), on_answer,
@@ -260,7 +260,7 @@ void ScreenReader::ask(const std::vector<Question>& questions, const Done& done)
              });
 }
 
-/** One look, from the first question to the screen. */
+/** The state of one look. */
 struct ScreenReader::Look {
     std::string application;
     Places places;
@@ -301,7 +301,7 @@ void ScreenReader::ask_applications(const std::shared_ptr<Look>& look) {
         });
 }
 
-/** Of the wanted application; one that has just ended, or does not answer, must not hide it. */
+/** Finds the wanted application, skipping applications that have exited or do not answer. */
 void ScreenReader::read_items(const std::shared_ptr<Look>& look, std::size_t index) {
     if (index == look->applications.size())
         return look->seen(Screen::unreadable(look->reason));

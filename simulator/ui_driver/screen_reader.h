@@ -1,4 +1,4 @@
-/** Reads the screen as a screen reader does, over the accessibility bus, without blocking the main loop. */
+/** Reads the screen over the accessibility bus, like a screen reader, without blocking the main loop. */
 #pragma once
 
 #include "base/owned.h"
@@ -9,41 +9,41 @@ namespace simulator {
 struct Question;
 
 /**
- * Whether a look asks where the widgets are and what labels them: without, it takes half the time, and they come as the
- * application lists them.
+ * Whether a look also asks for the widgets' positions and labels. Without them it is twice as fast, and the widgets
+ * are in the application's order.
  */
 enum class Places : bool { unasked, asked };
 
-/** Its connection is made, and a screen reader announced to the session, by the first look. */
+/** The first look connects to the bus and announces a screen reader to the session. */
 class ScreenReader {
 public:
     using Seen = std::function<void(const Screen& screen)>;
-    /** @param refusal why the widget could not be activated; empty: it was. */
+    /** @param refusal why the widget could not be activated; empty on success. */
     using Activated = std::function<void(const std::string& refusal)>;
     /** @param failure null on success. */
     using Done = std::function<void(const GError* failure)>;
 
-    /** @param patience for the application's answer to one question; the first that is not answered ends a look. */
-    explicit ScreenReader(std::chrono::milliseconds patience);
-    /** What has not been answered is not called any more. */
+    /** @param answer_limit time-out for each answer of the application; the first time-out fails the look. */
+    explicit ScreenReader(std::chrono::milliseconds answer_limit);
+    /** Cancels pending calls; their callbacks are not called. */
     ~ScreenReader();
 
     /**
-     * Looks at the screen. Nothing is remembered from one look to the next.
+     * Reads the screen. Each look is independent.
      *
-     * @param application the application's name on the accessibility bus, that of its program; empty: the first one
-     *                    there that has a window.
-     * @param seen is called with an empty screen if the application is not there or too busy to answer.
+     * @param application the application's name on the accessibility bus (its program's name); empty: the first
+     *                    application with a window.
+     * @param seen        called with the screen, which is empty if the application is missing or too busy to answer.
      */
     void look(const std::string& application, Places places, const Seen& seen);
 
     /**
-     * Presses a widget through its accessible action, as a screen reader's user does. An application that works on it
-     * for longer than the bus waits is not an error.
+     * Presses a widget through its accessible action, like a screen reader. A time-out is not an error: the
+     * application may still be performing the action.
      */
     void activate(const Widget& widget, const Activated& activated);
 
-    /** Connects unless it is connected, and announces a screen reader, which an application asks for when it starts. */
+    /** Connects if necessary, and announces a screen reader. Applications check for one when they start. */
     void announce(const Done& done);
 
 private:
@@ -53,13 +53,13 @@ private:
 
     void open(const std::string& address, const Opened& opened);
     void call(GDBusConnection* bus, const Question& question, const Answered& answered);
-    /** Asks several questions at the same time, which takes little longer than one; `done` gets the first failure. */
+    /** Asks several questions in parallel; `done` gets the first failure. */
     void ask(const std::vector<Question>& questions, const Done& done);
     void ask_applications(const std::shared_ptr<Look>& look);
     void read_items(const std::shared_ptr<Look>& look, std::size_t index);
     void describe(const std::shared_ptr<Look>& look);
 
-    std::chrono::milliseconds patience_;
+    std::chrono::milliseconds answer_limit_;
     Object<GCancellable> cancel_{g_cancellable_new()};
     BusConnection session_;
     BusConnection connection_;

@@ -15,9 +15,9 @@ namespace simulator {
 namespace {
 
 constexpr guint picture_interval_milliseconds = 100;
-constexpr int most_looks = 20;
+constexpr int max_looks = 20;
 
-/** Runs in a thread, since compressing takes a while, and writing may block for ever. */
+/** Runs in a thread, since compression is slow and writing may block forever. */
 struct Work {
     Pixels pixels;
     FileDescriptor file;
@@ -47,7 +47,7 @@ Pixels::Pixels(_XDisplay* display, int x, int y, int width, int height)
     : image_(XGetImage(display, DefaultRootWindow(display), x, y, static_cast<unsigned>(width),
                        static_cast<unsigned>(height), AllPlanes, ZPixmap)) {
     if (!image_ || image_->bits_per_pixel != 32 || image_->red_mask == 0)
-        throw Refusal("NotWritten", "the screen cannot be read");
+        throw Refusal("NotWritten", "cannot read the screen");
 }
 
 void Pixels::DestroyImage::operator()(_XImage* image) const { XDestroyImage(image); }
@@ -76,7 +76,7 @@ std::vector<std::uint8_t> Pixels::to_png() const {
     image.width = static_cast<png_uint_32>(image_->width);
     image.height = static_cast<png_uint_32>(image_->height);
     image.format = PNG_FORMAT_RGB;
-    image.flags = PNG_IMAGE_FLAG_FAST; // a third of the time, for a file that is a little larger
+    image.flags = PNG_IMAGE_FLAG_FAST; // three times faster, slightly larger file
     std::vector<std::uint8_t> pixels;
     pixels.reserve(PNG_IMAGE_SIZE(image));
     for (int y = 0; y < image_->height; ++y)
@@ -96,7 +96,7 @@ void write_picture(const std::vector<std::uint8_t>& picture, const FileDescripto
     for (std::size_t done = 0; done < picture.size();) {
         const auto count = write(file.get(), picture.data() + done, picture.size() - done);
         if (count < 0)
-            throw std::runtime_error(std::string("the picture cannot be written: ") + std::strerror(errno));
+            throw std::runtime_error(std::string("cannot write the picture: ") + std::strerror(errno));
         done += static_cast<std::size_t>(count);
     }
 }
@@ -112,7 +112,7 @@ Screenshot::~Screenshot() { g_cancellable_cancel(cancel_.get()); }
 void Screenshot::look_again() {
     try {
         const Pixels before = std::exchange(pixels_, Pixels::of_screen(display_));
-        if (++looks_ < most_looks && before != pixels_)
+        if (++looks_ < max_looks && before != pixels_)
             return;
     } catch (const std::runtime_error& error) {
         return finish(error.what());
@@ -120,7 +120,7 @@ void Screenshot::look_again() {
     next_look_.reset();
     const auto on_done = +[](GObject* /*source*/, GAsyncResult* result, gpointer self) {
         const auto& work = *static_cast<Work*>(g_task_get_task_data(G_TASK(result)));
-        if (g_task_propagate_boolean(G_TASK(result), nullptr) != FALSE) // else `self` has gone
+        if (g_task_propagate_boolean(G_TASK(result), nullptr) != FALSE) // otherwise `self` no longer exists
             static_cast<Screenshot*>(self)->finish(work.error);
     };
     g_autoptr(GTask) task = g_task_new(nullptr, cancel_.get(), on_done, this);

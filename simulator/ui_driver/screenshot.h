@@ -1,4 +1,4 @@
-/** What is drawn on the screen, and pictures of it. */
+/** Reads pixels of the screen and takes screenshots. */
 #pragma once
 
 #include "base/event_source.h"
@@ -9,20 +9,20 @@
 #include <string>
 #include <vector>
 
-struct _XDisplay; // Xlib's own names; its header defines words that others use
+struct _XDisplay; // Xlib's names; Xlib.h defines macros that clash with other names
 struct _XImage;
 
 namespace simulator {
 
-/** How strong red, green and blue are. */
+/** Red, green and blue, each from 0 to 255. */
 using Color = std::array<std::uint8_t, 3>;
 
-/** An area of a screen as it was at one look. */
+/** A copy of an area of the screen. */
 class Pixels {
 public:
-    /** Looks at an area of the screen. @throws Refusal if it cannot be read. */
+    /** Copies an area of the screen. @throws Refusal if it cannot be read. */
     Pixels(_XDisplay* display, int x, int y, int width, int height);
-    /** Looks at all of it. @throws Refusal if it cannot be read. */
+    /** Copies the whole screen. @throws Refusal if it cannot be read. */
     static Pixels of_screen(_XDisplay* display);
 
     [[nodiscard]] Color at(int x, int y) const;
@@ -37,19 +37,19 @@ private:
     std::unique_ptr<_XImage, DestroyImage> image_;
 };
 
-/** Writes a picture into a file, from where it stands. @throws std::runtime_error. */
+/** Writes a picture to a file at its current position. @throws std::runtime_error. */
 void write_picture(const std::vector<std::uint8_t>& picture, const FileDescriptor& file);
 
-/** Takes a picture of the screen once two looks 100 ms apart show the same, or after two seconds. */
+/** Takes a screenshot once two copies taken 100 ms apart are equal, or after two seconds. */
 class Screenshot {
 public:
-    /** @param error empty when the picture is in the file. */
+    /** @param error empty on success. */
     using Taken = std::function<void(const std::string& error)>;
 
     /**
-     * @param display outlives this.
-     * @param first   the first look.
-     * @param taken   called once, from the main loop; it may end this.
+     * @param display must outlive this.
+     * @param first   the first copy.
+     * @param taken   called once, from the main loop; it may destroy this.
      */
     Screenshot(_XDisplay* display, Pixels first, FileDescriptor file, Taken taken);
     ~Screenshot();

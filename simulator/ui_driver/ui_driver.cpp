@@ -11,21 +11,21 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr guint look_interval_milliseconds = 15;
-constexpr auto answer_patience = 300ms;
-constexpr auto reading_patience = 5s;
+constexpr auto answer_limit = 300ms;
+constexpr auto reading_limit = 5s;
 
 const Condition readable{"something that can be read",
                          [](const Screen& screen) { return !screen.widgets().empty(); }};
 
-/** Writes keys out one by one: "Right*3" is Right, Right, Right. */
-std::vector<std::string> written_out(const std::vector<std::string>& keys) {
-    constexpr int most = 1000;
+/** Expands repetitions: "Right*3" becomes Right, Right, Right. */
+std::vector<std::string> expand_repetitions(const std::vector<std::string>& keys) {
+    constexpr int max_times = 1000;
     std::vector<std::string> all;
     for (const std::string& key : keys) {
         const auto star = key.find('*');
         const auto times = star == std::string::npos ? 1 : parse_int(key.substr(star + 1)).value_or(0);
-        if (times < 1 || times > most)
-            throw Refusal("NoSuchKey", "'" + key + "' is not KEY*TIMES, 1 to 1000 times");
+        if (times < 1 || times > max_times)
+            throw Refusal("NoSuchKey", "'" + key + "': KEY*TIMES must be 1 to 1000 times");
         all.insert(all.end(), static_cast<std::size_t>(times), key.substr(0, star));
     }
     return all;
@@ -44,9 +44,9 @@ void answer_focus(const Call& call, const Screen& screen) {
 
 } // namespace
 
-// An X server that goes ends every client by default, and this one is the whole television.
+// By default Xlib exits the process, here the whole television, when the X server goes away.
 UiDriver::UiDriver(GDBusConnection* connection)
-    : connection_(connection), display_(open_display()), reader_(answer_patience) {
+    : connection_(connection), display_(open_display()), reader_(answer_limit) {
     XSetErrorHandler(+[](_XDisplay* /*display*/, XErrorEvent* /*error*/) { return 0; });
     XSetIOErrorHandler(+[](_XDisplay* /*display*/) { return 0; });
     XSetIOErrorExitHandler(
@@ -64,7 +64,7 @@ UiDriver::~UiDriver() {
 }
 
 void UiDriver::end_calls() {
-    const Refusal refusal("NotRunning", "the ui_driver has ended before it answered");
+    const Refusal refusal("NotRunning", "the ui_driver exited before it could answer");
     for (const Waiting& waiting : waiting_)
         waiting.call.refuse(refusal);
     for (const Picture& picture : pictures_)
@@ -77,14 +77,14 @@ void UiDriver::end_calls() {
 
 std::map<std::string, Method> UiDriver::methods() {
     const auto see = [this](const Answer& answer) {
-        return [this, answer](const Call& call) { wait_for(call, readable, reading_patience, answer); };
+        return [this, answer](const Call& call) { wait_for(call, readable, reading_limit, answer); };
     };
     const auto wait = [this](Condition (*condition)(const std::string&)) {
         return [this, condition](const Call& call) {
             wait_for(call, condition(call.text()), call.milliseconds(1), answer_description);
         };
     };
-    return {{"Press", [this](Call& call) { press(written_out(call.texts())); }},
+    return {{"Press", [this](Call& call) { press(expand_repetitions(call.texts())); }},
             {"Hold", [this](Call& call) { hold(call); }},
             {"See", see(answer_description)},
             {"Screen", see(answer_widgets)},
@@ -102,14 +102,14 @@ std::map<std::string, Method> UiDriver::methods() {
 
 void UiDriver::check_display() const {
     if (is_display_gone_)
-        throw Refusal("NoScreen", "the screen has ended");
+        throw Refusal("NoScreen", "the X server has exited");
 }
 
 void UiDriver::check_key(const std::string& key) const {
-    const bool exists = has_key(display_, key); // which may be the first to find that the screen has gone
+    const bool exists = has_key(display_, key); // may detect that the X server has exited
     check_display();
     if (!exists)
-        throw Refusal("NoSuchKey", "this keyboard has no key '" + key + "'");
+        throw Refusal("NoSuchKey", "the keyboard has no key '" + key + "'");
 }
 
 void UiDriver::press(const std::vector<std::string>& keys) {
@@ -132,18 +132,17 @@ void UiDriver::hold(const Call& call) {
 }
 
 void UiDriver::activate(const Call& call) {
-    wait_for(call, text_shown(call.text()), reading_patience,
-             [this](const Call& asked, const Screen& screen) {
-                 reader_.activate(*screen.find(asked.text()),
-                                  [asked](const std::string& refusal) { asked.finish("NoAction", refusal); });
-             });
+    wait_for(call, text_shown(call.text()), reading_limit, [this](const Call& asked, const Screen& screen) {
+        reader_.activate(*screen.find(asked.text()),
+                         [asked](const std::string& refusal) { asked.finish("NoAction", refusal); });
+    });
 }
 
 void UiDriver::take_picture(const Call& call) {
     check_display();
     FileDescriptor file(call.take_descriptor(0));
     if (!file)
-        throw Refusal("NotWritten", "the descriptor of an open file is needed");
+        throw Refusal("NotWritten", "Picture needs the descriptor of an open file");
     Pixels first_look = Pixels::of_screen(display_.get());
     const auto picture = pictures_.insert(pictures_.end(), {call.later(), nullptr});
     const auto taken = [this, picture](const std::string& error) {
@@ -183,9 +182,9 @@ void UiDriver::show(const Screen& screen) {
         [&](const Waiting& waiting) { return waiting.after < looks_ && serve(waiting, screen); });
     if (waiting_.empty())
         return;
-    const bool somebody_is_new =
+    const bool has_new_caller =
         std::ranges::any_of(waiting_, [this](const Waiting& waiting) { return waiting.after == looks_; });
-    next_look_ = call_every(somebody_is_new ? 0 : look_interval_milliseconds, [this] { look(); });
+    next_look_ = call_every(has_new_caller ? 0 : look_interval_milliseconds, [this] { look(); });
 }
 
 bool UiDriver::serve(const Waiting& waiting, const Screen& screen) {

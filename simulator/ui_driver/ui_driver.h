@@ -1,4 +1,4 @@
-/** The screen and the remote control, driven from outside: see interfaces/org.velmora.Simulator.Ui.xml. */
+/** Reads the screen and presses keys for callers on the bus: see interfaces/org.velmora.Simulator.Ui.xml. */
 #pragma once
 
 #include "base/bus.h"
@@ -12,14 +12,13 @@
 namespace simulator {
 
 /**
- * Nothing waits: one look serves all who wait, the next follows while somebody does. Nobody is shown a look that began
- * before they asked.
+ * Never blocks. Looks at the screen repeatedly while calls wait; each look serves all calls made before it began.
  */
 class UiDriver : public Simulation {
 public:
     /** @throws std::runtime_error without a display. */
     explicit UiDriver(GDBusConnection* connection);
-    /** Who still waits is refused. */
+    /** Refuses all waiting calls. */
     ~UiDriver() override;
 
     [[nodiscard]] std::map<std::string, Method> methods() override;
@@ -30,8 +29,8 @@ private:
         Call call;
         Wait wait;
         Answer answer;
-        unsigned after;   /**< this look */
-        NameWatch caller; /**< one that leaves the bus is dropped */
+        unsigned after;   /**< the last look that began before the call */
+        NameWatch caller; /**< the call is dropped if its caller leaves the bus */
     };
     struct Held {
         Call call;

@@ -1,4 +1,4 @@
-/** Delivers keys of the remote control to windows that ask for them, although another window is in front. */
+/** Delivers keys of the remote control to windows that have grabbed them, even if they are not in front. */
 #pragma once
 
 #include "x11.h"
@@ -15,20 +15,20 @@
 namespace simulator {
 
 /**
- * A window asks with EFL's `elm_win_keygrab_set`, which leaves a property on it. While such a window is not in front,
- * its keys are grabbed: each press goes to it as well as to the window in front. F1 is the red key of a PC keyboard and
- * delivered with XF86Red.
+ * EFL's `elm_win_keygrab_set` records a window's keys in a property. While the window is not in front, the window
+ * manager grabs these keys and delivers each press both to it and to the window in front. F1, the red key on a PC
+ * keyboard, is also delivered as XF86Red.
  */
 class KeyRouter {
 public:
-    /** Announces that windows may ask for keys, and gives XF86Red a key code, which the default keyboard lacks. */
+    /** Announces support for key grabs, and assigns a key code to XF86Red, which the default keyboard lacks. */
     KeyRouter(Display* display, Window root, const Atoms& atoms)
         : display_(display), root_(root), atoms_(atoms) {
         map_red_key();
         write_property(display, root, atoms.keyrouter_supported, XA_CARDINAL, {1});
     }
 
-    /** Reads which keys a window asks for. */
+    /** Reads a window's grabbed keys. */
     void read_table(Window window) {
         std::set<unsigned>& codes = tables_[window];
         codes.clear();
@@ -40,7 +40,7 @@ public:
     }
     void forget(Window window) { tables_.erase(window); }
 
-    /** Grabs the keys that windows behind the one in front ask for, and no others. */
+    /** Grabs exactly the keys that windows behind the front window need. */
     void set_front(Window front) {
         front_ = front;
         std::set<unsigned> wanted;
@@ -70,11 +70,11 @@ public:
                 XSendEvent(display_, window, False, NoEventMask, &copy);
             }
         }
-        XAllowEvents(display_, ReplayKeyboard, press.time); // the window in front gets the key itself
+        XAllowEvents(display_, ReplayKeyboard, press.time); // the window in front gets the key directly
     }
 
 private:
-    /** Gives XF86Red the highest key code without a symbol. */
+    /** Assigns the highest free key code to XF86Red. */
     void map_red_key() {
         if (XKeysymToKeycode(display_, XF86XK_Red) != 0)
             return;

@@ -1,4 +1,4 @@
-/** The window manager of the television's own screen. */
+/** The window manager of a virtual screen. */
 #include "key_router.h"
 
 #include <cstdio>
@@ -10,14 +10,14 @@ namespace {
 
 bool access_denied = false; // Xlib's error handler has no user data
 
-/** Windows disappear at any time; a request that comes too late is no error. */
+/** Ignores errors from requests to windows that have just disappeared. */
 int note_error(Display* /*display*/, XErrorEvent* error) {
     access_denied = access_denied || error->error_code == BadAccess;
     return 0;
 }
 
 /**
- * Every ordinary window fills the screen; dialogs have the size they ask for. Windows raise, lower and iconify
+ * Ordinary windows fill the screen; dialogs have the size they request. Windows raise, lower and iconify
  * themselves, and the top one has the focus.
  */
 class WindowManager {
@@ -125,7 +125,7 @@ private:
             XConfigureWindow(display_, request.window, mask, &changes);
         if (is_free)
             return;
-        XEvent unchanged{}; // a size that is refused is answered with the current one
+        XEvent unchanged{}; // the reply to a refused size contains the current one
         unchanged.xconfigure = {
             ConfigureNotify, 0,       True, display_, request.window, request.window, 0, 0,
             width_,          height_, 0,    None,     False};
@@ -234,7 +234,7 @@ private:
     Window front_ = None;
 };
 
-/** Becomes the screen's only window manager. @return false if it has one already. */
+/** Registers as the screen's window manager. @return false if there is another one. */
 bool take_over(Display* display) {
     XSetErrorHandler(note_error);
     XSelectInput(display, DefaultRootWindow(display), SubstructureRedirectMask | SubstructureNotifyMask);

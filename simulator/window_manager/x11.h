@@ -1,4 +1,4 @@
-/** The atoms of a window manager, and window properties of 32-bit items. */
+/** Atoms, and window properties with 32-bit items. */
 #pragma once
 
 #include <X11/Xlib.h>
@@ -9,7 +9,7 @@
 namespace simulator {
 
 class Atoms {
-    Display* display_; // first: the atoms are interned on it
+    Display* display_; // must be first: the atoms are interned on it
     [[nodiscard]] Atom named(const char* text) const { return XInternAtom(display_, text, False); }
 
 public:
@@ -30,13 +30,13 @@ public:
     Atom state_hidden = named("_NET_WM_STATE_HIDDEN");
     Atom window_type = named("_NET_WM_WINDOW_TYPE");
     Atom window_type_normal = named("_NET_WM_WINDOW_TYPE_NORMAL");
-    /** On the root window: this window manager delivers keys to windows that ask for them. EFL looks for it. */
+    /** On the root window: this window manager supports key grabs. EFL checks for it. */
     Atom keyrouter_supported = named("_E_WINDOW_KEYROUTER_SUPPORTED");
-    /** On a window, written by EFL: a CARDINAL for each key that it asks for, the key code in its low byte. */
+    /** On a window, written by EFL: one CARDINAL per grabbed key, with the key code in its low byte. */
     Atom keyrouter_table = named("_E_WINDOW_KEYROUTER_WINDOW_KEYTABLE");
 };
 
-/** The items of a window's property; none if the property is missing or of another type. */
+/** Reads a window's property; returns no items if it is missing or has a different type. */
 inline std::vector<unsigned long> read_property(Display* display, Window window, Atom property, Atom type) {
     constexpr long most_items = 1024;
     Atom found_type = None;
@@ -49,7 +49,7 @@ inline std::vector<unsigned long> read_property(Display* display, Window window,
     const std::unique_ptr<unsigned char, decltype(&XFree)> held(bytes, XFree);
     if (status != Success || bytes == nullptr || bits != 32)
         return {};
-    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): Xlib hands 32-bit items out as longs
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): Xlib returns 32-bit items as longs
     const auto* items = reinterpret_cast<const unsigned long*>(bytes);
     return {items, items + count};
 }

@@ -10,10 +10,10 @@ public:
     /**
      * Announces a screen reader, which an application asks for when it starts.
      *
-     * @param patience see ScreenReader.
+     * @param answer_limit see ScreenReader.
      * @throws std::runtime_error without an accessibility bus.
      */
-    explicit SyncReader(std::chrono::milliseconds patience) : reader_(patience) {
+    explicit SyncReader(std::chrono::milliseconds answer_limit) : reader_(answer_limit) {
         const auto failure = answer_of<std::string>([this](const auto& answer) {
             reader_.announce(
                 [answer](const GError* error) { answer(error != nullptr ? error->message : ""); });

@@ -17,7 +17,7 @@ Client this_television();
 /** Every call of the NCP host's methods since it started, "ember_set_channel(11)". @throws Failure. */
 std::vector<std::string> asked_of_host(const Client& client);
 
-/** From now on the NCP host answers a method like that, see `parse_behaviour`. @throws Failure, WrongUse. */
+/** From now on the NCP host answers a method like that, see `parse_behaviour`. @throws Failure, UsageError. */
 void let_host_answer(const Client& client, const std::string& method, const std::string& behaviour);
 
 /** Sends "ncp_event" some times with these values, written as GVariant text: "(7, true)". There need be no host. */
