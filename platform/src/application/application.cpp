@@ -33,9 +33,9 @@ class LaunchRequest {};
 namespace {
 
 /** EFL frees deleted objects when the loop is idle, or once they exceed this limit (its default is 32 MB). */
-constexpr std::size_t most_unfreed_bytes = 1U << 20U;
+constexpr std::size_t max_unfreed_bytes = 1U << 20U;
 
-/** Answers "--help" or "--version" on standard output; false for every other argument, which is the application's. */
+/** Answers "--help" or "--version" on standard output; returns false for any other argument. */
 bool answer_option(std::string_view option) {
     const char* const program = program_invocation_short_name;
     if (option == "--help")
@@ -50,7 +50,7 @@ bool answer_option(std::string_view option) {
     return true;
 }
 
-/** The system gives the lowest free number: the next file that is opened would get what is meant for the log. */
+/** Otherwise the next opened file would get the number of a standard descriptor, and receive log messages. */
 void open_missing_standard_descriptors() {
     int descriptor = STDIN_FILENO;
     while (descriptor >= STDIN_FILENO && descriptor <= STDERR_FILENO)
@@ -58,25 +58,25 @@ void open_missing_standard_descriptors() {
     close(descriptor);
 }
 
-/** From now on a program that is started with fork(2) and exec gets the standard descriptors alone, none of a library. */
+/** Makes programs started with fork(2) and exec inherit only the standard descriptors. */
 void keep_descriptors_from_children() {
     pthread_atfork([] { close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC); }, nullptr, nullptr);
 }
 
-/** Elementary, initialised while this exists. */
+/** Initialises Elementary during its lifetime. */
 class Toolkit {
 public:
     Toolkit(int argc, char** argv) {
-        // No desktop files are looked up here, and the daemon that caches them would keep running.
+        // Efreet's cache daemon, which is not needed, would keep running.
         efreet_cache_disable();
-        // Batteries and time zones: these modules wait for the system bus without a limit.
+        // Ecore's modules for batteries and time zones wait for the system bus without a time-out.
         ecore_app_no_system_modules();
-        unsetenv("ELM_ATSPI_MODE"); // or Elementary switches its bridge on by itself
+        unsetenv("ELM_ATSPI_MODE"); // otherwise Elementary enables its bridge itself
         is_initialised_ = init_ecore_without_signals() && elm_init(argc, argv) > 0;
-        eina_freeq_mem_max_set(eina_freeq_main_get(), most_unfreed_bytes);
+        eina_freeq_mem_max_set(eina_freeq_main_get(), max_unfreed_bytes);
     }
     ~Toolkit() {
-        ecore_main_loop_select_func_set(select); // elm_shutdown runs the loop once more: without GLib
+        ecore_main_loop_select_func_set(select); // elm_shutdown iterates the loop: keep GLib out
         if (is_initialised_) {
             elm_shutdown();
             ecore_shutdown();
@@ -90,7 +90,7 @@ private:
     bool is_initialised_ = false;
 };
 
-/** Loads the toolkit's theme, which has the window's frame too; logs when it is missing or no theme. */
+/** Loads the toolkit's theme, including the window's frame; logs if it is missing or invalid. */
 bool load_theme() {
     const std::string file = theme_file();
     if (edje_file_group_exists(file.c_str(), "elm/vell/layout/default") != EINA_FALSE) {
@@ -102,7 +102,7 @@ bool load_theme() {
     return false;
 }
 
-/** Runs the application from create to the end of the main loop. @return whether it was created. */
+/** Runs the application from create to the end of the main loop. @return false if create failed. */
 bool run(const LifecycleCallbacks& callbacks, void* user_data, const std::function<void()>& launch) {
     dispatch_glib_in_ecore();
     drop_stale_input();

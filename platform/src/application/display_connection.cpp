@@ -9,9 +9,9 @@
 
 namespace platform {
 
-// Xlib calls the first handler when the connection breaks and the second when the first has returned. Xlib's own second
-// handler ends the process; when ours returns, every later call on this display does nothing. Ecore's handlers are not
-// used: Elementary replaces them with the first window (measured with EFL 1.26.3).
+// When the connection breaks, Xlib calls the first handler, then the second. Xlib's default second handler exits the
+// process; if ours returns, later calls on this display do nothing. Ecore's handlers cannot be used, since Elementary
+// replaces them when it creates the first window (measured with EFL 1.26.3).
 DisplayConnection::DisplayConnection() : is_open_(ecore_x_init(nullptr) > 0) {
     if (!is_open_) {
         const char* const name = std::getenv("DISPLAY");

@@ -3,12 +3,12 @@
 
 namespace platform {
 
-/** Keeps the connection open while it exists. Elementary connects with the first window; Ecore X has no event types before. */
+/** Connects before Elementary, which connects with the first window: Ecore X has no event types until then. */
 class DisplayConnection {
 public:
     /**
-     * Connects, and logs when nothing answers. From then on the main loop ends when the display server exits, as it
-     * does on a signal, and terminate follows; Ecore would end the process at once.
+     * Connects; logs if no server answers. If the display server exits later, the main loop ends as it does on a
+     * signal, and terminate follows; Ecore would exit the process at once.
      */
     DisplayConnection();
     ~DisplayConnection();

@@ -48,7 +48,7 @@ bool init_ecore_without_signals() {
     return is_up;
 }
 
-// The handlers come before Elementary's own, which end the loop without logging why.
+// These handlers run before Elementary's, which end the loop without logging the reason.
 void end_main_loop_on_signals() {
     ecore_event_handler_prepend(ECORE_EVENT_SIGNAL_EXIT, exit_signal, nullptr);
     ecore_event_handler_prepend(ECORE_EVENT_SIGNAL_HUP, hangup_signal, nullptr);

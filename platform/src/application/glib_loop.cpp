@@ -13,10 +13,10 @@
 namespace platform {
 namespace {
 
-/** What GLib waits for, at the priority that it would dispatch. */
+/** The descriptors and time-out that GLib waits for, at the priority that it would dispatch. */
 struct GlibWait {
     int priority = 0;
-    int milliseconds = -1; /**< until the nearest time-out, -1 for ever */
+    int milliseconds = -1; /**< until the nearest time-out; -1 if there is none */
     std::vector<GPollFD> descriptors;
 
     explicit GlibWait(GMainContext* context) {
@@ -30,10 +30,10 @@ struct GlibWait {
     }
 };
 
-/** The set of each kind of event. */
+/** The select(2) set for each kind of event. */
 using Sets = std::array<std::pair<unsigned, fd_set*>, 3>;
 
-/** Adds the descriptors to the sets, and raises `count` above the highest of them. */
+/** Adds the descriptors to the sets; `count` becomes at least the highest plus one. */
 void add(const std::vector<GPollFD>& descriptors, const Sets& sets, int& count) {
     for (const GPollFD& wanted : descriptors) {
         count = std::max(count, wanted.fd + 1);
@@ -43,7 +43,7 @@ void add(const std::vector<GPollFD>& descriptors, const Sets& sets, int& count) 
     }
 }
 
-/** Notes which of the descriptors are ready. @return how often the sets have them. */
+/** Marks the ready descriptors. @return how many set entries they have. */
 int take_ready(std::vector<GPollFD>& descriptors, const Sets& sets) {
     int taken = 0;
     for (GPollFD& polled : descriptors)
@@ -55,18 +55,18 @@ int take_ready(std::vector<GPollFD>& descriptors, const Sets& sets) {
     return taken;
 }
 
-/** How long the ready sources may take in one iteration of the loop, before the rest waits for the next. */
+/** Time limit for GLib's ready sources per loop iteration; the rest wait for the next iteration. */
 constexpr gint64 longest_dispatch_microseconds = 20'000;
 
 gboolean dispatch_within_limit(GSource* source, GSourceFunc callback, gpointer data);
 
-// Replaced before there is another thread.
+// Replaced before other threads exist.
 const auto dispatch_of_idle_source = std::exchange(g_idle_funcs.dispatch, dispatch_within_limit);
 
 /**
- * GDBus delivers each signal and each reply in an idle source of its own, and GLib dispatches all that are ready: a flood
- * of signals would delay keys and the freeing of deleted objects. A context that is prepared during a dispatch, as by a
- * nested loop, drops the list of sources to dispatch, and finds them ready in the next iteration.
+ * GDBus delivers each signal and reply in its own idle source, and GLib dispatches all ready sources, so a flood of
+ * signals would delay keys and the freeing of deleted objects. Preparing a context during a dispatch, like a nested
+ * loop, clears the list of sources to dispatch; the next iteration finds them ready again.
  */
 gboolean dispatch_within_limit(GSource* source, GSourceFunc callback, gpointer data) {
     GMainContext* const context = g_source_get_context(source);
@@ -77,7 +77,7 @@ gboolean dispatch_within_limit(GSource* source, GSourceFunc callback, gpointer d
     return stays;
 }
 
-// No descriptor is both GLib's and Ecore's, which waits for its own with epoll and selects that descriptor alone.
+// GLib and Ecore share no descriptor: Ecore uses epoll for its own and selects only the epoll descriptor.
 int select_with_glib(int count, fd_set* read, fd_set* write, fd_set* except, timeval* timeout) {
     if (!eina_main_loop_is())
         return select(count, read, write, except,
@@ -95,10 +95,10 @@ int select_with_glib(int count, fd_set* read, fd_set* write, fd_set* except, tim
     const int select_error = errno;
     if (ready > 0)
         ready -= take_ready(glib.descriptors, sets);
-    // A prepared context is always checked, also after a signal: a GLib time-out may be over.
+    // Always check a prepared context, even after a signal: a GLib time-out may have expired.
     if (g_main_context_check(context, glib.priority, glib.descriptors.data(),
                              static_cast<int>(glib.descriptors.size()))) {
-        // Ecore sets its clock only after the select: an animation that a callback starts would end at once.
+        // Ecore updates its clock only after the select; with the old time, a new animation would end at once.
         ecore_loop_time_set(ecore_time_get());
         g_main_context_dispatch(context);
     }
@@ -108,8 +108,8 @@ int select_with_glib(int count, fd_set* read, fd_set* write, fd_set* except, tim
 
 } // namespace
 
-// The context is owned from now on: only then does a source attached by another thread, such as a D-Bus signal from
-// GDBus's worker, wake the wait.
+// Owns the context permanently: only then does a source attached by another thread, such as a D-Bus signal from GDBus's
+// worker, interrupt the wait.
 void dispatch_glib_in_ecore() {
     g_main_context_acquire(g_main_context_default());
     ecore_main_loop_select_func_set(select_with_glib);

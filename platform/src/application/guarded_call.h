@@ -1,4 +1,4 @@
-/** Calls into the application that let no exception reach the C code around them. */
+/** Calls application callbacks so that no exception escapes into C code. */
 #pragma once
 
 #include "platform/log.h"
@@ -8,10 +8,10 @@
 namespace platform {
 
 /**
- * Calls `callback` if it is not null; an exception that leaves it is logged.
+ * Calls `callback` if it is not null; logs any exception.
  *
- * @param name what the log calls the callback.
- * @return what the callback returned; a default value (false, or nothing) when it is null or threw.
+ * @param name the callback's name in the log.
+ * @return the callback's result; a default value (false, or nothing) if it is null or throws.
  */
 template <typename Result, typename... Parameters, typename... Arguments>
 Result guarded_call(const char* name, Result (*callback)(Parameters...), Arguments... arguments) {

@@ -22,8 +22,8 @@ constexpr std::array<KeyName, 3> key_names{{
 /**
  * Renames the key of one event in place.
  *
- * Ecore X allocates a key event and its strings as one block, so the names may point elsewhere. The text that the key
- * would type is removed with the old name.
+ * Ecore X allocates a key event and its strings as one block, so the name pointers can be replaced. Also removes the
+ * text that the key would type.
  */
 Eina_Bool rename_key(void* /*data*/, int /*type*/, void* event) {
     auto* const key = static_cast<Ecore_Event_Key*>(event);

@@ -4,8 +4,8 @@
 namespace platform {
 
 /**
- * From now on Escape, F12 and F1 reach every key handler, Evas's included, as "XF86Back", "XF86Exit" and "XF86Red".
- * The real keys of these names still work. Handlers that are prepended later see the keyboard's names.
+ * Renames Escape, F12 and F1 to "XF86Back", "XF86Exit" and "XF86Red" for all key handlers, including Evas's. Real keys
+ * with these names still work. Handlers that are prepended later see the original names.
  */
 void add_remote_control_keys();
 

@@ -19,13 +19,12 @@ public:
 
 namespace {
 
-/** An editor truncates, writes, renames and deletes within one save; the file is read once it has not changed for
- * this long. */
+/** The file is read once it has been unchanged for this long, since an editor may change it several times per save. */
 constexpr unsigned quiet_milliseconds = 100;
 
 EventHandler language_changed; // registered before the framework runs
 
-/** The language and the mirroring. */
+/** The settings of language and mirroring. */
 using Values = std::pair<std::optional<std::string>, std::optional<std::string>>;
 Values values;
 
@@ -33,7 +32,7 @@ Values read_values() {
     return {settings::text("db/menu_widget/language"), settings::text("db/menu_widget/mirrored")};
 }
 
-unsigned comparison = 0; // the GLib source that compares once the file is quiet, 0 for none
+unsigned comparison = 0; // ID of the GLib source that compares once the file is unchanged; 0: none
 
 gboolean compare(gpointer /*data*/) {
     comparison = 0;
@@ -53,8 +52,8 @@ void file_changed() {
 
 void watch_language() {
     const std::string path = settings::file_path();
-    // For a file in a missing folder GIO checks every four seconds whether the folder exists, which would wake the
-    // idle application; with the folder the kernel reports changes.
+    // If the folder is missing, GIO polls for it every four seconds and wakes the idle application; if it exists, the
+    // kernel reports changes.
     g_autofree char* folder = g_path_get_dirname(path.c_str());
     g_mkdir_with_parents(folder, 0700);
     g_autoptr(GFile) file = g_file_new_for_path(path.c_str());

@@ -1,11 +1,11 @@
-/** Changes of the user interface's language and writing direction. */
+/** Watches the settings for a new language or text direction. */
 #pragma once
 
 namespace platform {
 
 /**
- * From now on calls the application's handler once whenever the language or the mirroring in the settings file, which
- * need not exist, has another value than before. Called from GLib's default context.
+ * Calls the application's handler from GLib's default context whenever the language or the mirroring in the settings
+ * file has changed. The file need not exist.
  */
 void watch_language();
 

@@ -15,7 +15,7 @@ constexpr const char* application_reason = "the application asked to";
 std::string first_reason;
 bool is_running = false;
 
-// An application may refuse to close, but ours never does.
+// Velmora never refuses to close.
 Eina_Bool close_request(void* /*data*/, int /*type*/, void* /*event*/) {
     quit_main_loop("the window was closed");
     return ECORE_CALLBACK_PASS_ON;

@@ -1,12 +1,12 @@
-/** The one main loop, and why it ends. */
+/** The main loop and its shutdown reason. */
 #pragma once
 
 namespace platform {
 
-/** Runs the main loop until it is asked to end, and logs why: the first reason, if several. */
+/** Runs the main loop until `quit_main_loop`, and logs the reason (the first one, if several). */
 void run_main_loop();
 
-/** Asks the main loop to end, or not to start (Ecore forgets a request that comes before it runs). */
+/** Ends the main loop, or prevents its start (Ecore loses a request made before the loop runs). */
 void quit_main_loop(const char* reason);
 
 } // namespace platform

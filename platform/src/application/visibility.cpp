@@ -8,7 +8,7 @@
 namespace platform {
 namespace {
 
-/** The windows that show a canvas of this process; Ecore has helper windows too. */
+/** The windows that show a canvas of this process, without Ecore's helper windows. */
 std::set<Ecore_X_Window> canvas_windows() {
     std::set<Ecore_X_Window> windows;
     Eina_List* const canvases = ecore_evas_ecore_evas_list_get();
@@ -42,7 +42,7 @@ Eina_Bool Visibility::note(void* self, int type, void* event) {
         const auto& change = *static_cast<const Ecore_X_Event_Window_Visibility_Change*>(event);
         visibility->windows_[change.win] = change.fully_obscured == 0;
     } else if (type == ECORE_X_EVENT_WINDOW_HIDE) {
-        // The X server sends no visibility event when a window is unmapped; when it is mapped again it does.
+        // The X server sends a visibility event when a window is mapped, but not when it is unmapped.
         visibility->windows_[static_cast<const Ecore_X_Event_Window_Hide*>(event)->win] = false;
     }
     if (!visibility->evaluation_)
@@ -63,7 +63,7 @@ void Visibility::evaluate(void* self) {
     const bool visible = std::ranges::any_of(windows, [](const auto& entry) { return entry.second; });
     if (visible == std::exchange(visibility->visible_, visible))
         return;
-    // The first time in sight is the start, not a return.
+    // Becoming visible for the first time is not a resume.
     if (visible && !std::exchange(visibility->paused_, false))
         return;
     visibility->paused_ = !visible;

@@ -1,4 +1,4 @@
-/** Whether a window of the application can be seen, and whether one exists. */
+/** Tracks whether the application has a window and whether one is visible. */
 #pragma once
 
 #include <Ecore.h>
@@ -10,18 +10,18 @@
 namespace platform {
 
 /**
- * Reports when the application's windows are all out of sight (covered, iconified or hidden) and when one comes back.
+ * Reports when none of the application's windows is visible (all covered, iconified or hidden) and when one becomes
+ * visible again.
  *
- * Elementary asks the X server for visibility and structure events of each of its windows (measured, also for
- * a window with an alpha channel). The events of one iteration of the main loop are evaluated together, so
- * that a window manager that unmaps and maps a window while it takes it over does not count. Deleting the last
- * window is no pause, but Elementary also deletes one that another client has destroyed, and there a pause may come
- * first. It needs a connection to the display.
+ * Elementary selects visibility and structure events for each of its windows (measured, also with an alpha channel).
+ * Events of one main-loop iteration are evaluated together, to ignore a window manager that unmaps and remaps a window
+ * while it starts to manage it. Deleting the last window is not a pause; if another client destroys it, a pause may be
+ * reported first. Needs a connection to the display.
  */
 class Visibility {
 public:
-    /** `changed` is called with false when the application goes out of sight, and with true when it comes
-     * back; `closed` when its last window is deleted, mapped or not. */
+    /** Calls `changed` with false when the application becomes invisible and with true when it becomes visible
+     * again, and `closed` when its last window is deleted, mapped or not. */
     Visibility(std::function<void(bool visible)> changed, std::function<void()> closed);
     ~Visibility();
     Visibility(const Visibility&) = delete;
@@ -34,7 +34,7 @@ private:
     std::function<void(bool)> changed_;
     std::function<void()> closed_;
     std::array<Ecore_Event_Handler*, 3> handlers_;
-    std::map<Ecore_X_Window, bool> windows_; // those that were ever mapped, and whether they can be seen
+    std::map<Ecore_X_Window, bool> windows_; // all that were ever mapped, and whether they are visible
     Ecore_Job* evaluation_ = nullptr;
     bool visible_ = false;
     bool paused_ = false;

@@ -7,7 +7,7 @@
 
 namespace platform {
 
-/** Owns a file descriptor and closes it; holds -1 when there is none. */
+/** Owns a file descriptor, or -1 for none, and closes it. */
 class Descriptor {
 public:
     Descriptor() = default;
@@ -32,12 +32,12 @@ private:
 };
 
 /**
- * Writes all of `bytes`, in one write(2) when the system takes them in one.
+ * Writes all of `bytes`, if possible with one write(2).
  *
- * An interrupted or partial write is continued. A descriptor that does not block is waited for, at most a
- * second without any progress.
+ * Continues after an interrupted or partial write. Waits for a non-blocking descriptor, for at most one second without
+ * progress.
  *
- * @return 0, or a negative errno value (-EAGAIN after that second); part of the bytes may then have been written.
+ * @return 0, or a negative errno value (-EAGAIN after that second), possibly after a partial write.
  */
 int write_all(int descriptor, std::span<const char> bytes);
 

@@ -7,7 +7,7 @@
 
 namespace vell {
 
-/** Creates a `T` that is kept with `object` under `T::key` and deleted with it. */
+/** Creates a `T` attached to `object` under `T::key` and deleted with it. */
 template <class T>
 T& attach(Evas_Object* object) {
     T* const state = std::make_unique<T>().release();
@@ -19,13 +19,13 @@ T& attach(Evas_Object* object) {
     return *state;
 }
 
-/** Returns the `T` kept with `object`, or null. */
+/** Returns the `T` attached to `object`, or null. */
 template <class T>
 T* attached(const Evas_Object* object) {
     return object == nullptr ? nullptr : static_cast<T*>(evas_object_data_get(object, T::key));
 }
 
-/** A pointer that becomes null when its widget is deleted. It cannot be moved: EFL keeps its address. */
+/** A pointer that becomes null when its widget is deleted. It cannot be moved, because EFL stores its address. */
 class WeakWidget {
 public:
     WeakWidget() = default;

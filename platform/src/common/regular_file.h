@@ -7,10 +7,10 @@
 namespace platform {
 
 /**
- * Reads a whole regular file. Does not block on a named pipe, as GLib would.
+ * Reads a whole regular file. Unlike GLib, does not block on a named pipe.
  *
  * @param folder an open folder, or AT_FDCWD.
- * @param path   the file, from there.
+ * @param path   the file's path, relative to `folder`.
  * @param flags  further flags of open(2).
  * @return its bytes; nothing, and errno, when it cannot be read (EINVAL for another kind of file).
  */

@@ -23,7 +23,7 @@ int journal_priority(LogPriority priority) {
     return index < priorities.size() ? priorities[index] : LOG_ERR;
 }
 
-/** Sends one message to the journal, its priority, tag and text in the journal's own fields. @return whether it took it. */
+/** Sends one message to the journal with native fields. @return whether that succeeded. */
 bool send_to_journal(LogPriority priority, std::string_view tag, std::string_view message) {
     const auto field = [](const char* key, std::string_view value) {
         return GLogField{.key = key, .value = value.data(), .length = static_cast<gssize>(value.size())};
@@ -35,14 +35,14 @@ bool send_to_journal(LogPriority priority, std::string_view tag, std::string_vie
            G_LOG_WRITER_HANDLED;
 }
 
-/** Without TERM, as on a television, this costs no system call for each message. */
+/** Without TERM, as on a television, this needs no system call. */
 bool shows_colours() {
     const char* const type = std::getenv("TERM");
     return type != nullptr && std::string_view(type) != "dumb" && isatty(STDERR_FILENO) == 1;
 }
 
 int print(LogPriority priority, std::string_view tag, std::string_view message) {
-    // A closed pipe must not end the process. SIGPIPE is not ignored, because started programs would inherit that.
+    // A closed pipe must not kill the process. SIGPIPE is caught, not ignored, as started programs would inherit that.
     [[maybe_unused]] static const auto former = std::signal(SIGPIPE, [](int) {});
     if (g_log_writer_is_journald(STDERR_FILENO) != FALSE && send_to_journal(priority, tag, message))
         return static_cast<int>(message.size());

@@ -36,7 +36,7 @@ bool is_shown_as_is(gunichar character) {
            type != G_UNICODE_PARAGRAPH_SEPARATOR && !changes_direction(character);
 }
 
-/** Whether it is shown as it is: nearly all logged characters, so they are checked first. */
+/** Whether a character is printable ASCII, the fast path. */
 bool is_plain(char character) { return character >= ' ' && character <= '~'; }
 
 /** Returns the visible form of a character, or of a byte that is not UTF-8. */

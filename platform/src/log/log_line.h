@@ -12,15 +12,15 @@ namespace platform {
 std::string_view without_line_end(std::string_view message);
 
 /**
- * Appends text so that it can be shown safely on one line of a terminal.
+ * Appends text in a form that is safe to print on one terminal line.
  *
- * A line feed, carriage return or tab becomes `\n`, `\r` or `\t`, another control character `\x1b` or (above ASCII)
- * `\u009b`, and so do line separators and the marks that change the writing direction; a byte that is not UTF-8
- * becomes `\xff`. Everything else stays.
+ * Escapes line feeds, carriage returns and tabs as `\n`, `\r` and `\t`, other control characters as `\x1b` or (above
+ * ASCII) `\u009b`, line separators and marks that change the text direction like the latter, and invalid UTF-8 as
+ * `\xff`.
  */
 void append_printable(std::string& line, std::string_view text);
 
-/** One line `E/TAG(process): message`, line feed included, in the priority's colour when `coloured`. */
+/** Formats the line `E/TAG(process): message`, including the line feed, if `coloured` in the priority's colour. */
 std::string log_line(LogPriority priority, std::string_view tag, std::string_view message, bool coloured);
 
 } // namespace platform

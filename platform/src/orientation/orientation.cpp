@@ -10,13 +10,13 @@ namespace {
 
 using namespace std::literals;
 
-// A table, not a library that knows every language: loading that takes a tenth of the start and 2.6 MB.
+// A table, because loading a library with all languages takes a tenth of the start time and 2.6 MB.
 constexpr std::array right_to_left_languages{"ar"sv, "arc"sv, "ckb"sv, "dv"sv,  "fa"sv,  "he"sv,
                                              "iw"sv, "ji"sv,  "nqo"sv, "ps"sv,  "sd"sv,  "syr"sv,
                                              "ug"sv, "ur"sv,  "yi"sv,  "pnb"sv, "mzn"sv, "lrc"sv};
 constexpr std::array right_to_left_scripts{"Arab"sv, "Hebr"sv, "Thaa"sv, "Syrc"sv, "Nkoo"sv};
 
-/** Takes the next part off a language such as "az_Arab_IR.utf8" or "az-Arab-IR"; empty after the last one. */
+/** Removes and returns the next part of a language such as "az_Arab_IR.utf8" or "az-Arab-IR"; empty at the end. */
 std::string_view next_part(std::string_view& language) {
     const std::size_t end = language.find_first_of("_-");
     const std::string_view part = language.substr(0, end);

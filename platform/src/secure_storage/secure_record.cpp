@@ -27,7 +27,7 @@ std::string key_of(const SecureStorageCredential& credential, std::string_view m
                    crypto_aead_xchacha20poly1305_ietf_KEYBYTES);
 }
 
-/** The data that a sealed record authenticates besides its own. */
+/** The additional data that a sealed record authenticates. */
 std::string place_of(std::string_view name, const SecureStorageCredential& credential) {
     return owner_of(credential).append(name);
 }

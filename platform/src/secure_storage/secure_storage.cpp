@@ -75,7 +75,7 @@ int ss_read(char** data, std::size_t* length, int reserved1, int reserved2, cons
     const SecureStorageResult result = secure::read(key, *credential, bytes);
     if (result != ok)
         return result;
-    // One byte more, so that an empty record is not null. NOLINTNEXTLINE(cppcoreguidelines-owning-memory)
+    // One extra byte, so that an empty record is not null. NOLINTNEXTLINE(cppcoreguidelines-owning-memory)
     auto* const copy = static_cast<char*>(std::calloc(bytes.size() + 1, 1));
     if (copy == nullptr)
         return storage_failed;

@@ -25,7 +25,7 @@ struct Folder {
     mode_t mode;
 };
 
-/** /opt/share/securestorage/data, from the root. Others may not enter the last two; those above are shared. */
+/** The path /opt/share/securestorage/data; only the owner may enter the last two folders. */
 constexpr std::array<Folder, 4> folders{
     {{"opt", 0755}, {"share", 0755}, {"securestorage", 0700}, {"data", 0700}}};
 
@@ -43,15 +43,14 @@ std::string member(GVariant* record, gsize index) {
     return {bytes, size};
 }
 
-/** Leaves a folder that is there as it is; a new one gets its mode whatever the process's file mode mask, and is on
- * the disk. */
+/** Creates and syncs a folder with its mode, ignoring the umask; leaves an existing folder unchanged. */
 bool make_folder(const Descriptor& parent, const Folder& folder) {
     if (mkdirat(parent.get(), folder.name, folder.mode) < 0)
         return errno == EEXIST;
     return fchmodat(parent.get(), folder.name, folder.mode, 0) == 0 && fsync(parent.get()) == 0;
 }
 
-/** A link is followed when it and the folder that it leads to are root's, and nobody else may write the folder. */
+/** Opens a folder; follows a symlink only if root owns it and its target and nobody else can write the target. */
 Descriptor open_next(const Descriptor& parent, const char* name) {
     constexpr auto flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
     struct stat status {};
@@ -67,7 +66,7 @@ Descriptor open_next(const Descriptor& parent, const char* name) {
     return {};
 }
 
-/** Returns the store's folder; nothing, and errno, when it cannot be opened. */
+/** Opens the store's folder; on failure returns nothing and sets errno. */
 Descriptor open_folder(bool make) {
     Descriptor folder(::open("/", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     for (const Folder& next : folders) {
@@ -88,7 +87,7 @@ Store read_store_in(const Descriptor& folder) {
     return records ? Store{ok, std::move(*records)} : Store{not_authentic, {}};
 }
 
-/** A store that was given to another user stays theirs. */
+/** Gives the new file the old store's owner. */
 bool keep_owner(const Descriptor& folder, const Descriptor& file) {
     struct stat former {};
     if (fstatat(folder.get(), store_name, &former, AT_SYMLINK_NOFOLLOW) < 0)
@@ -96,7 +95,7 @@ bool keep_owner(const Descriptor& folder, const Descriptor& file) {
     return fchown(file.get(), former.st_uid, former.st_gid) == 0;
 }
 
-/** `g_file_set_contents_full` would do, but for the owner, the file mode mask and what a killed writer left. */
+/** Unlike `g_file_set_contents_full`, keeps the owner, ignores the umask and removes a killed writer's file. */
 bool replace_store(const Descriptor& folder, const std::string& bytes) {
     (void)unlinkat(folder.get(), new_name, 0);
     const Descriptor file(openat(folder.get(), new_name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
@@ -148,7 +147,7 @@ Store read_store() {
 
 SecureStorageResult put_record(const Records::value_type& record) {
     const Descriptor folder = open_folder(true);
-    // The folder itself is locked, so whoever may write the store may also lock it.
+    // Lock the folder itself: every process that can write the store can lock it.
     if (!folder || flock(folder.get(), LOCK_EX) < 0)
         return storage_failed;
     Store store = read_store_in(folder);

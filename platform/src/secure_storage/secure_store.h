@@ -1,4 +1,4 @@
-/** The secure storage's file: all records of all applications, in one file that is replaced as a whole. */
+/** The secure storage's file, which contains the records of all applications and is replaced as a whole. */
 #pragma once
 
 #include "platform/secure_storage.h"
@@ -11,29 +11,28 @@
 
 namespace platform::secure {
 
-/** The sealed records, each by its name and the fingerprint of its credential. */
+/** The sealed records by name and credential fingerprint. */
 using Records = std::map<std::pair<std::string, std::string>, std::string>;
 
-/** Returns the bytes of a store file: the records, then a checksum that finds any damage. */
+/** Encodes a store file: the records and a checksum. */
 std::string encode(const Records& records);
 
-/** Returns the records of a store file's bytes; nothing when they are cut, altered or no store at all. */
+/** Decodes a store file; returns nothing if it is truncated, altered or not a store. */
 std::optional<Records> decode(std::string_view file);
 
-/** A store read from its file. */
+/** The result of reading a store. */
 struct Store {
     SecureStorageResult result =
         ok; /**< `ok`, `no_such_record` (no store), `not_authentic` or `storage_failed` */
     Records records;
 };
 
-/** Reads the store. A concurrent writer does not matter: a new store replaces the old one atomically. */
+/** Reads the store. Safe with concurrent writers, which replace the store atomically. */
 Store read_store();
 
 /**
- * Adds a record to the store or replaces it, one process at a time: writes a new file to the disk, which then takes the
- * old one's place. Replaces a damaged store. Makes missing folders, closed to other users whatever the process's file
- * mode mask, and removes what a killed writer left.
+ * Adds or replaces a record, under a lock: writes and syncs a new file, which then replaces the old one. Replaces a
+ * damaged store. Creates missing folders, ignoring the umask, and removes the file of a killed writer.
  *
  * @return `ok` or `storage_failed`.
  */

@@ -11,12 +11,12 @@
 namespace platform {
 namespace {
 
-/** Far longer than the bridge waits for the address of the bus. */
+/** Much longer than the bridge's own time-out for the bus address. */
 constexpr unsigned connection_milliseconds = 1000;
 
 GDBusProxy* status = nullptr;    // org.a11y.Status
-GCancellable* attempt = nullptr; // what is under way is cancelled by the next attempt
-bool will_look_again = false;
+GCancellable* attempt = nullptr; // the next attempt cancels it
+bool is_recheck_pending = false;
 
 /** Logs an error, unless the attempt was cancelled. */
 void log_failure(const GError* error) {
@@ -35,16 +35,16 @@ void bus_connected(GObject* /*source*/, GAsyncResult* result, gpointer /*data*/)
         return;
     elm_config_atspi_mode_set(EINA_FALSE);
     elm_config_atspi_mode_set(EINA_TRUE);
-    const auto look = [](gpointer /*data*/) -> gboolean {
-        will_look_again = false;
+    const auto recheck = [](gpointer /*data*/) -> gboolean {
+        is_recheck_pending = false;
         apply();
         return G_SOURCE_REMOVE;
     };
-    if (!std::exchange(will_look_again, true))
-        g_timeout_add(connection_milliseconds, look, nullptr);
+    if (!std::exchange(is_recheck_pending, true))
+        g_timeout_add(connection_milliseconds, recheck, nullptr);
 }
 
-void address_told(GObject* /*source*/, GAsyncResult* result, gpointer /*data*/) {
+void address_received(GObject* /*source*/, GAsyncResult* result, gpointer /*data*/) {
     g_autoptr(GError) error = nullptr;
     g_autoptr(GVariant) reply = g_dbus_proxy_call_finish(status, result, &error);
     log_failure(error);
@@ -70,7 +70,7 @@ void apply() {
         elm_config_atspi_mode_set(EINA_FALSE);
     else if (!bridge_is_connected())
         g_dbus_proxy_call(status, "org.a11y.Bus.GetAddress", nullptr, G_DBUS_CALL_FLAGS_NONE, G_MAXINT,
-                          attempt, address_told, nullptr);
+                          attempt, address_received, nullptr);
 }
 
 } // namespace
@@ -87,7 +87,7 @@ void follow_screen_reader() {
         g_signal_connect(status, "g-properties-changed", G_CALLBACK(apply), nullptr);
         apply();
     };
-    // The service is not started: where it does not run, there is no screen reader.
+    // Do not start the service: if it is not running, there is no screen reader.
     g_dbus_proxy_new_for_bus(G_BUS_TYPE_SESSION, G_DBUS_PROXY_FLAGS_DO_NOT_AUTO_START, nullptr,
                              "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Status", nullptr, created, nullptr);
 }

@@ -1,16 +1,16 @@
-/** Elementary's accessibility bridge, switched by the session. */
+/** Switches Elementary's accessibility bridge as the session requests. */
 #pragma once
 
 namespace platform {
 
 /**
- * From now on switches Elementary's AT-SPI bridge on while the session reports a screen reader
- * (`ScreenReaderEnabled` of org.a11y.Status on the session bus), now and whenever that changes, and again until it
- * is on the accessibility bus. Returns at once; the main loop handles the replies, which may be late.
+ * Keeps Elementary's AT-SPI bridge on while the session reports a screen reader (`ScreenReaderEnabled` of
+ * org.a11y.Status on the session bus), and retries until the bridge is on the accessibility bus. Returns at once; the
+ * main loop handles the replies.
  *
- * Measured with EFL 1.26.3: the bridge does nothing while the session does not say so; switched on late, or off and
- * on again, it shows windows made before it as well. It waits for its buses without a limit, so it is switched on
- * only once both have accepted a connection of ours.
+ * Measured with EFL 1.26.3: the bridge is inactive unless the session reports a screen reader; if switched on later or
+ * again, it also exposes existing windows. It waits for its buses without a time-out, so it is switched on only after
+ * both have accepted a connection from this process.
  */
 void follow_screen_reader();
 

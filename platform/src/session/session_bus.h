@@ -1,12 +1,12 @@
-/** Whether there is a session bus. */
+/** Checks for a session bus. */
 #pragma once
 
 namespace platform {
 
 /**
- * Whether DBUS_SESSION_BUS_ADDRESS or `$XDG_RUNTIME_DIR/bus` names a session bus; it may not answer.
+ * Returns whether DBUS_SESSION_BUS_ADDRESS or `$XDG_RUNTIME_DIR/bus` names a session bus, even an unresponsive one.
  *
- * Where there is none, GIO would start one, which no other program would use.
+ * Check before using GIO, which otherwise starts a bus that no other program uses.
  */
 bool has_session_bus();
 

@@ -15,12 +15,12 @@ constexpr auto* application_xml =
     "<node><interface name='org.freedesktop.Application'><method name='Activate'>"
     "<arg type='a{sv}' direction='in'/></method></interface></node>";
 
-/** How long the start waits for the bus. */
+/** Time-out of the start for the bus. */
 constexpr gint64 bus_limit_microseconds = 1'000'000;
-/** How long the start waits for a running process to answer a launch; one that is ending answers at once. */
+/** Time-out for a running process to answer a launch; one that is shutting down refuses at once. */
 constexpr int launch_limit_milliseconds = 1500;
-/** How long the start waits for a process that is ending; stopping the radio's programs takes five seconds. */
-constexpr gint64 end_limit_microseconds = 30'000'000;
+/** Time-out for a process that is shutting down; stopping the radio programs takes five seconds. */
+constexpr gint64 exit_limit_microseconds = 30'000'000;
 
 void log_line(LogPriority priority, const char* text) {
     __dlog_print(LogBuffer::main, priority, "PLATFORM", "%s", text);
@@ -30,8 +30,9 @@ std::string application_id(std::string_view program) {
     std::string name(program.substr(program.find_last_of('/') + 1));
     const auto is_unsafe = [](unsigned char letter) { return letter >= 0x80 || std::isalnum(letter) == 0; };
     std::ranges::replace_if(name, is_unsafe, '_');
-    constexpr std::size_t longest = 200;                 // a bus name has at most 255 bytes
-    return "tv.application.A" + name.substr(0, longest); // no element of a bus name begins with a digit
+    constexpr std::size_t longest = 200; // a bus name has at most 255 bytes
+    return "tv.application.A" +
+           name.substr(0, longest); // an element of a bus name must not begin with a digit
 }
 
 } // namespace
@@ -43,7 +44,7 @@ SingleInstance::SingleInstance(std::string_view program, std::function<void()> l
         outcome_ = LaunchOutcome::runs;
         return;
     }
-    // Before the name is requested, so that every launch finds the object.
+    // Exports the object before requesting the name, so that every launch finds it.
     const auto connected = [](GDBusConnection* bus, const char* /*name*/, gpointer self) {
         static_cast<SingleInstance*>(self)->accept_launches(bus);
     };
@@ -53,7 +54,7 @@ SingleInstance::SingleInstance(std::string_view program, std::function<void()> l
     };
     const auto not_acquired = [](GDBusConnection* bus, const char* /*name*/, gpointer self) {
         if (bus)
-            return; // another process has it, which the watch below reports
+            return; // another process owns it; the watch below reports that
         log_line(LogPriority::warning, "the session bus is not used: it lets nobody in, or has gone");
         auto& outcome = static_cast<SingleInstance*>(self)->outcome_;
         outcome = outcome.value_or(LaunchOutcome::runs);
@@ -62,8 +63,7 @@ SingleInstance::SingleInstance(std::string_view program, std::function<void()> l
         if (g_strcmp0(owner, g_dbus_connection_get_unique_name(bus)) != 0)
             static_cast<SingleInstance*>(self)->pass_launch_to(bus, owner);
     };
-    // The bus keeps a queue. GLib would wait for its answer when the name is given back, so that is left to the end
-    // of the process.
+    // The bus queues the request. The name is released only by exiting, because GLib would wait for the bus's answer.
     g_bus_own_name(G_BUS_TYPE_SESSION, id_.c_str(), G_BUS_NAME_OWNER_FLAGS_NONE, connected, acquired,
                    not_acquired, this, nullptr);
     g_bus_watch_name(G_BUS_TYPE_SESSION, id_.c_str(), G_BUS_NAME_WATCHER_FLAGS_NONE, appeared, nullptr, this,
@@ -75,14 +75,14 @@ LaunchOutcome SingleInstance::settle() {
     const unsigned timer = g_timeout_add(100, wake, nullptr);
     const gint64 begin = g_get_monotonic_time();
     while (!outcome_ && g_get_monotonic_time() - begin <
-                            (is_other_there_ ? end_limit_microseconds : bus_limit_microseconds))
+                            (is_passed_on_ ? exit_limit_microseconds : bus_limit_microseconds))
         g_main_context_iteration(nullptr, TRUE);
     g_source_remove(timer);
-    if (!outcome_ && is_other_there_)
+    if (!outcome_ && is_passed_on_)
         log_line(LogPriority::error, "the application's earlier process has not ended in 30 s: not started");
     else if (!outcome_)
         log_line(LogPriority::warning, "the session bus does not answer: the start does not wait for it");
-    outcome_ = outcome_.value_or(is_other_there_ ? LaunchOutcome::held_up : LaunchOutcome::runs);
+    outcome_ = outcome_.value_or(is_passed_on_ ? LaunchOutcome::held_up : LaunchOutcome::runs);
     return *outcome_;
 }
 
@@ -111,7 +111,7 @@ void SingleInstance::pass_launch_to(GDBusConnection* bus, const char* owner) {
         log_line(LogPriority::warning, "another process of the application runs as well");
         return;
     }
-    is_other_there_ = true;
+    is_passed_on_ = true;
     const auto answered = [](GObject* same, GAsyncResult* result, gpointer self) {
         g_autoptr(GError) error = nullptr;
         g_autoptr(GVariant) reply = g_dbus_connection_call_finish(G_DBUS_CONNECTION(same), result, &error);

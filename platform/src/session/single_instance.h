@@ -1,4 +1,4 @@
-/** One process for each application. */
+/** Allows only one process per application. */
 #pragma once
 
 #include <functional>
@@ -9,51 +9,51 @@
 
 namespace platform {
 
-/** What a started process does. */
+/** What a new process must do. */
 enum class LaunchOutcome {
-    runs,    /**< runs: no other process is known */
-    reached, /**< exits: another process runs, and has the launch */
-    held_up, /**< exits: another process is ending, and does not finish */
+    runs,    /**< run: there is no other process */
+    reached, /**< exit: the launch was passed to a running process */
+    held_up, /**< exit: an earlier process does not finish its shutdown */
 };
 
 /**
- * Holds the application's name on the session bus, or passes the launch to the process that holds it.
+ * Owns the application's name on the session bus, or passes the launch to the process that owns it.
  *
- * Later launches come in as calls of org.freedesktop.Application.Activate. A busy process handles them
- * later. A process that is ending keeps the name but has removed the object, so GDBus's own thread refuses the call at
- * once, and the calling process waits in the bus's queue for the name. (GApplication asks the first process for
- * its actions and waits for the answer, measured: with a busy one a second would come up.)
+ * Later launches arrive as calls of org.freedesktop.Application.Activate; a busy process handles them later. A process
+ * that is shutting down keeps the name but has removed the object, so GDBus's worker thread refuses the call at once,
+ * and the new process waits in the bus's queue for the name. (GApplication is not used: it waits for the first process
+ * to list its actions, and if that process is busy, starts a second one; measured.)
  *
- * The start waits one second at most for the bus; then the process runs without the name, and gets it when the bus
- * answers and no other process has it.
+ * The start waits at most one second for the bus. After that the process runs without the name, and gets it once the
+ * bus answers, unless another process owns it.
  */
 class SingleInstance {
 public:
     /**
-     * Asks for the name, without waiting. One of these lives at a time.
+     * Requests the name without waiting. Create only one instance.
      *
-     * @param program  the path or name the program was started as.
-     * @param launched called from GLib's default context at every later launch. The context must not be dispatched after
-     * this object is destroyed; the bus frees the name when the process exits.
+     * @param program  the program's path or name, as in argv[0].
+     * @param launched called from GLib's default context on every later launch. Do not dispatch the context after
+     *                 destroying this object; the bus releases the name when the process exits.
      */
     SingleInstance(std::string_view program, std::function<void()> launched);
 
     /** Dispatches GLib's default context until the outcome is known. */
     LaunchOutcome settle();
 
-    /** From now on launches are refused: this process is ending. */
+    /** Refuses later launches, because this process is shutting down. */
     void refuse_launches();
 
 private:
     void accept_launches(GDBusConnection* bus);
     void pass_launch_to(GDBusConnection* bus, const char* owner);
 
-    std::string id_;   /**< the name on the bus: the program's file name, made safe for it */
-    std::string path_; /**< of the object that takes launches */
+    std::string id_;   /**< the bus name: the program's file name with unsafe characters replaced */
+    std::string path_; /**< path of the object that receives launches */
     std::function<void()> launched_;
     GDBusConnection* bus_ = nullptr;
     unsigned object_ = 0;
-    bool is_other_there_ = false; /**< the launch was passed to it */
+    bool is_passed_on_ = false; /**< another process exists, and got the launch */
     std::optional<LaunchOutcome> outcome_;
 };
 

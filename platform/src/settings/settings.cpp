@@ -24,7 +24,7 @@ bool is_missing(const GError& error) {
            g_error_matches(&error, G_KEY_FILE_ERROR, G_KEY_FILE_ERROR_GROUP_NOT_FOUND) != 0;
 }
 
-/** Reads the file; only a missing one is not logged. */
+/** Reads the file; logs failures, except a missing file. */
 std::optional<std::string> content_of(const std::string& path) {
     std::optional<std::string> content = read_regular_file(AT_FDCWD, path.c_str());
     if (!content && errno != ENOENT)
@@ -32,7 +32,7 @@ std::optional<std::string> content_of(const std::string& path) {
     return content;
 }
 
-/** Nothing when it is no number from 1 to the largest side. */
+/** Parses a number from 1 to the largest side; returns nothing if that fails. */
 std::optional<int> side(const std::string& digits) {
     guint64 pixels = 0;
     if (!g_ascii_string_to_unsigned(digits.c_str(), 10, 1, largest_side, &pixels, nullptr))

@@ -1,4 +1,4 @@
-/** The settings file and the typed settings in it, for the framework and the widget toolkit. */
+/** Typed access to the settings file for the framework and the widget toolkit. */
 #pragma once
 
 #include <optional>
@@ -15,23 +15,23 @@ struct Size {
 };
 
 /**
- * The settings file, `$XDG_CONFIG_HOME/tv-platform/settings.ini`, whether it exists or not. An
- * XDG_CONFIG_HOME that is unset, empty or relative means `~/.config`.
+ * Returns the path `$XDG_CONFIG_HOME/tv-platform/settings.ini`, even if there is no such file. If XDG_CONFIG_HOME is
+ * unset, empty or relative, uses `~/.config`.
  */
 std::string file_path();
 
 /**
- * Reads a setting from the file as it is now.
+ * Reads a setting from the current file.
  *
  * @param key section and key, separated by the last slash, for example "db/menu_widget/language".
- * @return the value, nothing when it is missing or the file cannot be read as a key file (logged).
+ * @return the value; nothing if it is missing, or the file is not a readable key file (logged).
  */
 std::optional<std::string> text(std::string_view key);
 
-/** Reads a setting that is `true` or `false`; another value is logged and counts as missing. */
+/** Reads a setting with the value `true` or `false`; logs and ignores other values. */
 std::optional<bool> boolean(std::string_view key);
 
-/** Reads a size such as `1280x720`, each side from 1 to 16384; another value is logged and counts as missing. */
+/** Reads a size such as `1280x720`, each side from 1 to 16384; logs and ignores other values. */
 std::optional<Size> size(std::string_view key);
 
 } // namespace platform::settings

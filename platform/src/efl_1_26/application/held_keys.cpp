@@ -17,7 +17,7 @@ constexpr std::array<std::string_view, 8> repeating_keys{"Left",    "Right",    
 
 std::bitset<256> held; // by key code
 
-/** The keys that are down now, as the server knows them. */
+/** Asks the X server which keys are down. */
 std::bitset<256> keys_down() {
     std::array<char, 32> bytes{};
     XQueryKeymap(static_cast<Display*>(ecore_x_display_get()), bytes.data());
@@ -27,10 +27,10 @@ std::bitset<256> keys_down() {
     return down;
 }
 
-/** Whether the focus went or came because a key was grabbed, which keeps the keyboard for a moment only. */
+/** Whether a focus change was caused by a key grab, which takes the keyboard only for a moment. */
 bool is_of_grab(const void* event) {
     const auto& focus =
-        *static_cast<const Ecore_X_Event_Window_Focus_In*>(event); // going has the same fields
+        *static_cast<const Ecore_X_Event_Window_Focus_In*>(event); // focus-out has the same fields
     return focus.mode == ECORE_X_EVENT_MODE_GRAB || focus.mode == ECORE_X_EVENT_MODE_UNGRAB;
 }
 
@@ -50,7 +50,7 @@ Eina_Bool released(void* /*data*/, int /*type*/, void* event) {
     return ECORE_CALLBACK_PASS_ON;
 }
 
-// After a grab the grabbed key may be down before its key-down has come.
+// After a grab the grabbed key may be down before its key-down arrives.
 Eina_Bool focus_came(void* /*data*/, int /*type*/, void* event) {
     held = is_of_grab(event) ? held & keys_down() : keys_down();
     return ECORE_CALLBACK_PASS_ON;
@@ -64,7 +64,7 @@ Eina_Bool focus_went(void* /*data*/, int /*type*/, void* event) {
 
 } // namespace
 
-// First among the handlers, and no filter: filters are called for the whole queue before the first handler.
+// The first handler, not a filter, because Ecore calls filters for the whole queue before the first handler.
 void drop_repeated_keys() {
     ecore_event_handler_prepend(ECORE_EVENT_KEY_DOWN, pressed, nullptr);
     ecore_event_handler_prepend(ECORE_EVENT_KEY_UP, released, nullptr);

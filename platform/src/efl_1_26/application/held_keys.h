@@ -1,15 +1,15 @@
-/** Repetitions of keys that are held down. */
+/** Drops key repeats. */
 #pragma once
 
 namespace platform {
 
 /**
- * From now on a held key is one press: its repetitions reach nobody, except those of the arrows.
+ * Drops the repeats of all held keys except the arrows.
  *
- * A repetition is a key-down without a key-up before it; Ecore X asks the server to send no key-up between
- * them. A key-up may never come, for it goes to the window that has the keyboard then. So the held keys are forgotten
- * with the focus, and when it comes back those that are down are held: a key that was pressed in another
- * window does nothing here until it is pressed again.
+ * A repeat is a key-down without a key-up before it; Ecore X asks the server to send no key-up between repeats. The
+ * final key-up goes to the window that has the keyboard then. So held keys are forgotten when the window loses the
+ * focus, and keys that are down when it regains the focus count as held: a key pressed in another window has no effect
+ * here until it is pressed again.
  */
 void drop_repeated_keys();
 

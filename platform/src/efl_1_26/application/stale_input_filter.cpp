@@ -18,17 +18,17 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-constexpr auto longest_iteration = 250ms;
-/** Presses made in a freeze are read soon after it. Older freezes are ignored, because X's times wrap around. */
-constexpr auto longest_memory = 1min;
+constexpr auto freeze_limit = 250ms;
+/** Presses during a freeze are read soon after it. Older freezes are ignored, because X timestamps wrap around. */
+constexpr auto freeze_expiry = 1min;
 constexpr std::string_view raising_key = "XF86Red";
 
-Clock::time_point woken; // the main loop, from its last wait
+Clock::time_point woken; // when the main loop last stopped waiting
 struct {
     unsigned server_time = 0;
     Clock::time_point time;
 } last_freeze_end;
-std::string dropped_last; // in that freeze: a held key is logged once
+std::string dropped_last; // during the last freeze; logs a held key only once
 
 struct Press {
     unsigned server_time;
@@ -46,10 +46,10 @@ Press press_of(int type, const void* event) {
 }
 
 /**
- * Returns the server's own time in milliseconds, which keys and buttons carry too.
+ * Returns the X server's time in milliseconds, the clock of the timestamps of keys and buttons.
  *
- * A property change is reported with it. The function changes a property of a window that Ecore does not know and waits
- * for the report; all other events stay in Xlib's queue for Ecore.
+ * Property-change events carry that time. The function changes a property of a window unknown to Ecore and waits for
+ * the event; all other events stay in Xlib's queue for Ecore.
  */
 unsigned server_time_now() {
     auto* const display = static_cast<Display*>(ecore_x_display_get());
@@ -65,7 +65,7 @@ unsigned server_time_now() {
 
 gboolean about_to_wait(GSource* /*source*/, int* timeout) {
     *timeout = -1;
-    if (Clock::now() - woken > longest_iteration) {
+    if (Clock::now() - woken > freeze_limit) {
         last_freeze_end = {server_time_now(), Clock::now()};
         dropped_last.clear();
     }
@@ -79,10 +79,10 @@ gboolean has_woken(GSource* /*source*/) {
 
 bool is_stale(unsigned server_time) {
     const auto now = Clock::now();
-    if (now - woken > longest_iteration)
-        return true;                // this iteration is a freeze, and its events were read before it ends
-    constexpr unsigned unknown = 0; // in an event that another program generated
-    return server_time != unknown && now - last_freeze_end.time < longest_memory &&
+    if (now - woken > freeze_limit)
+        return true;                // this iteration is a freeze, and has not ended yet
+    constexpr unsigned unknown = 0; // the timestamp of synthetic events
+    return server_time != unknown && now - last_freeze_end.time < freeze_expiry &&
            static_cast<int>(server_time - last_freeze_end.server_time) <= 0;
 }
 
@@ -101,17 +101,17 @@ Eina_Bool drop_if_stale(void* /*data*/, int type, void* event) {
 
 } // namespace
 
-// Ecore calls its event filters for the whole queue before the first handler, so a filter would have passed the presses
-// that were read together with one whose handler then takes long (measured with EFL 1.26.3). The first handler sees
-// each press just before the others do.
+// Ecore runs event filters over the whole queue before the first handler, so a filter would pass presses that are
+// queued behind one whose handler blocks (measured with EFL 1.26.3). The first handler sees each press just before the
+// others do.
 void drop_stale_input() {
     woken = Clock::now();
-    // A source of GLib's that is never ready: GLib calls its functions before and after each wait.
+    // A GLib source that is never ready: GLib calls its functions before and after each wait.
     static GSourceFuncs functions{};
     functions.prepare = about_to_wait;
     functions.check = has_woken;
     GSource* const watch = g_source_new(&functions, sizeof(GSource));
-    g_source_set_priority(watch, G_MININT); // GLib skips sources of lower priority than a ready one
+    g_source_set_priority(watch, G_MININT); // highest: GLib skips sources below a ready one's priority
     g_source_attach(watch, nullptr);
     ecore_event_handler_prepend(ECORE_EVENT_KEY_DOWN, drop_if_stale, nullptr);
     ecore_event_handler_prepend(ECORE_EVENT_MOUSE_BUTTON_DOWN, drop_if_stale, nullptr);

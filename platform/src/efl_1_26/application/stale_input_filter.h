@@ -1,16 +1,15 @@
-/** Input that was meant for an older picture. */
+/** Drops input that was meant for an earlier state of the screen. */
 #pragma once
 
 namespace platform {
 
 /**
- * From now on drops stale input: a key, mouse button or wheel that was pressed before the end of a freeze, more than
- * 250 ms in which the main loop was blocked. The operator meant what the
- * screen showed during the freeze, not what it shows afterwards.
+ * Drops keys, mouse buttons and wheel events from before the end of a freeze, in which the main loop was blocked for
+ * more than 250 ms: the operator reacted to the screen of the freeze, not to the current one.
  *
- * The red key is delivered: it does not act on the page, but raises the window. Releases are delivered too.
+ * Delivers the red key, which only raises the window, and all releases.
  *
- * Waiting in the main loop does not count as blocked; the time from this call to the first wait does.
+ * Waiting for events does not count as blocked; the time from this call to the first wait does.
  */
 void drop_stale_input();
 

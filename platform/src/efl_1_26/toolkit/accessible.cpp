@@ -1,4 +1,4 @@
-// The accessibility interfaces of a widget are declared as protected in Elementary 1.26.
+// In Elementary 1.26, a widget's accessibility interfaces are protected API.
 #define EFL_ACCESS_OBJECT_PROTECTED
 #define EFL_ACCESS_WIDGET_ACTION_PROTECTED
 
@@ -17,10 +17,10 @@ extern "C" {
 namespace vell {
 namespace {
 
-/** Kept with the button. */
+/** State attached to a button. */
 struct AccessibleStates {
     static constexpr const char* key = "vell/accessible_states";
-    Efl_Access_State_Set held = 0; /**< besides those that Elementary gives it */
+    Efl_Access_State_Set held = 0; /**< in addition to Elementary's states */
 };
 
 constexpr Efl_Access_State_Set set_of(auto... types) { return (... | (Efl_Access_State_Set{1} << types)); }
@@ -52,8 +52,9 @@ void emit_inside(void*, Evas_Object* widget, void* data) {
 }
 
 /**
- * If nobody listens to such events, EFL's bridge ends the calls of the callbacks that the widget is in: those of
- * "pressed", when one of them sets a text (measured). Here it ends those of an event that has no others.
+ * Emits the event from a callback of a private event. If such events have no listeners, EFL's bridge stops the callback
+ * list that is running for the widget, for example that of "pressed" if a callback sets a text (measured). A private
+ * event has no other callbacks to lose.
  */
 void emit(Evas_Object* widget, AccessibleEvent event) {
     constexpr const char* own_event = "vell,accessible";
@@ -62,7 +63,7 @@ void emit(Evas_Object* widget, AccessibleEvent event) {
     evas_object_smart_callback_del(widget, own_event, emit_inside);
 }
 
-/** Applies `change` and emits state-changed for each state that differs afterwards. */
+/** Applies `change` and emits state-changed for each changed state. */
 template <class Change>
 void change_states(Evas_Object* button, Change change) {
     const Efl_Access_State_Set before = efl_access_object_state_set_get(button);

@@ -1,4 +1,4 @@
-/** Accessibility information that Elementary does not give by itself. */
+/** Accessibility information that Elementary lacks. */
 #pragma once
 
 #include <Elementary.h>
@@ -8,22 +8,22 @@
 namespace vell {
 
 /**
- * Sets the widget's accessible name (null removes it) and emits name-changed, even for an equal name: Elementary 1.26 does
- * so for some widgets only.
+ * Sets the widget's accessible name (null removes it) and always emits name-changed, which Elementary 1.26 does only
+ * for some widgets.
  */
 void set_accessible_name(Evas_Object* widget, const char* name);
 
-/** Relates `text` as the label of `widget` if its name ends in ": ". */
+/** Marks `text` as the label of `widget` if its name ends in ": ". */
 void label_accessible(Evas_Object* widget, Evas_Object* text);
 
 /**
- * Corrects what Elementary 1.26 was measured to report for a button: it is never busy nor selected, and it is enabled and
- * offers its action even if it may not have the focus (`elm_object_focus_allow_set`). Elementary also emits nothing when that
- * is set; the button now emits "vell,focus,allowed" each time.
+ * Corrects the accessibility of a button. Measured with Elementary 1.26: it is never busy or selected; if it must not
+ * take the focus (`elm_object_focus_allow_set`), it still is enabled and offers its action. The button also emits
+ * "vell,focus,allowed" whenever that is set.
  */
 void correct_button(Evas_Object* button);
 
-/** Sets a state (BUSY or SELECTED) of a corrected button, and emits state-changed if it differs from before. */
+/** Sets a state (BUSY or SELECTED) of a corrected button, and emits state-changed if the state changes. */
 void set_accessible_state(Evas_Object* button, Efl_Access_State_Type state, bool holds);
 
 } // namespace vell

@@ -11,13 +11,13 @@
 namespace vell {
 namespace {
 
-/** Kept with the window. */
+/** State attached to the window. */
 struct Places {
     static constexpr const char* key = "vell/focus_places";
     bool (*is_behind_popup)(Evas_Object* widget) = nullptr;
     WeakWidget header;
-    WeakWidget tab;      /**< where the header is entered */
-    WeakWidget given_up; /**< what gave the focus up, when nothing has it since */
+    WeakWidget tab;      /**< gets the focus when the header is entered */
+    WeakWidget given_up; /**< the widget that gave up the focus, while nothing is focused */
 };
 
 bool is_beside(const Evas_Object* one, const Evas_Object* other) {
@@ -30,8 +30,8 @@ bool is_beside(const Evas_Object* one, const Evas_Object* other) {
     return eina_spans_intersect(y, height, other_y, other_height) != 0;
 }
 
-/** Where a key leads from the widget that has the focus, which is `next` if it is left to Elementary. The
- * header is entered at the tab and left from there. */
+/** Returns the widget to focus: Elementary's choice `next`, or the tab when the header is entered, or the widget below
+ * the tab when the header is left. */
 Efl_Ui_Focus_Object* destination(Eo* window, Efl_Ui_Focus_Direction direction, Efl_Ui_Focus_Object* focused,
                                  Efl_Ui_Focus_Object* next) {
     const Places& places = *attached<Places>(window);
@@ -54,8 +54,7 @@ Efl_Ui_Focus_Object* move_focus(Eo* window, Efl_Ui_Focus_Direction direction) {
     if (focused == nullptr && places.given_up != nullptr) {
         efl_ui_focus_manager_focus_set(window, places.given_up);
         places.given_up = nullptr;
-        if (Eo* const widget =
-                efl_ui_focus_manager_focus_get(window)) // null when it cannot have the focus now
+        if (Eo* const widget = efl_ui_focus_manager_focus_get(window)) // null if it cannot take the focus now
             return widget;
     }
     Eo* const next = efl_ui_focus_manager_request_move(window, direction, nullptr, EINA_FALSE);
@@ -82,24 +81,25 @@ void give_up(Eo* window, void*) {
     auto& given_up = attached<Places>(window)->given_up;
     given_up = efl_ui_focus_manager_focus_get(window);
     efl_ui_focus_manager_reset_history(window);
-    evas_object_focus_set(window, EINA_TRUE); // it receives the keys, or no key could move the focus again
+    evas_object_focus_set(
+        window, EINA_TRUE); // the window must receive the keys, so that one can move the focus again
     if (given_up != nullptr)
         evas_object_smart_callback_call(given_up, "vell,focus,given,up", nullptr);
 }
 
-/** Elementary focuses this when the window gets the keyboard and nothing has the focus: nothing, if it was given up. */
+/** The widget to focus when the window gets the keyboard: none, if a widget gave up the focus. */
 Efl_Ui_Focus_Object* first_below(Eo* window, void*, Efl_Ui_Focus_Object* parent) {
     if (parent == window && attached<Places>(window)->given_up != nullptr)
         return nullptr;
     return efl_ui_focus_manager_request_subchild(efl_super(window, EFL_OBJECT_OVERRIDE_CLASS), parent);
 }
 
-/** Overrides the operation of the window and of the manager inside it. */
+/** Overrides the operation for the window and its inner manager. */
 void set_focus(Eo* manager, void*, Efl_Ui_Focus_Object* widget) {
     const Eo* const window = efl_isa(manager, EFL_UI_WIN_CLASS) ? manager : efl_parent_get(manager);
     if (attached<Places>(window)->is_behind_popup(widget))
         efl_ui_focus_manager_reset_history(
-            manager); // or the widget before it gets the focus when the popup closes
+            manager); // otherwise the previous widget gets the focus when the popup closes
     else
         efl_ui_focus_manager_focus_set(efl_super(manager, EFL_OBJECT_OVERRIDE_CLASS), widget);
 }
@@ -130,8 +130,8 @@ void correct_focus(Evas_Object* window, bool (*is_behind_popup)(Evas_Object* wid
         EFL_OBJECT_OP_FUNC(efl_gfx_stack_raise_to_top, reinterpret_cast<void*>(raise)));
     efl_object_override(window, &operations);
     evas_object_event_callback_add(window, EVAS_CALLBACK_KEY_DOWN, on_key, nullptr);
-    // The window delegates to a manager inside it. When a popup is hidden and the history is empty, that manager focuses the
-    // first widget of all without calling the window (measured).
+    // The window delegates to an inner manager. If a popup is hidden and the history is empty, that manager focuses the
+    // first widget without calling the window (measured).
     EFL_OPS_DEFINE(inner_operations,
                    EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_focus_set, reinterpret_cast<void*>(set_focus)));
     Eina_Iterator* const children = efl_children_iterator_new(window);
@@ -152,7 +152,7 @@ void nudge_focus(Evas_Object* window) {
 
 void bump_ring(Evas_Object* widget, const std::string& arrow) {
     const bool sideways = arrow == "Left" || arrow == "Right";
-    const bool mirrored = sideways && elm_config_mirrored_get() != EINA_FALSE; // Edje mirrors the movement
+    const bool mirrored = sideways && elm_config_mirrored_get() != EINA_FALSE; // Edje mirrors the animation
     const std::string drawn_arrow = !mirrored ? arrow : arrow == "Left" ? "Right" : "Left";
     elm_layout_signal_emit(widget, ("vell,bump," + drawn_arrow).c_str(), "vell");
 }
@@ -162,7 +162,7 @@ void drop_focus_in(const Evas_Object* parent) {
     if (!is_inside(elm_object_focused_object_get(window), parent))
         return;
     efl_ui_focus_manager_reset_history(window);
-    evas_object_focus_set(window, EINA_TRUE); // it receives the keys for now
+    evas_object_focus_set(window, EINA_TRUE); // the window receives the keys meanwhile
 }
 
 void enter_header_at(Evas_Object* header, Evas_Object* tab) {

@@ -1,4 +1,4 @@
-/** Focus movement on a page: by arrow keys, and when a widget gives the focus up. */
+/** Focus changes: by arrow keys, and when a widget gives up the focus. */
 #pragma once
 
 #include <Elementary.h>
@@ -8,33 +8,34 @@
 namespace vell {
 
 /**
- * Corrects where Elementary takes a window's focus, once for the window:
+ * Corrects Elementary's focus handling in a window. Call once per window.
  *
- * - Left or Right with no widget beside the focused one does not move the focus. Elementary takes the nearest widget in that
- *   direction, which may be a tab in the header.
- * - When a widget gives the focus up (`elm_object_focus_set` with false), nothing has it, and the next key
- *   that moves the focus brings it back there. Elementary gives it to another widget, which OK would then
- *   press: at once, or when the window gets the keyboard back from another window.
- * - A widget behind an open popup cannot take the focus, not even briefly, or a screen reader would announce it; it gets the
- *   focus when the popup closes.
- * - A raised window gets the keyboard. Elementary leaves that to the window manager; some do not raise a window that does not
- *   request the keyboard too, and others do not give it the keyboard.
+ * - Left or Right with no widget beside the focused one does not move the focus. Elementary moves it to the
+ *   nearest widget in that direction, which may be a tab in the header.
+ * - When a widget gives up the focus (`elm_object_focus_set` with false), nothing is focused, and the next arrow key
+ *   returns the focus to that widget. Elementary focuses a different widget, at once or when the window regains the
+ *   keyboard; OK would then press that widget.
+ * - A widget behind an open popup cannot take the focus, not even briefly, because a screen reader would announce it;
+ *   it gets the focus when the popup closes.
+ * - A raised window gets the keyboard. Elementary leaves that to the window manager, but some raise a window only if it
+ *   also requests the keyboard, and others raise it without giving it the keyboard.
  *
- * OK while nothing has the focus nudges the widget that gave it up. An arrow key that does not move the focus bumps its ring.
+ * If nothing is focused, OK nudges the widget that gave up the focus. An arrow key that does not move the focus bumps
+ * the focus ring.
  *
- * @param is_behind_popup returns whether the widget that is about to get the focus is behind an open popup.
+ * @param is_behind_popup returns whether a widget that is about to get the focus is behind an open popup.
  */
 void correct_focus(Evas_Object* window, bool (*is_behind_popup)(Evas_Object* widget));
 
-/** Nudges the widget that has the focus or gave it up, to show that a key had no effect. */
+/** Nudges the widget that has or gave up the focus, to show that a key had no effect. */
 void nudge_focus(Evas_Object* window);
 
 /** Bumps a widget's focus ring in the direction of an arrow ("Left", "Right", "Up" or "Down") that had no effect. */
 void bump_ring(Evas_Object* widget, const std::string& arrow);
 
 /**
- * Clears the focus if it is in `parent`, which is about to be deleted. Otherwise Elementary moves it to another widget, which
- * a screen reader would announce before the next page takes it.
+ * Clears the focus if it is in `parent`, which is about to be deleted. Otherwise Elementary moves it to a widget that a
+ * screen reader announces before the next page takes the focus.
  */
 void drop_focus_in(const Evas_Object* parent);
 

@@ -1,4 +1,4 @@
-// The operations overridden here are declared as protected in Elementary 1.26.
+// In Elementary 1.26, the operations overridden here are protected API.
 #define EFL_UI_FOCUS_LAYER_PROTECTED
 #define EFL_UI_WIDGET_PROTECTED
 
@@ -36,9 +36,9 @@ void hide(Eo* popup, void*) {
 /** Redirects the window's focus to the notification, or back to the window's own history. */
 void turn_focus(Eo* notification, void*, Eina_Bool to_notification) {
     if (to_notification != EINA_FALSE) {
-        // An empty notification registers a placeholder for the focus, and drops it one iteration after the first item is
-        // registered, even if that is gone by then (measured). Unregistering any item, here one that is not inside, restores
-        // the placeholder.
+        // An empty notification has a focus placeholder, which it drops one iteration after the first item is
+        // registered, even if that item is gone by then (measured). Unregistering any item, even one that is not
+        // inside, restores it.
         efl_ui_focus_manager_calc_unregister(notification, efl_ui_widget_parent_get(notification));
         efl_ui_focus_layer_enable_set(efl_super(notification, EFL_OBJECT_OVERRIDE_CLASS), EINA_TRUE);
         return;

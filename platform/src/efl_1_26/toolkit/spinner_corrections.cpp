@@ -1,4 +1,4 @@
-// Registration with the focus manager and accessible values are declared as protected in Elementary 1.26.
+// In Elementary 1.26, registration with the focus manager and accessible values are protected API.
 #define EFL_ACCESS_VALUE_PROTECTED
 #define EFL_UI_WIDGET_PROTECTED
 

@@ -6,12 +6,12 @@
 namespace vell {
 
 /**
- * Corrects what Elementary 1.26 was measured to do with a spinner:
+ * Corrects the behaviour of a spinner. Measured with Elementary 1.26:
  *
- * - It is registered with the focus manager as a parent of its inner buttons only; without them nothing takes the focus. Now
- *   it is a widget that can hold the focus.
- * - A number set by assistive technology is not shown, and may be fractional or not a number. Now it is rounded and shown, and
- *   rejected beyond the limits, by a disabled spinner, and by one behind a popup.
+ * - The focus manager knows it only as the parent of its inner buttons, so without them it cannot take the focus.
+ *   Corrected: it can hold the focus.
+ * - A number set by assistive technology is not shown, and may be fractional or NaN. Corrected: it is
+ *   rounded and shown, and rejected if it is outside the limits or if the spinner is disabled or behind a popup.
  */
 void correct_spinner(Evas_Object* spinner);
 

@@ -26,7 +26,7 @@ Ecore_Event_Handler* show_under_any_manager(Evas_Object* window) {
 }
 
 void place_for_user(Evas_Object* window, int x, int y) {
-    // Ecore sets the hint when a window is moved before it is shown, but not if its position stays the same (measured).
+    // Ecore sets the hint if a window is moved before it is shown, but not if the position is unchanged (measured).
     evas_object_move(window, x + 1, y);
     evas_object_move(window, x, y);
 }
@@ -37,7 +37,7 @@ void get_keyboard(Evas_Object* window) {
         return;
     constexpr int by_the_user = 2;
     ecore_x_netwm_client_active_request(ecore_x_window_root_get(own), own, by_the_user, 0);
-    ecore_x_window_focus(own); // not every window manager handles the request
+    ecore_x_window_focus(own); // some window managers ignore the request
 }
 
 } // namespace vell

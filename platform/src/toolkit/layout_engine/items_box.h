@@ -21,7 +21,7 @@ struct Item {
 struct ItemsBox {
     static constexpr const char* key = "vell/items";
     Arrangement arrangement;    /**< sizes at the initial unit; `mirrored` follows the configuration */
-    bool is_page = false;       /**< its area is the window's, of which it uses the page's */
+    bool is_page = false;       /**< its area is the window, and it uses only the page inside */
     bool requests_size = false; /**< its minimum size is its content size */
 };
 
@@ -29,8 +29,8 @@ struct ItemsBox {
 Evas_Object* items_box_add(Evas_Object* parent, const ItemsBox& placing = {});
 
 /**
- * Inserts an item into a box at `place`, or at the end if there are fewer items. It is shown when the layout is next rendered,
- * at the latest at the end of this main-loop iteration.
+ * Inserts an item into a box at `place`, or at the end if there are fewer items. It is shown at the next rendering, at
+ * the latest at the end of this main-loop iteration.
  */
 void items_box_insert(Evas_Object* box, Evas_Object* item, std::size_t place = SIZE_MAX);
 
@@ -40,7 +40,7 @@ std::vector<Evas_Object*> items_in(const Evas_Object* holder);
 /** Marks a box so that it places its items again before the next frame; null is ignored. */
 void items_box_changed(Evas_Object* box);
 
-/** Shows every inserted item that is not shown yet. */
+/** Shows all inserted items that are still hidden. */
 void show_waiting();
 
 } // namespace vell

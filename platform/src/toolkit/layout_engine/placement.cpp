@@ -22,11 +22,11 @@ Extent extent(const ItemRequest& item, bool horizontal) {
     return {std::max(length(wanted), minimum), false};
 }
 
-/** The extent in the direction in which the layout's items follow each other, and across it. */
+/** The extent along the layout's direction, and across it. */
 Extent along(LayoutType type, const ItemRequest& item) { return extent(item, type == LayoutType::row); }
 Extent across(LayoutType type, const ItemRequest& item) { return extent(item, type != LayoutType::row); }
 
-/** Column or row of an align code: 0 at the start, 1 in the middle, 2 at the end. */
+/** The column or row of an align code: 0 start, 1 middle, 2 end. */
 int column(int align) { return (align - 1) % 3; }
 int row(int align) { return (align - 1) / 3; }
 

@@ -27,16 +27,16 @@ enum class ResizePolicy { keep = 1, fit_content = 3, fill_parent = 4 };
 
 /** The sizes an item requests from its layout. */
 struct ItemRequest {
-    Size given{};   /**< the size it was appended with */
+    Size given{};   /**< the size passed to append */
     Size minimum{}; /**< the smallest size it gets */
     Size content{}; /**< what its content needs */
     ResizePolicy horizontal = ResizePolicy::keep;
     ResizePolicy vertical = ResizePolicy::keep;
-    double weight = 1.0;             /**< share of the space left to items that fill the parent */
+    double weight = 1.0;             /**< share of the space for items that fill the parent */
     bool content_is_minimum = false; /**< its content size is a minimum too */
 };
 
-/** The direction in which a layout's items follow each other. */
+/** The direction in which a layout places its items. */
 enum class LayoutType { stack = 1, row = 2, filled = 3 };
 
 /** Space in pixels inside a layout's edges. */

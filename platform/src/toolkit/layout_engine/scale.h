@@ -1,4 +1,4 @@
-/** The size of a layout unit, and how sizes follow the window's. */
+/** The size of a layout unit, and the scaling of sizes with the window. */
 #pragma once
 
 #include "placement.h"
@@ -14,7 +14,7 @@ constexpr double page_units_down = 135.0;
 /** The scale of the toolkit's window. */
 struct Scale {
     double unit = 8.0;  /**< pixels of a layout unit when the toolkit was initialized (the initial unit) */
-    double ratio = 1.0; /**< of a layout unit at the window's current size to the initial one */
+    double ratio = 1.0; /**< the current layout unit divided by the initial one */
 };
 
 inline Scale& scale() {
@@ -22,7 +22,7 @@ inline Scale& scale() {
     return scale;
 }
 
-/** Returns the pixels of a layout unit in a window of this size, into which a 16:9 page fits. */
+/** Returns the size in pixels of a layout unit, so that a 16:9 page fits into the window. */
 inline double unit_in(const Size& window) {
     return std::min(window.width / page_units_across, window.height / page_units_down);
 }

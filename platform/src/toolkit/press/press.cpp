@@ -12,9 +12,9 @@ namespace {
 
 constexpr double least_seconds = 0.12;
 
-/** The latest press, until its look ends. */
+/** The latest press, until its pressed look ends. */
 struct Press {
-    WeakWidget widget; /**< null when the press is over or the widget deleted */
+    WeakWidget widget; /**< null once the press is over or the widget is deleted */
     double shown = 0.0;
     bool in_progress = false;
     bool answered = false;

@@ -1,4 +1,4 @@
-/** Visible feedback for presses: that a press arrived, and its result. */
+/** Visible feedback for presses and their results. */
 #pragma once
 
 #include <Elementary.h>
@@ -6,13 +6,13 @@
 namespace vell {
 
 /**
- * Begins the press of a widget and draws its pressed look before returning: the call that follows may block the main loop.
- * At most one press is in progress.
+ * Begins the press of a widget and draws its pressed look before returning: the call that follows may block the main
+ * loop. At most one press is in progress.
  */
 void begin_press(Evas_Object* widget);
 
 /**
- * Ends the press. The pressed look lasts at least 120 ms; if the press had no effect, the widget shows that afterwards.
+ * Ends the press. The pressed look lasts at least 120 ms; after that, the widget shows if the press had no effect.
  */
 void end_press();
 

@@ -27,7 +27,7 @@ void set_work(Evas_Object* button, Work work) {
     vell::set_accessible_state(button, EFL_ACCESS_STATE_TYPE_BUSY, work == Work::waiting);
 }
 
-/** A button whose press disables others is running something, until its press enables them again. */
+/** A button whose press locks other buttons has started something that runs until a press unlocks them. */
 void show_whether_usable(void*, Evas_Object* button, void*) {
     const bool usable = elm_object_focus_allow_get(button) != EINA_FALSE;
     elm_layout_signal_emit(button, usable ? "vell,state,usable" : "vell,state,unusable", "vell");
@@ -37,7 +37,7 @@ void show_whether_usable(void*, Evas_Object* button, void*) {
         set_work(pressed, usable ? Work::none : Work::running);
 }
 
-/** A button that gives up its focus during its press is waiting for something that may block the main loop. */
+/** A button that gives up the focus during its press is waiting for something that may block the main loop. */
 void on_focus_given_up(void*, Evas_Object* button, void*) {
     if (vell::pressed_widget() != button)
         return;
@@ -52,8 +52,8 @@ bool can_be_used(const Evas_Object* button) {
 }
 
 /**
- * Elementary emits "clicked" once for Return, KP_Enter, the mouse and an accessibility action; only the last does not move
- * the focus.
+ * Elementary emits "clicked" once for Return, KP_Enter, the mouse and an accessibility action; all but the last
+ * also focus the button.
  */
 void on_clicked(void*, Evas_Object* object, void*) {
     if (!can_be_used(object)) {

@@ -1,4 +1,4 @@
-/** Colours of single widgets, which override the theme's. */
+/** Colours of individual widgets, which override the theme. */
 #pragma once
 
 #include <Elementary.h>
@@ -10,10 +10,10 @@ namespace vell {
  * Sets a colour class of one widget.
  *
  * @param color "#RRGGBBAA", "#RRGGBB", or the name of a colour class of the theme; anything else is logged
- * and changes nothing.
- * @param percent its opacity, on top of the colour's own.
- * @param least   the smallest opacity unless it is 0, 0 to 255.
- * @return the resulting opacity, 0 to 255; nothing if nothing was changed.
+ *                and ignored.
+ * @param percent its opacity, multiplied with the colour's own.
+ * @param least   the smallest opacity above 0, from 0 to 255.
+ * @return the resulting opacity, 0 to 255; nothing if the colour was ignored.
  */
 std::optional<int> set_color(Evas_Object* widget, const char* color_class, const char* color,
                              int percent = 100, int least = 0);

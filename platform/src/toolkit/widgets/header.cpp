@@ -7,14 +7,14 @@
 
 namespace {
 
-/** Each box covers the whole header and places one row. */
+/** The boxes for the tabs and for the content; each covers the whole header. */
 struct Header {
     static constexpr const char* key = "vell/header";
     Evas_Object* tabs = nullptr;
     Evas_Object* content = nullptr;
 };
 
-/** The header's content ends where the page's content area ends: 15 units from the window's edge. */
+/** The header's content ends 15 units from the edge, like the page's content area. */
 constexpr double side_margin_units = 15.0;
 
 void hold_row(Evas_Object* header, Evas_Object* Header::*box, Evas_Object* row) {

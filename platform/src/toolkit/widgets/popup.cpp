@@ -27,14 +27,14 @@ struct Popup {
     vell::WeakWidget focused_behind; /**< gets the focus when the popup closes */
 };
 
-/** A popup's buttons have text as large as a page's. */
+/** Makes the text in popup buttons as large as in page buttons. */
 constexpr int popup_button_zoom = 130;
 constexpr double button_height_units = 10.0;
 constexpr double button_gap_units = 3.0;
 /** Space above and below the content, between the title and the buttons. */
 constexpr double content_margin_units = 5.0;
 
-/** The open popups, the one on top last. */
+/** The open popups, the topmost last. */
 std::vector<Popup*>& open_popups() {
     static std::vector<Popup*> popups;
     return popups;
@@ -55,15 +55,15 @@ void on_show(void* data, Evas*, Evas_Object* object, void*) {
     open_popups().push_back(popup);
     elm_object_tree_focus_allow_set(object, EINA_TRUE);
     popup->focused_behind = elm_object_focused_object_get(object);
-    // Elementary gives a popup that is shown again the focus it had when it was hidden (measured). That
-    // comes first, so that the show callbacks decide.
+    // Elementary restores the focus inside a popup that is shown again (measured). Do this first, so that the show
+    // callbacks can change it.
     evas_object_show(vell::notification_of(object));
     for (Evas_Object* const item : items_of(*popup)) {
-        evas_object_hide(item); // or a visible item's show callbacks are not called
+        evas_object_hide(item); // show callbacks are called only for hidden items
         evas_object_show(item);
     }
     vell::show_waiting();
-    // Widgets that are not laid out take the focus only some frames later.
+    // Without a layout, widgets would take the focus only some frames later.
     evas_smart_objects_calculate(evas_object_evas_get(object));
 }
 
@@ -71,11 +71,11 @@ void on_hide(void* data, Evas*, Evas_Object* object, void*) {
     vell::answer_press();
     auto* const popup = static_cast<Popup*>(data);
     Evas_Object* const behind = popup->focused_behind;
-    evas_object_hide(vell::notification_of(object)); // first, or it keeps the focus
+    evas_object_hide(vell::notification_of(object)); // must be first, or it keeps the focus
     if (std::erase(open_popups(), popup) != 0 && behind != nullptr)
         elm_object_focus_set(behind, EINA_TRUE);
     elm_object_tree_focus_allow_set(object, EINA_FALSE);
-    // Hidden now: if it were done when the popup is shown again, they would get the focus twice.
+    // Hide the items now; if they were hidden when the popup is shown again, they would get the focus twice.
     for (Evas_Object* const item : items_of(*popup))
         evas_object_hide(item);
 }
@@ -112,7 +112,7 @@ bool is_in_front(const Evas_Object* widget) {
 }
 
 bool has_to_wait_for_popup(Evas_Object* widget) {
-    const bool is_own = attached<Item>(widget) != nullptr; // not a part of Elementary's
+    const bool is_own = attached<Item>(widget) != nullptr; // not an inner widget of Elementary
     if (!is_own || open_popups().empty() || is_inside(widget, open_popups().back()->object))
         return false;
     open_popups().back()->focused_behind = widget;

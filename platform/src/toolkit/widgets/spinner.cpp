@@ -16,7 +16,7 @@ constexpr const char* right_arrow = "\u203A";
 
 std::string decimal(double value) { return std::to_string(std::lround(value)); }
 
-/** Makes the theme show the limits, where between them the value is, and which arrows can step. */
+/** Makes the theme show the limits, the value's position between them, and which arrows can step. */
 void show_limits(void*, Evas_Object* spinner, void*) {
     double low = 0.0;
     double high = 0.0;
@@ -47,8 +47,8 @@ void step(Evas_Object* spinner, const std::string& arrow) {
 }
 
 /**
- * Handles keys before Elementary, which would open a text entry on Return. Elementary ignores a held event, which still
- * reaches the key callbacks set on the spinner.
+ * Handles keys before Elementary, which would open a text entry on Return. Elementary ignores an event on hold, but the
+ * key callbacks set on the spinner still receive it.
  */
 void on_key(void*, Evas*, Evas_Object* spinner, void* event_information) {
     auto* const event = static_cast<Evas_Event_Key_Down*>(event_information);
@@ -106,7 +106,7 @@ Evas_Object* elm_vell_spinner_add(Evas_Object* parent) {
     evas_object_event_callback_add(spinner, EVAS_CALLBACK_SHOW, on_spinner_show, nullptr);
     evas_object_smart_callback_add(spinner, "changed", show_limits, nullptr);
     evas_object_smart_callback_add(spinner, "theme,changed", show_limits,
-                                   nullptr); // mirroring changes it too
+                                   nullptr); // also called when the mirroring changes
     return spinner;
 }
 

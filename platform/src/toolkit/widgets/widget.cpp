@@ -12,7 +12,7 @@ struct Record {
     Family family{};
 };
 
-/** Applies `change` to a widget's request; its box then places its items again. */
+/** Applies `change` to a widget's request and marks its box for a new layout. */
 template <class Change>
 void change_request(Evas_Object* object, Change change) {
     auto* const item = attached<Item>(object);

@@ -1,4 +1,4 @@
-/** The families of the toolkit's widgets. */
+/** The types of the toolkit's widgets. */
 #pragma once
 
 #include <Elementary.h>

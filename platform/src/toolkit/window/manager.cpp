@@ -16,7 +16,7 @@ namespace {
 /** The theme is drawn for a window 1920 pixels wide. */
 constexpr double theme_pixels_per_unit = 8.0;
 
-/** Kept with the window. */
+/** State attached to the window. */
 struct Handlers {
     static constexpr const char* key = "vell/handlers";
     ~Handlers() {
@@ -70,10 +70,11 @@ Eina_Bool on_press_dropped(void* window, int /*type*/, void* /*event*/) {
 bool elm_vell_manager_init(Evas_Object* window) {
     if (window == nullptr)
         return false;
-    if (elm_theme_overlay_list_get(nullptr) == nullptr) // the framework adds it before the window is made
+    if (elm_theme_overlay_list_get(nullptr) == nullptr) // the framework adds it before creating the window
         elm_theme_overlay_add(nullptr, platform::theme_file().c_str());
     elm_config_finger_size_set(0);
-    elm_config_window_auto_focus_enable_set(EINA_FALSE); // or Elementary's highlight comes with the next key
+    elm_config_window_auto_focus_enable_set(
+        EINA_FALSE); // otherwise the next key shows Elementary's highlight
     elm_win_focus_highlight_enabled_set(window, EINA_FALSE);
     vell::correct_focus(window, vell::has_to_wait_for_popup);
     if (vell::attached<Handlers>(window) == nullptr) {
@@ -86,6 +87,6 @@ bool elm_vell_manager_init(Evas_Object* window) {
     return g_file_test(platform::theme_file().c_str(), G_FILE_TEST_EXISTS) != FALSE;
 }
 
-void elm_vell_manager_fini() {} // everything is kept with the window and freed with it
+void elm_vell_manager_fini() {} // all state is attached to the window and freed with it
 
 int elm_vell_unit_to_pixel(double units) { return vell::pixels(units, vell::scale().unit); }
