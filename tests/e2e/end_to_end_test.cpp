@@ -47,11 +47,11 @@ void EndToEndTest::TearDown() {
     }
     if (application_ && application_->number() != 0) {
         application_->terminate();
-        expect_orderly_end();
+        expect_clean_exit();
     }
-    EXPECT_THAT(log_.complaints_of_libraries(), testing::IsEmpty());
+    EXPECT_THAT(log_.library_warnings(), testing::IsEmpty());
     if (HasFailure())
-        std::cerr << "Logs and the last picture are in build/logs.\n";
+        std::cerr << "Logs and the last screenshot are in build/logs.\n";
 }
 
 void EndToEndTest::expect_soon(const std::string& what, const std::function<bool()>& condition) {
@@ -59,21 +59,21 @@ void EndToEndTest::expect_soon(const std::string& what, const std::function<bool
         throw simulator::Failure("waited for " + what);
 }
 
-void EndToEndTest::expect_asked(const std::vector<std::string>& calls) {
-    std::vector<std::string> asked;
-    expect_soon("the NCP host to be asked " + testing::PrintToString(calls), [&] {
-        asked = simulator::asked_of_host(television_);
-        return asked.size() >= calls_seen_ + calls.size();
+void EndToEndTest::expect_calls(const std::vector<std::string>& calls) {
+    std::vector<std::string> received;
+    expect_soon("NCP host calls " + testing::PrintToString(calls), [&] {
+        received = simulator::host_calls(television_);
+        return received.size() >= calls_seen_ + calls.size();
     });
-    asked.erase(asked.begin(), asked.begin() + static_cast<std::ptrdiff_t>(calls_seen_));
-    EXPECT_EQ(asked, calls);
-    calls_seen_ += asked.size();
+    received.erase(received.begin(), received.begin() + static_cast<std::ptrdiff_t>(calls_seen_));
+    EXPECT_EQ(received, calls);
+    calls_seen_ += received.size();
 }
 
-void EndToEndTest::expect_orderly_end(const std::vector<std::string>& survivors) {
+void EndToEndTest::expect_clean_exit(const std::vector<std::string>& survivors) {
     EXPECT_EQ(application_->wait_for_end(busy_machine_limit), 0);
     EXPECT_THAT(simulator::running_processes({"cpcd", "socat", "zigbeed"}),
                 testing::UnorderedElementsAreArray(survivors));
-    // Another launch, or init, collects its ended children when it gets to run.
-    expect_soon("the ended children to be collected", [] { return simulator::zombies().empty(); });
+    // A later launch or init reaps the exited children asynchronously.
+    expect_soon("all zombies to be reaped", [] { return simulator::zombies().empty(); });
 }

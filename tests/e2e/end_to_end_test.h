@@ -1,4 +1,4 @@
-/** The fixture of the end-to-end tests: the application on a television of its own, used by keys and as a screen reader does. */
+/** The fixture of the end-to-end tests: the application on its own television, with keys and a screen reader. */
 #pragma once
 
 #include "base/bus.h"
@@ -13,19 +13,19 @@
 #include <gmock/gmock.h>
 #include <optional>
 
-/** Ends a hang; a machine with many busy processes takes its time. */
+/** Time-out for a hang, long enough for a busy machine. */
 inline constexpr std::chrono::minutes busy_machine_limit{2};
 
-/** Starts the application and shuts it down. A step that the screen does not answer in time throws simulator::Failure. */
+/** Starts the application and shuts it down. Steps throw simulator::Failure if the screen does not react in time. */
 class EndToEndTest : public testing::Test {
 protected:
-    EndToEndTest() { std::filesystem::remove(log_.path()); } // of an earlier run
+    EndToEndTest() { std::filesystem::remove(log_.path()); } // left by an earlier run
     /** Starts the application and waits for its first page. */
     void open_application();
-    /** From there into the test page with this first button. */
+    /** Starts the application and opens the test page whose first button is this one. */
     void open_test(const std::string& tab, const std::string& first_button);
 
-    /** Presses a key, "Right*3" three times. */
+    /** Presses a key; "Right*3" presses it three times. */
     void press(const char* key) const;
     /** Presses a widget through its accessible action, once it is displayed. */
     void activate(const std::string& name) const;
@@ -37,16 +37,16 @@ protected:
 
     [[nodiscard]] simulator::Process& application() { return *application_; }
 
-    /** Expects exactly these calls of the NCP host since the last time. */
-    void expect_asked(const std::vector<std::string>& calls);
-    /** Waits for a condition that the screen does not show. @throws simulator::Failure. */
+    /** Expects exactly these new calls of the NCP host. */
+    void expect_calls(const std::vector<std::string>& calls);
+    /** Waits for a condition that is not visible on the screen. @throws simulator::Failure. */
     static void expect_soon(const std::string& what, const std::function<bool()>& condition);
-    /** Waits for the application's exit: status 0, and no process of the radio stack left but the survivors. */
-    void expect_orderly_end(const std::vector<std::string>& survivors = {});
+    /** Waits for the application's exit: status 0, and no radio program running except the survivors. */
+    void expect_clean_exit(const std::vector<std::string>& survivors = {});
 
     void TearDown() override;
 
-    // A connection of its own, whose end does not end the test.
+    // A private connection, so that losing it does not exit the test.
     const simulator::Client television_{simulator::connect_to_bus(g_getenv("DBUS_SYSTEM_BUS_ADDRESS"))};
     simulator::ApplicationLog log_;
 

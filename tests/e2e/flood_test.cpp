@@ -4,15 +4,15 @@
 namespace {
 
 struct Flood {
-    const char* event; /**< its values as GVariant text */
+    const char* event; /**< the event's values as GVariant text */
     int times;
-    std::size_t starts; /**< of the radio */
+    std::size_t starts; /**< how often the radio is started */
 };
 
-#ifdef __SANITIZE_ADDRESS__ // which keeps what is freed
-constexpr long most_kilobytes = 1'000'000;
+#ifdef __SANITIZE_ADDRESS__ // AddressSanitizer keeps freed memory
+constexpr long max_kilobytes = 1'000'000;
 #else
-constexpr long most_kilobytes = 15'000;
+constexpr long max_kilobytes = 15'000;
 #endif
 
 long resident_kilobytes(int process) {
@@ -23,23 +23,23 @@ long resident_kilobytes(int process) {
 
 class FloodTest : public EndToEndTest {
 protected:
-    /** Presses a key and returns how many events are handled before its turn, even if it then comes too late to count. */
-    long events_before_the_answer() {
+    /** Presses a key and returns how many events are handled before it, even if it is dropped as stale. */
+    long events_before_a_key() {
         const auto handled = [this] { return log_.count("signal_callback > connection"); };
         const auto answered = [this] { return log_.count("KeyName [Down]") + log_.count("frozen: Down"); };
         const long answered_before = answered();
         const long handled_before = handled();
         simulator::press_key(display_, "Down");
-        expect_soon("the key's answer", [&] { return answered() > answered_before; });
+        expect_soon("the key to be handled", [&] { return answered() > answered_before; });
         return handled() - handled_before;
     }
 
-    const simulator::Display display_ = simulator::open_display(); // the television's bus is flooded
+    const simulator::Display display_ = simulator::open_display(); // not through the bus, which is flooded
 };
 
-TEST_F(FloodTest, LeavesTimeForKeysAndNoMemoryBehindAndTheRadioInStep) {
+TEST_F(FloodTest, KeysStayResponsiveMemoryIsFreedAndTheRadioStaysInStep) {
     open_test("TX Test", "Set Power");
-    expect_asked({"ember_start(0)"});
+    expect_calls({"ember_start(0)"});
     const int process = application().number();
     const long before = resident_kilobytes(process);
     for (const auto& flood :
@@ -48,9 +48,9 @@ TEST_F(FloodTest, LeavesTimeForKeysAndNoMemoryBehindAndTheRadioInStep) {
         SCOPED_TRACE(flood.event);
         send_event(television_, flood.event, flood.times);
         for (int press = 0; press < 5; ++press)
-            EXPECT_LT(events_before_the_answer(), flood.times / 3);
-        expect_asked(std::vector<std::string>(flood.starts, "ember_start(0)"));
-        EXPECT_LT(resident_kilobytes(process) - before, most_kilobytes);
+            EXPECT_LT(events_before_a_key(), flood.times / 3);
+        expect_calls(std::vector<std::string>(flood.starts, "ember_start(0)"));
+        EXPECT_LT(resident_kilobytes(process) - before, max_kilobytes);
     }
     activate("Start Stream");
     wait_for("Stop Stream");

@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 
 class LifecycleTest : public EndToEndTest {
 protected:
-    /** Another launch, which writes to the same log. */
+    /** Launches the application again, with the same log. */
     [[nodiscard]] std::unique_ptr<simulator::Process> launch() const {
         return std::make_unique<simulator::Process>(std::vector<std::string>{VELMORA_PROGRAM},
                                                     simulator::written_to(log_.path()));
@@ -34,15 +34,15 @@ protected:
 
 TEST_F(LifecycleTest, LaunchDoesNotWaitForABusyProcess) {
     open_test("TX Test", "Set Power");
-    let_host_answer(television_, "ember_start_stream", "late 8000");
+    set_host_behaviour(television_, "ember_start_stream", "late 8000");
     activate("Start Stream");
-    expect_asked({"ember_start(0)", "ember_start_stream()"});
+    expect_calls({"ember_start(0)", "ember_start_stream()"});
     EXPECT_EQ(launch()->wait_for_end(busy_machine_limit), 0);
     EXPECT_EQ(log_.count("> _app_service"), 1);
     expect_logged("> _app_service", 2);
 }
 
-TEST_F(LifecycleTest, SessionBusThatIsLateIsUsedWhenItComes) {
+TEST_F(LifecycleTest, LateSessionBusIsUsedOnceItAnswers) {
     const auto signal_bus = [](const std::string& signal) {
         return std::system(("pkill -" + signal + " -f [s]ession.*--address").c_str());
     };
@@ -63,16 +63,16 @@ TEST_F(LifecycleTest, SessionBusThatIsLateIsUsedWhenItComes) {
     EXPECT_EQ(first->wait_for_end(busy_machine_limit), 0);
 }
 
-TEST_F(LifecycleTest, OneOfTheLaunchesDuringTheEndRunsAfterIt) {
+TEST_F(LifecycleTest, OneLaunchDuringShutdownStartsAfterwards) {
     open_test("TX Test", "Set Power");
-    ASSERT_EQ(std::system("killall -STOP cpcd zigbeed"), 0); // so that shutting down takes a while
+    ASSERT_EQ(std::system("killall -STOP cpcd zigbeed"), 0); // to make the shutdown slow
     application().terminate();
     expect_logged("> the main loop ends");
     const auto second = launch();
     const auto third = launch();
     expect_logged("is ending: waiting", 2);
     EXPECT_EQ(log_.count("> app create called"), 1);
-    expect_orderly_end({"cpcd", "zigbeed"});
+    expect_clean_exit({"cpcd", "zigbeed"});
     std::system("killall -CONT cpcd zigbeed");
     expect_logged("> _app_service", 3);
     EXPECT_EQ(log_.count("> app create called"), 2);
@@ -84,7 +84,7 @@ TEST_F(LifecycleTest, OneOfTheLaunchesDuringTheEndRunsAfterIt) {
     EXPECT_EQ(third->wait_for_end(busy_machine_limit), 0);
 }
 
-TEST_F(LifecycleTest, KilledInAStreamItRestartsTheRadioAndWithoutTheDeviceItReportsAndEnds) {
+TEST_F(LifecycleTest, RelaunchAfterAKillRestartsTheRadioAndReportsAMissingDevice) {
     open_stream();
     application().send_signal(SIGKILL);
     ASSERT_EQ(application().wait_for_end(busy_machine_limit), 128 + SIGKILL);
@@ -93,28 +93,28 @@ TEST_F(LifecycleTest, KilledInAStreamItRestartsTheRadioAndWithoutTheDeviceItRepo
     activate("TX Test");
     wait_for_focus("Start TX Test");
     press("Return");
-    expect_orderly_end();
+    expect_clean_exit();
     EXPECT_FALSE(radio_sends());
     std::string result;
     std::ifstream("/tmp/iot_test_result") >> result;
     EXPECT_EQ(result, "FAIL");
 }
 
-TEST_F(LifecycleTest, SigtermWhileTheStackComesUpShutsDownCleanly) {
+TEST_F(LifecycleTest, SigtermWhileTheRadioStartsShutsDownCleanly) {
     std::filesystem::remove(
-        "/opt/usr/apps/com.kelsor.tv.brimhub/bin/socat"); // so that the relay is waited for
+        "/opt/usr/apps/com.kelsor.tv.brimhub/bin/socat"); // to make the start wait for the relay
     open_application();
     enter("Start TX Test");
     press("Return");
     expect_logged("app name", 2);
     application().terminate();
-    expect_orderly_end();
+    expect_clean_exit();
     EXPECT_EQ(log_.count("> the main loop ends: SIGTERM"), 1);
     EXPECT_EQ(log_.count("> stop ncp requester"), 1);
 }
 
-TEST_F(LifecycleTest, SystemBusThatHasGoneFailsCommandsAndExitShutsDownCleanly) {
-    simulator::SyncReader reader(1s); // the television's own needs this bus
+TEST_F(LifecycleTest, LostSystemBusFailsCommandsAndExitShutsDownCleanly) {
+    simulator::SyncReader reader(1s); // the television's own reader needs this bus
     simulator::Screen screen({});
     const auto see = [&](const std::string& text) {
         expect_soon(text, [&] { return (screen = reader.read("velmora")).shows(text); });
@@ -128,11 +128,11 @@ TEST_F(LifecycleTest, SystemBusThatHasGoneFailsCommandsAndExitShutsDownCleanly) 
         if (button == std::string("Reset Count"))
             see("Received Packets: Reset Failed");
     }
-    expect_orderly_end();
+    expect_clean_exit();
     EXPECT_EQ(log_.count("> the main loop ends: the application asked to"), 1);
 }
 
-TEST_F(LifecycleTest, SessionBusThatHasGoneDoesNotEndTheApplication) {
+TEST_F(LifecycleTest, LostSessionBusDoesNotStopTheApplication) {
     open_application();
     ASSERT_EQ(std::system("pkill -KILL -f [s]ession.*--address"), 0);
     EXPECT_EQ(application().wait_for_end(1s), std::nullopt);

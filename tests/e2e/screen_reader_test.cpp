@@ -22,8 +22,8 @@ std::string owned(char* text) {
 }
 
 /**
- * Notes what a screen reader would announce of itself: what gets the focus ("push button Exit"), dialogs that appear
- * ("dialog Exit App"), and new names of labels and of what has the same role as the focused widget ("spin button 7").
+ * Records what a screen reader would announce: focused widgets ("push button Exit"), new dialogs ("dialog Exit App"),
+ * and new names of labels and of widgets with the focused widget's role ("spin button 7").
  */
 class Announcements {
 public:
@@ -44,14 +44,14 @@ public:
             atspi_event_listener_deregister(listener_.get(), event.data(), nullptr);
     }
 
-    /** Their number, with what has come in meanwhile. */
+    /** Processes pending events and returns the number of announcements. */
     [[nodiscard]] std::size_t count() const {
         while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
         }
         return said_.size();
     }
 
-    /** Returns and forgets them. */
+    /** Returns and clears the announcements. */
     std::vector<std::string> take() { return std::exchange(said_, {}); }
 
 private:
@@ -70,13 +70,13 @@ private:
     std::vector<std::string> said_;
 };
 
-/** Reads the screen through a screen reader and uses it through its actions. */
+/** Reads and operates the screen through the accessibility bus. */
 class ScreenReaderTest : public EndToEndTest {
 protected:
-    /** Listens from now on. The application hears of a listener only some time after there is one. */
+    /** Starts to listen, and waits until the application has noticed the listener. */
     void listen() {
         announcements_.emplace();
-        expect_soon("the application to speak", [this] {
+        expect_soon("an announcement", [this] {
             press("Down");
             press("Up");
             return announcements_->count() > 0;
@@ -88,16 +88,16 @@ protected:
         announcements_->take();
     }
 
-    /** Expects exactly these announcements since the last time. */
-    void expect_said(const std::vector<std::string>& wanted) {
+    /** Expects exactly these new announcements, in any order. */
+    void expect_announcements(const std::vector<std::string>& wanted) {
         expect_soon("announcements " + testing::PrintToString(wanted), [&] {
-            (void)reader_.read("velmora"); // what came before the answer has been announced
+            (void)reader_.read("velmora"); // a synchronous call: earlier events have arrived
             return announcements_->count() >= wanted.size();
         });
         EXPECT_THAT(announcements_->take(), UnorderedElementsAreArray(wanted));
     }
 
-    /** Role, label and name of everything on the screen, in the order of the screen and of the tree. */
+    /** Role, label and name of all widgets, once the accessibility tree has the order of the screen. */
     [[nodiscard]] std::vector<std::string> roles() {
         std::vector<std::string> roles;
         simulator::Screen screen({});
@@ -115,7 +115,7 @@ protected:
     std::optional<Announcements> announcements_;
 };
 
-TEST_F(ScreenReaderTest, EveryTextHasItsNameAndRole) {
+TEST_F(ScreenReaderTest, TextsHaveNamesAndRoles) {
     open_test("RX Test", "11");
     EXPECT_THAT(roles(), ElementsAre("heading Velmora", "push button TX Test", "push button RX Test, chosen",
                                      "push button Exit", "label Received Packets: ?",
@@ -131,53 +131,53 @@ TEST_F(ScreenReaderTest, EveryTextHasItsNameAndRole) {
                                      "push button Cancel"));
 }
 
-TEST_F(ScreenReaderTest, SaysWhatIsFocusedAndWhatAppears) {
+TEST_F(ScreenReaderTest, AnnouncesFocusAndDialogs) {
     open_test("TX Test", "Set Power");
     listen();
     enter("0");
-    expect_said({"dialog Zigbee TX Power", "spin button 0"});
-    send_event(television_, "('ready',)"); // another page behind the popup
-    expect_said({"label Power: ", "label Channel: "});
+    expect_announcements({"dialog Zigbee TX Power", "spin button 0"});
+    send_event(television_, "('ready',)"); // rebuilds the page behind the popup
+    expect_announcements({"label Power: ", "label Channel: "});
     press("Right");
-    expect_said({"spin button 1"});
+    expect_announcements({"spin button 1"});
     enter("1");
-    expect_said({"push button 1"});
+    expect_announcements({"push button 1"});
     press("Down*2");
-    expect_said({"push button Set Channel", "push button Start Stream"});
+    expect_announcements({"push button Set Channel", "push button Start Stream"});
     press("Return");
-    expect_said({"push button Stop Stream"});
+    expect_announcements({"push button Stop Stream"});
     EXPECT_FALSE(reader_.read("velmora").find("1")->enabled);
     EXPECT_THROW(activate("1"), simulator::Failure);
     press("Up");
-    expect_said({"push button TX Test"});
+    expect_announcements({"push button TX Test"});
     press("Right*2");
-    expect_said({"push button RX Test", "push button Exit"});
+    expect_announcements({"push button RX Test", "push button Exit"});
     enter("Cancel");
-    expect_said(
-        {"push button Yes", "push button Cancel", "dialog Exit App", "push button Cancel"}); // first texts
+    expect_announcements({"push button Yes", "push button Cancel", "dialog Exit App",
+                          "push button Cancel"}); // their first texts
     send_event(television_, "('ready',)");
-    expect_said({"label Power: ", "push button Set Power", "label Channel: ", "push button Set Channel",
-                 "push button Start Stream", "push button Stop Test"});
+    expect_announcements({"label Power: ", "push button Set Power", "label Channel: ",
+                          "push button Set Channel", "push button Start Stream", "push button Stop Test"});
     press("XF86Back");
-    expect_said({"push button Set Power"});
+    expect_announcements({"push button Set Power"});
 }
 
-TEST_F(ScreenReaderTest, SaysEachTextThatIsSetAndNothingOnTheWayToTheNextPage) {
+TEST_F(ScreenReaderTest, AnnouncesNewTextsButNothingBetweenPages) {
     open_test("RX Test", "11");
     listen();
     press("Up");
-    expect_said({"push button Reset Count"});
+    expect_announcements({"push button Reset Count"});
     for (int time = 0; time < 2; ++time) {
         press("Return");
-        expect_said({"label Received Packets: 0"});
+        expect_announcements({"label Received Packets: 0"});
     }
     press("Down*2");
-    expect_said({"push button 11", "push button Stop"});
+    expect_announcements({"push button 11", "push button Stop"});
     enter("Start RX Test");
-    expect_said(
-        {"push button Start RX Test", "push button Start RX Test"}); // its text, and that it has the focus
+    expect_announcements(
+        {"push button Start RX Test", "push button Start RX Test"}); // its new text, and its focus
     press("Up");
-    expect_said({"push button RX Test"});
+    expect_announcements({"push button RX Test"});
 }
 
 } // namespace

@@ -6,9 +6,9 @@
 
 namespace {
 
-GVariant* reply = nullptr; // to the next call
+GVariant* reply = nullptr; // the answer to the next call
 
-// On a bus where nobody else answers.
+// Uses a bus without any other service.
 ncp_requester& requester() {
     const char* const bus = g_getenv("DBUS_SESSION_BUS_ADDRESS");
     expect(bus != nullptr && g_setenv("DBUS_SYSTEM_BUS_ADDRESS", bus, TRUE) != FALSE);
@@ -28,8 +28,8 @@ gboolean deliver_event(gpointer value) {
 
 extern "C" GVariant* __wrap_g_dbus_proxy_call_sync() { return g_variant_ref(reply); }
 
-// A tuple of any type and value, as the reply to a command and to the question for the statistics, and as an event. Its
-// type is the input up to the first zero, its value what follows.
+// Sends a tuple of any type and value as the reply to a command and to the statistics request, and as an event. The
+// input up to the first zero is its type, the rest its value.
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     static ncp_requester& radio = requester();
     const std::string all = text_of(bytes, size);

@@ -2,7 +2,7 @@
 #include "model/fw_version_reader.h"
 #include "model/process_lifecycle.h"
 
-// An image gives a version of three numbers or none, and any version a configuration.
+// An image contains a version of three numbers or none; every version selects a configuration.
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     const std::string version = FwVersionReader().GetVersion(file_of(bytes, size));
     expect(version.empty() == (size < 8));

@@ -1,4 +1,4 @@
-/** The bytes that the fuzzer gives a target. */
+/** The input of a fuzz target. */
 #pragma once
 
 #include <cstddef>
@@ -9,24 +9,24 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-/** libFuzzer's entry; 0 always. */
+/** libFuzzer's entry point; always returns 0. */
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);
 
 inline std::string text_of(const std::uint8_t* bytes, std::size_t size) { return {bytes, bytes + size}; }
 
-/** Ends the run with the input that showed it. */
+/** Reports a finding with the current input. */
 inline void expect(bool condition) {
     if (!condition)
         std::abort();
 }
 
-/** What GLib calls a misuse is a finding, too. */
+/** Makes GLib's critical warnings findings. */
 inline const GLogFunc handler_before =
     g_log_set_default_handler([](const char*, GLogLevelFlags level, const char*,
                                  void*) { expect((level & G_LOG_LEVEL_CRITICAL) == 0); },
                               nullptr);
 
-/** The path of a file that holds the input. */
+/** Writes the input to a file and returns its path. */
 inline std::string file_of(const std::uint8_t* bytes, std::size_t size) {
     static const int file = memfd_create("input", 0);
     expect(ftruncate(file, 0) == 0 && pwrite(file, bytes, size, 0) == static_cast<ssize_t>(size));

@@ -4,7 +4,7 @@
 
 #include <glib.h>
 
-// The checksum at the beginning is made to fit, or the fuzzer would never come past it.
+// Corrects the checksum, which the fuzzer could not guess.
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     using namespace platform::secure;
     g_autofree char* checksum = g_compute_checksum_for_data(G_CHECKSUM_SHA256, bytes, size);

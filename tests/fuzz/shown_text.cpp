@@ -2,7 +2,7 @@
 #include "log/log_line.h"
 #include "toolkit/widgets/widget.h"
 
-// What the radio says about its statistics is shown as it is, and logged on one line.
+// The radio's statistics text is displayed unchanged and logged on one line.
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     const std::string text = text_of(bytes, size);
     vell::markup(text.c_str());

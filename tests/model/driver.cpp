@@ -40,7 +40,7 @@ bool succeeds(const std::function<void()>& action) {
 
 void set_language(bool mirrored) { call_television("SetLanguage", mirrored ? "ar_AE.utf8" : "en_GB.utf8"); }
 
-/** A widget's text and what it can do. */
+/** A widget's text and states. */
 std::string describe(const simulator::Widget& widget) {
     static const std::regex count("^(Received Packets: )[1-9].*"); // depends on the simulated traffic
     std::string text = std::regex_replace(widget.name, count, "$1" + some_packets) +
@@ -56,20 +56,20 @@ std::string describe(const simulator::Widget& widget) {
 
 Driver::Driver(std::string program)
     : program_(std::move(program)), display_(simulator::open_display()), reader_(1s),
-      patience_(busy_machine_limit) {
+      limit_(busy_machine_limit) {
     XkbSetAutoRepeatRate(display_.get(), XkbUseCoreKbd, repeat_after.count(), repeat_interval.count());
 }
 
 void Driver::begin() {
     std::exchange(repair_, [] {})();
     if (application_ && application_->number() != 0) {
-        application_->terminate(); // or the radio's programs stay
+        application_->terminate(); // otherwise the radio programs keep running
         (void)application_->wait_for_end(busy_machine_limit);
     }
     set_language(false);
     state_ = State{};
     taken_.clear();
-    calls_seen_ = simulator::asked_of_host(this_television()).size();
+    calls_seen_ = simulator::host_calls(this_television()).size();
     start_application();
     expect({});
 }
@@ -87,15 +87,14 @@ void Driver::take(const Transition& by) {
     act(by);
     if (by.behaviour.starts_with("late")) {
         std::this_thread::sleep_for(late_key_after);
-        for (const char* const key : {"OK", "Up"}) // meant for a frozen screen
+        for (const char* const key : {"OK", "Up"}) // must be dropped: the screen is frozen
             simulator::press_key(display_, key);
     }
     if (outcome.ends) {
         if (application_->wait_for_end(busy_machine_limit) != 0)
-            throw Difference("  the application does not end, or not with status 0: " +
-                             application_->state());
+            throw Difference("  the application did not exit with status 0: " + application_->state());
         if (simulator::radio_state(this_television()).mode != "off")
-            throw Difference("  the application ends, and the radio is not off");
+            throw Difference("  the application exited without turning the radio off");
         start_application();
     }
     state_ = outcome.state;
@@ -111,7 +110,7 @@ void Driver::inject(const Transition& by, const Calls& calls) {
         const fs::path away = program.string() + ".away";
         fs::rename(program, away);
         repair_ = [this, program, away] {
-            // The shell looks for it in the background, on a busy machine later than the screen says so.
+            // On a busy machine the background shell may look for the program only after the screen has changed.
             (void)wait_until([this] { return log_.count("not found") != 0; }, 2s);
             fs::rename(away, program);
         };
@@ -119,9 +118,9 @@ void Driver::inject(const Transition& by, const Calls& calls) {
         call_television("Kill", "ncp_host");
     } else if (by.behaviour != "normal") {
         const std::string method = calls.front().substr(0, calls.front().find('('));
-        simulator::let_host_answer(this_television(), method, by.behaviour);
+        simulator::set_host_behaviour(this_television(), method, by.behaviour);
         if (by.behaviour != "dies")
-            repair_ = [method] { simulator::let_host_answer(this_television(), method, "normal"); };
+            repair_ = [method] { simulator::set_host_behaviour(this_television(), method, "normal"); };
     }
 }
 
@@ -133,7 +132,7 @@ void Driver::act(const Transition& by) {
         return;
     case Act::hold:
         return simulator::press_key(display_, by.key, by.times > 1 ? hold_time_to_a_limit : hold_time);
-    case Act::activate: // whether it must be refused is seen on the screen
+    case Act::activate: // the screen shows whether it was refused
         if (const auto widget = seen_.find(name_of(state_, by.key)); widget != seen_.end())
             (void)succeeds([&] { reader_.activate(widget->second); });
         return;
@@ -142,13 +141,13 @@ void Driver::act(const Transition& by) {
     case Act::language:
         return set_language(!state_.mirrored);
     case Act::launch:
-        if (simulator::Process({program_}, simulator::written_to("/tmp/second.log"))
-                .wait_for_end(patience_) != 0)
-            throw Difference("  a second launch does not end with status 0");
+        if (simulator::Process({program_}, simulator::written_to("/tmp/second.log")).wait_for_end(limit_) !=
+            0)
+            throw Difference("  a second launch did not exit with status 0");
         return;
     case Act::interrupt: {
         const simulator::OtherWindow other;
-        if (!wait_until([this] { return !reader_.read("velmora").in_front(); }, patience_))
+        if (!wait_until([this] { return !reader_.read("velmora").in_front(); }, limit_))
             throw Difference("  the application keeps the keyboard");
         return;
     }
@@ -164,11 +163,11 @@ void Driver::act(const Transition& by) {
 }
 
 void Driver::replace_host() {
-    (void)succeeds([] { call_television("Kill", "ncp_host"); }); // it may have ended already
+    (void)succeeds([] { call_television("Kill", "ncp_host"); }); // it may have exited already
     calls_seen_ = 0;
-    // The simulator notices a little later that it has ended.
-    if (!wait_until([] { return succeeds([] { call_television("Start", "ncp_host"); }); }, patience_))
-        throw Difference("  the radio's service does not start again");
+    // The simulator notices its exit a little later.
+    if (!wait_until([] { return succeeds([] { call_television("Start", "ncp_host"); }); }, limit_))
+        throw Difference("  the radio service did not restart");
 }
 
 std::string Driver::look() {
@@ -183,13 +182,14 @@ std::string Driver::look() {
         if (widget.role == "push button")
             seen_.insert_or_assign(widget.name, widget);
     }
-    return line + (seen_["Exit"].x < seen_["TX Test"].x ? " | from the right" : ""); // covered or not
+    return line +
+           (seen_["Exit"].x < seen_["TX Test"].x ? " | from the right" : ""); // even if a popup covers them
 }
 
-/** None while the service does not run. */
+/** Returns no calls while the service is not running. */
 Calls Driver::new_calls() const {
     Calls calls;
-    (void)succeeds([&] { calls = simulator::asked_of_host(this_television()); });
+    (void)succeeds([&] { calls = simulator::host_calls(this_television()); });
     calls.erase(calls.begin(),
                 calls.begin() + std::min(std::ssize(calls), static_cast<std::ptrdiff_t>(calls_seen_)));
     return calls;
@@ -200,18 +200,18 @@ void Driver::expect(const Calls& calls, const Log& texts) {
     const std::string wanted = rendering(state_);
     std::string seen;
     const auto is_logged = [this](const auto& text) { return log_.count(text.first) == text.second; };
-    // The second look comes after the calls: a page that looks like the last one may be on its way.
+    // Look again after the calls, since the page may still be about to change.
     const auto is_as_wanted = [&] {
         return (seen = look()) == wanted && new_calls() == calls && std::ranges::all_of(texts, is_logged) &&
                look() == wanted;
     };
-    if (!wait_until(is_as_wanted, patience_)) {
+    if (!wait_until(is_as_wanted, limit_)) {
         std::string difference = "  expected " + wanted.substr(0, longest_line) + "\n  seen     " +
                                  seen.substr(0, longest_line) + "\n  expected calls " +
                                  simulator::joined(calls, ", ") + "\n  seen           " +
                                  simulator::joined(new_calls(), ", ");
         for (const auto& [text, times] : texts)
-            difference += "\n  on the log " + std::to_string(log_.count(text)) + " times, expected " +
+            difference += "\n  logged " + std::to_string(log_.count(text)) + " times, expected " +
                           std::to_string(times) + ": " + text.substr(0, longest_line);
         throw Difference(difference);
     }

@@ -1,4 +1,4 @@
-/** Takes the transitions of the model on the simulated television, and compares the results. */
+/** Performs the model's transitions on the simulated television and compares the results. */
 #pragma once
 
 #include "model.h"
@@ -15,7 +15,7 @@
 
 namespace model {
 
-/** The program does otherwise than the model. */
+/** The application differs from the model. */
 class Difference : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -25,23 +25,23 @@ class Driver {
 public:
     explicit Driver(std::string program);
 
-    /** Starts the application again, on a television like a new one. @throws Difference. */
+    /** Restarts the application and resets the television. @throws Difference. */
     void begin();
 
-    /** Takes a transition from the state that the application is in. @throws Difference. */
+    /** Performs a transition in the current state. @throws Difference. */
     void take(const Transition& by);
 
     /**
-     * Waits until the screen shows the state, the radio's service was asked these calls since the last time, and the
-     * log has these texts since the last step. @throws Difference.
+     * Waits until the screen shows the state, the radio service has received these new calls, and the last step has
+     * logged these texts. @throws Difference.
      */
     void expect(const std::vector<std::string>& calls, const Log& texts = {});
 
     [[nodiscard]] const State& state() const { return state_; }
-    /** Since the application's first start. */
+    /** All steps since the first start of the application. */
     [[nodiscard]] const Steps& taken() const { return taken_; }
 
-    void set_patience(std::chrono::milliseconds patience) { patience_ = patience; }
+    void set_limit(std::chrono::milliseconds limit) { limit_ = limit; }
     void picture(const std::string& path) const { simulator::take_picture(path); }
 
 private:
@@ -57,13 +57,13 @@ private:
     simulator::SyncReader reader_;
     simulator::OtherWindow other_;
     std::optional<simulator::Process> application_;
-    simulator::LogFromNow log_; /**< since the last step began */
+    simulator::LogFromNow log_; /**< since the start of the last step */
     State state_;
     Steps taken_;
-    std::map<std::string, simulator::Widget> seen_; /**< buttons by name, where they were seen last */
+    std::map<std::string, simulator::Widget> seen_; /**< buttons by name, as last seen */
     std::size_t calls_seen_ = 0;
-    std::function<void()> repair_ = [] {}; /**< ends the injected fault */
-    std::chrono::milliseconds patience_;
+    std::function<void()> repair_ = [] {}; /**< removes the injected fault */
+    std::chrono::milliseconds limit_;
 };
 
 } // namespace model

@@ -9,7 +9,7 @@ namespace {
 
 const std::string long_text(1U << 20U, 'x');
 
-/** Commands by method, and what is on the log when one fails; nothing: it is seen on the page alone. */
+/** Commands, and the text logged if one fails; empty if only the page shows the failure. */
 const std::vector<std::pair<std::string, std::string>> commands{
     {"ember_start", ""},
     {"ember_set_power", "failed to set power"},
@@ -20,10 +20,10 @@ const std::vector<std::pair<std::string, std::string>> commands{
     {"ember_get_rx_statistics", "failed to get rx statistics"},
     {"ember_reset_rx_statistics", ""}};
 
-/** How the service answers. */
+/** A faulty or unusual answer of the service. */
 struct Behaviour {
     std::string text;
-    std::string cause; /**< what the log says */
+    std::string cause; /**< the logged text */
     Answer answer = Answer::refused;
     std::string packets = some_packets;
 };
@@ -33,7 +33,7 @@ std::vector<Behaviour> behaviours(const std::string& method) {
     const auto reply = [&method](const std::string& value, const std::string& type) {
         return Behaviour{"reply " + value, "Reply of " + method + " has the type " + type + ", expected "};
     };
-    // The bus gives up a call after four seconds.
+    // The reply time-out of the bus is four seconds.
     std::vector<Behaviour> all{{"code -3", "Result = -3"},
                                {"error", error + "Failed: " + method + " failed]"},
                                {"late 1500", "Result = 0", Answer::normal},
@@ -57,7 +57,7 @@ Transition named(const std::string& name) {
     return *std::ranges::find(transitions(), name, &Transition::name);
 }
 
-/** Whether a step sends the radio this command, and its result depends on the answer. */
+/** Whether a step sends the radio only this command, and the result depends on the answer. */
 bool asks(const State& state, Transition by, const std::string& method) {
     if (!by.can_happen(state))
         return false;

@@ -15,12 +15,12 @@ namespace {
 using namespace model;
 
 constexpr auto usage = R"(Usage: run tour [PART] | faults [PART] | random STEPS [SEED]
-  tour    takes every transition of the model, or those of one of four parts
-  faults  makes the radio's service go wrong in every way at every command, or in one of two halves of them
-  random  takes random transitions
+  tour    performs every transition of the model, or those of one of four parts
+  faults  triggers every fault of the radio service on every command, or one of two halves of them
+  random  performs random transitions
 )";
 
-/** The tour is divided by pages, so that each television has its own neighbourhood. */
+/** The parts of the tour are groups of pages, to run on several televisions. */
 void tour(Driver& driver, int part) {
     constexpr std::array part_of_page{4, 3, 1, 4, 2}; // the first, TX start and test, RX start and test
     std::set<Edge> taken;
@@ -38,7 +38,7 @@ void tour(Driver& driver, int part) {
     std::cout << wanted << " transitions in " << driver.taken().size() << " steps\n";
 }
 
-/** After each fault the service works again, and so does the step that went wrong. */
+/** Performs each faulty step, and then the same step without the fault. */
 void take_faults(Driver& driver, int part) {
     const std::vector<Fault> all = faults();
     const auto half = all.begin() + std::ssize(all) / 2;
@@ -53,7 +53,7 @@ void take_faults(Driver& driver, int part) {
         go_there();
         driver.take(fault->wrong);
         if (fault->wrong.behaviour == "dies" || fault->wrong.behaviour == "is away")
-            driver.take({.name = "the service starts again", .act = Act::replace});
+            driver.take({.name = "the service restarts", .act = Act::replace});
         go_there();
         driver.take(fault->right);
     }
@@ -72,7 +72,7 @@ void take_random_steps(Driver& driver, int steps, int seed) {
     std::cout << steps << " random steps from seed " << seed << "\n";
 }
 
-/** What steps from the start do differently from the model; empty when nothing. */
+/** Performs steps from a fresh start. Returns the difference from the model; empty if there is none. */
 std::string try_out(Driver& driver, const Steps& steps) {
     try {
         driver.begin();
@@ -81,7 +81,7 @@ std::string try_out(Driver& driver, const Steps& steps) {
                 return {};
             driver.take(step);
         }
-        std::this_thread::sleep_for(std::chrono::milliseconds(150)); // for what must not come
+        std::this_thread::sleep_for(std::chrono::milliseconds(150)); // to notice unexpected changes
         driver.expect({});
         return {};
     } catch (const Difference& difference) {
@@ -89,9 +89,9 @@ std::string try_out(Driver& driver, const Steps& steps) {
     }
 }
 
-/** The last steps, after the nearest way to where they begin, when these show a difference, too; else all steps. */
+/** Tries to reproduce a difference with a shortcut to the last few steps. Returns those steps, or else all. */
 Steps shrink(Driver& driver, const Steps& steps) {
-    driver.set_patience(std::chrono::seconds(4)); // a start without the relay takes three
+    driver.set_limit(std::chrono::seconds(4)); // a start without the relay takes three
     for (std::size_t last = 1; last < steps.size(); last *= 3) {
         const auto rest = steps.end() - static_cast<std::ptrdiff_t>(last);
         State before;
@@ -103,7 +103,7 @@ Steps shrink(Driver& driver, const Steps& steps) {
         Steps fewer = nearest(State{}, is_there).value();
         fewer.insert(fewer.end(), rest + 1, steps.end());
         if (const std::string difference = try_out(driver, fewer); !difference.empty()) {
-            std::cout << "shown by fewer steps:\n" << difference << '\n';
+            std::cout << "reproduced with fewer steps:\n" << difference << '\n';
             return driver.taken();
         }
     }
@@ -113,16 +113,17 @@ Steps shrink(Driver& driver, const Steps& steps) {
 void report(Driver& driver, const std::string& difference, bool shrinks) {
     const std::filesystem::path kept = "/var/log/simulator"; // with --logs
     const Steps steps = driver.taken();
-    std::cout << "a difference after " << steps.size() << " steps:\n" << difference << '\n' << std::flush;
+    std::cout << "difference after " << steps.size() << " steps:\n" << difference << '\n' << std::flush;
     driver.picture(kept / "last_picture.png");
-    std::filesystem::copy_file(simulator::ApplicationLog().path(), kept / "difference.log",
-                               std::filesystem::copy_options::overwrite_existing); // shrinking writes on
+    std::filesystem::copy_file(
+        simulator::ApplicationLog().path(), kept / "difference.log",
+        std::filesystem::copy_options::overwrite_existing); // shrinking continues the log
     for (const Transition& step : shrinks && !steps.empty() ? shrink(driver, steps) : steps)
         std::cout << "  " << step.name << '\n';
-    std::cout << "Logs and the last picture are in build/logs.\n";
+    std::cout << "Logs and the last screenshot are in build/logs.\n";
 }
 
-/** Whether the application does as the model says. */
+/** Returns whether the application matches the model. */
 bool agrees(const std::string& what, int first_number, int second_number) {
     Driver driver(VELMORA_PROGRAM);
     try {

@@ -8,14 +8,14 @@ namespace {
 
 using Calls = std::vector<std::string>;
 
-// Where an arrow leads.
+// Arrow keys.
 
 Spot neighbour(const Row& row, const Spot& from, int way) {
     const auto at = std::ranges::find(row, from) - row.begin() + way;
     return at < 0 || at >= std::ssize(row) ? from : row[static_cast<std::size_t>(at)];
 }
 
-/** 1 for the key that leads on in reading order, -1 for the one that leads back, 0 for others. */
+/** 1 for the key that moves forward in reading order, -1 for backward, 0 for other keys. */
 int along(const State& state, const std::string& key) {
     const int way = key == "Right" ? 1 : key == "Left" ? -1 : 0;
     return state.mirrored ? -way : way;
@@ -31,7 +31,7 @@ Spot destination(const State& state, const std::string& key) {
     if (in_header && down(key) == 0)
         return neighbour(header, state.focus, along(state, key));
     Row column = content.at(state.page);
-    std::erase_if(column, [&state](const Spot& spot) { return is_barred(state, spot); });
+    std::erase_if(column, [&state](const Spot& spot) { return is_locked(state, spot); });
     column.insert(column.begin(), in_header ? state.focus : is_tx(state) ? "TX Test" : "RX Test");
     return neighbour(column, state.focus, down(key));
 }
@@ -48,7 +48,7 @@ void press_arrow(State& state, const Transition& by) {
 
 // The radio.
 
-/** What a command makes of the radio's state; it refuses in others. */
+/** The new radio state for each state in which a command is accepted; it is refused in others. */
 const std::map<std::string, std::map<Radio, Radio>> rules{
     {"ember_start(0)", {{Radio::off, Radio::transmitting}}},
     {"ember_start(1)", {{Radio::off, Radio::receiving}}},
@@ -60,7 +60,7 @@ const std::map<std::string, std::map<Radio, Radio>> rules{
     {"ember_get_rx_statistics()", {{Radio::receiving, Radio::receiving}}},
     {"ember_reset_rx_statistics()", {{Radio::receiving, Radio::receiving}}}};
 
-/** Sends the radio a command. @return whether the application hears of its success. */
+/** Sends the radio a command. @return whether the application gets a successful answer. */
 bool ask(Outcome& outcome, const Transition& by, const std::string& call) {
     outcome.calls.push_back(call);
     const auto& after = rules.at(call.starts_with("ember_set_") ? "ember_set_" : call);
@@ -187,7 +187,7 @@ void press_key(Outcome& outcome, const Transition& by) {
 }
 
 bool can_be_used(const State& state, const Spot& spot) {
-    return has(exit_popup, spot) ? state.popup == "Exit" : state.popup.empty() && !is_barred(state, spot);
+    return has(exit_popup, spot) ? state.popup == "Exit" : state.popup.empty() && !is_locked(state, spot);
 }
 
 } // namespace

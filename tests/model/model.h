@@ -1,4 +1,4 @@
-/** The application as a graph: what can happen, and what each of it changes. */
+/** The application as a graph of states and transitions. */
 #pragma once
 
 #include "state.h"
@@ -11,57 +11,58 @@
 namespace model {
 
 enum class Act : std::uint8_t {
-    press,     /**< `key`, `times` times */
-    hold,      /**< `key` */
-    activate,  /**< the button `key`, through its accessible action */
-    event,     /**< the radio's service sends an event with the values `key` */
-    language,  /**< one of the other direction */
-    launch,    /**< a second time */
-    interrupt, /**< by another window, which takes the keyboard and closes */
-    replace,   /**< the radio's service by another process, which then says "ready" */
-    terminate, /**< SIGTERM, then start the application again; so do all from here on, for the reason `key` */
-    close,     /**< the window's close request */
-    destroy    /**< the window, by another client */
+    press,     /**< press `key`, `times` times */
+    hold,      /**< hold `key` down */
+    activate,  /**< use the accessible action of the button `key` */
+    event,     /**< make the radio service send an event with the values `key` */
+    language,  /**< change to a language with the opposite text direction */
+    launch,    /**< launch the application a second time */
+    interrupt, /**< open and close another window, which takes the keyboard */
+    replace,   /**< restart the radio service, which then sends "ready" */
+    // These stop the application, with the shutdown reason `key`, and restart it.
+    terminate, /**< send SIGTERM */
+    close,     /**< request the window to close */
+    destroy    /**< destroy the window as another client */
 };
 
-/** How the radio answers the one command of a step. */
+/** What happens to the single command of a step. */
 enum class Answer : std::uint8_t {
-    normal,  /**< as its state says */
-    refused, /**< the radio does not get it */
-    lost     /**< the radio obeys, and its answer is lost */
+    normal,  /**< the radio answers as its state requires */
+    refused, /**< the command does not reach the radio */
+    lost     /**< the radio executes it, but the answer is lost */
 };
 
-/** How many times texts are on the log. */
+/** How many times each text is logged. */
 using Log = std::map<std::string, long>;
 
-/** Something that can happen. */
+/** A possible action or event. */
 struct Transition {
     std::string name;
     Act act = Act::press;
     std::string key = {};
-    unsigned mask = 0; /**< of the state's fields: it counts once for each combination of them */
-    int cost = 1;      /**< about how long it takes, in milliseconds */
+    unsigned mask = 0; /**< state fields whose combinations are covered separately */
+    int cost = 1;      /**< approximate duration in milliseconds */
     std::function<bool(const State&)> can_happen = {};
     int times = 1;
-    std::string missing = {};         /**< a program of the radio that cannot be started */
-    std::string behaviour = "normal"; /**< of the radio's service at the command; or "is away" */
+    std::string missing = {};         /**< a radio program that is missing */
+    std::string behaviour = "normal"; /**< of the radio service for the command; or "is away" */
     Answer answer = Answer::normal;
     Log log = {};
-    std::string packets = some_packets; /**< how many the page shows after a count */
+    std::string packets = some_packets; /**< the count that the page then shows */
 };
 
-/** Everything that can happen. */
+/** All transitions. */
 const std::vector<Transition>& transitions();
 
-/** A transition that counts. */
+/** A transition and the masked state in which it starts. */
 using Edge = std::pair<std::string, Key>;
 inline Edge edge(const State& from, const Transition& by) { return {by.name, key(from, by.mask)}; }
 
-/** What a transition leads to. */
+/** The result of a transition. */
 struct Outcome {
     State state;
-    std::vector<std::string> calls; /**< what the radio's service is asked, in order */
-    bool ends = false;              /**< the application ends, and is started again */
+    std::vector<std::string> calls; /**< calls to the radio service, in order */
+    bool ends = false;              /**< the application exits and is restarted */
     Log log;
 };
 
@@ -71,29 +72,29 @@ using Steps = std::vector<Transition>;
 using Condition = std::function<bool(const State&, const Transition&)>;
 
 /**
- * Finds the cheapest way to a step that is wanted.
+ * Finds the cheapest path to a wanted step.
  *
- * @param is_wanted asked of each transition that can happen in a state.
- * @return the way, which ends with that step; nothing when none leads there.
+ * @param is_wanted called for each transition that can happen in a state.
+ * @return the path, including the wanted step; nothing if there is none.
  */
 std::optional<Steps> nearest(const State& from, const Condition& is_wanted);
 
-/** A step that goes wrong since the radio's service does. */
+/** A step that fails because of a fault of the radio service. */
 struct Fault {
     Transition wrong;
-    Transition right; /**< the same step when the service works */
+    Transition right; /**< the same step without the fault */
 };
 
-/** Every way to go wrong at every command, and events of wrong types and odd texts. */
+/** Every fault on every command, and events with wrong types or unusual texts. */
 std::vector<Fault> faults();
 
-/** By how much a key changes the number of the picker that is open. */
+/** Returns how much a key changes the number in the open picker. */
 int step_of(const State& state, const std::string& key);
 
-/** The text of what is there. */
+/** Returns the text at a spot. */
 std::string name_of(const State& state, const Spot& spot);
 
-/** One line of all that can be read, in reading order: [focused], and * behind what can take the focus. */
+/** Formats the screen as one line in reading order: focused widgets in brackets, focusable ones followed by *. */
 std::string rendering(const State& state);
 
 } // namespace model

@@ -30,8 +30,9 @@ std::string rendering(const State& state) {
     const auto button = [&state](const Spot& spot) {
         const bool is_chosen = state.page != Page::first && spot == (is_tx(state) ? "TX Test" : "RX Test");
         const std::string text =
-            name_of(state, spot) + (is_barred(state, spot) ? "" : "*") + (is_chosen ? " chosen" : "");
-        const bool has_focus = spot == state.focus && !state.behind; // behind it the front window's has it
+            name_of(state, spot) + (is_locked(state, spot) ? "" : "*") + (is_chosen ? " chosen" : "");
+        const bool has_focus =
+            spot == state.focus && !state.behind; // otherwise the front window has the focus
         return has_focus ? "[" + text + "]" : text;
     };
     std::vector<std::string> items;

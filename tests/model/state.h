@@ -1,4 +1,4 @@
-/** What the operator of the application sees, as far as the model knows it, and what the radio does. */
+/** The model's state: what the operator sees, and what the radio does. */
 #pragma once
 
 #include <algorithm>
@@ -14,18 +14,18 @@ namespace model {
 enum class Page : std::uint8_t { first, tx_start, tx_test, rx_start, rx_test };
 enum class Radio : std::uint8_t { unreachable, off, transmitting, streaming, receiving };
 
-/** What can take the focus: a widget's text or, where that changes, what it is for; "" is nothing. */
+/** A focusable widget: its text or, if that changes, its purpose; "" for none. */
 using Spot = std::string;
 
-/** What a start of the test did to the number that a picker was left at, until that picker is opened. */
+/** Whether a restart of the test kept or reset the number in a picker that was not opened since. */
 enum class Past : std::uint8_t { none, forgotten, kept };
 
 /** A picker and the button that opens it. */
 struct Number {
     int lowest = 0;
     int highest = 0;
-    std::optional<int> set = {};   /**< what the button shows */
-    std::optional<int> shown = {}; /**< what the picker shows next; nothing: it will be a new one */
+    std::optional<int> set = {};   /**< the number on the button */
+    std::optional<int> shown = {}; /**< the picker's number; nothing if the picker will be recreated */
     Past past = Past::none;
 
     [[nodiscard]] bool is_moved() const { return shown.value_or(lowest) > lowest; }
@@ -34,13 +34,13 @@ struct Number {
 
 struct State {
     Page page = Page::first;
-    std::string start = {}; /**< what the start button shows once it was pressed */
-    Spot popup = {};        /**< the button that opens it */
+    std::string start = {}; /**< the start button's text after a press */
+    Spot popup = {};        /**< the button that opened it */
     Spot focus = "TX Test";
-    Spot below = {}; /**< where the focus goes when the popup closes */
+    Spot below = {}; /**< gets the focus when the popup closes */
     Radio radio = Radio::unreachable;
     bool stream_button_stops = false;
-    std::string packets = "?"; /**< how many were received, as the page shows it */
+    std::string packets = "?"; /**< the packet count on the page */
     Number power = {0, 20};
     Number tx_channel = {11, 26};
     Number rx_channel = {11, 26};
@@ -50,7 +50,7 @@ struct State {
     bool operator==(const State&) const = default;
 };
 
-/** Replaces the number of packets, when there are some. */
+/** Stands for any non-zero packet count. */
 inline const std::string some_packets = "N";
 
 inline bool is_tx(const State& state) { return state.page == Page::tx_start || state.page == Page::tx_test; }
@@ -72,15 +72,15 @@ inline const std::map<Page, Row> content{{Page::first, {}},
 inline const Row exit_popup{"Yes", "Cancel"};
 inline bool has(const Row& row, const Spot& spot) { return std::ranges::find(row, spot) != row.end(); }
 
-/** Whether a button can neither take the focus nor be used. */
-inline bool is_barred(const State& state, const Spot& spot) {
+/** Whether a button is locked: it can neither take the focus nor be used. */
+inline bool is_locked(const State& state, const Spot& spot) {
     return state.stream_button_stops && state.page == Page::tx_test && (spot == "power" || spot == "channel");
 }
 
-/** What tells states apart; a mask has the bit of each that matters. */
+/** Bits of a state mask. */
 enum Field : std::uint16_t {
     page = 0x1,
-    waits = 0x2, // the start button was pressed, whatever came of it: a failed start takes three seconds
+    waits = 0x2, // the start button was pressed, with any result: a failed start takes three seconds
     start = 0x4,
     popup = 0x8,
     focus = 0x10,
@@ -92,11 +92,11 @@ enum Field : std::uint16_t {
     texts = 0x400,
     packets = 0x800,
     made = 0x1000,
-    memory = 0x2000, // of the picker that the focused button opens
+    memory = 0x2000, // the past of the focused button's picker
     memories = 0x4000
 };
 
-/** The fields of a mask; the others are as in no state. */
+/** Returns the state's fields in the mask; all others are empty. */
 inline auto key(const State& state, unsigned mask = ~0U) {
     const auto kept = [mask](Field field, const auto& value) {
         return (mask & field) != 0 ? std::optional(value) : std::nullopt;

@@ -15,12 +15,12 @@ bool opens_picker(const State& state) {
 }
 bool ok_starts(const State& state) { return in_front(state) && state.focus == "start"; }
 bool ok_starts_nothing(const State& state) { return in_front(state) && state.focus != "start"; }
-/** Whether OK there sends the radio a command. */
+/** Whether OK sends the radio a command. */
 bool ok_commands(const State& state) {
     return in_front(state) && has({"stream", "stop", "count", "reset", "number"}, state.focus);
 }
 
-/** Of the numbers between the limits only those beside a limit are stopped at. */
+/** Skips the numbers between the limits, except those next to a limit. */
 bool stops_well(const State& state, const std::string& key) {
     if (!in_picker(state))
         return true;
@@ -35,7 +35,7 @@ std::vector<Transition> all_transitions() {
     constexpr unsigned spots = page_parts | focus | number | mirrored;
     constexpr unsigned coarse = page_parts | behind | mirrored;
     constexpr unsigned command = page | popup | focus | stream;
-    const std::string other_language = "a language of the other direction";
+    const std::string other_language = "a language with the opposite direction";
     std::vector<Transition> all{
         {"Down, behind", Act::press, "Down", page | popup, 30, behind_another},
         {"Back", Act::press, "Back", coarse, 60, in_front},
@@ -52,20 +52,18 @@ std::vector<Transition> all_transitions() {
         {"OK, the radio does not answer", Act::press, "OK", page | start, 300, ok_starts, 1, "zigbeed"},
         {"OK, the relay is missing", Act::press, "OK", page, 4000, ok_starts, 1, "socat"},
         {"OK, refused", Act::press, "OK", command, 40, ok_commands, 1, "", "code 5", Answer::refused},
-        {"OK, answered later than a press waits", Act::press, "OK", command, 600, ok_commands, 1, "",
-         "late 500"},
+        {"OK, answered after a delay", Act::press, "OK", command, 600, ok_commands, 1, "", "late 500"},
         {"the radio is ready", Act::event, "('ready',)", page_parts | texts | packets | behind, 50, always},
         {"another event", Act::event, "('READY',)", page_parts, 30, always},
         {other_language, Act::language, "", page_parts | texts | mirrored | made, 60, always},
         {other_language + ", behind", Act::language, "", page | waits, 60, behind_another},
         {"a second launch", Act::launch, "", page | waits | popup | behind, 40, always},
-        {"another window comes and goes", Act::interrupt, "", page | waits | popup | focus, 200, in_front},
-        {"the radio's service is another process", Act::replace, "", page | popup | stream, 200,
-         radio_can_answer},
-        {"SIGTERM and a new start", Act::terminate, "SIGTERM", page | popup | stream, 700, always},
-        {"the window is closed, and a new start", Act::close, "the window was closed", page | popup, 700,
+        {"another window opens and closes", Act::interrupt, "", page | waits | popup | focus, 200, in_front},
+        {"the radio service restarts", Act::replace, "", page | popup | stream, 200, radio_can_answer},
+        {"SIGTERM and a restart", Act::terminate, "SIGTERM", page | popup | stream, 700, always},
+        {"the window is closed, and a restart", Act::close, "the window was closed", page | popup, 700,
          in_front},
-        {"the window is destroyed, and a new start", Act::destroy, "the window has gone", page | popup, 700,
+        {"the window is destroyed, and a restart", Act::destroy, "the window has gone", page | popup, 700,
          in_front}};
     for (const std::string key : {"Left", "Right", "Up", "Down"}) {
         all.push_back({key, Act::press, key, spots, 20,
@@ -75,12 +73,12 @@ std::vector<Transition> all_transitions() {
     }
     for (const std::string button : {"TX Test", "RX Test", "Exit", "start", "power", "channel", "stream",
                                      "stop", "count", "reset", "Yes", "Cancel"}) {
-        const auto is_there = [button](const State& state) { // seen, covered by a popup or in a closed one
+        const auto is_there = [button](const State& state) { // visible, behind a popup or in a closed one
             return has(header, button) || has(content.at(state.page), button) ||
                    (state.exit_popup_made && has(exit_popup, button));
         };
         const unsigned mask =
-            button == "Yes" ? page | popup | stream : page_parts | radio | behind; // it ends all
+            button == "Yes" ? page | popup | stream : page_parts | radio | behind; // it stops the application
         all.push_back({"screen reader: " + button, Act::activate, button, mask, button == "start" ? 300 : 20,
                        is_there});
     }

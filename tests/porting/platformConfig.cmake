@@ -1,4 +1,4 @@
-# The headers and nothing behind them: that Velmora compiles with them shows that they name everything it asks for.
+# Provides only the headers: if Velmora compiles, they declare everything that it uses.
 add_library(platform INTERFACE)
 target_include_directories(platform INTERFACE "${CMAKE_CURRENT_LIST_DIR}/../../platform/include")
 target_link_libraries(platform INTERFACE pkg::efl)

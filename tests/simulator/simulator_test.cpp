@@ -10,7 +10,7 @@ using simulator::Radio;
 using simulator::Screen;
 using simulator::WidgetValue;
 
-/** What the radio counts, at times of the test's own choice. */
+/** The radio's packet count, with a simulated clock. */
 class RadioCount : public testing::Test {
 protected:
     RadioCount() {
@@ -21,33 +21,33 @@ protected:
     int ask(const std::string& command, std::optional<int> argument = std::nullopt) {
         return radio_.handle({1, command, argument}, now_).code;
     }
-    /** What it has received after some more time. */
+    /** Advances the clock and returns the count. */
     auto received_after(std::chrono::milliseconds time) { return radio_.state(now_ += time).received; }
 
     Radio radio_;
     Radio::Time now_ = Radio::Time{} + 1h;
 };
 
-TEST_F(RadioCount, GrowsOnItsChannelInTheRxTestOnly) {
+TEST_F(RadioCount, IncreasesOnlyOnItsChannelInTheRxTest) {
     now_ += 10s; // before the test
     ask("start", 1);
     ask("set_channel", 15);
-    for (int question = 0; question < 1000; ++question) // none of which loses a part of a packet
+    for (int question = 0; question < 1000; ++question) // reading must not lose fractions of a packet
         received_after(2ms);
     EXPECT_EQ(received_after(0s), 20);
     ask("set_channel", 11);
-    EXPECT_EQ(received_after(5s), 20) << "packets on channel 15 are lost meanwhile";
+    EXPECT_EQ(received_after(5s), 20) << "packets on channel 15 were counted meanwhile";
     ask("set_channel", 15);
     now_ += 1s;
     EXPECT_EQ(radio_.handle({1, "get_rx_statistics", {}}, now_).text, "30 packets on channel 15");
     ask("reset_rx_statistics");
     EXPECT_EQ(received_after(1s), 10);
     radio_.set_traffic(11, 10, now_);
-    for (int turn = 0; turn < 20; ++turn) { // each just short of a packet of channel 15, and of channel 11
+    for (int turn = 0; turn < 20; ++turn) { // each stay is slightly too short for a packet
         received_after(turn % 2 == 0 ? 90ms : 10ms);
         ask("set_channel", turn % 2 == 0 ? 11 : 15);
     }
-    EXPECT_EQ(received_after(0s), 20) << "parts of packets of two channels add up";
+    EXPECT_EQ(received_after(0s), 20) << "fractions of packets of two channels were added";
     for (const int mode : {0, 1}) {
         ask("stop");
         now_ += 1s;
@@ -62,7 +62,7 @@ TEST_F(RadioCount, GrowsOnItsChannelInTheRxTestOnly) {
     EXPECT_EQ(received_after(20s), 405);
 }
 
-TEST_F(RadioCount, GrowsWithTheStreamsOfOthersWhileTheyRun) {
+TEST_F(RadioCount, IncludesRunningStreamsOfOtherTelevisions) {
     ask("start", 1);
     EXPECT_TRUE(radio_.add_stream("strong", 11, 20, now_));
     EXPECT_EQ(received_after(1s), 100);
@@ -73,12 +73,12 @@ TEST_F(RadioCount, GrowsWithTheStreamsOfOthersWhileTheyRun) {
     EXPECT_EQ(received_after(1s), 320);
     EXPECT_FALSE(radio_.add_stream("nowhere", 27, 20, now_));
     EXPECT_FALSE(radio_.add_stream("too strong", 11, 21, now_));
-    ask("reset"); // of the module, not of the air
+    ask("reset"); // resets the module, not the streams of others
     ask("start", 1);
     EXPECT_EQ(received_after(1s), 60);
 }
 
-TEST_F(RadioCount, IsRefusedWithItsReason) {
+TEST_F(RadioCount, InvalidCommandsAreRefusedWithTheirCode) {
     using Row = std::tuple<const char*, std::optional<int>, int>;
     const std::initializer_list<Row> rows{{"stop", {}, 1},         {"set_channel", 15, 1},
                                           {"start_stream", {}, 1}, {"reset_rx_statistics", {}, 1},
@@ -96,7 +96,7 @@ TEST_F(RadioCount, IsRefusedWithItsReason) {
         EXPECT_EQ(ask(command, argument), code) << command;
 }
 
-TEST(Screen, HasATitleFirstAndFindsTheButtonAmongWidgetsOfTheSameName) {
+TEST(Screen, ListsTheTitleFirstAndPrefersAButtonAmongEqualNames) {
     const Screen screen(
         {{.name = "Channel", .role = "dialog", .y = 0, .width = 1280, .height = 720},
          {.name = "Power", .role = "spin button", .value = WidgetValue{7, 0, 20}, .y = 400, .height = 60},

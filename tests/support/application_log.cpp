@@ -11,7 +11,7 @@ namespace {
 
 using Regex = std::unique_ptr<GRegex, decltype(&g_regex_unref)>;
 
-/** A regular expression over bytes: what is logged need not be UTF-8. */
+/** A regular expression over bytes, since logged text need not be UTF-8. */
 Regex regex(const char* text) {
     return {g_regex_new(text, static_cast<GRegexCompileFlags>(G_REGEX_RAW | G_REGEX_OPTIMIZE),
                         G_REGEX_MATCH_DEFAULT, nullptr),
@@ -30,7 +30,7 @@ std::vector<std::string> lines_of(const std::string& path, std::streamoff begin)
 } // namespace
 
 std::vector<std::string> ApplicationLog::messages() const {
-    // The radio stack writes to the same file, "socat" without a line's end: a message may begin inside a line.
+    // The radio programs write to the same file, socat without line feeds, so a message may begin inside a line.
     static const Regex message =
         regex(R"(([EWI])/(VELMORA\(\d+\): (\w+\.cpp: \w+)\(\d+\) >|PLATFORM\(\d+\):) (.*))");
     static const Regex failed_status = regex(R"(nRet\[-\d+\])");
@@ -53,8 +53,8 @@ long ApplicationLog::count(const std::string& text) const {
         messages(), [&text](const std::string& message) { return message.find(text) != std::string::npos; });
 }
 
-std::vector<std::string> ApplicationLog::complaints_of_libraries() const {
-    // EFL's accessibility complains of a process that ends while it announces itself, its canvas of a busy machine.
+std::vector<std::string> ApplicationLog::library_warnings() const {
+    // EFL's accessibility warns if a process exits while it registers, and its canvas if the machine is busy.
     static const Regex complaint = regex(
         R"((CRI|ERR|WRN)<\d+>(?!.*(Canceled by user|timeout waiting for async rendering))|-(ERROR|CRITICAL|WARNING) \*\*)");
     std::vector<std::string> lines = lines_of(path_, begin_);

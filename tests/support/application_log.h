@@ -1,4 +1,4 @@
-/** What the application has written on its log. */
+/** The application's log. */
 #pragma once
 
 #include <ios>
@@ -7,30 +7,30 @@
 
 namespace simulator {
 
-/** The file that the application's standard output and standard error go to. */
+/** The file that contains the application's standard output and standard error. */
 class ApplicationLog {
 public:
     [[nodiscard]] const std::string& path() const { return path_; }
 
     /**
      * Its messages, "E dbus_client.cpp: Init > [b]": priority, file, operation, message; those of its platform layer
-     * as "I platform > the main loop ends: SIGTERM". Process and line numbers are left out, and the output of the
-     * radio stack's programs; a failed status of the secure store reads -N.
+     * as "I platform > the main loop ends: SIGTERM". Omits process IDs, line numbers and the output of the
+     * radio programs; a failed status of the secure store becomes -N.
      */
     [[nodiscard]] std::vector<std::string> messages() const;
 
-    /** How many messages contain a text. */
+    /** Returns how many messages contain a text. */
     [[nodiscard]] long count(const std::string& text) const;
 
-    /** Lines in which EFL or GLib warns or reports an error. */
-    [[nodiscard]] std::vector<std::string> complaints_of_libraries() const;
+    /** Returns the warnings and errors of EFL and GLib. */
+    [[nodiscard]] std::vector<std::string> library_warnings() const;
 
 protected:
     std::string path_ = "/var/log/simulator/application.log";
     std::streamoff begin_ = 0;
 };
 
-/** The log from now on. */
+/** The part of the log after this object's creation. */
 class LogFromNow : public ApplicationLog {
 public:
     LogFromNow();

@@ -6,7 +6,7 @@
 namespace simulator {
 namespace {
 
-/** The names of all processes for which a question about name and state letter is answered yes. */
+/** The names of all processes whose name and state letter satisfy a predicate. */
 template <class Question>
 std::vector<std::string> names_of(const Question& question) {
     std::vector<std::string> names;

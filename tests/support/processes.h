@@ -1,4 +1,4 @@
-/** The processes of the television, or of the machine outside of one. */
+/** Processes of the television or, outside one, of the machine. */
 #pragma once
 
 #include <filesystem>
@@ -10,14 +10,13 @@
 
 namespace simulator {
 
-/** The names of the running processes that are among `names`; ended children nobody has collected
- * are left out. */
+/** The names of the running processes among `names`, without zombies. */
 std::vector<std::string> running_processes(const std::vector<std::string>& names);
 
-/** The names of the ended processes that nobody has collected. */
+/** The names of the zombies. */
 std::vector<std::string> zombies();
 
-/** The sum of the numbers that follow one of the names in a file of "Name: number" lines, as /proc has many. */
+/** The sum of the numbers after these names in a file with "Name: number" lines, such as those in /proc. */
 long sum_of(const std::filesystem::path& path, std::initializer_list<std::string_view> names);
 
 } // namespace simulator

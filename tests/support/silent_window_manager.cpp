@@ -1,6 +1,6 @@
 /**
- * A window manager that does as little as one can: it lets windows appear, move and restack, and neither announces itself
- * nor writes on windows nor gives the keyboard.
+ * A minimal window manager: it maps, moves and restacks windows, but does not announce itself, set window properties or
+ * assign the keyboard.
  */
 #include <X11/Xlib.h>
 

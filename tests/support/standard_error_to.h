@@ -4,7 +4,7 @@
 
 namespace simulator {
 
-/** The standard error of this process leads to another file as long as it lives. */
+/** Redirects the standard error of this process to another file during its lifetime. */
 class StandardErrorTo {
 public:
     explicit StandardErrorTo(const FileDescriptor& file) : former_(dup(STDERR_FILENO)) {

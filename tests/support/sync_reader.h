@@ -1,4 +1,4 @@
-/** Reads the screen for a program without a main loop: each operation waits. */
+/** A blocking screen reader for programs without a main loop. */
 #pragma once
 
 #include "ui_driver/screen_reader.h"
@@ -8,7 +8,7 @@ namespace simulator {
 class SyncReader {
 public:
     /**
-     * Announces a screen reader, which an application asks for when it starts.
+     * Announces a screen reader. Applications check for one when they start.
      *
      * @param answer_limit see ScreenReader.
      * @throws std::runtime_error without an accessibility bus.
@@ -27,7 +27,7 @@ public:
         return answer_of<Screen>([&](const auto& answer) { reader_.look(application, places, answer); });
     }
 
-    /** See `ScreenReader::activate`. @throws std::runtime_error when the widget has no action. */
+    /** See `ScreenReader::activate`. @throws std::runtime_error if the widget has no action. */
     void activate(const Widget& widget) {
         const auto refusal =
             answer_of<std::string>([&](const auto& answer) { reader_.activate(widget, answer); });
@@ -36,7 +36,7 @@ public:
     }
 
 private:
-    /** Starts a question and turns a main loop of its own, whatever the caller has, until it is answered. */
+    /** Starts an operation and runs a private main loop until it is finished. */
     template <class Answer>
     static Answer answer_of(const std::function<void(const std::function<void(const Answer&)>&)>& start) {
         g_autoptr(GMainContext) context = g_main_context_new();

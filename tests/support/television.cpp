@@ -20,11 +20,11 @@ BusConnection connect_to_system_bus() {
 
 Client this_television() { return Client(connect_to_system_bus()); }
 
-std::vector<std::string> asked_of_host(const Client& client) {
+std::vector<std::string> host_calls(const Client& client) {
     return to_strings(first_of(client.call(ncp_host, "Calls")).get());
 }
 
-void let_host_answer(const Client& client, const std::string& method, const std::string& behaviour) {
+void set_host_behaviour(const Client& client, const std::string& method, const std::string& behaviour) {
     client.call(ncp_host, "SetBehaviour", g_variant_new("(ss)", method.c_str(), behaviour.c_str()));
 }
 

@@ -1,11 +1,11 @@
-/** Windows of other applications, and what others do to the one in front. */
+/** Windows of other applications, and actions of other clients on the front window. */
 #pragma once
 
 #include "ui_driver/keyboard.h"
 
 namespace simulator {
 
-/** A window that covers the screen and takes the keys, until it is covered or closed at the end of its life. */
+/** A window that covers the screen and takes the keyboard; destroying this closes it. */
 class OtherWindow {
 public:
     OtherWindow();
@@ -15,9 +15,9 @@ public:
     OtherWindow(OtherWindow&&) = delete;
     OtherWindow& operator=(OtherWindow&&) = delete;
 
-    /** Whether it is the window that gets the keys. */
+    /** Whether it has the keyboard. */
     [[nodiscard]] bool has_keys() const;
-    /** Takes the keys, once it can be seen, where there is no window manager that gives them. */
+    /** Takes the keyboard once it is visible, if there is no window manager to assign it. */
     void take_keys() const;
 
 private:
@@ -25,10 +25,10 @@ private:
     unsigned long window_;
 };
 
-/** Asks the application of the window that has the keys to close it, as a window manager does. */
+/** Requests the focused window to close, like a window manager. */
 void close_front_window(const Display& display);
 
-/** Destroys the window that has the keys, as any client of the display can. */
+/** Destroys the focused window, as any X client can. */
 void destroy_front_window(const Display& display);
 
 } // namespace simulator

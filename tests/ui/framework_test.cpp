@@ -1,4 +1,4 @@
-/** The framework, seen from an application in a process of its own that writes down what happens to it. */
+/** Tests the framework with an application in a child process that records its callbacks. */
 #include "base/wait_until.h"
 #include "common/dropped_press.h"
 #include "efl_1_26/application/accessibility_bridge.h"
@@ -21,21 +21,21 @@ namespace {
 using namespace std::chrono_literals;
 
 /**
- * One run of the framework; ", " separates steps and lines. A step is the name of an operation below and its argument, or
- * else a shell command.
+ * One run of the framework; ", " separates steps and lines. A step is an operation from the table below with its
+ * argument, or a shell command.
  */
-struct Life {
+struct Case {
     const char* name;
-    std::string steps;        /**< taken in another thread once the application is launched */
-    std::string lines;        /**< written down, with "log: " before those of the framework */
+    std::string steps;        /**< performed in another thread after the launch */
+    std::string lines;        /**< expected lines; those that the framework logs begin with "log: " */
     std::string create = {};  /**< steps of the create callback */
     std::string prepare = {}; /**< steps before the framework starts */
-    int status = 0;           /**< of the process, as a shell reports it */
+    int status = 0;           /**< exit status of the process, as in a shell */
 };
 
 Evas_Object* window = nullptr;
 std::jthread user;
-bool next_question_is_lost = false;
+bool lose_next_call = false;
 std::mutex said_mutex;
 std::vector<std::string> said;
 
@@ -59,7 +59,7 @@ void press(const std::string& keys) {
         simulator::press_key(simulator::open_display(), key);
 }
 
-/** Keeps the main loop busy for 400 ms, in the middle of which keys are pressed. */
+/** Blocks the main loop for 400 ms, and presses keys in the middle. */
 void work(const std::string& keys) {
     std::this_thread::sleep_for(200ms);
     press(keys);
@@ -67,7 +67,7 @@ void work(const std::string& keys) {
     say("worked");
 }
 
-/** Waits until a line has been written as often as its first character says. */
+/** Waits until the line after the first character has been recorded that many times. */
 void await(const std::string& times_and_line) {
     const auto is_said = [&] {
         const std::lock_guard lock(said_mutex);
@@ -76,7 +76,7 @@ void await(const std::string& times_and_line) {
     (void)simulator::wait_until(is_said, 60s);
 }
 
-/** Says whether the accessibility bridge is connected, as soon as that is as wanted. */
+/** Waits for a state of the accessibility bridge and records its state. */
 void await_bridge(const std::string& wanted) {
     std::string state;
     const auto is_wanted = [&] {
@@ -88,11 +88,11 @@ void await_bridge(const std::string& wanted) {
     say(state);
 }
 
-/** In the callback of a GLib timer the toolkit's clock must be that of the present turn. */
+/** Checks that the toolkit's clock is up to date in a GLib timer's callback. */
 void await_timer(const std::string& /*argument*/) {
     static const double earliest = ecore_time_get() + 0.3;
     const auto on_timer = [](gpointer) -> gboolean {
-        say(ecore_loop_time_get() >= earliest ? "in time" : "the clock is late");
+        say(ecore_loop_time_get() >= earliest ? "in time" : "the clock is old");
         return G_SOURCE_REMOVE;
     };
     g_timeout_add(300, on_timer, nullptr);
@@ -132,8 +132,8 @@ const std::map<std::string, void (*)(const std::string&)> operations{
     {"hide", [](const auto&) { in_loop([] { evas_object_hide(window); }); }},
     {"hold", [](const auto& key) { simulator::move_key(simulator::open_display(), key, true); }},
     {"ignore_hangup", [](const auto&) { std::signal(SIGHUP, SIG_IGN); }},
-    {"loop", [](const auto&) { in_loop([] {}); }}, // it runs now
-    {"lose_question", [](const auto&) { next_question_is_lost = true; }},
+    {"loop", [](const auto&) { in_loop([] {}); }}, // waits until the loop runs
+    {"lose_question", [](const auto&) { lose_next_call = true; }},
     {"press", press},
     {"press_at_once", [](const auto& keys) { in_loop([&] { press(keys); }); }},
     {"quit", [](const auto&) { in_loop(ui_app_quit); }},
@@ -151,7 +151,7 @@ const std::map<std::string, void (*)(const std::string&)> operations{
     {"work_in_glib", [](const auto&) { g_idle_add(work_in_glib, nullptr); }},
 };
 
-/** @return whether all commands succeeded. */
+/** Performs steps. @return whether all shell commands succeeded. */
 bool take(const std::string& steps) {
     bool succeeds = true;
     g_auto(GStrv) all = g_strsplit(steps.c_str(), ", ", -1);
@@ -166,7 +166,7 @@ bool take(const std::string& steps) {
     return succeeds;
 }
 
-bool create(void* life) {
+bool create(void* test_case) {
     say("create");
     window = elm_win_util_standard_add("probe", "Probe");
     const auto on_key = [](void*, Evas*, Evas_Object*, void* event) {
@@ -184,24 +184,24 @@ bool create(void* life) {
         return ECORE_CALLBACK_PASS_ON;
     };
     ecore_event_handler_add(platform::dropped_press_event(), on_drop, nullptr);
-    return take(static_cast<const Life*>(life)->create);
+    return take(static_cast<const Case*>(test_case)->create);
 }
 
-void terminate(void* /*life*/) {
-    say(std::string("terminate ") + elm_win_title_get(window)); // Elementary is still up
-    user.join();                                                // its last steps may be for now
+void terminate(void* /*test_case*/) {
+    say(std::string("terminate ") + elm_win_title_get(window)); // Elementary is still initialised
+    user.join();                                                // wait for its last steps
     evas_object_del(window);
 }
 
-void launch(platform::LaunchRequest* /*request*/, void* life) {
+void launch(platform::LaunchRequest* /*request*/, void* test_case) {
     say("app_control");
-    user = std::jthread(take, static_cast<const Life*>(life)->steps);
+    user = std::jthread(take, static_cast<const Case*>(test_case)->steps);
 }
 
-int run(Life life) {
+int run(Case test_case) {
     std::string name = "probe";
     char* arguments = name.data();
-    take(life.prepare);
+    take(test_case.prepare);
     ui_app_add_event_handler(
         nullptr, platform::EventType::language_changed,
         [](platform::EventInformation*, void*) { say("language changed"); }, nullptr);
@@ -210,13 +210,13 @@ int run(Life life) {
                                                  .pause = [](void*) { say("pause"); },
                                                  .resume = [](void*) { say("resume"); },
                                                  .app_control = launch};
-    return ui_app_main(1, &arguments, &callbacks, &life);
+    return ui_app_main(1, &arguments, &callbacks, &test_case);
 }
 
 std::string lines_in(const std::string& text) {
     std::string lines;
     std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) { // without what libraries write
+    for (std::string line; std::getline(stream, line);) { // ignores the output of libraries
         if (line.find("/PLATFORM(") == 1)
             line = "> log: " + line.substr(line.find("): ") + 3);
         if (line.starts_with("> "))
@@ -225,8 +225,9 @@ std::string lines_in(const std::string& text) {
     return lines;
 }
 
-/** The lines of an application that ends in order; these between its launch and its end. */
-std::string lived(const std::string& lines = "", const std::string& reason = "the application asked to") {
+/** The lines of a run with a clean shutdown, with these between launch and shutdown. */
+std::string normal_run(const std::string& lines = "",
+                       const std::string& reason = "the application asked to") {
     return "create, app_control, " + lines + (lines.empty() ? "" : ", ") +
            "log: the main loop ends: " + reason + ", terminate Probe";
 }
@@ -236,38 +237,38 @@ const std::string write_arabic =
     "cd $XDG_CONFIG_HOME/tv-platform; echo '[db/menu_widget]\nlanguage=ar_AE.utf8\n";
 const std::string dropped = "log: dropped a press while the screen was frozen: Return";
 
-const std::vector<Life> lives{
-    {"ApplicationQuitsInCreate", "", lived(), "quit"},
+const std::vector<Case> cases{
+    {"ApplicationQuitsInCreate", "", normal_run(), "quit"},
     {"CreateFails", "", "create", "false", "", 3},
     {"CreateThrows", "", "create, log: create ended with an exception: text", "throw text", "", 3},
     {"SignalComesInCreate", "", "create", "signal 15, sleep 5", "", 128 + SIGTERM},
-    {"SigintComes", "loop, signal 2", lived("", "SIGINT")},
-    {"SigquitComes", "loop, signal 3", lived("", "SIGQUIT")},
-    {"SighupComes", "loop, signal 1", lived("", "SIGHUP")},
-    {"SeveralSignalsCome", "signal_thrice", lived("", "SIGTERM")},
+    {"SigintComes", "loop, signal 2", normal_run("", "SIGINT")},
+    {"SigquitComes", "loop, signal 3", normal_run("", "SIGQUIT")},
+    {"SighupComes", "loop, signal 1", normal_run("", "SIGHUP")},
+    {"SeveralSignalsCome", "signal_thrice", normal_run("", "SIGTERM")},
     {"LauncherIgnoredHangup",
      "loop, signal 1, sleep 0.3, say lives, signal 15, await 1terminate Probe, signal 15",
-     lived("lives", "SIGTERM"), "signal 1", "ignore_hangup"},
-    {"DisplayDies", "pkill -KILL Xvfb", lived("", "the display has gone")},
+     normal_run("lives", "SIGTERM"), "signal 1", "ignore_hangup"},
+    {"DisplayDies", "pkill -KILL Xvfb", normal_run("", "the display has gone")},
     {"DisplayIsMissing", "", "log: no display: nothing answers at DISPLAY=:4095", "", "set_display :4095", 4},
     {"BusesDoNotAnswer", "quit",
-     "log: the session bus does not answer: the start does not wait for it, " + lived(), "",
+     "log: the session bus does not answer: the start does not wait for it, " + normal_run(), "",
      "set_mode 1, pkill -STOP -f " + buses},
     {"DescriptorsAreMissingAndAProgramIsStarted",
      "start cd /proc/$$/fd; for n in $(seq 0 99); do [ -e $n ] && "
      "echo \"> $(readlink $n | grep /dev/null || echo $n)\" >&2; done, quit",
-     lived("/dev/null, /dev/null, 2"), "", "close 0, close 1"},
-    {"GlibTimerExpires", "sleep 1, await_timer, quit", lived("in time")},
+     normal_run("/dev/null, /dev/null, 2"), "", "close 0, close 1"},
+    {"GlibTimerExpires", "sleep 1, await_timer, quit", normal_run("in time")},
     {"LanguageOrMirroringChanges",
      write_arabic + "' >next && mv next settings.ini, await 1language changed, sleep 1, say other, " +
          write_arabic + "other=1' >settings.ini, sleep 1, say mirrored, " + write_arabic +
          "mirrored=false' >settings.ini, await 2language changed, quit",
-     lived("language changed, other, mirrored, language changed"), "", "use_settings"},
+     normal_run("language changed, other, mirrored, language changed"), "", "use_settings"},
     {"KeysArePressedInFreezes",
      "sleep 0.5, work_in_glib, await 1worked, sleep 1, press Return, await 1key Return, "
      "press_at_once F9 Return, await 2worked, sleep 1, press Return, await 2key Return, quit",
-     lived("worked, " + dropped + ", key XF86Red, dropped, key Return, key F9, worked, " + dropped +
-           ", dropped, key Return")},
+     normal_run("worked, " + dropped + ", key XF86Red, dropped, key Return, key F9, worked, " + dropped +
+                ", dropped, key Return")},
     {"KeysAreHeldWhileFocusGoes",
      "sleep 0.5, hide, await 1pause, show, await 1resume, sleep 0.5, hold Return, await 1key Return, cover "
      "yes, "
@@ -275,7 +276,8 @@ const std::vector<Life> lives{
      "Return, "
      "hold Return, await 3key Return, cover yes, await 3pause, release Return, cover no, await 3resume, "
      "press Return, await 4key Return, quit",
-     lived("pause, resume, key Return, pause, resume, key Return, key Return, pause, resume, key Return")},
+     normal_run(
+         "pause, resume, key Return, pause, resume, key Return, key Return, pause, resume, key Return")},
     {"ScreenReadersComeAndGo",
      "reader goes, await_bridge not connected, reader comes, await_bridge connected, reader goes, "
      "await_bridge not connected, reader comes, await_bridge connected, press Return, await 1key Return, "
@@ -283,14 +285,14 @@ const std::vector<Life> lives{
      "await_bridge not connected, pkill -STOP -f [a]ccessibility.conf, reader comes, await_bridge not "
      "connected, "
      "pkill -CONT -f [a]ccessibility.conf, await_bridge connected, quit",
-     lived("not connected, lost, connected, not connected, connected, key Return, not connected, not "
-           "connected, connected"),
+     normal_run("not connected, lost, connected, not connected, connected, key Return, not connected, not "
+                "connected, connected"),
      "", "set_mode 1, lose_question"},
 };
 
-class Framework : public testing::TestWithParam<Life> {};
+class Framework : public testing::TestWithParam<Case> {};
 
-TEST_P(Framework, SaysWhatHappensWhen) {
+TEST_P(Framework, LogsExpectedLines) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const auto ends = [](int status) {
         return (WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status)) == GetParam().status;
@@ -299,15 +301,15 @@ TEST_P(Framework, SaysWhatHappensWhen) {
     std::system(("pkill -CONT -f " + buses).c_str());
 }
 
-INSTANTIATE_TEST_SUITE_P(, Framework, testing::ValuesIn(lives),
+INSTANTIATE_TEST_SUITE_P(, Framework, testing::ValuesIn(cases),
                          [](const auto& test) { return test.param.name; });
 
 } // namespace
 
-// The accessibility bridge asks for the address of its bus through it.
+// Replaces EFL's function, with which the accessibility bridge requests the address of its bus.
 extern "C" Eldbus_Pending* eldbus_object_send(Eldbus_Object* object, Eldbus_Message* message,
                                               Eldbus_Message_Cb answered, const void* data, double timeout) {
-    if (std::exchange(next_question_is_lost, false)) {
+    if (std::exchange(lose_next_call, false)) {
         say("lost");
         eldbus_message_unref(message);
         return nullptr;

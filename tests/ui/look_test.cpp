@@ -1,4 +1,4 @@
-/** How all pages and popups look, at this process's screen size. */
+/** Checks the rendering of all pages and popups at the current screen size. */
 #include "support/pages.h"
 #include "support/settings_folder.h"
 
@@ -7,7 +7,7 @@
 
 namespace {
 
-/** The language of the pages, and the part of the screen that the window has. */
+/** The language, and the window's share of the screen. */
 struct View {
     const char* name;
     const char* language;
@@ -15,29 +15,29 @@ struct View {
     double height = 1.0;
 };
 
-/** x, y, width and height in layout units, with x from the side at which reading begins. */
+/** An area in layout units; x is measured from the side where reading begins. */
 struct Units {
     double x, y, width, height;
 };
 
-/** Where the widgets with these texts are. */
+/** The expected areas of widgets by text. */
 const std::map<std::string, Units> places{
     {"Exit", {209, 8, 16, 10}},           {"TX Test", {88.5, 8, 30, 10}}, {"RX Test", {121.5, 8, 30, 10}},
     {"Start TX Test", {70, 71, 100, 10}}, {"Power: ", {19, 36, 202, 10}}, {"Set Power", {19, 48, 100, 10}},
     {"Stop Test", {19, 96, 100, 10}}};
 
-/** A word that is too long for every widget. */
+/** A word too long for any widget. */
 const std::string endless(500, 'W');
 
 bool mirrored() { return elm_config_mirrored_get() != EINA_FALSE; }
 
-/** A line from what a control stands on into the control. */
+/** A line across the control's left edge. */
 Eina_Rectangle edge_of(const Eina_Rectangle& control) {
     const int length = static_cast<int>(8 * elm_config_scale_get());
     return {control.x - length / 2, control.y + control.h / 2, length, 1};
 }
 
-/** Whether two texts, or the widgets that they belong to and that do not hold each other, share a pixel. */
+/** Whether two texts overlap, or their widgets, unless one contains the other. */
 bool collide(const test::DrawnText& one, const test::DrawnText& other) {
     const Eina_Rectangle widget = test::geometry(one.widget);
     const Eina_Rectangle other_widget = test::geometry(other.widget);
@@ -46,7 +46,7 @@ bool collide(const test::DrawnText& one, const test::DrawnText& other) {
            EINA_FALSE;
 }
 
-/** The settings are there before the pages are built. */
+/** Writes the settings before the pages are built. */
 struct Language : testing::WithParamInterface<View> {
     test::SettingsFolder settings{std::string("[db/menu_widget]\nlanguage=") + GetParam().language};
 };
@@ -68,11 +68,10 @@ protected:
         elm_config_mirrored_set(EINA_FALSE);
     }
 
-    /** Looks at what is in front in both directions, and whether it survives the change; a picker's arrows are dim where
-     * there is nothing less or more. */
+    /** Checks the rendering in both text directions. A picker's arrow must be dim unless it can step (`less`, `more`). */
     void check(const std::string& page, bool less = true, bool more = true) {
         SCOPED_TRACE(page);
-        test::run_for(std::chrono::milliseconds(650)); // a press is shown for so long
+        test::run_for(std::chrono::milliseconds(650)); // until the press feedback has ended
         const auto before = look(less, more);
         for (int change = 0; change < 2; ++change) {
             elm_config_mirrored_set(mirrored() ? EINA_FALSE : EINA_TRUE);
@@ -95,7 +94,7 @@ protected:
     }
 
 private:
-    /** @return the contrast of each text: what is chosen, focused or barred shows in its colours. */
+    /** @return the contrast of each text, which reveals selected, focused and locked widgets. */
     std::map<std::string, double> look(bool less, bool more) {
         SCOPED_TRACE(mirrored() ? "from the right" : "from the left");
         test::settle();
@@ -127,7 +126,7 @@ private:
         }
         const auto [x, y, width, height] = screen->focus_ring();
         EXPECT_GE(test::contrast({x, y + height / 2, static_cast<int>(8 * elm_config_scale_get()), 1}), 3.0);
-        screen->visit_all([](Evas_Object* drawn, Evas_Object*) { // an enlarged picture is blurred
+        screen->visit_all([](Evas_Object* drawn, Evas_Object*) { // enlarged images would be blurred
             if (test::is_type(drawn, "image")) {
                 EXPECT_LE(evas_object_image_border_scale_get(drawn), 1.0);
             }
@@ -135,7 +134,7 @@ private:
         return contrasts;
     }
 
-    /** The ring is around what has the focus, and nowhere else, in every frame. */
+    /** Checks in every frame that the focus ring is exactly around the focused widget. */
     static void on_frame(void* self, Evas* /*canvas*/, void* /*event*/) {
         const auto& screen = *static_cast<Look*>(self)->screen;
         const Evas_Object* const focused = elm_object_focused_object_get(screen.window());
@@ -148,12 +147,12 @@ private:
                                                                height + 2 * margin}));
     }
 
-    /** The page is 240 x 135 units large and in the window's middle. */
+    /** Checks that the page is 240 x 135 units in the middle of the window. */
     void expect_at(const Units& units, const Eina_Rectangle& area) const {
         const Eina_Rectangle window = canvas();
         const double unit = std::min(window.w / 240.0, window.h / 135.0);
         const double left = mirrored() ? 240 - units.x - units.width : units.x;
-        constexpr double rounding = 4.0; // pixels, of several sizes
+        constexpr double rounding = 4.0; // accumulated, in pixels
         EXPECT_NEAR(area.x, window.w / 2.0 + (left - 120) * unit, rounding);
         EXPECT_NEAR(area.y, window.h / 2.0 + (units.y - 67.5) * unit, rounding);
         EXPECT_NEAR(area.w, units.width * unit, rounding);
@@ -167,7 +166,7 @@ private:
     }
 };
 
-TEST_P(Look, TxPagesAreWhole) {
+TEST_P(Look, TxPagesRenderCorrectly) {
     check("first");
     activate("TX Test");
     check("start");
@@ -191,7 +190,7 @@ TEST_P(Look, TxPagesAreWhole) {
     EXPECT_EQ(screen->focus_ring().w, 0);
 }
 
-TEST_P(Look, RxPagesAreWhole) {
+TEST_P(Look, RxPagesRenderCorrectly) {
     radio.answer("ember_get_rx_statistics", "('4294967295 packets', 0)");
     activate("RX Test");
     check("start");

@@ -13,9 +13,9 @@ using testing::ElementsAre;
 
 class MainPage : public test::Pages {};
 
-TEST_F(MainPage, ErrorInAStartIsLoggedBehindAScreenThatShowsTheStart) {
+TEST_F(MainPage, ExceptionDuringStartIsLoggedAndPleaseWaitStays) {
     const std::filesystem::path relay = "/opt/usr/apps/com.kelsor.tv.brimhub/bin/socat";
-    std::filesystem::rename(relay, relay.string() + ".away"); // the application sleeps until it is there
+    std::filesystem::rename(relay, relay.string() + ".away"); // the application waits for it
     activate("TX Test");
     const Evas_Object* const button = screen->find("Start TX Test");
     std::optional<simulator::Pixels> frozen;
@@ -37,13 +37,13 @@ TEST_F(MainPage, KeyWithoutNameAndStepWithoutWidgetAreLogged) {
     EXPECT_THAT(log.messages_of("MainPageView.cpp: keyDownCb"), ElementsAre("KeyName [] Key[]"));
     EXPECT_FALSE(runPageStep(LOG_ORIGIN("createSomething"), [] {
         createTextbox(nullptr, "text");
-        ADD_FAILURE() << "the step goes on";
+        ADD_FAILURE() << "the step continued";
     }));
     EXPECT_THAT(log.messages_of("pages_test.cpp: createSomething"), ElementsAre("Input data is Null!!"));
 }
 
-/** A leak grows in each round; what grows by steps, such as a table, does not. The first round fills caches. */
-TEST_F(MainPage, UseOverAndOverLeaksNeitherMemoryNorDescriptors) {
+/** A leak grows in every round, unlike a table that is enlarged now and then. The first round fills caches. */
+TEST_F(MainPage, RepeatedUseLeaksNoMemoryOrDescriptors) {
     const auto allocated = [] { return static_cast<long>(mallinfo2().uordblks); };
     const auto descriptors = [] {
         return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
@@ -65,7 +65,7 @@ TEST_F(MainPage, UseOverAndOverLeaksNeitherMemoryNorDescriptors) {
         growths.push_back(allocated() - before);
     }
     EXPECT_LT(std::min(growths[1], growths[2]), 110 * 150)
-        << testing::PrintToString(growths); // 70 for each measured
+        << testing::PrintToString(growths); // measured: 70 each
     EXPECT_EQ(descriptors(), descriptors_before);
 }
 

@@ -1,4 +1,4 @@
-/** What is drawn after a press, whatever it leads to. */
+/** Checks the visible feedback for presses. */
 #include "support/toolkit_window.h"
 
 #include "common/dropped_press.h"
@@ -28,7 +28,7 @@ protected:
         test::run_for(300ms);
     }
 
-    /** A widget's first 12 pixels and what is before them. */
+    /** The pixels around a widget's left edge. */
     static Pixels edge_of(const Evas_Object* widget) {
         const auto [x, y, width, height] = test::geometry(widget);
         return test::look_at({x - 12, y, 24, height});
@@ -42,7 +42,7 @@ protected:
         return width;
     }
 
-    /** The edge changes, and is as it was in the end. */
+    /** Expects the edge to change and finally to return to its initial look. */
     static void expect_bump(const char* what, const Evas_Object* widget, const std::function<void()>& act) {
         const Pixels before = edge_of(widget);
         act();
@@ -53,13 +53,13 @@ protected:
         EXPECT_TRUE(edge_of(widget) == before) << what;
     }
 
-    /** The pressed look is drawn before the application is called, and stays a while.
-     * @param changed what looks different when it goes, if anything. */
+    /** Expects the pressed look to be drawn before the application is called, and to last a while.
+     * @param changed what looks different afterwards, if anything. */
     void expect_press(const char* what, Evas_Object* widget, std::function<void()> result,
                       const Evas_Object* changed) {
         SCOPED_TRACE(what);
         elm_object_focus_set(widget, EINA_TRUE);
-        test::run_for(2500ms); // until what came before has faded
+        test::run_for(2500ms); // until earlier feedback has faded
         pressed_ = widget;
         led_to = std::move(result);
         before_.emplace(edge_of(widget));
@@ -69,9 +69,9 @@ protected:
         const Pixels old = all_of(changed == nullptr ? widget : changed);
         screen.type("Return");
         EXPECT_TRUE(test::await([&] { return calls_ != 0 && fill_of(widget) == fill; })) << "stays pressed";
-        EXPECT_GT(Clock::now() - called_at_, 100ms) << "too short to be seen";
-        EXPECT_TRUE(calls_ == 1 && was_changed_) << "before the call";
-        EXPECT_LT(width_then_, width) << "pressed in";
+        EXPECT_GT(Clock::now() - called_at_, 100ms) << "too short to be visible";
+        EXPECT_TRUE(calls_ == 1 && was_changed_) << "not drawn before the call";
+        EXPECT_LT(width_then_, width) << "not smaller";
         EXPECT_EQ(all_of(changed == nullptr ? widget : changed) == old, changed == nullptr);
     }
 
@@ -102,7 +102,7 @@ private:
     int width_then_ = 0;
 };
 
-TEST_F(Press, ShowsThatItWasMadeAndWhatItLedTo) {
+TEST_F(Press, ShowsPressedLookAndResult) {
     const Pixels idle = fill_of(other);
     const auto bar = [this](Eina_Bool allowed) {
         return [=, this] { elm_object_focus_allow_set(other, allowed); };
@@ -116,7 +116,7 @@ TEST_F(Press, ShowsThatItWasMadeAndWhatItLedTo) {
     EXPECT_FALSE(fill_of(other) == idle);
     elm_object_focus_set(spinner, EINA_TRUE);
     test::settle();
-    EXPECT_FALSE(fill_of(button) == idle) << "it runs";
+    EXPECT_FALSE(fill_of(button) == idle) << "running is not shown";
     expect_press("another button is freed", button, bar(EINA_TRUE), other);
     expect_press("nothing comes of a number", spinner, nullptr, spinner);
     expect_press("something comes of a number", spinner, set_label, label);
@@ -127,7 +127,7 @@ TEST_F(Press, ShowsThatItWasMadeAndWhatItLedTo) {
     EXPECT_TRUE(fill_of(button) == idle);
 }
 
-TEST_F(Press, ThatGivesTheFocusUpShowsAtOnceThatItWaitsAndThenWhetherItFailed) {
+TEST_F(Press, GivingUpTheFocusShowsWaitingThenFailure) {
     const Pixels idle = fill_of(other);
     std::optional<Pixels> fill;
     std::optional<Pixels> frozen;
@@ -138,8 +138,8 @@ TEST_F(Press, ThatGivesTheFocusUpShowsAtOnceThatItWaitsAndThenWhetherItFailed) {
     };
     screen.press("Return");
     EXPECT_TRUE(STATE_TYPE_GET(efl_access_object_state_set_get(button), EFL_ACCESS_STATE_TYPE_BUSY));
-    EXPECT_TRUE(test::await([&] { return !(all_of(button) == *frozen); })) << "the dots stand still";
-    EXPECT_TRUE(test::await([&] { return all_of(button) == *frozen; })) << "the dots do not come round";
+    EXPECT_TRUE(test::await([&] { return !(all_of(button) == *frozen); })) << "the dots do not move";
+    EXPECT_TRUE(test::await([&] { return all_of(button) == *frozen; })) << "the dots do not cycle";
     const Pixels& waiting = *fill;
     led_to = [this] {
         elm_object_focus_set(button, EINA_FALSE);

@@ -4,7 +4,7 @@
 #include <ostream>
 
 namespace vell {
-// Named as the test library wants them.
+// The test library requires this name.
 void PrintTo(const Area& area, std::ostream* out) { // NOLINT(readability-identifier-naming)
     *out << '{' << area.x << ',' << area.y << ' ' << area.width << 'x' << area.height << '}';
 }
@@ -39,21 +39,21 @@ const std::vector<Case> cases = {
       .align = 4,
       .gap = 10,
       .padding = padding,
-      .mirrored = true}, // but not the padding
+      .mirrored = true}, // the padding is not mirrored
      {small, large},
      {{448, 139, 50, 20}, {338, 134, 100, 30}}},
     {{.align = 1, .mirrored = true}, {small}, {{450, 50, 50, 20}}},
     {{.type = LayoutType::filled, .padding = padding}, {small}, {{101, 53, 397, 193}}},
-    {{.gap = 10}, // the items that fill the parent share what is left by their weights
+    {{.gap = 10}, // items that fill the parent share the remaining space by weight
      {{.given = {400, 20}},
       {.horizontal = fill_parent, .vertical = fill_parent, .weight = 1.0},
       {.horizontal = fill_parent, .vertical = fill_parent, .weight = 3.0}},
      {{100, 50, 400, 20}, {100, 80, 400, 40}, {100, 130, 400, 120}}},
-    {{.align = 1}, // no weight is no share
+    {{.align = 1}, // weight 0 gets no share
      {{.minimum = {5, 6}, .horizontal = fill_parent, .vertical = fill_parent, .weight = 0.0}},
      {{100, 50, 400, 6}}},
     {{.align = 2}, {{.given = {100, 99}, .content = {7, 33}, .vertical = fit_content}}, {{250, 50, 100, 33}}},
-    {{.align = 8}, {huge, huge}, {{100, 50, 400, 150}, {100, 200, 400, 150}}}, // more than there is room for
+    {{.align = 8}, {huge, huge}, {{100, 50, 400, 150}, {100, 200, 400, 150}}}, // larger than the layout
 };
 
 TEST(ToolkitPlacement, ItemsGetTheirAreas) {
@@ -61,7 +61,7 @@ TEST(ToolkitPlacement, ItemsGetTheirAreas) {
         EXPECT_EQ(place(area, arrangement, items), places) << "case " << testing::PrintToString(places);
 }
 
-TEST(ToolkitPlacement, ContentNeedsWhatItsItemsNeed) {
+TEST(ToolkitPlacement, ContentSizeIncludesItemsGapsAndPadding) {
     for (const auto& [type, width, height] : {std::tuple(LayoutType::stack, 103, 67),
                                               {LayoutType::row, 163, 37},
                                               {LayoutType::filled, 103, 37}}) {

@@ -1,4 +1,4 @@
-/** The contract of the toolkit's widgets. */
+/** Tests the documented behaviour of the toolkit's widgets. */
 #include "efl_1_26/toolkit/accessible.h"
 #include "support/settings_folder.h"
 #include "support/toolkit_window.h"
@@ -19,7 +19,7 @@ using testing::HasSubstr;
 
 class Toolkit : public test::ToolkitWindow {
 protected:
-    /** Adds a button in the popup's next free place. */
+    /** Adds a button in the popup's next free slot. */
     static Evas_Object* add_popup_button(Evas_Object* popup, const char* text) {
         Evas_Object* const button = elm_vell_button_add(popup);
         elm_vell_button_text_set(button, text);
@@ -34,7 +34,7 @@ protected:
         evas_event_feed_mouse_up(canvas, 1, EVAS_BUTTON_NONE, 0, nullptr);
         settle();
     }
-    /** Has a widget take the focus whenever it is shown. */
+    /** Makes a widget take the focus whenever it is shown. */
     static void focus_when_shown(Evas_Object* widget) {
         const auto focus = [](void*, Evas*, Evas_Object* shown, void*) {
             elm_object_focus_set(shown, EINA_TRUE);
@@ -49,7 +49,7 @@ void count(void* calls, Arguments...) {
     ++*static_cast<int*>(calls);
 }
 
-TEST_F(Toolkit, ButtonIsPressedOnceForEachActivationUnlessItIsBarred) {
+TEST_F(Toolkit, ButtonEmitsPressedOncePerActivationUnlessLocked) {
     Evas_Object* const button = add_button("Go");
     settle();
     int pressed = 0;
@@ -66,7 +66,7 @@ TEST_F(Toolkit, ButtonIsPressedOnceForEachActivationUnlessItIsBarred) {
     }
 }
 
-TEST_F(Toolkit, ButtonTellsAssistiveTechnologyItsLabelAndStatesAlsoInANewTheme) {
+TEST_F(Toolkit, ButtonExposesLabelAndStatesEvenAfterAThemeChange) {
     Evas_Object* const label = elm_vell_textbox_add(page);
     elm_vell_textbox_text_set(label, "Power: ");
     append(label);
@@ -96,11 +96,11 @@ TEST_F(Toolkit, ButtonTellsAssistiveTechnologyItsLabelAndStatesAlsoInANewTheme) 
             EXPECT_EQ(STATE_TYPE_GET(states, type) != 0, holds) << type;
         EXPECT_EQ(efl_access_action_do(button, 0) != EINA_FALSE, holds);
     }
-    EXPECT_EQ(changes, 7) << "three times busy or not, twice enabled or not, twice sensitive or not";
+    EXPECT_EQ(changes, 7) << "three changes of busy, two of enabled, two of sensitive";
     efl_access_object_event_handler_del(listener);
 }
 
-TEST_F(Toolkit, AppendedItemIsShownOnceAtTheEndOfTheTurnOrTheRender) {
+TEST_F(Toolkit, AppendedItemIsShownOnceAtTheNextRendering) {
     for (const bool render : {false, true}) {
         Evas_Object* const button = add_button("Go");
         EXPECT_FALSE(evas_object_visible_get(button));
@@ -142,13 +142,13 @@ TEST_F(Toolkit, UnknownColorIsLogged) {
     EXPECT_THAT(log.text(), HasSubstr("no such style property of a textbox: shadow"));
 }
 
-TEST_F(Toolkit, SpinnerFollowsMouseKeysAndAssistiveTechnologyBetweenItsLimits) {
+TEST_F(Toolkit, SpinnerStepsWithinItsLimitsByMouseKeysAndAssistiveTechnology) {
     Evas_Object* const spinner = elm_vell_spinner_add(page);
     elm_vell_layout_item_append(page, spinner, 200, 80);
     elm_spinner_min_max_set(elm_vell_spinner_native_get(spinner), 11, 13);
     elm_spinner_step_set(elm_vell_spinner_native_get(spinner), 1.0);
     Evas_Object* const other = add_button("other");
-    std::string said; // each key that reaches the callbacks, and the number shown then
+    std::string said; // each key that reaches the callbacks, with the displayed number
     const auto note = [](void* data, Evas*, Evas_Object* object, void* event) {
         *static_cast<std::string*>(data) += static_cast<Evas_Event_Key_Down*>(event)->key +
                                             std::to_string(std::lround(elm_spinner_value_get(object))) + " ";
@@ -172,7 +172,7 @@ TEST_F(Toolkit, SpinnerFollowsMouseKeysAndAssistiveTechnologyBetweenItsLimits) {
     EXPECT_EQ(elm_spinner_value_get(spinner), 12.0);
     settle();
     for (const test::DrawnText& text : screen.texts())
-        EXPECT_GT(test::contrast(text.area), 4.5) << text.text << " is dim, as a spent arrow is";
+        EXPECT_GT(test::contrast(text.area), 4.5) << text.text << " is as dim as an arrow at a limit";
     click_on("12", 2);
     for (const char* const key : {"Right", "Return", "KP_Enter", "5", "Up", "Down", "Left"})
         screen.press(key);
@@ -192,7 +192,7 @@ TEST_F(Toolkit, SpinnerFollowsMouseKeysAndAssistiveTechnologyBetweenItsLimits) {
     EXPECT_FALSE(efl_access_value_and_text_set(spinner, 12.0, nullptr)) << "behind a popup";
 }
 
-TEST_F(Toolkit, PopupTakesTheFocusAgainAndGivesItBackWhenItGoes) {
+TEST_F(Toolkit, PopupTakesTheFocusAndReturnsItWhenHidden) {
     elm_object_focus_set(add_button("behind"), EINA_TRUE);
     Evas_Object* const picker = elm_vell_popup_add(root);
     Evas_Object* const content = elm_vell_layout_add(root);
@@ -207,7 +207,7 @@ TEST_F(Toolkit, PopupTakesTheFocusAgainAndGivesItBackWhenItGoes) {
     for (const auto& [popup, focused] : {std::pair(picker, "[0]"), std::pair(question, "Cancel")}) {
         evas_object_show(popup);
         settle();
-        EXPECT_EQ(screen.focused(), focused) << "the first time";
+        EXPECT_EQ(screen.focused(), focused) << "when first shown";
         elm_popup_dismiss(popup);
         for (int time = 0; time < 2; ++time) {
             settle();
@@ -215,7 +215,7 @@ TEST_F(Toolkit, PopupTakesTheFocusAgainAndGivesItBackWhenItGoes) {
             elm_popup_dismiss(popup);
         }
         evas_object_show(popup);
-        test::run_for(std::chrono::milliseconds(300)); // longer than any effect
+        test::run_for(std::chrono::milliseconds(300)); // longer than any animation
         EXPECT_EQ(screen.focused(), focused);
         popup == picker ? evas_object_del(popup) : elm_popup_dismiss(popup);
         settle();
@@ -224,7 +224,7 @@ TEST_F(Toolkit, PopupTakesTheFocusAgainAndGivesItBackWhenItGoes) {
         EXPECT_THAT(screen.seen(), ElementsAre("behind"));
     }
     evas_object_show(question);
-    elm_vell_layout_clear(page); // with what the focus would go back to
+    elm_vell_layout_clear(page); // deletes the widget that had the focus
     settle();
     EXPECT_EQ(screen.focused(), "Cancel");
     elm_popup_dismiss(question);
@@ -232,7 +232,7 @@ TEST_F(Toolkit, PopupTakesTheFocusAgainAndGivesItBackWhenItGoes) {
     EXPECT_THAT(screen.seen(), ElementsAre());
 }
 
-TEST_F(Toolkit, PopupHasItsButtonsInARow) {
+TEST_F(Toolkit, PopupPlacesButtonsInARow) {
     Evas_Object* const popup = elm_vell_popup_add(root);
     elm_vell_popup_title_set(popup, "Question");
     elm_vell_popup_message_set(popup, "Sure?", 300);
@@ -253,7 +253,7 @@ TEST_F(Toolkit, PopupHasItsButtonsInARow) {
     }
 }
 
-TEST_F(Toolkit, UnitFits240TimesIntoTheWindowsWidthAnd135TimesIntoItsHeight) {
+TEST_F(Toolkit, LayoutUnitFits240TimesIntoTheWidthAnd135TimesIntoTheHeight) {
     EXPECT_EQ(elm_vell_unit_to_pixel(240.0), 1280);
     EXPECT_EQ(elm_vell_unit_to_pixel(10.0), 53); // 53.3
     for (const auto& [setting, width] : {std::pair("960x540", 960), std::pair("1280x540", 960),
@@ -265,7 +265,7 @@ TEST_F(Toolkit, UnitFits240TimesIntoTheWindowsWidthAnd135TimesIntoItsHeight) {
     }
 }
 
-/** A valid argument of whatever type. */
+/** A valid argument of any type. */
 struct Argument {
     operator int() const { return 1; }
     operator bool() const { return true; }
@@ -280,7 +280,7 @@ void call(Evas_Object* handle, const Argument& argument, Result (*operation)(Han
     operation(handle, static_cast<Arguments>(argument)...);
 }
 
-TEST_F(Toolkit, HandleThatIsNullOrOfAnotherFamilyIsLeftAlone) {
+TEST_F(Toolkit, NullAndWrongTypeHandlesAreIgnored) {
     Evas_Object* const spinner = append(elm_vell_spinner_add(page));
     Evas_Object* const button = add_button("Go");
     Evas_Object* const foreign = elm_label_add(screen.window());

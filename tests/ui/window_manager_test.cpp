@@ -1,4 +1,4 @@
-/** The window on screens whose window manager does little, or is not there. */
+/** Tests the window with minimal window managers and without one. */
 #include "base/process.h"
 #include "support/settings_folder.h"
 #include "support/toolkit_window.h"
@@ -15,7 +15,7 @@ struct Situation {
     const char* settings;
 };
 
-/** The window manager is there before the window. */
+/** Starts the window manager before the window. */
 struct Manager : testing::WithParamInterface<Situation> {
     Manager() {
         if (GetParam().manager.empty())
@@ -27,7 +27,7 @@ struct Manager : testing::WithParamInterface<Situation> {
         char ready = '\0';
         EXPECT_EQ(read(said.get(), &ready, 1), 1);
         if (GetParam().has_gone)
-            process.reset(); // what it has announced stays
+            process.reset(); // its announcement stays on the root window
     }
 
     test::SettingsFolder settings{GetParam().settings};
@@ -42,16 +42,17 @@ protected:
     }
 };
 
-TEST_P(Unmanaged, WindowIsSeenAndHasTheKeyboardWhenItAppearsAndWhenItIsRaised) {
-    elm_vell_layout_align_set(page, 1); // where the other window is
+TEST_P(Unmanaged, WindowIsVisibleAndFocusedWhenShownAndWhenRaised) {
+    elm_vell_layout_align_set(page, 1); // where the other window covers it
     const Evas_Object* const button = add_button("Go");
     test::settle();
     const Ecore_X_Window window = elm_win_xwindow_get(screen.window());
     const auto is_in_front = [&] {
         return ecore_x_window_focus_get() == window && test::contrast(test::geometry(button)) > 4.5;
     };
-    EXPECT_TRUE(test::await(is_in_front)) << "at the start";
-    Eina_Bool is_placed = EINA_FALSE; // by the user: or a window manager may ask the user for the place
+    EXPECT_TRUE(test::await(is_in_front)) << "when shown";
+    Eina_Bool is_placed =
+        EINA_FALSE; // user-specified: otherwise a window manager may ask the user for a position
     ecore_x_icccm_size_pos_hints_get(window, &is_placed, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
                                      nullptr, nullptr, nullptr, nullptr, nullptr);
     EXPECT_EQ(is_placed != EINA_FALSE, *GetParam().settings == '\0');
@@ -59,7 +60,7 @@ TEST_P(Unmanaged, WindowIsSeenAndHasTheKeyboardWhenItAppearsAndWhenItIsRaised) {
     other.take_keys();
     EXPECT_TRUE(test::await([&] { return !is_in_front(); }));
     elm_win_raise(screen.window());
-    EXPECT_TRUE(test::await(is_in_front)) << "after the raise";
+    EXPECT_TRUE(test::await(is_in_front)) << "when raised";
 }
 
 constexpr const char* in_a_window = "[screen]\nsize=960x540\n";

@@ -17,7 +17,7 @@ using simulator::FileDescriptor;
 using simulator::make_pipe;
 using simulator::StandardErrorTo;
 
-// Reads until nothing more comes: a terminal delivers in pieces.
+// Reads until no more data arrives, since a terminal delivers in pieces.
 std::string read_out(const FileDescriptor& from) {
     std::string all;
     std::array<char, 4096> text{};
@@ -68,7 +68,7 @@ TEST(Log, ColoursOnATerminal) {
                                       "\x1b[32m" + head('I') + "green\x1b[0m\r\n" + head('I') + "grey\r\n");
 }
 
-TEST(Log, ReportsWhatItCannotWriteAndLeavesErrnoAlone) {
+TEST(Log, ReturnsWriteErrorsAndPreservesErrno) {
     const StandardErrorTo redirected(make_pipe()[1]);
     errno = ERANGE;
     EXPECT_EQ(print(LogPriority::error, "nobody reads"), -EPIPE);
@@ -93,7 +93,7 @@ TEST(Log, SendsFieldsWhenStandardErrorIsTheJournal) {
         print(LogPriority::error, "failed\n");
     }
     const auto field = [](const std::string& key, const std::string& value) {
-        const std::string length(1, static_cast<char>(value.size())); // of eight bytes, the lowest first
+        const std::string length(1, static_cast<char>(value.size())); // eight bytes, little-endian
         return key + '\n' + length + std::string(7, '\0') + value + '\n';
     };
     EXPECT_EQ(read_out(journal),

@@ -16,7 +16,7 @@ int last_time_out_milliseconds = 0;
 
 } // namespace
 
-// The linker puts this in place of the bus library's call (-Wl,--wrap=g_dbus_proxy_call_sync).
+// Replaces GDBus's function at link time (-Wl,--wrap=g_dbus_proxy_call_sync).
 extern "C" {
 decltype(g_dbus_proxy_call_sync) __real_g_dbus_proxy_call_sync;
 decltype(g_dbus_proxy_call_sync) __wrap_g_dbus_proxy_call_sync;
@@ -46,7 +46,7 @@ public:
     Notes notes;
 };
 
-TEST_F(DBusClientTest, FailedInitKeepsNothingAndALaterOneSucceedsOnce) {
+TEST_F(DBusClientTest, FailedInitReleasesEverythingAndLaterInitSucceeds) {
     forget_system_bus();
     {
         const ScopedEnvironment address("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/tmp/no-such-bus");
@@ -78,17 +78,17 @@ TEST_F(DBusClientTest, FailedInitKeepsNothingAndALaterOneSucceedsOnce) {
     EXPECT_THAT(notes, ElementsAre("1 ready")) << "one subscription, not two";
 }
 
-TEST_F(DBusClientTest, CallsReturnTheReplyOrTheErrorOnly) {
+TEST_F(DBusClientTest, CallsReturnTheReplyOrTheError) {
     client.Init();
     service.answer("ember_set_channel", "(0,)");
-    let_host_answer(simulator::this_television(), "ember_stop", "error");
+    set_host_behaviour(simulator::this_television(), "ember_stop", "error");
     g_autoptr(GVariant) reply = nullptr;
     ASSERT_TRUE(client.ProcessSyncCall("ember_set_channel", g_variant_new("(i)", 26), reply));
     EXPECT_STREQ(g_variant_get_type_string(reply), "(i)");
     EXPECT_THAT(service.calls(), ElementsAre("ember_set_channel(26)"));
     EXPECT_EQ(last_time_out_milliseconds, 120'000);
     GVariant* untouched = nullptr;
-    // An error reply, an unknown method, and a call that the bus library refuses.
+    // An error reply, an unknown method, and a call that GDBus rejects.
     for (const char* const method : {"ember_stop", "no_such_method", ""})
         EXPECT_FALSE(client.ProcessSyncCall(method, nullptr, untouched)) << method;
     EXPECT_EQ(untouched, nullptr);
@@ -96,7 +96,7 @@ TEST_F(DBusClientTest, CallsReturnTheReplyOrTheErrorOnly) {
                 ElementsAre(HasSubstr("ember_stop failed"), StartsWith("Error Code["), "Error is NULL"));
 }
 
-TEST_F(DBusClientTest, RegistryKnowsAnEntryByNameAndCallback) {
+TEST_F(DBusClientTest, RegistryIdentifiesEntriesByNameAndCallback) {
     const simulator::BusConnection shared = simulator::connect_to_system_bus(); // outlives Deinit
     client.Init();
     Notes other;
@@ -125,7 +125,7 @@ TEST_F(DBusClientTest, RegistryKnowsAnEntryByNameAndCallback) {
                 IsSupersetOf({"wrong param!!!", "callback is already unregistered!"}));
 }
 
-TEST_F(DBusClientTest, ListenersMayRemoveOthersAndTheirExceptionsGoToTheLogAndNoFurther) {
+TEST_F(DBusClientTest, CallbacksMayRemoveOthersAndTheirExceptionsAreLogged) {
     const auto remove_the_next = [](const std::string& text, void* test) {
         auto* const self = static_cast<DBusClientTest*>(test);
         note<1>(text, &self->notes);
@@ -138,7 +138,7 @@ TEST_F(DBusClientTest, ListenersMayRemoveOthersAndTheirExceptionsGoToTheLogAndNo
     client.RegisterDBusSignalCB("ncp_event", note<3>, &notes);
     service.emit("('a',)");
     service.emit("('b',)");
-    EXPECT_THAT(notes, ElementsAre("1 a", "2 a", "3 a", "1 b", "3 b")) << "removed from the next signal on";
+    EXPECT_THAT(notes, ElementsAre("1 a", "2 a", "3 a", "1 b", "3 b")) << "removed only for later signals";
     notes.clear();
     client.UnregisterDBusSignalCB("ncp_event", remove_the_next);
     client.UnregisterDBusSignalCB("ncp_event", note<3>);

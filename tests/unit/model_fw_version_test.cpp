@@ -31,13 +31,13 @@ protected:
     LogCapture log;
 };
 
-TEST_F(FirmwareVersionTest, SecureTextsComeBackWholeAndTheCredentialStays) {
+TEST_F(FirmwareVersionTest, SecureTextsRoundTripAndKeepTheCredential) {
     EXPECT_EQ(SecureData::LoadStringData(record_key), "");
     for (const std::string text : {"7.4.10", "", "x"}) {
         SecureData::StoreStringData(record_key, text);
         EXPECT_EQ(SecureData::LoadStringData(record_key), text);
     }
-    // Records of devices in the field must stay readable, and one without a NUL at its end is whole too.
+    // Records of devices in the field must stay readable, and one without a terminating NUL is complete too.
     const auto application = secure_store::credential("velmora.radio-module");
     EXPECT_EQ(secure_store::read(record_key, application).data, std::string("x\0", 2));
     ASSERT_EQ(secure_store::write(record_key, "1.2.3", application), platform::ok);
@@ -54,7 +54,7 @@ void put_image(const std::filesystem::path& path, const Image& content) {
         put_file(path, *content);
 }
 
-TEST_F(FirmwareVersionTest, DecisionIsMadeAndRememberedWhenItChanges) {
+TEST_F(FirmwareVersionTest, VersionIsDeterminedAndStoredWhenItChanges) {
     const Image missing;
     const Image cut = "7 bytes";
     const Image stored = image(1, 2, 9);
@@ -66,7 +66,7 @@ TEST_F(FirmwareVersionTest, DecisionIsMadeAndRememberedWhenItChanges) {
         Image hub;
         Image factory;
         const char* version;
-        bool is_remembered; // in the store and in the mirror file
+        bool is_remembered; // in the secure store and in the version file
     };
     int row = 0;
     for (const auto& [store, has_metadata, hub, factory, version, is_remembered] :
@@ -103,7 +103,7 @@ TEST_F(FirmwareVersionTest, DecisionIsMadeAndRememberedWhenItChanges) {
     EXPECT_THAT(log.text(), testing::HasSubstr("> /nowhere can't opent file\n"));
 }
 
-TEST_F(FirmwareVersionTest, BothStoresAreGivenAwayEachTimeWhereThatIsAllowed) {
+TEST_F(FirmwareVersionTest, FilesGetTheDeviceOwnerOnEveryCall) {
     const std::filesystem::path other_store = "/mnt/drm/securestorage/data/aaba977f";
     put_file(other_store, "x");
     if (chown(other_store.c_str(), 5001, 0) != 0) {
@@ -120,7 +120,7 @@ TEST_F(FirmwareVersionTest, BothStoresAreGivenAwayEachTimeWhereThatIsAllowed) {
     }
 }
 
-TEST_F(FirmwareVersionTest, LastNumberChoosesTheSerialSpeed) {
+TEST_F(FirmwareVersionTest, LastNumberSelectsTheSerialSpeed) {
     for (const char* version :
          {"", "1.2.8", "255.0.8", "8", "1.2.-3", "9.9.", "1.2.abc", ".", "1.2.2147483648", "9.9.0x10"})
         EXPECT_EQ(get_cpcd_conf_name(version), "cpcd_115200.conf") << version;

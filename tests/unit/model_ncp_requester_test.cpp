@@ -27,14 +27,14 @@ protected:
     Notes notes;
 };
 
-TEST_F(NcpRequesterTest, StartsOnceAndStopsOnceAndIsMadeAnewWithoutListeners) {
+TEST_F(NcpRequesterTest, StartsAndStopsOnceAndNewInstanceHasNoListeners) {
     const simulator::BusConnection shared = simulator::connect_to_system_bus(); // outlives the requester
     requester.register_callback(note<1>, &notes);
     requester.stop();
     EXPECT_EQ(own_messages("stop").back(), "Not yet Started");
     requester.start();
     requester.start();
-    EXPECT_THAT(sleep.sleeps(), ElementsAre(500'000)) << "one, of the first start";
+    EXPECT_THAT(sleep.sleeps(), ElementsAre(500'000)) << "only for the first start";
     service.emit("('ready',)");
     requester.stop();
     service.emit("('ready',)");
@@ -42,26 +42,26 @@ TEST_F(NcpRequesterTest, StartsOnceAndStopsOnceAndIsMadeAnewWithoutListeners) {
     ncp_requester::destroyInstance();
     log.clear();
     service.emit("('ready',)");
-    EXPECT_THAT(log.messages(), IsEmpty()) << "a requester that is gone is called";
+    EXPECT_THAT(log.messages(), IsEmpty()) << "a destroyed requester was called";
     ncp_requester::getInstance().start();
     service.emit("('ready',)");
     EXPECT_THAT(notes, ElementsAre("1 ready"));
 }
 
-// The other one goes, too, and is called once more: the event is on its way to it.
+// Also removes the other listener, which still receives the event in progress.
 template <int number>
-void use_the_radio_and_leave(const std::string& /*data*/, void* notes) {
+void start_radio_and_unregister(const std::string& /*data*/, void* notes) {
     ncp_requester& requester = ncp_requester::getInstance();
     note<number>(requester.ember_start(1) ? "started" : "not started", notes);
-    requester.unregister_callback(use_the_radio_and_leave<0>);
-    requester.unregister_callback(use_the_radio_and_leave<4>);
+    requester.unregister_callback(start_radio_and_unregister<0>);
+    requester.unregister_callback(start_radio_and_unregister<4>);
 }
 
-TEST_F(NcpRequesterTest, ListenersMaySendCommandsAndLeaveAndKeepTheirFirstUserData) {
+TEST_F(NcpRequesterTest, ListenersMaySendCommandsRemoveThemselvesAndKeepTheirFirstUserData) {
     Notes other;
     service.answer("ember_start", "(0,)");
-    requester.register_callback(use_the_radio_and_leave<0>, &notes);
-    requester.register_callback(use_the_radio_and_leave<4>, &notes);
+    requester.register_callback(start_radio_and_unregister<0>, &notes);
+    requester.register_callback(start_radio_and_unregister<4>, &notes);
     requester.register_callback(note<1>, &notes);
     requester.register_callback(note<2>, &notes);
     requester.register_callback(note<1>, &other);
@@ -78,7 +78,7 @@ TEST_F(NcpRequesterTest, ListenersMaySendCommandsAndLeaveAndKeepTheirFirstUserDa
     EXPECT_EQ(statistics, "7 packets") << "whatever the result";
 }
 
-TEST_F(NcpRequesterTest, StartGivesUpAfterTwentyAttemptsWhateverTheLastOneGives) {
+TEST_F(NcpRequesterTest, StartGivesUpAfterTwentyAttempts) {
     forget_system_bus();
     std::optional<ScopedEnvironment> unreachable(std::in_place, "DBUS_SYSTEM_BUS_ADDRESS",
                                                  "unix:path=/tmp/no-such-bus");

@@ -19,7 +19,7 @@ using testing::SizeIs;
 
 namespace {
 
-// Whether an action succeeds in a process whose system calls fail where the filter ends with its last statement.
+// Whether an action succeeds in a process with a system call filter; calls fail that reach the filter's last statement.
 bool succeeds_under(std::vector<sock_filter> filter, const std::function<bool()>& action) {
     filter.insert(filter.begin(), BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)));
     filter.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
@@ -31,14 +31,14 @@ bool succeeds_under(std::vector<sock_filter> filter, const std::function<bool()>
     }));
 }
 
-// ... whose system calls of two numbers fail.
+// The same, with two system calls that fail.
 bool succeeds_without(unsigned call, unsigned other_call, const std::function<bool()>& action) {
     return succeeds_under({BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, call, 2, 0),
                            BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, other_call, 1, 0)},
                           action);
 }
 
-// ... whose files cannot be opened to be created, as where the kernel protects another account's files in /tmp.
+// The same, with openat failing for O_CREAT, as if the kernel protected another user's files in /tmp.
 bool succeeds_without_creating_files(const std::function<bool()>& action) {
     constexpr auto flags = offsetof(seccomp_data, args) + 2 * sizeof(std::uint64_t);
     return succeeds_under({BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_openat, 0, 2),
@@ -57,21 +57,21 @@ protected:
     LogCapture log;
 };
 
-TEST_F(UtilTest, ForegroundCommandGivesItsRawStatus) {
+TEST_F(UtilTest, ForegroundCommandReturnsTheWaitStatus) {
     EXPECT_EQ(exec_shell("true"), 0);
     EXPECT_EQ(exec_shell("killall no-such-process"), 256);
     EXPECT_EQ(exec_shell("kill -9 $$"), SIGKILL);
-#ifndef __SANITIZE_ADDRESS__ // whose search for leaks, as the child exits, has a status of its own
+#ifndef __SANITIZE_ADDRESS__ // the leak check changes the child's exit status
     EXPECT_TRUE(succeeds_without(SYS_execve, SYS_execveat, [] { return exec_shell("exit 1") == 0; }))
-        << "a shell that cannot be executed ends with status 0";
+        << "a shell that cannot be executed exits with status 0";
 #endif
-    auto* const before = std::signal(SIGCHLD, SIG_IGN); // the system then collects children itself
+    auto* const before = std::signal(SIGCHLD, SIG_IGN); // the kernel then reaps children
     EXPECT_EQ(exec_shell("true"), -1);
     std::signal(SIGCHLD, before);
     EXPECT_EQ(log.messages_of("util.cpp: exec_shell").back(), "Error waitpid");
 }
 
-TEST_F(UtilTest, NoProcessCanBeMade) {
+TEST_F(UtilTest, FailedProcessCreationIsLogged) {
     EXPECT_TRUE(succeeds_without(SYS_clone, SYS_clone3, [] {
         const bool is_refused = exec_app("true") == -1 && exec_shell("true") == -1;
         get_command_result("any");
@@ -83,7 +83,7 @@ TEST_F(UtilTest, NoProcessCanBeMade) {
                 AllOf(SizeIs(5), Each("Command [pgrep -c any] result : ")));
 }
 
-TEST_F(UtilTest, CountingEndsAtExactlyZero) {
+TEST_F(UtilTest, CountingStopsAtExactlyZero) {
     const std::string program = folder / "pgrep";
     const ScopedEnvironment path("PATH", folder.string() + ":" + getenv("PATH"));
     const std::string long_answer(300, '7');
@@ -107,13 +107,13 @@ TEST_F(UtilTest, CountingEndsAtExactlyZero) {
     }
 }
 
-TEST_F(UtilTest, PipeInAFilesPlaceHoldsNobodyUp) {
+TEST_F(UtilTest, NamedPipeDoesNotBlockTheWriter) {
     ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
     write_file(file, "FAIL");
     EXPECT_EQ(FwVersionReader().GetVersion(file), "");
 }
 
-TEST_F(UtilTest, FileThatExistsIsReplacedWhereNoneCanBeCreated) {
+TEST_F(UtilTest, ExistingFileIsReplacedIfCreationIsRefused) {
     put_file(file, "PASS, and more");
     EXPECT_TRUE(succeeds_without_creating_files([this] {
         write_file(file + " of another name", "FAIL");
@@ -122,7 +122,7 @@ TEST_F(UtilTest, FileThatExistsIsReplacedWhereNoneCanBeCreated) {
     }));
 }
 
-TEST_F(UtilTest, LinkInAFilesPlaceIsReplacedAndNeverFollowed) {
+TEST_F(UtilTest, LinkIsReplacedAndNeverFollowed) {
     const std::string target = folder / "target";
     put_file(target, "of another account");
     const auto write_over = [&] {
@@ -139,7 +139,7 @@ TEST_F(UtilTest, LinkInAFilesPlaceIsReplacedAndNeverFollowed) {
     write_over();
 }
 
-TEST_F(UtilTest, WaitingTestsThePathThirtyTimes) {
+TEST_F(UtilTest, WaitingChecksThePathThirtyTimes) {
     const SleepRecorder sleep;
     EXPECT_EQ(wait_condition(file, false), 0);
     EXPECT_THAT(sleep.sleeps(), AllOf(SizeIs(30), Each(100'000)));

@@ -17,7 +17,7 @@ using platform::storage_failed;
 
 class SecureStorage : public WithoutStore {};
 
-TEST_F(SecureStorage, KeepsRecordsApartAndReplacesThem) {
+TEST_F(SecureStorage, KeepsRecordsSeparateAndReplacesThem) {
     const SecureStorageCredential other = credential("another application");
     EXPECT_EQ(read("version").result, platform::no_such_record);
     const std::string version("7.4.10\0", 7);
@@ -32,7 +32,7 @@ TEST_F(SecureStorage, KeepsRecordsApartAndReplacesThem) {
     EXPECT_EQ(read("version", other).data, "of another application");
     EXPECT_EQ(read("none").result, platform::no_such_record);
     EXPECT_EQ(content_of(file)->find("1.2.9"), std::string::npos) << "not encrypted";
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1) << "a temporary file is left";
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1) << "a temporary file was left";
 }
 
 TEST_F(SecureStorage, RefusesBadArguments) {
@@ -57,7 +57,7 @@ TEST_F(SecureStorage, RefusesBadArguments) {
     EXPECT_EQ(write(std::string(255, 'k'), std::string(largest, 'd')), platform::ok);
 }
 
-TEST_F(SecureStorage, DamagedFileNeverGivesWrongDataAndIsReplacedByTheNextWrite) {
+TEST_F(SecureStorage, DamagedFileNeverReturnsWrongDataAndIsReplacedByTheNextWrite) {
     ASSERT_EQ(write("aaaa", "of a"), platform::ok);
     ASSERT_EQ(write("bbbb", "of b"), platform::ok);
     const std::string good = content_of(file).value();
@@ -81,13 +81,13 @@ TEST_F(SecureStorage, DamagedFileNeverGivesWrongDataAndIsReplacedByTheNextWrite)
         put_file(file, damaged);
         ASSERT_TRUE(is_right("aaaa", "of a") && is_right("bbbb", "of b")) << damaged.substr(0, good.size());
         if (damaged.size() == good.size() && damaged != swapped)
-            continue; // a write for each bit would take long
+            continue; // writing for every bit would be slow
         ASSERT_EQ(write("aaaa", "1.2.9"), platform::ok) << damaged.size() << " bytes";
         ASSERT_EQ(read("aaaa").data, "1.2.9");
     }
 }
 
-TEST_F(SecureStorage, OpensARecordOnItsOwnMachineInItsOwnPlaceAlone) {
+TEST_F(SecureStorage, RecordOpensOnlyOnItsMachineAndUnderItsName) {
     using namespace platform::secure;
     const std::string machine = machine_identity().value();
     const std::string sealed = seal("version", "7.4.10", credential(), machine);
@@ -103,7 +103,7 @@ struct stat status_of(const fs::path& path) {
     return status;
 }
 
-TEST_F(SecureStorage, KeepsOthersOutWhateverTheFileModeMaskAndKeepsItsOwner) {
+TEST_F(SecureStorage, ModesIgnoreTheUmaskAndTheOwnerIsKept) {
     const fs::path share = top.parent_path();
     const fs::path aside = "/opt/share.aside";
     fs::rename(share, aside);
@@ -111,7 +111,7 @@ TEST_F(SecureStorage, KeepsOthersOutWhateverTheFileModeMaskAndKeepsItsOwner) {
         const mode_t before = umask(mask);
         EXPECT_EQ(write("version", "7.4.10"), platform::ok);
         EXPECT_EQ(chmod(file.c_str(), 0666), 0);
-        EXPECT_EQ(write("version", "1.2.9"), platform::ok) << "a store that lay open";
+        EXPECT_EQ(write("version", "1.2.9"), platform::ok) << "a store with open permissions";
         umask(before);
         for (const auto& [path, mode] :
              {std::pair{share, 0755U}, {top, 0700U}, {folder, 0700U}, {file, 0600U}})
@@ -125,7 +125,7 @@ TEST_F(SecureStorage, KeepsOthersOutWhateverTheFileModeMaskAndKeepsItsOwner) {
     fs::rename(aside, share);
 }
 
-TEST_F(SecureStorage, LeavesWhatIsNoStoreAlone) {
+TEST_F(SecureStorage, RefusesOtherFilesAndUnsafeLinks) {
     ASSERT_EQ(write("version", "7.4.10"), platform::ok);
     const fs::path elsewhere = top / "elsewhere";
     const auto link = [&](uid_t owner, uid_t owner_of_target, mode_t mode) {
@@ -147,7 +147,7 @@ TEST_F(SecureStorage, LeavesWhatIsNoStoreAlone) {
         {file, [] { fs::create_symlink(file, file); }},
         {file, [] { EXPECT_EQ(mkfifo(file.c_str(), 0600), 0); }},
         {folder, [] { put_file(folder, "no folder"); }},
-        {folder, link(0, 0, 0755), geteuid() == 0}, // of root, to what root alone may write
+        {folder, link(0, 0, 0755), geteuid() == 0}, // root's link to a folder that only root can write
         {folder, link(1234, 0, 0755)},
         {folder, link(0, 1234, 0755)},
         {folder, link(0, 0, 0775)},
@@ -169,11 +169,11 @@ TEST_F(SecureStorage, LeavesWhatIsNoStoreAlone) {
     }
 }
 
-// Starts a write and kills it before or after one of its system calls; returns false when it ended earlier.
-// Appends a letter for each of its calls that matter on a disk.
+// Starts a write and kills it before or after one of its system calls; returns false if it finished first. Appends a
+// letter for each call that affects the disk.
 bool kill_write_at(int stop, std::string& calls) {
     static const std::map<std::uint64_t, char> letters = {
-#ifdef SYS_rename // newer kinds of processor have only the other two
+#ifdef SYS_rename // some architectures have only the other two
         {SYS_rename, 'r'},
 #endif
         {SYS_write, 'w'},  {SYS_fsync, 's'}, {SYS_fdatasync, 's'}, {SYS_renameat, 'r'}, {SYS_renameat2, 'r'}};
@@ -193,7 +193,7 @@ bool kill_write_at(int stop, std::string& calls) {
             calls += letters.at(info.entry.nr);
     }
     if (!WIFSTOPPED(status)) {
-        EXPECT_EQ(status, 0) << "the write failed by itself";
+        EXPECT_EQ(status, 0) << "the write failed without being killed";
         return false;
     }
     kill(writer, SIGKILL);
@@ -201,7 +201,7 @@ bool kill_write_at(int stop, std::string& calls) {
     return true;
 }
 
-TEST_F(SecureStorage, HoldsTheOldOrTheNewRecordWhereverAWriteIsKilled) {
+TEST_F(SecureStorage, ContainsTheOldOrNewRecordWhereverAWriteIsKilled) {
     ASSERT_EQ(write("version", "old"), platform::ok);
     struct Case {
         std::optional<std::string> store;
@@ -231,7 +231,7 @@ TEST_F(SecureStorage, HoldsTheOldOrTheNewRecordWhereverAWriteIsKilled) {
     }
 }
 
-TEST_F(SecureStorage, KeepsTheRecordsOfAllWhoWriteAtOnce) {
+TEST_F(SecureStorage, KeepsTheRecordsOfConcurrentWriters) {
     const std::vector<std::string> keys{"first", "second", "third", "fourth"};
     std::vector<pid_t> writers;
     for (const std::string& key : keys)

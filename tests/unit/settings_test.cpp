@@ -30,7 +30,7 @@ protected:
     test::SettingsFolder settings_{""};
 };
 
-TEST_F(Settings, AreReadFromTheFileAsItIsNow) {
+TEST_F(Settings, AreReadFromTheCurrentFile) {
     EXPECT_EQ(read("db/menu_widget/language"), std::nullopt);
     EXPECT_EQ(ua_UI_orientation_get(), 0);
     write("[db/menu_widget]\nlanguage=de_DE.utf8\nempty=\n");
@@ -46,10 +46,10 @@ TEST_F(Settings, AreReadFromTheFileAsItIsNow) {
     EXPECT_EQ(read("other/key"), std::nullopt);
     std::filesystem::remove(settings_.file());
     ASSERT_EQ(mkfifo(settings_.file().c_str(), 0600), 0);
-    EXPECT_EQ(read("other/key"), std::nullopt) << "of a pipe that nobody writes";
+    EXPECT_EQ(read("other/key"), std::nullopt) << "a pipe without a writer";
 }
 
-TEST_F(Settings, OfSizesAreReadStrictly) {
+TEST_F(Settings, SizesAreParsedStrictly) {
     write("[screen]\nsize=1280x720\nmax=16384x1\nzero=0x720\nlarge=16385x1\nsign=-5x5\nrest=1x2x3\nhalf=640\n"
           "blank=1 x2\nhuge=99999999999x1\n");
     EXPECT_THAT(platform::settings::size("screen/size"), Optional(Size{1280, 720}));
@@ -58,7 +58,7 @@ TEST_F(Settings, OfSizesAreReadStrictly) {
         EXPECT_EQ(platform::settings::size("screen/" + std::string(key)), std::nullopt) << key;
 }
 
-TEST_F(Settings, OfTheLanguageTellTheDirectionUnlessItIsSet) {
+TEST_F(Settings, LanguageDeterminesTheDirectionUnlessItIsSet) {
     for (const char* language : {"ar", "ar_AE.utf8", "he-IL", "fa_IR.UTF-8", "ur_PK", "az_Arab_IR"})
         EXPECT_TRUE(is_mirrored_with(std::string("language=") + language)) << language;
     const std::string too_long(4000, 'a');

@@ -1,4 +1,4 @@
-/** The application's pages in a window of this process, with a radio whose answers the test sets. */
+/** The application's pages in this process, with a radio service whose answers the test sets. */
 #pragma once
 
 #include "support/log_capture.h"
@@ -16,7 +16,7 @@
 
 namespace test {
 
-/** Builds the pages as the application does when it starts, and destroys them as it does when it exits. */
+/** Builds and destroys the pages as the application does. */
 class Pages : public testing::Test {
 protected:
     Pages() {
@@ -50,10 +50,10 @@ protected:
         ecore_event_handler_del(keys_);
         MainPageView::destroyInstance();
         settle();
-        EXPECT_THAT(log.complaints_of_libraries(), testing::IsEmpty());
+        EXPECT_THAT(log.library_warnings(), testing::IsEmpty());
     }
 
-    /** Presses a button by Return. */
+    /** Presses a button with Return. */
     void activate(const std::string& text) const {
         Evas_Object* const button = screen->find(text);
         ASSERT_NE(button, nullptr) << text;
@@ -61,7 +61,7 @@ protected:
         ASSERT_EQ(screen->focused(), text);
         screen->press("Return");
     }
-    /** Has the radio's service report that the radio is ready, as it does after a start. */
+    /** Makes the radio service send "ready", as after a start. */
     void emit_ready() {
         radio.emit("('ready',)");
         settle();

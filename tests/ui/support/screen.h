@@ -1,4 +1,4 @@
-/** A window of this process as its user has it: keys, the mouse, what is drawn, and what has the focus. */
+/** Keys, mouse, pixels and focus of a window of this process. */
 #pragma once
 
 #include "application/glib_loop.h"
@@ -24,29 +24,29 @@ namespace test {
 inline void start_elementary() {
     static const std::shared_ptr<void> elementary = [] {
         efreet_cache_disable();
-        setenv("ECORE_EVAS_FORCE_SYNC_RENDER", "1", 1); // a frame is drawn when its turn is over
+        setenv("ECORE_EVAS_FORCE_SYNC_RENDER", "1", 1); // draws each frame at the end of its loop iteration
         elm_init(0, nullptr);
         platform::dispatch_glib_in_ecore();
         platform::add_remote_control_keys();
         return std::shared_ptr<void>(nullptr, [](void*) { elm_shutdown(); });
     }();
-    ecore_animator_frametime_set(0.001); // no need to wait for a viewer
+    ecore_animator_frametime_set(0.001); // as fast as possible
 }
 
-/** Runs the main loop until everything that waits for no time has happened and is drawn. */
+/** Runs the main loop until everything but timers is processed and drawn. */
 inline void settle() {
-    constexpr int turns_with_a_frame = 10; // on a busy machine one turn catches up with many frames
+    constexpr int iterations_with_a_frame = 10; // on a busy machine one iteration may contain many frames
     bool frame = false;
     const auto note_frame = [](void* seen) -> Eina_Bool { return *static_cast<bool*>(seen) = true; };
     Ecore_Animator* const watch = ecore_animator_add(note_frame, &frame);
-    for (int turns = 0; turns < turns_with_a_frame; turns += frame ? 1 : 0) {
+    for (int turns = 0; turns < iterations_with_a_frame; turns += frame ? 1 : 0) {
         frame = false;
         ecore_main_loop_iterate_may_block(1);
     }
     ecore_animator_del(watch);
 }
 
-/** Runs the main loop until the condition holds; false when it does not within the limit. */
+/** Runs the main loop until the condition holds; returns false on time-out. */
 inline bool await(const std::function<bool()>& condition,
                   std::chrono::milliseconds limit = std::chrono::seconds(30)) {
     const auto end = std::chrono::steady_clock::now() + limit;
@@ -69,19 +69,19 @@ inline Eina_Rectangle geometry(const Evas_Object* widget) {
     return area;
 }
 
-/** Whether all of an area lies in another. */
+/** Whether an area contains another one completely. */
 inline bool is_inside(const Eina_Rectangle& inner, const Eina_Rectangle& outer) {
     return inner.x >= outer.x && inner.y >= outer.y && inner.x + inner.w <= outer.x + outer.w &&
            inner.y + inner.h <= outer.y + outer.h;
 }
 
-/** Looks at the screen on a connection of its own: what is not flushed is not seen. */
+/** Reads the screen over a private connection, to see only what is flushed. */
 inline simulator::Pixels look_at(const Eina_Rectangle& area) {
     static const simulator::Display display = simulator::open_display();
     return {display.get(), area.x, area.y, area.w, area.h};
 }
 
-/** A pixel of a button where it has neither text nor sign. */
+/** A pixel of a button's plain area, without text or symbol. */
 inline simulator::Pixels fill_of(const Evas_Object* button) {
     const auto [x, y, width, height] = geometry(button);
     return look_at({x + width * 17 / 20, y + height / 2, 1, 1});
@@ -95,7 +95,7 @@ inline double luminance(const simulator::Color& color) {
     return 0.2126 * linear(color[0]) + 0.7152 * linear(color[1]) + 0.0722 * linear(color[2]);
 }
 
-/** The contrast of the lightest to the darkest pixel in a part of the screen, 1 to 21 (WCAG 2). */
+/** The contrast between the lightest and the darkest pixel of an area, 1 to 21 (WCAG 2). */
 inline double contrast(const Eina_Rectangle& area) {
     const simulator::Pixels pixels = look_at(area);
     double darkest = 1.0;
@@ -112,7 +112,7 @@ inline bool is_type(const Evas_Object* object, std::string_view type) {
     return evas_object_type_get(object) == type;
 }
 
-/** Called with something visible and the widget that it belongs to, if any. */
+/** Called with a visible object and its widget, if any. */
 using Visitor = std::function<void(Evas_Object* drawn, Evas_Object* widget)>;
 
 inline void visit(Evas_Object* object, Evas_Object* widget, const Visitor& visitor) {
@@ -129,7 +129,7 @@ inline void visit(Evas_Object* object, Evas_Object* widget, const Visitor& visit
     visit(static_cast<Evas_Object*>(member), widget, visitor);
 }
 
-/** Whether a text is neither cut nor shortened with an ellipsis. */
+/** Whether a text is neither clipped nor shortened with an ellipsis. */
 inline bool is_whole(Evas_Object* text) {
     const Eina_Rectangle area = geometry(text);
     int width = 0;
@@ -140,7 +140,7 @@ inline bool is_whole(Evas_Object* text) {
     }
     const char* font = nullptr;
     evas_object_text_font_get(text, &font, &height);
-    Evas_Object* const copy = evas_object_text_add(evas_object_evas_get(text)); // which nothing limits
+    Evas_Object* const copy = evas_object_text_add(evas_object_evas_get(text)); // without a size limit
     evas_object_scale_set(copy, evas_object_scale_get(text));
     evas_object_text_font_set(copy, font, height);
     evas_object_text_text_set(copy, evas_object_text_text_get(text));
@@ -158,7 +158,7 @@ inline bool is_in_popup(Evas_Object* widget) {
 struct DrawnText {
     std::string text;
     Eina_Rectangle area; /**< of the text itself */
-    Evas_Object* widget; /**< the widget that it belongs to */
+    Evas_Object* widget; /**< the text's widget */
     bool whole;
 };
 
@@ -167,7 +167,7 @@ public:
     explicit Screen(Evas_Object* window) : window_(window) {}
     [[nodiscard]] Evas_Object* window() const { return window_; }
 
-    /** Queues a key press and release, as events of the window's X server, for the main loop's next turn. */
+    /** Queues a key press and release as X events for the next loop iteration. */
     void type(const char* key) const {
         for (const int type : {ECORE_EVENT_KEY_DOWN, ECORE_EVENT_KEY_UP}) {
             // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): Ecore frees it
@@ -179,7 +179,7 @@ public:
         }
     }
 
-    /** Presses and releases a key and settles, each time. */
+    /** Presses and releases a key repeatedly, and settles each time. */
     void press(const char* key, int times = 1) const {
         for (int time = 0; time < times; ++time) {
             type(key);
@@ -187,14 +187,14 @@ public:
         }
     }
 
-    /** Calls `visitor` with everything visible in drawing order. */
+    /** Calls `visitor` with all visible objects in drawing order. */
     void visit_all(const Visitor& visitor) const {
         for (Evas_Object* object = evas_object_bottom_get(evas_object_evas_get(window_)); object != nullptr;
              object = evas_object_above_get(object))
             visit(object, nullptr, visitor);
     }
 
-    /** The visible texts in drawing order; those of the open popup alone when there is one. */
+    /** The visible texts in drawing order; only those of the popup if one is open. */
     [[nodiscard]] std::vector<DrawnText> texts() const {
         std::vector<DrawnText> on_page;
         std::vector<DrawnText> in_popup;
@@ -214,7 +214,7 @@ public:
         std::ranges::transform(texts(), std::back_inserter(seen), &DrawnText::text);
         return seen;
     }
-    /** The last widget with one of these texts; null when there is none. */
+    /** The last widget with one of these texts; null if there is none. */
     [[nodiscard]] Evas_Object* find(const std::string& text) const {
         const auto all = texts();
         const auto found =
@@ -228,10 +228,10 @@ public:
             return "[" + std::to_string(std::lround(elm_spinner_value_get(widget))) + "]";
         return elm_vell_button_text_get(widget);
     }
-    /** The area of the focus ring; an empty one when none is visible. */
+    /** The area of the focus ring; empty if none is visible. */
     [[nodiscard]] Eina_Rectangle focus_ring() const {
         Eina_Rectangle ring{};
-        constexpr int own_border = 72; // of no other picture
+        constexpr int own_border = 72; // unique to the ring's image
         visit_all([&ring](Evas_Object* drawn, Evas_Object*) {
             int border = 0;
             if (is_type(drawn, "image"))

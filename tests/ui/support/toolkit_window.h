@@ -1,4 +1,4 @@
-/** A window with the widget toolkit on it and nothing of the application. */
+/** A window with the widget toolkit, without the application. */
 #pragma once
 
 #include "support/log_capture.h"
@@ -26,7 +26,7 @@ protected:
         elm_config_mirrored_set(EINA_FALSE);
         evas_object_del(screen.window());
         settle();
-        EXPECT_THAT(log.complaints_of_libraries(), testing::IsEmpty());
+        EXPECT_THAT(log.library_warnings(), testing::IsEmpty());
     }
 
     static Evas_Object* open_window() {

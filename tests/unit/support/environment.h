@@ -1,4 +1,4 @@
-/** Files, environment variables and processes of the television that a test sets up. */
+/** Sets up files, environment variables and processes for a test. */
 #pragma once
 
 #include <cstdlib>
@@ -11,13 +11,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-/** Writes a file and the folders above it. */
+/** Writes a file and creates its parent folders. */
 inline void put_file(const std::filesystem::path& path, const std::string& content) {
     std::filesystem::create_directories(path.parent_path());
     std::ofstream(path, std::ios::binary) << content;
 }
 
-/** A file's whole content, or nothing when it cannot be opened. */
+/** Returns a file's content; nothing if it cannot be opened. */
 inline std::optional<std::string> content_of(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     if (!file)
@@ -25,7 +25,7 @@ inline std::optional<std::string> content_of(const std::filesystem::path& path) 
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
-/** Sets an environment variable for as long as it lives. */
+/** Sets an environment variable during its lifetime. */
 class ScopedEnvironment {
 public:
     ScopedEnvironment(const char* variable, const std::string& value) : name_(variable) {
@@ -47,7 +47,7 @@ private:
     std::optional<std::string> before_;
 };
 
-/** Runs an action in another process; the process's number. It must end by itself or be killed. */
+/** Runs an action in a child process and returns its process ID. */
 inline pid_t start_process(const std::function<bool()>& action) {
     const pid_t process = fork();
     if (process == 0)
@@ -55,7 +55,7 @@ inline pid_t start_process(const std::function<bool()>& action) {
     return process;
 }
 
-/** Whether a process ended by itself and its action succeeded. */
+/** Waits for a child process; returns whether it exited and its action succeeded. */
 inline bool succeeds(pid_t process) {
     int status = 0;
     return waitpid(process, &status, 0) == process && status == 0;

@@ -5,15 +5,15 @@
 #include "support/environment.h"
 #include "support/standard_error_to.h"
 
-/** Captures what this process and its children write to standard error, as long as it lives. */
+/** Captures the standard error of this process and its children during its lifetime. */
 class LogCapture : public simulator::ApplicationLog {
 public:
     LogCapture() : capture_(simulator::written_to(path()).error) { clear(); }
 
-    /** All that was written so far. */
+    /** All text captured so far. */
     [[nodiscard]] std::string text() const { return content_of(path()).value(); }
 
-    /** The text of the messages so far of one operation, all of them from one file. */
+    /** The texts of the messages of one operation. */
     [[nodiscard]] std::vector<std::string> messages_of(const std::string& file_and_operation) const {
         std::vector<std::string> result = messages();
         const std::string start = "E " + file_and_operation + " > ";
@@ -23,7 +23,7 @@ public:
         return result;
     }
 
-    /** Forgets the messages so far. */
+    /** Discards the messages so far. */
     void clear() { std::filesystem::resize_file(path(), 0); }
 
 private:

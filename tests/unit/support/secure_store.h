@@ -1,4 +1,4 @@
-/** The secure store as the tests see it: its operations with C++ types, and its file. */
+/** The secure storage's operations with C++ types, and its file. */
 #pragma once
 
 #include "platform/secure_storage.h"
@@ -33,7 +33,7 @@ struct ReadRecord {
     bool operator==(const ReadRecord&) const = default;
 };
 
-/** Reads a record; it has data exactly when the result is `ok`. */
+/** Reads a record; the data is non-null exactly if the result is `ok`. */
 inline ReadRecord read(const std::string& key, const platform::SecureStorageCredential& by = credential()) {
     char* data = nullptr;
     std::size_t length = 0;

@@ -1,11 +1,11 @@
-/** Settings of the test's own. */
+/** A private settings file. */
 #pragma once
 
 #include "support/environment.h"
 
 namespace test {
 
-/** The settings file has this content for as long as it lives. */
+/** Provides a settings file with this content during its lifetime. */
 class SettingsFolder {
 public:
     explicit SettingsFolder(const std::string& content) { put_file(file(), content); }

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-// The linker puts these in place of usleep (-Wl,--wrap=usleep).
+// Replaces usleep at link time (-Wl,--wrap=usleep).
 extern "C" {
 decltype(usleep) __real_usleep;
 decltype(usleep) __wrap_usleep;

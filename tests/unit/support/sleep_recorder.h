@@ -5,10 +5,10 @@
 #include <utility>
 #include <vector>
 
-/** Records every `usleep` of the program under test, which then takes a few milliseconds at most. */
+/** Records every `usleep` of the code under test and shortens it to a few milliseconds. */
 class SleepRecorder {
 public:
-    /** @param during_sleep called in every sleep with the number of sleeps so far. */
+    /** @param during_sleep called during every sleep with the number of sleeps so far. */
     explicit SleepRecorder(std::function<void(std::size_t)> during_sleep = {})
         : during_sleep_(std::move(during_sleep)) {
         current = this;
