@@ -15,7 +15,7 @@ struct Message {
 
 void free_message(gpointer message) { delete static_cast<Message*>(message); }
 
-// On GDBus's own thread, so that the time is right whatever the measuring thread does.
+// Runs on GDBus's worker thread, so that the time is exact even if the measuring thread is busy.
 GDBusMessage* on_message(GDBusConnection* /*bus*/, GDBusMessage* message, gboolean incoming,
                          gpointer messages) {
     const char* const member = g_dbus_message_get_member(message);
@@ -29,7 +29,7 @@ GDBusMessage* on_message(GDBusConnection* /*bus*/, GDBusMessage* message, gboole
 } // namespace
 
 BusMonitor::BusMonitor() : messages_(g_async_queue_new_full(free_message)) {
-    // A connection of its own: a monitor can do nothing else on the bus.
+    // A private connection, as a monitor can do nothing else on the bus.
     g_autofree char* address = g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr);
     bus_ = simulator::connect_to_bus(address != nullptr ? address : "");
     filter_ = g_dbus_connection_add_filter(bus_.get(), on_message, messages_, nullptr);

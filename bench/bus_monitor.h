@@ -1,4 +1,4 @@
-/** Reports the messages that pass the system bus, whichever program sends them. */
+/** Reports the messages of all programs on the system bus. */
 #pragma once
 
 #include "base/gobject_release.h"
@@ -8,13 +8,13 @@ namespace bench {
 
 class BusMonitor {
 public:
-    /** @throws std::runtime_error without a system bus, or with one that does not let itself be monitored. */
+    /** @throws std::runtime_error without a system bus, or if it does not allow monitoring. */
     BusMonitor();
     ~BusMonitor();
     BusMonitor(const BusMonitor&) = delete;
     BusMonitor& operator=(const BusMonitor&) = delete;
 
-    /** Waits for the next call or signal of a name. @return when it passed. @throws std::runtime_error after ten seconds. */
+    /** Waits for the next call or signal with a name. @return the time of the message. @throws std::runtime_error after ten seconds. */
     Clock::time_point next(const std::string& member);
 
 private:

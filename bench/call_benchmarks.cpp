@@ -18,12 +18,12 @@
 
 namespace {
 
-/** How long this thread has slept, by specification. */
+/** How long this thread has slept, as specified. */
 thread_local bench::Clock::duration slept{};
 
 } // namespace
 
-/** Replaces the C library's, so that what is slept does not count. */
+/** Replaces the C library's function, to exclude sleeps from the measurement. */
 extern "C" int usleep(useconds_t microseconds) {
     const auto start = bench::Clock::now();
     std::this_thread::sleep_for(std::chrono::microseconds(microseconds));
@@ -51,7 +51,7 @@ void log_line(const char* place, const char* message) {
     dprintf(STDERR_FILENO, "E/VELMORA(%d): %s > %s\n", getpid(), place, message);
 }
 
-/** The same call, with the lines that a command leaves in the log and nothing else. */
+/** The same call, with only the log lines of a command. */
 std::function<void()> bare_call() {
     const auto bus = simulator::connect_to_system_bus();
     const std::shared_ptr<GDBusProxy> proxy(
@@ -84,7 +84,7 @@ std::function<void()> secure_read() {
     return [] { require(SecureData::LoadStringData("bench") == "7.4.8", "reading the record"); };
 }
 
-/** Starts and stops the radio stack. @return the time of each, without what is slept. */
+/** Starts and stops the radio stack. @return both times, without sleeps. */
 std::array<Value, 2> start_and_stop() {
     const auto time_of = [](const auto& action) {
         const auto start = Clock::now();

@@ -15,7 +15,7 @@ DamageMonitor::DamageMonitor() {
     if (XDamageQueryExtension(display_.get(), &damage_event_, &first_error) == False)
         throw std::runtime_error("the X server has no DAMAGE extension");
     XDamageCreate(display_.get(), DefaultRootWindow(display_.get()), XDamageReportRawRectangles);
-    forget(); // what is on the screen so far is reported as drawn, too
+    forget(); // the existing content is reported as drawn, too
 }
 
 void DamageMonitor::forget() { XSync(display_.get(), True); }

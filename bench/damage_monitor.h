@@ -1,4 +1,4 @@
-/** Reports when the screen is drawn on, whichever program draws (the X server's DAMAGE extension). */
+/** Reports when any program draws on the screen (the X server's DAMAGE extension). */
 #pragma once
 
 #include "measurement.h"
@@ -10,27 +10,27 @@
 
 namespace bench {
 
-/** A screen is quiet once nothing has been drawn for this long. */
+/** A screen is idle once nothing has been drawn for this long. */
 constexpr std::chrono::milliseconds quiet(300);
 
 class DamageMonitor {
 public:
-    /** @throws std::runtime_error without an X display that has the extension. */
+    /** @throws std::runtime_error without an X display with the extension. */
     DamageMonitor();
 
-    /** Forgets the drawings up to now. */
+    /** Discards the drawings so far. */
     void forget();
     /**
-     * Waits for the next drawing of at least this share of the screen's pixels, 0 to 1.
+     * Waits until at least this share of the screen's pixels, 0 to 1, is drawn at once.
      *
-     * @return when the X server reported it; nothing when the time is over.
+     * @return when the X server reported it; nothing on time-out.
      */
     std::optional<Clock::time_point> next(std::chrono::milliseconds time, double share = 0);
-    /** The same. @throws std::runtime_error when nothing is drawn within ten seconds. */
+    /** The same. @throws std::runtime_error after ten seconds. */
     Clock::time_point wait_for_drawing(double share = 0);
-    /** Waits until the screen is quiet. */
+    /** Waits until the screen is idle. */
     void wait_until_quiet();
-    /** Presses keys, each on a quiet screen. @return when the last one was pressed. */
+    /** Presses keys, each on an idle screen. @return when the last one was pressed. */
     Clock::time_point press(const std::vector<const char*>& keys);
 
 private:

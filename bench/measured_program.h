@@ -1,4 +1,4 @@
-/** A program that draws a page and is measured from outside. */
+/** A program under measurement that draws a page. */
 #pragma once
 
 #include "base/process.h"
@@ -6,23 +6,23 @@
 
 namespace bench {
 
-/** Runs as long as this lives; its output goes to a file. */
+/** Runs a program during its lifetime; the output goes to a file. */
 class MeasuredProgram {
 public:
-    /** Starts the program and waits until its page is drawn. @throws std::runtime_error when either fails. */
+    /** Starts the program and waits until its page is drawn. @throws std::runtime_error if either fails. */
     explicit MeasuredProgram(const std::vector<std::string>& command);
-    /** Ends it and waits until it is gone from the screen. */
+    /** Stops it and waits until it has disappeared from the screen. */
     ~MeasuredProgram();
     MeasuredProgram(const MeasuredProgram&) = delete;
     MeasuredProgram& operator=(const MeasuredProgram&) = delete;
 
     [[nodiscard]] DamageMonitor& screen() { return screen_; }
-    /** From the start of the process to the drawing of the page. */
+    /** The time from the start of the process to the drawing of the page. */
     [[nodiscard]] std::chrono::duration<double> time_to_page() const { return page_drawn_ - started_; }
-    /** The process's proportional share of the memory (Pss), in megabytes. */
+    /** The process's proportional set size (Pss), in megabytes. */
     [[nodiscard]] double megabytes() const;
     [[nodiscard]] long open_descriptors() const;
-    /** How often its threads have given up the processor so far. */
+    /** The number of context switches of its threads so far. */
     [[nodiscard]] long context_switches() const;
 
 private:

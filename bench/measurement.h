@@ -1,4 +1,4 @@
-/** Registers measurements with Google Benchmark; each is called WHAT/PROGRAM, as bench/table wants it. */
+/** Registers measurements with Google Benchmark, named WHAT/PROGRAM for bench/table. */
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -11,7 +11,7 @@ namespace bench {
 
 using Clock = std::chrono::steady_clock;
 
-/** The application as PROGRAM. */
+/** PROGRAM for the application. */
 constexpr const char* own_name = "Velmora";
 
 struct Value {
@@ -20,11 +20,11 @@ struct Value {
 };
 inline Value milliseconds(std::chrono::duration<double, std::milli> time) { return {time.count(), "ms"}; }
 
-/** Adds a measurement that yields one value for each repetition. An exception ends that repetition alone. */
+/** Adds a measurement with one value per repetition. An exception fails only that repetition. */
 void add(const std::string& what, const std::string& program, int repetitions,
          const std::function<Value()>& measure);
 
-/** Adds a measurement of the time that a call takes, repeated until it is exact. @param prepare returns the call. */
+/** Adds a measurement of a call's duration, repeated for precision. @param prepare returns the call. */
 void add_call(const std::string& what, const std::string& program,
               const std::function<std::function<void()>()>& prepare);
 

@@ -15,11 +15,11 @@ using namespace std::chrono_literals;
 struct Program {
     const char* name;
     std::vector<std::string> command;
-    /** What the application waits by specification before it draws: the bus client's time to settle. */
+    /** The specified delay before the application draws, after it has created its bus client. */
     std::chrono::milliseconds specified_delay{};
-    /** The keys from its first page to where the NCP host's "ready" opens the test page. */
+    /** The keys from the first page to where the NCP host's "ready" opens the test page. */
     std::vector<const char*> keys_to_test{};
-    /** The keys from the test page's first focus that press "Start Stream". */
+    /** The keys from the test page's initial focus that press "Start Stream". */
     std::vector<const char*> keys_to_stream{"Return"};
 };
 const Program velmora{own_name, {VELMORA_PROGRAM}, 500ms, {"Return"}, {"Down", "Down", "Return"}};
@@ -46,7 +46,7 @@ Value idle_context_switches(const Program& measured) {
     return {static_cast<double>(program.context_switches() - before), ""};
 }
 
-/** From the last of these keys to the first picture after it. */
+/** The time from the last key to the first drawing after it. */
 Value key_to_picture(const Program& measured, const std::vector<const char*>& keys) {
     MeasuredProgram program(measured.command);
     const auto pressed = program.screen().press(keys);
@@ -55,7 +55,7 @@ Value key_to_picture(const Program& measured, const std::vector<const char*>& ke
 
 const std::vector<const char*> keys_to_popup{"Right", "Right", "Return"};
 
-/** The pictures that a screen of 60 a second shows twice while a popup opens. */
+/** The number of frames that a 60 Hz screen repeats while a popup opens. */
 Value popup_drops(const Program& measured) {
     MeasuredProgram program(measured.command);
     program.screen().press(keys_to_popup);
@@ -75,7 +75,7 @@ struct RadioPage {
         program.screen().press(measured.keys_to_test);
         program.screen().wait_until_quiet();
     }
-    /** Makes the NCP host say "ready". @return when the event passed the bus. */
+    /** Makes the NCP host send "ready". @return when the event was on the bus. */
     Clock::time_point say_ready() {
         program.screen().forget();
         simulator::Client(simulator::connect_to_system_bus())
@@ -99,7 +99,7 @@ Value key_to_call(const Program& measured) {
     return milliseconds(page.bus.next("ember_start_stream") - pressed);
 }
 
-/** Memory and open descriptors after whole TX tests, each with a radio stack of its own. */
+/** Memory and open descriptors after complete TX tests, each with a new radio stack. */
 Value tests(int count) {
     BusMonitor bus;
     MeasuredProgram program(velmora.command);

@@ -7,7 +7,7 @@
 
 namespace {
 
-// The sizes are those of our page on a screen of 1280 x 720.
+// The sizes are those of Velmora's page on a 1280 x 720 screen.
 Evas_Object* add_button(Evas_Object* box, const char* text, int width, int height, Evas_Smart_Cb clicked,
                         void* data) {
     Evas_Object* const button = elm_button_add(box);
