@@ -21,7 +21,7 @@ public:
     /** Discards the drawings so far. */
     void forget();
     /**
-     * Waits until at least this share of the screen's pixels, 0 to 1, is drawn at once.
+     * Waits for the next drawing that covers at least this share of the screen's pixels, 0 to 1.
      *
      * @return when the X server reported it; nothing on time-out.
      */

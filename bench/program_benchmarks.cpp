@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 struct Program {
     const char* name;
     std::vector<std::string> command;
-    /** The specified delay before the application draws, after it has created its bus client. */
+    /** The specified delay before the application draws, in which its bus client settles. */
     std::chrono::milliseconds specified_delay{};
     /** The keys from the first page to where the NCP host's "ready" opens the test page. */
     std::vector<const char*> keys_to_test{};

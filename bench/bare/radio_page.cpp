@@ -1,6 +1,6 @@
 /**
- * A test page with Elementary and Eldbus alone: "Start Stream" calls the NCP host, and each of its events starts the radio
- * and rebuilds the page. With an argument, a GDBus proxy makes the call.
+ * A test page with Elementary and Eldbus alone: "Start Stream" calls the NCP host, and each of its events starts the
+ * radio and rebuilds the page. With an argument, a GDBus proxy makes the call.
  */
 #include <Eldbus.h>
 #include <Elementary.h>

@@ -209,7 +209,7 @@ private:
     void shell(const Verb& /*verb*/) {
         if (g_getenv("VELMORA_TERMINAL") != nullptr) {
             std::signal(SIGHUP, SIG_IGN);
-            ioctl(STDIN_FILENO, TIOCNOTTY); // the command inside takes it
+            ioctl(STDIN_FILENO, TIOCNOTTY); // the command inside takes it over
         } else if (isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1) {
             return run_script("terminal", arguments_);
         }

@@ -18,7 +18,7 @@
 
 namespace simulator {
 
-/** One stream on the air, as long as this lives. */
+/** Publishes a stream during its lifetime. */
 class AirStream {
 public:
     /** @throws std::system_error if the socket cannot be created. */

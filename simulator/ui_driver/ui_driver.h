@@ -1,4 +1,4 @@
-/** Reads the screen and presses keys for callers on the bus: see interfaces/org.velmora.Simulator.Ui.xml. */
+/** Reads the screen and presses keys for callers on the bus; see interfaces/org.velmora.Simulator.Ui.xml. */
 #pragma once
 
 #include "base/bus.h"

@@ -182,8 +182,8 @@ std::string Driver::look() {
         if (widget.role == "push button")
             seen_.insert_or_assign(widget.name, widget);
     }
-    return line +
-           (seen_["Exit"].x < seen_["TX Test"].x ? " | from the right" : ""); // even if a popup covers them
+    // A popup may cover these buttons.
+    return line + (seen_["Exit"].x < seen_["TX Test"].x ? " | from the right" : "");
 }
 
 /** Returns no calls while the service is not running. */

@@ -115,9 +115,9 @@ void report(Driver& driver, const std::string& difference, bool shrinks) {
     const Steps steps = driver.taken();
     std::cout << "difference after " << steps.size() << " steps:\n" << difference << '\n' << std::flush;
     driver.picture(kept / "last_picture.png");
-    std::filesystem::copy_file(
-        simulator::ApplicationLog().path(), kept / "difference.log",
-        std::filesystem::copy_options::overwrite_existing); // shrinking continues the log
+    // A copy, because shrinking continues the log.
+    std::filesystem::copy_file(simulator::ApplicationLog().path(), kept / "difference.log",
+                               std::filesystem::copy_options::overwrite_existing);
     for (const Transition& step : shrinks && !steps.empty() ? shrink(driver, steps) : steps)
         std::cout << "  " << step.name << '\n';
     std::cout << "Logs and the last screenshot are in build/logs.\n";

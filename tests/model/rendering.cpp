@@ -31,8 +31,7 @@ std::string rendering(const State& state) {
         const bool is_chosen = state.page != Page::first && spot == (is_tx(state) ? "TX Test" : "RX Test");
         const std::string text =
             name_of(state, spot) + (is_locked(state, spot) ? "" : "*") + (is_chosen ? " chosen" : "");
-        const bool has_focus =
-            spot == state.focus && !state.behind; // otherwise the front window has the focus
+        const bool has_focus = spot == state.focus && !state.behind; // or the front window has it
         return has_focus ? "[" + text + "]" : text;
     };
     std::vector<std::string> items;

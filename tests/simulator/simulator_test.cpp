@@ -36,7 +36,7 @@ TEST_F(RadioCount, IncreasesOnlyOnItsChannelInTheRxTest) {
         received_after(2ms);
     EXPECT_EQ(received_after(0s), 20);
     ask("set_channel", 11);
-    EXPECT_EQ(received_after(5s), 20) << "packets on channel 15 were counted meanwhile";
+    EXPECT_EQ(received_after(5s), 20) << "packets on channel 15 must not be counted meanwhile";
     ask("set_channel", 15);
     now_ += 1s;
     EXPECT_EQ(radio_.handle({1, "get_rx_statistics", {}}, now_).text, "30 packets on channel 15");
@@ -47,7 +47,7 @@ TEST_F(RadioCount, IncreasesOnlyOnItsChannelInTheRxTest) {
         received_after(turn % 2 == 0 ? 90ms : 10ms);
         ask("set_channel", turn % 2 == 0 ? 11 : 15);
     }
-    EXPECT_EQ(received_after(0s), 20) << "fractions of packets of two channels were added";
+    EXPECT_EQ(received_after(0s), 20) << "fractions of packets on two channels must add up";
     for (const int mode : {0, 1}) {
         ask("stop");
         now_ += 1s;

@@ -241,11 +241,11 @@ const std::vector<Case> cases{
     {"ApplicationQuitsInCreate", "", normal_run(), "quit"},
     {"CreateFails", "", "create", "false", "", 3},
     {"CreateThrows", "", "create, log: create ended with an exception: text", "throw text", "", 3},
-    {"SignalComesInCreate", "", "create", "signal 15, sleep 5", "", 128 + SIGTERM},
-    {"SigintComes", "loop, signal 2", normal_run("", "SIGINT")},
-    {"SigquitComes", "loop, signal 3", normal_run("", "SIGQUIT")},
-    {"SighupComes", "loop, signal 1", normal_run("", "SIGHUP")},
-    {"SeveralSignalsCome", "signal_thrice", normal_run("", "SIGTERM")},
+    {"SignalArrivesInCreate", "", "create", "signal 15, sleep 5", "", 128 + SIGTERM},
+    {"SigintArrives", "loop, signal 2", normal_run("", "SIGINT")},
+    {"SigquitArrives", "loop, signal 3", normal_run("", "SIGQUIT")},
+    {"SighupArrives", "loop, signal 1", normal_run("", "SIGHUP")},
+    {"SeveralSignalsArrive", "signal_thrice", normal_run("", "SIGTERM")},
     {"LauncherIgnoredHangup",
      "loop, signal 1, sleep 0.3, say lives, signal 15, await 1terminate Probe, signal 15",
      normal_run("lives", "SIGTERM"), "signal 1", "ignore_hangup"},
@@ -264,12 +264,12 @@ const std::vector<Case> cases{
          write_arabic + "other=1' >settings.ini, sleep 1, say mirrored, " + write_arabic +
          "mirrored=false' >settings.ini, await 2language changed, quit",
      normal_run("language changed, other, mirrored, language changed"), "", "use_settings"},
-    {"KeysArePressedInFreezes",
+    {"KeysArePressedDuringFreezes",
      "sleep 0.5, work_in_glib, await 1worked, sleep 1, press Return, await 1key Return, "
      "press_at_once F9 Return, await 2worked, sleep 1, press Return, await 2key Return, quit",
      normal_run("worked, " + dropped + ", key XF86Red, dropped, key Return, key F9, worked, " + dropped +
                 ", dropped, key Return")},
-    {"KeysAreHeldWhileFocusGoes",
+    {"KeysAreHeldDuringFocusChanges",
      "sleep 0.5, hide, await 1pause, show, await 1resume, sleep 0.5, hold Return, await 1key Return, cover "
      "yes, "
      "await 2pause, sleep 1, cover no, await 2resume, sleep 1, release Return, press Return, await 2key "
@@ -278,7 +278,7 @@ const std::vector<Case> cases{
      "press Return, await 4key Return, quit",
      normal_run(
          "pause, resume, key Return, pause, resume, key Return, key Return, pause, resume, key Return")},
-    {"ScreenReadersComeAndGo",
+    {"ScreenReaderStartsAndStops",
      "reader goes, await_bridge not connected, reader comes, await_bridge connected, reader goes, "
      "await_bridge not connected, reader comes, await_bridge connected, press Return, await 1key Return, "
      "reader goes, "

@@ -209,9 +209,9 @@ TEST_P(Look, RxPagesRenderCorrectly) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, Look,
-                         testing::Values(View{"FromTheLeft", "en_GB"},
-                                         View{"FromTheRightInAWideWindow", "he_IL", 1.0, 3.0 / 4},
-                                         View{"FromTheLeftInATallWindow", "en_GB", 2.0 / 3, 1.0}),
+                         testing::Values(View{"LeftToRight", "en_GB"},
+                                         View{"RightToLeftInAWideWindow", "he_IL", 1.0, 3.0 / 4},
+                                         View{"LeftToRightInATallWindow", "en_GB", 2.0 / 3, 1.0}),
                          [](const auto& test) { return test.param.name; });
 
 } // namespace

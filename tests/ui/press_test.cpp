@@ -61,7 +61,7 @@ protected:
         elm_object_focus_set(widget, EINA_TRUE);
         test::run_for(2500ms); // until earlier feedback has faded
         pressed_ = widget;
-        led_to = std::move(result);
+        during_press = std::move(result);
         before_.emplace(edge_of(widget));
         calls_ = 0;
         const int width = plate_width(widget);
@@ -79,7 +79,7 @@ protected:
     Evas_Object* other = add_button("Other");
     Evas_Object* label = elm_vell_textbox_add(page);
     Evas_Object* spinner = elm_vell_spinner_add(page);
-    std::function<void()> led_to;
+    std::function<void()> during_press;
 
 private:
     /** A smart or event callback. */
@@ -90,8 +90,8 @@ private:
         press.called_at_ = Clock::now();
         press.was_changed_ = press.before_ && !(edge_of(press.pressed_) == *press.before_);
         press.width_then_ = plate_width(press.pressed_);
-        if (press.led_to)
-            press.led_to();
+        if (press.during_press)
+            press.during_press();
     }
 
     std::optional<Pixels> before_;
@@ -104,26 +104,27 @@ private:
 
 TEST_F(Press, ShowsPressedLookAndResult) {
     const Pixels idle = fill_of(other);
-    const auto bar = [this](Eina_Bool allowed) {
+    const auto allow = [this](Eina_Bool allowed) {
         return [=, this] { elm_object_focus_allow_set(other, allowed); };
     };
     const auto set_label = [this] { elm_vell_textbox_text_set(label, "Count: 7"); };
-    expect_press("nothing comes of it", button, nullptr, button);
-    expect_press("another text is set to what it was", button, set_label, label);
+    expect_press("the press has no effect", button, nullptr, button);
+    expect_press("another widget's text is set to the same value", button, set_label, label);
     expect_press(
-        "its text is set to what it was", button, [this] { elm_vell_button_text_set(button, "Go"); }, button);
-    expect_press("another button is barred", button, bar(EINA_FALSE), other);
+        "its text is set to the same value", button, [this] { elm_vell_button_text_set(button, "Go"); },
+        button);
+    expect_press("another button is locked", button, allow(EINA_FALSE), other);
     EXPECT_FALSE(fill_of(other) == idle);
     elm_object_focus_set(spinner, EINA_TRUE);
     test::settle();
     EXPECT_FALSE(fill_of(button) == idle) << "running is not shown";
-    expect_press("another button is freed", button, bar(EINA_TRUE), other);
-    expect_press("nothing comes of a number", spinner, nullptr, spinner);
-    expect_press("something comes of a number", spinner, set_label, label);
-    expect_bump("nothing is less", spinner, [this] { screen.type("Left"); });
+    expect_press("another button is unlocked", button, allow(EINA_TRUE), other);
+    expect_press("a number has no effect", spinner, nullptr, spinner);
+    expect_press("a number has an effect", spinner, set_label, label);
+    expect_bump("the number is at its limit", spinner, [this] { screen.type("Left"); });
     elm_object_focus_set(other, EINA_TRUE);
     test::run_for(300ms);
-    expect_bump("nothing is beside", other, [this] { screen.type("Right"); });
+    expect_bump("no widget to the right", other, [this] { screen.type("Right"); });
     EXPECT_TRUE(fill_of(button) == idle);
 }
 
@@ -131,7 +132,7 @@ TEST_F(Press, GivingUpTheFocusShowsWaitingThenFailure) {
     const Pixels idle = fill_of(other);
     std::optional<Pixels> fill;
     std::optional<Pixels> frozen;
-    led_to = [&] {
+    during_press = [&] {
         elm_object_focus_set(button, EINA_FALSE);
         fill.emplace(fill_of(button));
         frozen.emplace(all_of(button));
@@ -141,7 +142,7 @@ TEST_F(Press, GivingUpTheFocusShowsWaitingThenFailure) {
     EXPECT_TRUE(test::await([&] { return !(all_of(button) == *frozen); })) << "the dots do not move";
     EXPECT_TRUE(test::await([&] { return all_of(button) == *frozen; })) << "the dots do not cycle";
     const Pixels& waiting = *fill;
-    led_to = [this] {
+    during_press = [this] {
         elm_object_focus_set(button, EINA_FALSE);
         elm_vell_button_text_set(button, "Failed");
     };

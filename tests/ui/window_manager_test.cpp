@@ -51,8 +51,8 @@ TEST_P(Unmanaged, WindowIsVisibleAndFocusedWhenShownAndWhenRaised) {
         return ecore_x_window_focus_get() == window && test::contrast(test::geometry(button)) > 4.5;
     };
     EXPECT_TRUE(test::await(is_in_front)) << "when shown";
-    Eina_Bool is_placed =
-        EINA_FALSE; // user-specified: otherwise a window manager may ask the user for a position
+    // A user-specified position: otherwise a window manager may ask the user for one.
+    Eina_Bool is_placed = EINA_FALSE;
     ecore_x_icccm_size_pos_hints_get(window, &is_placed, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
                                      nullptr, nullptr, nullptr, nullptr, nullptr);
     EXPECT_EQ(is_placed != EINA_FALSE, *GetParam().settings == '\0');

@@ -71,7 +71,7 @@ TEST(Log, ColoursOnATerminal) {
 TEST(Log, ReturnsWriteErrorsAndPreservesErrno) {
     const StandardErrorTo redirected(make_pipe()[1]);
     errno = ERANGE;
-    EXPECT_EQ(print(LogPriority::error, "nobody reads"), -EPIPE);
+    EXPECT_EQ(print(LogPriority::error, "no reader"), -EPIPE);
     EXPECT_EQ(errno, ERANGE);
     EXPECT_EQ(__dlog_print(LogBuffer::main, LogPriority::error, nullptr, "no tag"), -EINVAL);
 }

@@ -107,11 +107,11 @@ TEST_F(FirmwareVersionTest, FilesGetTheDeviceOwnerOnEveryCall) {
     const std::filesystem::path other_store = "/mnt/drm/securestorage/data/aaba977f";
     put_file(other_store, "x");
     if (chown(other_store.c_str(), 5001, 0) != 0) {
-        ASSERT_EQ(std::getenv("VELMORA_SKIPS_NOTHING"), nullptr) << "this needs root";
+        ASSERT_EQ(std::getenv("VELMORA_SKIPS_NOTHING"), nullptr) << "this needs root privileges";
         GTEST_SKIP() << "this sandbox has no other users";
     }
     SecureData::StoreStringData(record_key, "1.2.3");
-    GetVersion(); // stores nothing, and still gives the store's files away
+    GetVersion(); // stores nothing, but still changes the owner of the store's files
     for (const auto& file : {secure_store::file, other_store}) {
         struct stat status {};
         ASSERT_EQ(stat(file.c_str(), &status), 0) << file;

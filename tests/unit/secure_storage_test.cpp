@@ -170,7 +170,7 @@ TEST_F(SecureStorage, RefusesOtherFilesAndUnsafeLinks) {
 }
 
 // Starts a write and kills it before or after one of its system calls; returns false if it finished first. Appends a
-// letter for each call that affects the disk.
+// letter to `calls` for each call that affects the disk.
 bool kill_write_at(int stop, std::string& calls) {
     static const std::map<std::uint64_t, char> letters = {
 #ifdef SYS_rename // some architectures have only the other two

@@ -30,9 +30,8 @@ std::string application_id(std::string_view program) {
     std::string name(program.substr(program.find_last_of('/') + 1));
     const auto is_unsafe = [](unsigned char letter) { return letter >= 0x80 || std::isalnum(letter) == 0; };
     std::ranges::replace_if(name, is_unsafe, '_');
-    constexpr std::size_t longest = 200; // a bus name has at most 255 bytes
-    return "tv.application.A" +
-           name.substr(0, longest); // an element of a bus name must not begin with a digit
+    constexpr std::size_t longest = 200;                 // a bus name has at most 255 bytes
+    return "tv.application.A" + name.substr(0, longest); // an element must not begin with a digit
 }
 
 } // namespace

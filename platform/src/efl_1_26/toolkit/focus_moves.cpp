@@ -81,8 +81,8 @@ void give_up(Eo* window, void*) {
     auto& given_up = attached<Places>(window)->given_up;
     given_up = efl_ui_focus_manager_focus_get(window);
     efl_ui_focus_manager_reset_history(window);
-    evas_object_focus_set(
-        window, EINA_TRUE); // the window must receive the keys, so that one can move the focus again
+    // The window must receive the keys, so that one of them can move the focus again.
+    evas_object_focus_set(window, EINA_TRUE);
     if (given_up != nullptr)
         evas_object_smart_callback_call(given_up, "vell,focus,given,up", nullptr);
 }

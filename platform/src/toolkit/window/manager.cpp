@@ -73,8 +73,7 @@ bool elm_vell_manager_init(Evas_Object* window) {
     if (elm_theme_overlay_list_get(nullptr) == nullptr) // the framework adds it before creating the window
         elm_theme_overlay_add(nullptr, platform::theme_file().c_str());
     elm_config_finger_size_set(0);
-    elm_config_window_auto_focus_enable_set(
-        EINA_FALSE); // otherwise the next key shows Elementary's highlight
+    elm_config_window_auto_focus_enable_set(EINA_FALSE); // or the next key shows Elementary's highlight
     elm_win_focus_highlight_enabled_set(window, EINA_FALSE);
     vell::correct_focus(window, vell::has_to_wait_for_popup);
     if (vell::attached<Handlers>(window) == nullptr) {
