@@ -73,8 +73,7 @@ public:
         check_words(*verb);
         if (verb->run != &CommandLine::list) {
             const double limit = verb->run == &CommandLine::wait ? seconds_ : 0;
-            name_ = find_television(given_name_ != nullptr ? given_name_ : "",
-                                    std::chrono::milliseconds(static_cast<long>(limit * 1000)));
+            name_ = find_television(name_, std::chrono::milliseconds(static_cast<long>(limit * 1000)));
         }
         (this->*verb->run)(*verb);
         std::cout.flush();
@@ -104,8 +103,9 @@ private:
 
     /** Takes the options away. @param stops_at_verb what follows the verb stays as it is. */
     void parse(int& argc, char** argv, bool stops_at_verb) {
+        g_autofree char* name = nullptr;
         const std::array<GOptionEntry, 8> options{{
-            {"name", 'n', 0, G_OPTION_ARG_FILENAME, &given_name_,
+            {"name", 'n', 0, G_OPTION_ARG_FILENAME, &name,
              "the television's name; else the only one that runs", "NAME"},
             {"json", 0, 0, G_OPTION_ARG_NONE, &json_, "answer in JSON", nullptr},
             {"time", 't', 0, G_OPTION_ARG_DOUBLE, &seconds_, "wait: at most so long (10)", "SECONDS"},
@@ -129,6 +129,8 @@ private:
         g_autoptr(GError) error = nullptr;
         if (g_option_context_parse(context, &argc, &argv, &error) == FALSE)
             throw WrongUse(std::string(error->message) + " (see tvctl --help)");
+        if (name != nullptr)
+            name_ = name;
         if (!(seconds_ >= 0 && seconds_ <= 1e6))
             throw WrongUse("--time: not from 0 to 1000000 seconds");
         if (gone_ + focus_ + number_ > 1)
@@ -249,7 +251,6 @@ private:
     std::vector<std::string> words_; // behind the verb
     std::string name_;               // of the television
     int status_ = 0;
-    char* given_name_ = nullptr;
     gboolean json_ = FALSE;
     double seconds_ = 10;
     gboolean gone_ = FALSE;
