@@ -1,7 +1,7 @@
 /** Reports the messages that pass the system bus, whichever program sends them. */
 #pragma once
 
-#include "base/gobject_release.h"
+#include "base/owned.h"
 #include "measurement.h"
 
 namespace bench {
