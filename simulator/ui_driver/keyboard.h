@@ -22,8 +22,7 @@ Display open_display();
  *
  * @param key an X keysym name, for example "Return", "Left" or "XF86Back", or a key of the remote control: "OK",
  *            "Back", "Exit" or "Red". One that the keyboard lacks is pressed as the PC key that stands for it (Escape,
- *            F12, F1).
- * @throws std::invalid_argument for a key that the keyboard does not have.
+ *            F12, F1). Does nothing for a key that `has_key` does not know.
  */
 void move_key(const Display& display, const std::string& key, bool down);
 
