@@ -55,7 +55,11 @@ RadioModule::RadioModule(const Options& options)
         return;
     serial_timer_ = call_every(static_cast<guint>(options.number("serial-after", 0) * 1000), [this] {
         serial_timer_.reset();
-        set_serial(true);
+        try {
+            set_serial(true);
+        } catch (const std::system_error& error) {
+            log_.error("the serial device does not appear: ", error.what());
+        }
     });
 }
 
