@@ -50,7 +50,7 @@ public:
     [[nodiscard]] int number(gsize index = 0) const;
     [[nodiscard]] bool flag(gsize index = 0) const;
     [[nodiscard]] std::chrono::milliseconds milliseconds(gsize index = 0) const;
-    /** A descriptor that was handed over with the call; empty when there is none. */
+    /** A descriptor that was handed over with the call, the caller's to close; -1 when there is none. */
     [[nodiscard]] int take_descriptor(int index) const;
 
     /** @param values floating, one for each "out" argument of the contract. */

@@ -243,7 +243,7 @@ private:
     }
 
     void print(GVariant* value) const {
-        const Value held(g_variant_ref_sink(value));
+        const Value held(g_variant_take_ref(value));
         std::cout << (json_ ? to_json(value) : to_words(value)) << '\n';
     }
 

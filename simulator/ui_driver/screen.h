@@ -97,7 +97,6 @@ public:
 
     /** @param screen the newest look at it. @throws NotSeen when it is not as wanted and patience is out. */
     [[nodiscard]] bool is_over(const Screen& screen) const;
-    [[nodiscard]] const std::string& wanted() const { return condition_.wanted; }
 
 private:
     Condition condition_;

@@ -21,8 +21,10 @@ std::optional<std::string> read_regular_file(int folder, const char* path, int f
     const std::string opened = "/proc/self/fd/" + std::to_string(file.get());
     g_autofree char* bytes = nullptr;
     gsize size = 0;
-    if (!g_file_get_contents(opened.c_str(), &bytes, &size, nullptr))
+    if (!g_file_get_contents(opened.c_str(), &bytes, &size, nullptr)) {
+        errno = errno == ENOENT ? EIO : errno; // without /proc: the file itself is there
         return std::nullopt;
+    }
     return std::string(bytes, size);
 }
 

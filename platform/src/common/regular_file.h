@@ -12,7 +12,8 @@ namespace platform {
  * @param folder an open folder, or AT_FDCWD.
  * @param path   the file, from there.
  * @param flags  further flags of open(2).
- * @return its bytes; nothing, and errno, when it cannot be read (EINVAL for another kind of file).
+ * @return its bytes; nothing, and errno, when it cannot be read (EINVAL for another kind of file, ENOENT
+ *         only when it is missing).
  */
 std::optional<std::string> read_regular_file(int folder, const char* path, int flags = 0);
 
