@@ -14,8 +14,8 @@ std::optional<std::string> read_regular_file(int folder, const char* path, int f
     struct stat status {};
     if (!file || fstat(file.get(), &status) != 0)
         return std::nullopt;
-    if (!S_ISREG(status.st_mode)) {
-        errno = EINVAL;
+    if (!S_ISREG(status.st_mode) || static_cast<std::size_t>(status.st_size) > largest_file) {
+        errno = S_ISREG(status.st_mode) ? EFBIG : EINVAL;
         return std::nullopt;
     }
     const std::string opened = "/proc/self/fd/" + std::to_string(file.get());
