@@ -1,7 +1,7 @@
 /** Reports the messages of all programs on the system bus. */
 #pragma once
 
-#include "base/gobject_release.h"
+#include "base/owned.h"
 #include "measurement.h"
 
 namespace bench {

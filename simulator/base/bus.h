@@ -50,7 +50,7 @@ public:
     [[nodiscard]] int number(gsize index = 0) const;
     [[nodiscard]] bool flag(gsize index = 0) const;
     [[nodiscard]] std::chrono::milliseconds milliseconds(gsize index = 0) const;
-    /** Returns a descriptor passed with the call; -1 if there is none. */
+    /** Returns a descriptor passed with the call, for the caller to close; -1 if there is none. */
     [[nodiscard]] int take_descriptor(int index) const;
 
     /** @param values floating, one per "out" argument of the interface. */

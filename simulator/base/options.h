@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <glib.h>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -37,13 +38,16 @@ public:
     [[nodiscard]] std::string text(const std::string& name) const {
         return has(name) ? all(name).front() : "";
     }
-    /** @throws std::runtime_error if it is not a number. */
+    /** @throws std::runtime_error if it is not a non-negative number. */
     [[nodiscard]] double number(const std::string& name, double otherwise) const {
-        try {
-            return has(name) ? std::stod(text(name)) : otherwise;
-        } catch (const std::logic_error&) {
-            throw std::runtime_error("--" + name + " " + text(name) + ": not a number");
-        }
+        if (!has(name))
+            return otherwise;
+        const std::string value = text(name);
+        char* end = nullptr;
+        const double number = g_ascii_strtod(value.c_str(), &end);
+        if (value.empty() || *end != '\0' || !(number >= 0))
+            throw std::runtime_error("--" + name + " " + value + ": must be a number of 0 or more");
+        return number;
     }
     [[nodiscard]] const std::vector<std::string>& command() const { return command_; }
 

@@ -73,8 +73,7 @@ public:
         check_words(*verb);
         if (verb->run != &CommandLine::list) {
             const double limit = verb->run == &CommandLine::wait ? seconds_ : 0;
-            name_ = find_television(given_name_ != nullptr ? given_name_ : "",
-                                    std::chrono::milliseconds(static_cast<long>(limit * 1000)));
+            name_ = find_television(name_, std::chrono::milliseconds(static_cast<long>(limit * 1000)));
         }
         (this->*verb->run)(*verb);
         std::cout.flush();
@@ -104,8 +103,9 @@ private:
 
     /** Parses and removes the options. @param stops_at_verb only those before the verb. */
     void parse(int& argc, char** argv, bool stops_at_verb) {
+        g_autofree char* name = nullptr;
         const std::array<GOptionEntry, 8> options{{
-            {"name", 'n', 0, G_OPTION_ARG_FILENAME, &given_name_,
+            {"name", 'n', 0, G_OPTION_ARG_FILENAME, &name,
              "name of the television; not needed if only one is running", "NAME"},
             {"json", 0, 0, G_OPTION_ARG_NONE, &json_, "print JSON", nullptr},
             {"time", 't', 0, G_OPTION_ARG_DOUBLE, &seconds_, "wait: time-out (default: 10)", "SECONDS"},
@@ -129,6 +129,8 @@ private:
         g_autoptr(GError) error = nullptr;
         if (g_option_context_parse(context, &argc, &argv, &error) == FALSE)
             throw UsageError(std::string(error->message) + " (see tvctl --help)");
+        if (name != nullptr)
+            name_ = name;
         if (!(seconds_ >= 0 && seconds_ <= 1e6))
             throw UsageError("--time must be from 0 to 1000000 seconds");
         if (gone_ + focus_ + number_ > 1)
@@ -241,7 +243,7 @@ private:
     }
 
     void print(GVariant* value) const {
-        const Value held(g_variant_ref_sink(value));
+        const Value held(g_variant_take_ref(value));
         std::cout << (json_ ? to_json(value) : to_words(value)) << '\n';
     }
 
@@ -249,7 +251,6 @@ private:
     std::vector<std::string> words_; // after the verb
     std::string name_;               // of the television
     int status_ = 0;
-    char* given_name_ = nullptr;
     gboolean json_ = FALSE;
     double seconds_ = 10;
     gboolean gone_ = FALSE;

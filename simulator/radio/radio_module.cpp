@@ -55,7 +55,11 @@ RadioModule::RadioModule(const Options& options)
         return;
     serial_timer_ = call_every(static_cast<guint>(options.number("serial-after", 0) * 1000), [this] {
         serial_timer_.reset();
-        set_serial(true);
+        try {
+            set_serial(true);
+        } catch (const std::system_error& error) {
+            log_.error("the serial device does not appear: ", error.what());
+        }
     });
 }
 
@@ -81,7 +85,7 @@ void RadioModule::add_traffic(const std::string& text) {
 
 void RadioModule::set_serial(bool present) {
     std::error_code error;
-    if (std::filesystem::is_symlink(device_path, error)) // possibly left by a killed module
+    if (std::filesystem::is_symlink(device_path, error))
         unlink(device_path);
     if (present && symlink(terminal_path_.c_str(), device_path) != 0)
         fail_with_errno(device_path);

@@ -23,11 +23,12 @@ void kill_all(const Call& call, const std::string& program) {
         else
             asked->refuse(Refusal("NoSuchProcess", "no process is named " + asked->text()));
     };
-    g_autoptr(GSubprocess) killall = g_subprocess_new(G_SUBPROCESS_FLAGS_STDERR_SILENCE, nullptr, "killall",
+    g_autoptr(GError) error = nullptr;
+    g_autoptr(GSubprocess) killall = g_subprocess_new(G_SUBPROCESS_FLAGS_STDERR_SILENCE, &error, "killall",
                                                       "-KILL", "--", program.c_str(), nullptr);
-    if (killall != nullptr)
-        g_subprocess_wait_check_async(killall, nullptr, ended,
-                                      std::make_unique<Call>(call.later()).release());
+    if (killall == nullptr)
+        throw std::runtime_error(error->message);
+    g_subprocess_wait_check_async(killall, nullptr, ended, std::make_unique<Call>(call.later()).release());
 }
 
 /** Keeps all other settings. */

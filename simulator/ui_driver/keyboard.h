@@ -22,8 +22,7 @@ Display open_display();
  *
  * @param key an X keysym name, for example "Return", "Left" or "XF86Back", or a key of the remote control: "OK",
  *            "Back", "Exit" or "Red". If the keyboard lacks it, its PC key is pressed instead
- *            (Escape, F12, F1).
- * @throws std::invalid_argument if the keyboard lacks the key.
+ *            (Escape, F12, F1). Does nothing if `has_key` returns false.
  */
 void move_key(const Display& display, const std::string& key, bool down);
 

@@ -97,7 +97,6 @@ public:
 
     /** @param screen the latest snapshot. @throws NotSeen on time-out. */
     [[nodiscard]] bool is_over(const Screen& screen) const;
-    [[nodiscard]] const std::string& wanted() const { return condition_.wanted; }
 
 private:
     Condition condition_;

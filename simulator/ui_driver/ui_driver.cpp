@@ -56,14 +56,6 @@ UiDriver::UiDriver(GDBusConnection* connection)
 }
 
 UiDriver::~UiDriver() {
-    try {
-        end_calls();
-    } catch (const std::exception& error) {
-        g_warning("ui_driver: %s", error.what());
-    }
-}
-
-void UiDriver::end_calls() {
     const Refusal refusal("NotRunning", "the ui_driver exited before it could answer");
     for (const Waiting& waiting : waiting_)
         waiting.call.refuse(refusal);

@@ -54,7 +54,6 @@ private:
     void look();
     void show(const Screen& screen);
     [[nodiscard]] static bool serve(const Waiting& waiting, const Screen& screen);
-    void end_calls();
 
     GDBusConnection* connection_;
     Display display_;

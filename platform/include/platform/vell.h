@@ -26,7 +26,7 @@
  */
 bool elm_vell_manager_init(Evas_Object* window);
 
-/** Releases the resources of `elm_vell_manager_init`. Further calls have no effect. */
+/** Releases the toolkit. Has no effect on a Linux PC, where all resources are freed with the window. */
 void elm_vell_manager_fini();
 
 /** Converts layout units to pixels, rounded to the nearest. */

@@ -14,15 +14,17 @@ std::optional<std::string> read_regular_file(int folder, const char* path, int f
     struct stat status {};
     if (!file || fstat(file.get(), &status) != 0)
         return std::nullopt;
-    if (!S_ISREG(status.st_mode)) {
-        errno = EINVAL;
+    if (!S_ISREG(status.st_mode) || static_cast<std::size_t>(status.st_size) > largest_file) {
+        errno = S_ISREG(status.st_mode) ? EFBIG : EINVAL;
         return std::nullopt;
     }
     const std::string opened = "/proc/self/fd/" + std::to_string(file.get());
     g_autofree char* bytes = nullptr;
     gsize size = 0;
-    if (!g_file_get_contents(opened.c_str(), &bytes, &size, nullptr))
+    if (!g_file_get_contents(opened.c_str(), &bytes, &size, nullptr)) {
+        errno = errno == ENOENT ? EIO : errno; // without /proc: the file itself is there
         return std::nullopt;
+    }
     return std::string(bytes, size);
 }
 

@@ -6,13 +6,17 @@
 
 namespace platform {
 
+/** The size limit of `read_regular_file`, in bytes. */
+constexpr std::size_t largest_file = 16UL * 1024 * 1024;
+
 /**
  * Reads a whole regular file. Unlike GLib, does not block on a named pipe.
  *
  * @param folder an open folder, or AT_FDCWD.
  * @param path   the file's path, relative to `folder`.
  * @param flags  further flags of open(2).
- * @return its bytes; nothing, and errno, when it cannot be read (EINVAL for another kind of file).
+ * @return its bytes; on failure nothing, and sets errno (EINVAL: not a regular file, EFBIG: too large, ENOENT: only if it
+ *         is missing).
  */
 std::optional<std::string> read_regular_file(int folder, const char* path, int flags = 0);
 

@@ -41,9 +41,15 @@ bool shows_colours() {
     return type != nullptr && std::string_view(type) != "dumb" && isatty(STDERR_FILENO) == 1;
 }
 
+/** Handles SIGPIPE unless the launcher ignored it: started programs inherit an ignored signal, but no handler. */
+bool survive_closed_pipe() {
+    struct sigaction launchers {};
+    return sigaction(SIGPIPE, nullptr, &launchers) == 0 && launchers.sa_handler == SIG_DFL &&
+           std::signal(SIGPIPE, [](int) {}) != SIG_ERR;
+}
+
 int print(LogPriority priority, std::string_view tag, std::string_view message) {
-    // A closed pipe must not kill the process. SIGPIPE is caught, not ignored, as started programs would inherit that.
-    [[maybe_unused]] static const auto former = std::signal(SIGPIPE, [](int) {});
+    [[maybe_unused]] static const bool survives = survive_closed_pipe();
     if (g_log_writer_is_journald(STDERR_FILENO) != FALSE && send_to_journal(priority, tag, message))
         return static_cast<int>(message.size());
     const std::string line = log_line(priority, tag, message, shows_colours());

@@ -81,9 +81,9 @@ Descriptor open_folder(bool make) {
 
 Store read_store_in(const Descriptor& folder) {
     const std::optional<std::string> file = read_regular_file(folder.get(), store_name, O_NOFOLLOW);
-    if (!file)
+    if (!file && errno != EFBIG)
         return {errno == ENOENT ? no_such_record : storage_failed, {}};
-    std::optional<Records> records = decode(*file);
+    std::optional<Records> records = file ? decode(*file) : std::nullopt;
     return records ? Store{ok, std::move(*records)} : Store{not_authentic, {}};
 }
 
@@ -154,7 +154,8 @@ SecureStorageResult put_record(const Records::value_type& record) {
     if (store.result == storage_failed)
         return storage_failed;
     store.records.insert_or_assign(record.first, record.second);
-    return replace_store(folder, encode(store.records)) ? ok : storage_failed;
+    const std::string bytes = encode(store.records);
+    return bytes.size() <= largest_file && replace_store(folder, bytes) ? ok : storage_failed;
 }
 
 } // namespace platform::secure

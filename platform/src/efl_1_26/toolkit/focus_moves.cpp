@@ -97,7 +97,8 @@ Efl_Ui_Focus_Object* first_below(Eo* window, void*, Efl_Ui_Focus_Object* parent)
 /** Overrides the operation for the window and its inner manager. */
 void set_focus(Eo* manager, void*, Efl_Ui_Focus_Object* widget) {
     const Eo* const window = efl_isa(manager, EFL_UI_WIN_CLASS) ? manager : efl_parent_get(manager);
-    if (attached<Places>(window)->is_behind_popup(widget))
+    const auto* const places = attached<Places>(window); // null for a manager that is leaving its window
+    if (places != nullptr && places->is_behind_popup(widget))
         efl_ui_focus_manager_reset_history(
             manager); // otherwise the previous widget gets the focus when the popup closes
     else
