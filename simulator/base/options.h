@@ -40,12 +40,10 @@ public:
     }
     /** @throws std::runtime_error if it is not a non-negative number. */
     [[nodiscard]] double number(const std::string& name, double otherwise) const {
-        if (!has(name))
-            return otherwise;
         const std::string value = text(name);
         char* end = nullptr;
-        const double number = g_ascii_strtod(value.c_str(), &end);
-        if (value.empty() || *end != '\0' || !(number >= 0))
+        const double number = value.empty() ? otherwise : g_ascii_strtod(value.c_str(), &end);
+        if ((end != nullptr && *end != '\0') || !(number >= 0))
             throw std::runtime_error("--" + name + " " + value + ": must be a number of 0 or more");
         return number;
     }
