@@ -146,7 +146,7 @@ std::string label_in(const Items& items, GVariant* relations) {
 }
 
 /** Fills in the widget from the item, and queues questions for the rest. */
-void ask_about(const Items& items, const Item& item, Widget& widget, Places places,
+void ask_about(const Items& items, const Item& item, Widget& widget, Order order,
                std::vector<Question>& questions) {
     widget.name = item.name;
     widget.role = role_name(item.role);
@@ -155,13 +155,13 @@ void ask_about(const Items& items, const Item& item, Widget& widget, Places plac
     widget.enabled = item.is(ATSPI_STATE_ENABLED) && item.is(ATSPI_STATE_SENSITIVE);
     widget.chosen = item.is(ATSPI_STATE_SELECTED);
     widget.accessible = item.accessible;
-    if (places == Places::asked && item.has("Component"))
+    if (order == Order::screen && item.has("Component"))
         questions.push_back(
             {item.accessible, "org.a11y.atspi.Component", "GetExtents",
              g_variant_new("(u)", ATSPI_COORD_TYPE_SCREEN), "((iiii))", [&widget](GVariant* answer) {
                  g_variant_get(answer, "((iiii))", &widget.x, &widget.y, &widget.width, &widget.height);
              }});
-    if (places == Places::asked && item.role == ATSPI_ROLE_PUSH_BUTTON)
+    if (order == Order::screen && item.role == ATSPI_ROLE_PUSH_BUTTON)
         questions.push_back(
             {item.accessible, accessible_interface, "GetRelationSet", nullptr, "(a(ua(so)))",
              [&items, &widget](GVariant* answer) { widget.label = label_in(items, answer); }});
@@ -263,7 +263,7 @@ void ScreenReader::ask(const std::vector<Question>& questions, const Done& done)
 /** The state of one look. */
 struct ScreenReader::Look {
     std::string application;
-    Places places;
+    Order order;
     Seen seen;
     std::vector<std::string> applications;
     std::string reason = "the application is not on the accessibility bus";
@@ -271,10 +271,10 @@ struct ScreenReader::Look {
     std::vector<Widget> widgets;
 };
 
-void ScreenReader::look(const std::string& application, Places places, const Seen& seen) {
+void ScreenReader::look(const std::string& application, Order order, const Seen& seen) {
     const auto look = std::make_shared<Look>();
     look->application = application;
-    look->places = places;
+    look->order = order;
     look->seen = seen;
     announce([this, look](const GError* failure) {
         if (failure != nullptr)
@@ -328,7 +328,7 @@ void ScreenReader::describe(const std::shared_ptr<Look>& look) {
     look->widgets.resize(shown.found.size());
     std::vector<Question> questions;
     for (std::size_t i = 0; i < shown.found.size(); ++i)
-        ask_about(look->items, *shown.found[i].item, look->widgets[i], look->places, questions);
+        ask_about(look->items, *shown.found[i].item, look->widgets[i], look->order, questions);
     ask(questions, [look, uncovered, in_front = shown.in_front](const GError* failure) {
         if (failure != nullptr)
             return look->seen(Screen::unreadable(failure->message));

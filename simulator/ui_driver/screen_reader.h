@@ -9,10 +9,10 @@ namespace simulator {
 struct Question;
 
 /**
- * Whether a look also asks for the widgets' positions and labels. Without them it is twice as fast, and the widgets
- * are in the application's order.
+ * The order of a look's widgets: that of the accessibility tree, without positions and labels, or that of the screen,
+ * which takes twice as long.
  */
-enum class Places : bool { unasked, asked };
+enum class Order : bool { tree, screen };
 
 /** The first look connects to the bus and announces a screen reader to the session. */
 class ScreenReader {
@@ -35,7 +35,7 @@ public:
      *                    application with a window.
      * @param seen        called with the screen, which is empty if the application is missing or too busy to answer.
      */
-    void look(const std::string& application, Places places, const Seen& seen);
+    void look(const std::string& application, Order order, const Seen& seen);
 
     /**
      * Presses a widget through its accessible action, like a screen reader. A time-out is not an error: the

@@ -163,7 +163,7 @@ void UiDriver::look() {
     next_look_.reset();
     is_looking_ = true;
     ++looks_;
-    reader_.look("", Places::asked, [this](const Screen& screen) {
+    reader_.look("", Order::screen, [this](const Screen& screen) {
         is_looking_ = false;
         show(screen);
     });

@@ -103,7 +103,7 @@ protected:
         simulator::Screen screen({});
         expect_soon("the tree to have the order of the screen", [&] {
             screen = reader_.read("velmora");
-            return reader_.read("velmora", simulator::Places::unasked).texts() == screen.texts();
+            return reader_.read("velmora", simulator::Order::tree).texts() == screen.texts();
         });
         for (const simulator::Widget& widget : screen.widgets())
             roles.push_back(widget.role + " " + widget.label + widget.name +

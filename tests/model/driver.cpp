@@ -99,7 +99,18 @@ void Driver::take(const Transition& by) {
     }
     state_ = outcome.state;
     const bool host_ends = by.behaviour == "dies" || by.behaviour == "is away";
-    expect(host_ends ? Calls{} : outcome.calls, outcome.log);
+    const Calls calls = host_ends ? Calls{} : outcome.calls;
+    try {
+        expect(calls, outcome.log);
+    } catch (const Difference&) {
+        // A machine that is too busy to run the application for 250 ms has frozen its screen, too.
+        constexpr int most_stalls = 3;
+        if (by.act != Act::press || by.times > 1 || !calls.empty() || log_.count("dropped a press") == 0 ||
+            ++stalls_ > most_stalls)
+            throw;
+        act(by);
+        expect(calls, outcome.log);
+    }
     std::exchange(repair_, [] {})();
 }
 

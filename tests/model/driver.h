@@ -62,6 +62,7 @@ private:
     Steps taken_;
     std::map<std::string, simulator::Widget> seen_; /**< buttons by name, as last seen */
     std::size_t calls_seen_ = 0;
+    int stalls_ = 0;                       // presses that a busy machine froze the screen for
     std::function<void()> repair_ = [] {}; /**< removes the injected fault */
     std::chrono::milliseconds limit_;
 };

@@ -23,8 +23,8 @@ public:
     }
 
     /** See `ScreenReader::look`. */
-    [[nodiscard]] Screen read(const std::string& application, Places places = Places::asked) {
-        return answer_of<Screen>([&](const auto& answer) { reader_.look(application, places, answer); });
+    [[nodiscard]] Screen read(const std::string& application, Order order = Order::screen) {
+        return answer_of<Screen>([&](const auto& answer) { reader_.look(application, order, answer); });
     }
 
     /** See `ScreenReader::activate`. @throws std::runtime_error if the widget has no action. */
