@@ -3,6 +3,7 @@
 #include "main_loop.h"
 #include "platform/log.h"
 
+#include <Ecore.h>
 #include <Ecore_X.h>
 #include <X11/Xlib.h>
 #include <cstdlib>
@@ -10,8 +11,9 @@
 namespace platform {
 
 // When the connection breaks, Xlib calls the first handler, then the second. Xlib's default second handler exits the
-// process; if ours returns, later calls on this display do nothing. Ecore's handlers cannot be used, since Elementary
-// replaces them when it creates the first window (measured with EFL 1.26.3).
+// process; if ours returns, later calls on this display do nothing. The thread that meets the error may be Evas's
+// rendering thread, and Xlib keeps the display locked for it: the main thread would wait for ever. Ecore's handlers
+// cannot be used, since Elementary replaces them when it creates the first window (measured with EFL 1.26.3).
 DisplayConnection::DisplayConnection() : is_open_(ecore_x_init(nullptr) > 0) {
     if (!is_open_) {
         const char* const name = std::getenv("DISPLAY");
@@ -20,11 +22,13 @@ DisplayConnection::DisplayConnection() : is_open_(ecore_x_init(nullptr) > 0) {
         return;
     }
     XSetIOErrorHandler([](Display*) {
-        quit_main_loop("the display has gone");
+        ecore_main_loop_thread_safe_call_async([](void*) { quit_main_loop("the display has gone"); },
+                                               nullptr);
         return 0;
     });
     XSetIOErrorExitHandler(
-        static_cast<Display*>(ecore_x_display_get()), [](Display*, void*) {}, nullptr);
+        static_cast<Display*>(ecore_x_display_get()),
+        [](Display* display, void*) { XUnlockDisplay(display); }, nullptr);
 }
 
 DisplayConnection::~DisplayConnection() {
