@@ -128,12 +128,12 @@ void add_for_each(const char* what, int repetitions, const std::vector<const Pro
     add_for_each("start to first drawn page", 15, {&elementary}, start);
     add_for_each("memory after two seconds", 7, {&elementary}, memory);
     add_for_each("context switches in 5 s of idleness", 3, {&elementary}, idle_context_switches);
-    add_for_each("arrow key to changed picture", 9, {&elementary}, picture_after({"Right", "Left"}));
-    add_for_each("tab switch to its first picture", 9, {&elementary}, picture_after({"Return"}));
-    add_for_each("popup to its first picture", 9, {&elementary}, picture_after(keys_to_popup));
-    add_for_each("pictures dropped while a popup opens", 5, {&elementary}, popup_drops);
+    add_for_each("arrow key to first changed frame", 9, {&elementary}, picture_after({"Right", "Left"}));
+    add_for_each("tab switch to its first frame", 9, {&elementary}, picture_after({"Return"}));
+    add_for_each("popup to its first frame", 9, {&elementary}, picture_after(keys_to_popup));
+    add_for_each("frames dropped while a popup opens", 5, {&elementary}, popup_drops);
     add_for_each("Return to the method call", 15, {&eldbus, &gdbus}, key_to_call);
-    add_for_each("event to the page's first picture", 15, {&eldbus}, event_to_picture);
+    add_for_each("event to the page's first frame", 15, {&eldbus}, event_to_picture);
     for (const int count : {1, 10, 100})
         add("after " + std::to_string(count) + (count == 1 ? " test" : " tests"), own_name, 1,
             [count] { return tests(count); });
