@@ -53,7 +53,7 @@ TEST_F(LifecycleTest, LateSessionBusIsUsedOnceItAnswers) {
     const auto second = launch();
     expect_logged("> _app_service", 2);
     ASSERT_EQ(signal_bus("CONT"), 0);
-    expect_logged("runs as well");
+    expect_logged("is also running");
     second->terminate();
     EXPECT_EQ(second->wait_for_end(busy_machine_limit), 0);
     EXPECT_EQ(launch()->wait_for_end(busy_machine_limit), 0);
@@ -70,7 +70,7 @@ TEST_F(LifecycleTest, OneLaunchDuringShutdownStartsAfterwards) {
     expect_logged("> the main loop ends");
     const auto second = launch();
     const auto third = launch();
-    expect_logged("is ending: waiting", 2);
+    expect_logged("is shutting down: waiting", 2);
     EXPECT_EQ(log_.count("> app create called"), 1);
     expect_clean_exit({"cpcd", "zigbeed"});
     std::system("killall -CONT cpcd zigbeed");

@@ -63,8 +63,8 @@ std::vector<Transition> all_transitions() {
         {"SIGTERM and a restart", Act::terminate, "SIGTERM", page | popup | stream, 700, always},
         {"the window is closed, and a restart", Act::close, "the window was closed", page | popup, 700,
          in_front},
-        {"the window is destroyed, and a restart", Act::destroy, "the window has gone", page | popup, 700,
-         in_front}};
+        {"the window is destroyed, and a restart", Act::destroy, "the window was destroyed", page | popup,
+         700, in_front}};
     for (const std::string key : {"Left", "Right", "Up", "Down"}) {
         all.push_back({key, Act::press, key, spots, 20,
                        [key](const State& state) { return in_front(state) && stops_well(state, key); }});

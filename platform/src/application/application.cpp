@@ -40,8 +40,8 @@ bool answer_option(std::string_view option) {
     const char* const program = program_invocation_short_name;
     if (option == "--help")
         std::printf("usage: %s\n\n"
-                    "Runs full-screen until it is ended, and takes no options but --help and --version.\n"
-                    "'man %s' says more.\n",
+                    "Runs in full-screen mode. Takes no options except --help and --version.\n"
+                    "For more, see 'man %s'.\n",
                     program, program);
     else if (option == "--version")
         std::printf("%s " VELMORA_VERSION "\n", program);
@@ -113,7 +113,7 @@ bool run(const LifecycleCallbacks& callbacks, void* user_data, const std::functi
             guarded_call(visible ? "resume" : "pause", visible ? callbacks.resume : callbacks.pause,
                          user_data);
         },
-        [] { quit_main_loop("the window has gone"); });
+        [] { quit_main_loop("the window was destroyed"); });
     drop_repeated_keys();
     add_remote_control_keys();
     if (!guarded_call("create", callbacks.create, user_data))

@@ -18,12 +18,12 @@ DisplayConnection::DisplayConnection() : is_open_(ecore_x_init(nullptr) > 0) {
     if (!is_open_) {
         const char* const name = std::getenv("DISPLAY");
         __dlog_print(LogBuffer::main, LogPriority::error, "PLATFORM", "no display: %s%s",
-                     name && *name ? "nothing answers at DISPLAY=" : "DISPLAY is not set", name ? name : "");
+                     name && *name ? "cannot connect to DISPLAY=" : "DISPLAY is not set", name ? name : "");
         return;
     }
     XSetIOErrorHandler([](Display*) {
-        ecore_main_loop_thread_safe_call_async([](void*) { quit_main_loop("the display has gone"); },
-                                               nullptr);
+        ecore_main_loop_thread_safe_call_async(
+            [](void*) { quit_main_loop("the display connection was lost"); }, nullptr);
         return 0;
     });
     XSetIOErrorExitHandler(

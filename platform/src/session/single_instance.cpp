@@ -15,11 +15,11 @@ constexpr auto* application_xml =
     "<node><interface name='org.freedesktop.Application'><method name='Activate'>"
     "<arg type='a{sv}' direction='in'/></method></interface></node>";
 
-/** Time-out of the start for the bus. */
+/** How long the start waits for the bus. */
 constexpr gint64 bus_limit_microseconds = 1'000'000;
-/** Time-out for a running process to answer a launch; one that is shutting down refuses at once. */
+/** How long the start waits for a running process to answer; one that is shutting down refuses at once. */
 constexpr int launch_limit_milliseconds = 1500;
-/** Time-out for a process that is shutting down; stopping the radio programs takes five seconds. */
+/** How long the start waits for a process that is shutting down; it stops the radio programs, which takes 5 s. */
 constexpr gint64 exit_limit_microseconds = 30'000'000;
 
 void log_line(LogPriority priority, const char* text) {
@@ -54,7 +54,7 @@ SingleInstance::SingleInstance(std::string_view program, std::function<void()> l
     const auto not_acquired = [](GDBusConnection* bus, const char* /*name*/, gpointer self) {
         if (bus)
             return; // another process owns it; the watch below reports that
-        log_line(LogPriority::warning, "the session bus is not used: it lets nobody in, or has gone");
+        log_line(LogPriority::warning, "cannot use the session bus: it refused or closed the connection");
         auto& outcome = static_cast<SingleInstance*>(self)->outcome_;
         outcome = outcome.value_or(LaunchOutcome::runs);
     };
@@ -78,9 +78,9 @@ LaunchOutcome SingleInstance::settle() {
         g_main_context_iteration(nullptr, TRUE);
     g_source_remove(timer);
     if (!outcome_ && is_passed_on_)
-        log_line(LogPriority::error, "the application's earlier process has not ended in 30 s: not started");
+        log_line(LogPriority::error, "not started: an earlier process did not exit within 30 s");
     else if (!outcome_)
-        log_line(LogPriority::warning, "the session bus does not answer: the start does not wait for it");
+        log_line(LogPriority::warning, "the session bus does not answer: starting without it");
     outcome_ = outcome_.value_or(is_passed_on_ ? LaunchOutcome::held_up : LaunchOutcome::runs);
     return *outcome_;
 }
@@ -107,7 +107,7 @@ void SingleInstance::refuse_launches() {
 
 void SingleInstance::pass_launch_to(GDBusConnection* bus, const char* owner) {
     if (outcome_) {
-        log_line(LogPriority::warning, "another process of the application runs as well");
+        log_line(LogPriority::warning, "another process of the application is also running");
         return;
     }
     is_passed_on_ = true;
@@ -119,7 +119,7 @@ void SingleInstance::pass_launch_to(GDBusConnection* bus, const char* owner) {
         if (reply || is_busy)
             outcome = outcome.value_or(LaunchOutcome::reached);
         else
-            log_line(LogPriority::info, "the application's earlier process is ending: waiting for its end");
+            log_line(LogPriority::info, "an earlier process is shutting down: waiting for it to exit");
     };
     g_dbus_connection_call(bus, owner, path_.c_str(), application_interface, "Activate",
                            g_variant_new("(a{sv})", nullptr), nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START,
