@@ -5,7 +5,7 @@
 
 #include <exception>
 
-/** Logs the current exception as the end of an operation. */
+/** Logs that an operation ended with the current exception. */
 inline void logException(const LogOrigin& origin) {
     try {
         throw;

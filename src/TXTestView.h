@@ -1,4 +1,4 @@
-/** The transmit test: sends a continuous stream at a power on a channel. */
+/** The transmit test: sends a continuous stream on a channel at a power level. */
 #pragma once
 
 #include "CSingleton.h"
@@ -30,7 +30,7 @@ private:
     bool createPowerPickerPopup();
     bool createChannelPickerPopup();
 
-    /** Allows or prevents focusing power and channel, which are locked while the stream runs. */
+    /** Locks or unlocks the power and channel buttons; they cannot take the focus while the stream runs. */
     void allowSettings(bool allowed);
 
     // "pressed" callbacks of the buttons and key callbacks of the pickers.

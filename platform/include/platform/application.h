@@ -4,7 +4,7 @@
  * On a Linux PC the framework initialises Elementary, runs its main loop together with GLib's default context, and
  * keeps one process per application. It shuts down cleanly on SIGTERM, SIGINT, SIGQUIT and SIGHUP and when the display
  * server or the last window goes away, and logs the shutdown reason. Before the main loop these signals have the
- * launcher's disposition, by default immediate exit; ignored ones stay ignored; after the loop they have no effect.
+ * inherited disposition, by default immediate exit; ignored ones stay ignored; after the loop they have no effect.
  *
  * The framework opens missing standard descriptors on the null device, and marks all others close-on-exec in children
  * created by fork(2). It answers a lone argument "--help" or "--version" without launching.

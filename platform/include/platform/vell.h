@@ -102,7 +102,7 @@ Evas_Object* elm_vell_header_add(Evas_Object* parent);
 /** Sets the header's style; 1 is for a page with a row of tabs. */
 void elm_vell_header_style_set(Evas_Object* header, int style);
 
-/** Shows (true) or hides (false) the plate behind the header. */
+/** Shows (true) or hides (false) the header's background. */
 void elm_vell_header_uiplate_enable(Evas_Object* header, bool enabled);
 
 /** Sets the header's title. */

@@ -3,12 +3,12 @@
 
 namespace platform {
 
-/** Connects before Elementary, which connects with the first window: Ecore X has no event types until then. */
+/** Connects earlier than Elementary, which connects with the first window: Ecore X has no event types before. */
 class DisplayConnection {
 public:
     /**
      * Connects; logs if no server answers. If the display server exits later, the main loop ends as it does on a
-     * signal, and terminate follows; Ecore would exit the process at once.
+     * signal, and terminate is called; Ecore would exit the process at once.
      */
     DisplayConnection();
     ~DisplayConnection();

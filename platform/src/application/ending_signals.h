@@ -4,7 +4,7 @@
 namespace platform {
 
 /**
- * Initialises Ecore like `ecore_init`, but keeps the launcher's dispositions of these signals.
+ * Initialises Ecore like `ecore_init`, but keeps the inherited dispositions of these signals.
  *
  * Measured with EFL 1.26.3: Ecore's handlers only queue an event for the loop, so signals would not stop a process that
  * is blocked before the loop, for example by an unresponsive system bus.
@@ -12,7 +12,7 @@ namespace platform {
 bool init_ecore_without_signals();
 
 /**
- * Makes these signals end the main loop, except those that the launcher ignored.
+ * Makes these signals end the main loop, except those that the parent process ignored.
  *
  * Call it just before the loop. Ecore's handlers stay until Ecore shuts down, so signals after the loop have no effect.
  * This matters because a closing terminal sends two signals, and the second one must not interrupt the shutdown, which

@@ -14,9 +14,9 @@ constexpr std::size_t largest_file = 16UL * 1024 * 1024;
  *
  * @param folder an open folder, or AT_FDCWD.
  * @param path   the file's path, relative to `folder`.
- * @param flags  further flags of open(2).
- * @return its bytes; on failure nothing, and sets errno (EINVAL: not a regular file, EFBIG: too large, ENOENT: only if
- *         it is missing).
+ * @param flags  additional flags for open(2).
+ * @return the content; nothing on failure, with errno set: EINVAL if it is not a regular file, EFBIG if it is too
+ *         large, ENOENT only if it is missing.
  */
 std::optional<std::string> read_regular_file(int folder, const char* path, int flags = 0);
 

@@ -16,7 +16,7 @@
 namespace platform {
 namespace {
 
-/** Returns the journal's number for a priority; LOG_ERR for an unknown one. */
+/** Returns the syslog priority for a message priority; LOG_ERR for an unknown one. */
 int journal_priority(LogPriority priority) {
     constexpr std::array priorities{LOG_DEBUG, LOG_DEBUG, LOG_INFO, LOG_WARNING, LOG_ERR, LOG_CRIT};
     const auto index = static_cast<std::size_t>(priority) - static_cast<std::size_t>(LogPriority::verbose);
@@ -41,10 +41,10 @@ bool shows_colours() {
     return type != nullptr && std::string_view(type) != "dumb" && isatty(STDERR_FILENO) == 1;
 }
 
-/** Handles SIGPIPE unless the launcher ignored it: started programs inherit an ignored signal, but no handler. */
+/** Handles SIGPIPE, unless the parent process ignored it. A handler, unlike SIG_IGN, is not inherited by children. */
 bool survive_closed_pipe() {
-    struct sigaction launchers {};
-    return sigaction(SIGPIPE, nullptr, &launchers) == 0 && launchers.sa_handler == SIG_DFL &&
+    struct sigaction inherited {};
+    return sigaction(SIGPIPE, nullptr, &inherited) == 0 && inherited.sa_handler == SIG_DFL &&
            std::signal(SIGPIPE, [](int) {}) != SIG_ERR;
 }
 

@@ -1,4 +1,4 @@
-/** Elementary's accessibility bridge: whether it works, and key presses while it is on. */
+/** Checks Elementary's accessibility bridge, and restores key presses while it is on. */
 #pragma once
 
 namespace platform {

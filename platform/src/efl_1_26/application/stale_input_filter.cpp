@@ -28,7 +28,7 @@ struct {
     unsigned server_time = 0;
     Clock::time_point time;
 } last_freeze_end;
-std::string dropped_last; // during the last freeze; logs a held key only once
+std::string dropped_last; // during the last freeze; prevents logging a held key twice
 
 struct Press {
     unsigned server_time;

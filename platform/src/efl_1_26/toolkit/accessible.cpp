@@ -52,9 +52,9 @@ void emit_inside(void*, Evas_Object* widget, void* data) {
 }
 
 /**
- * Emits the event from a callback of a private event. If such events have no listeners, EFL's bridge stops the callback
- * list that is running for the widget, for example that of "pressed" if a callback sets a text (measured). A private
- * event has no other callbacks to lose.
+ * Emits the event from a callback of a private event. If an accessibility event has no listeners, EFL's bridge stops
+ * the event that the widget is emitting: if a "pressed" callback sets a text, the other "pressed" callbacks are not
+ * called (measured). The private event has only this callback.
  */
 void emit(Evas_Object* widget, AccessibleEvent event) {
     constexpr const char* own_event = "vell,accessible";

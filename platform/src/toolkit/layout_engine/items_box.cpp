@@ -9,7 +9,7 @@ namespace {
 
 Size content_size_of(const Evas_Object* box);
 
-/** Converts a length at the initial unit to the window's current size. */
+/** Scales a length to the window's current size. */
 int rescaled(int length) { return pixels(length, scale().ratio); }
 
 /** Returns the page's area: 240 x 135 units in the middle of the window's area. */

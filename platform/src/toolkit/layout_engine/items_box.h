@@ -1,4 +1,4 @@
-/** Boxes that place their items by the layout engine, and when new items are shown. */
+/** Boxes whose items are placed by the layout engine, and the delayed showing of new items. */
 #pragma once
 
 #include "common/object_data.h"
@@ -12,7 +12,7 @@ namespace vell {
 /** The layout engine's record of a widget. */
 struct Item {
     static constexpr const char* key = "vell/item";
-    ItemRequest request;             /**< sizes at the initial unit; `content` is measured at layout time */
+    ItemRequest request;             /**< sizes before scaling; `content` is measured at layout time */
     Evas_Object* holder = nullptr;   /**< the box that places it */
     Evas_Object* contents = nullptr; /**< determines its content size; if null, its theme does */
 };
@@ -20,8 +20,8 @@ struct Item {
 /** How a box places its items. */
 struct ItemsBox {
     static constexpr const char* key = "vell/items";
-    Arrangement arrangement;    /**< sizes at the initial unit; `mirrored` follows the configuration */
-    bool is_page = false;       /**< its area is the window, and it uses only the page inside */
+    Arrangement arrangement;    /**< sizes before scaling; `mirrored` follows the configuration */
+    bool is_page = false;       /**< covers the window, and uses its centred 16:9 area */
     bool requests_size = false; /**< its minimum size is its content size */
 };
 

@@ -12,17 +12,17 @@ namespace vell {
 void begin_press(Evas_Object* widget);
 
 /**
- * Ends the press. The pressed look lasts at least 120 ms; after that, the widget shows if the press had no effect.
+ * Ends the press. The pressed look lasts at least 120 ms. If the press had no effect, the widget then shows that.
  */
 void end_press();
 
 /** Returns the widget whose press is in progress; null if none is, or if the widget is deleted. */
 Evas_Object* pressed_widget();
 
-/** Records that the latest press had an effect, which suppresses the refused mark. */
+/** Records that the latest press had an effect; the widget then does not show a failure. */
 void answer_press();
 
-/** Highlights a widget whose text was just set, during a press and if the widget was visible before. */
+/** Highlights a widget whose text was just set, if a press is in progress and the widget was already visible. */
 void show_renewed(Evas_Object* widget);
 
 /** Nudges a widget, to show that a key had no effect. */
