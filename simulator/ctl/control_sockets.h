@@ -42,7 +42,7 @@ inline std::vector<std::string> running_televisions() {
  * @throws UsageError if there is none, or several and `name` is empty.
  */
 inline std::string find_television(const std::string& name, std::chrono::milliseconds limit) {
-    // Connects to no other television's socket: fifty waiting clients would keep fifty buses busy.
+    // Do not connect to the other televisions: fifty waiting clients would keep fifty buses busy.
     const auto is_there = [&name] {
         return name.empty() ? !running_televisions().empty()
                             : static_cast<bool>(connect_to(control_socket_of(name)));

@@ -99,7 +99,7 @@ void NcpHost::handle(const Call& call) {
         reply(call, behaviour.number, "0 packets");
         break;
     case Behaviour::Kind::error:
-        log_.note(text, " = an error");
+        log_.note(text, " returns an error");
         g_dbus_method_invocation_return_error(g_object_ref(call.invocation()), G_DBUS_ERROR,
                                               G_DBUS_ERROR_FAILED, "%s failed", call.method().c_str());
         break;

@@ -122,7 +122,7 @@ std::string Screen::description() const {
     }
     if (!line.empty())
         return line;
-    return "nothing that can be read" + (reason_.empty() ? "" : " (" + reason_ + ")");
+    return "nothing readable" + (reason_.empty() ? "" : " (" + reason_ + ")");
 }
 
 GVariant* to_variant(const Screen& screen) { return to_tree(screen.widgets()); }

@@ -248,7 +248,7 @@ bool take_over(Display* display) {
 int main() {
     const std::unique_ptr<Display, decltype(&XCloseDisplay)> display(XOpenDisplay(nullptr), XCloseDisplay);
     if (!display || !simulator::take_over(display.get())) {
-        std::fputs(display ? "window_manager: the screen has a window manager already\n"
+        std::fputs(display ? "window_manager: the screen already has a window manager\n"
                            : "window_manager: no display\n",
                    stderr);
         return EXIT_FAILURE;

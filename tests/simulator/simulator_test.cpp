@@ -102,7 +102,7 @@ TEST(Screen, ListsTheTitleFirstAndPrefersAButtonAmongEqualNames) {
          {.name = "Power", .role = "spin button", .value = WidgetValue{7, 0, 20}, .y = 400, .height = 60},
          {.name = "15", .focused = true, .value = WidgetValue{15, 11, 26}, .y = 300, .height = 60}});
     EXPECT_EQ(screen.description(), "Channel | [15] | Power: 7");
-    EXPECT_EQ(Screen({}).description(), "nothing that can be read");
+    EXPECT_EQ(Screen({}).description(), "nothing readable");
     const Screen two({{.name = "11", .role = "label"}, {.name = "11", .role = "push button", .y = 50}});
     ASSERT_NE(two.find("11"), nullptr);
     EXPECT_EQ(two.find("11")->role, "push button");
