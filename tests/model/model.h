@@ -21,7 +21,7 @@ enum class Act : std::uint8_t {
     replace,   /**< restart the radio service, which then sends "ready" */
     // These stop the application, with the shutdown reason `key`, and restart it.
     terminate, /**< send SIGTERM */
-    close,     /**< request the window to close */
+    close,     /**< ask the window to close */
     destroy    /**< destroy the window as another client */
 };
 

@@ -14,10 +14,10 @@ namespace model {
 enum class Page : std::uint8_t { first, tx_start, tx_test, rx_start, rx_test };
 enum class Radio : std::uint8_t { unreachable, off, transmitting, streaming, receiving };
 
-/** A focusable widget: its text or, if that changes, its purpose; "" for none. */
+/** Names a focusable widget by its text or, if the text changes, by its purpose; "" for none. */
 using Spot = std::string;
 
-/** Whether a restart of the test kept or reset the number in a picker that was not opened since. */
+/** Whether a restart of the test kept or reset the picker's number; none once the picker is opened again. */
 enum class Past : std::uint8_t { none, forgotten, kept };
 
 /** A picker and the button that opens it. */
@@ -92,7 +92,7 @@ enum Field : std::uint16_t {
     texts = 0x400,
     packets = 0x800,
     made = 0x1000,
-    memory = 0x2000, // the past of the focused button's picker
+    memory = 0x2000, // `past` of the focused button's picker
     memories = 0x4000
 };
 

@@ -13,7 +13,7 @@ public:
     [[nodiscard]] const std::string& path() const { return path_; }
 
     /**
-     * Its messages, "E dbus_client.cpp: Init > [b]": priority, file, operation, message; those of its platform layer
+     * Its messages as "E dbus_client.cpp: Init > [b]" (priority, file, operation, message) or, from its platform layer,
      * as "I platform > the main loop ends: SIGTERM". Omits process IDs, line numbers and the output of the
      * radio programs; a failed status of the secure store becomes -N.
      */

@@ -25,7 +25,7 @@ private:
     unsigned long window_;
 };
 
-/** Requests the focused window to close, like a window manager. */
+/** Asks the focused window to close, as a window manager does. */
 void close_front_window(const Display& display);
 
 /** Destroys the focused window, as any X client can. */

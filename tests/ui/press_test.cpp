@@ -117,7 +117,7 @@ TEST_F(Press, ShowsPressedLookAndResult) {
     EXPECT_FALSE(fill_of(other) == idle);
     elm_object_focus_set(spinner, EINA_TRUE);
     test::settle();
-    EXPECT_FALSE(fill_of(button) == idle) << "running is not shown";
+    EXPECT_FALSE(fill_of(button) == idle) << "a running stream is not shown";
     expect_press("another button is unlocked", button, allow(EINA_TRUE), other);
     expect_press("a number has no effect", spinner, nullptr, spinner);
     expect_press("a number has an effect", spinner, set_label, label);

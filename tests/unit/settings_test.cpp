@@ -58,7 +58,7 @@ TEST_F(Settings, SizesAreParsedStrictly) {
         EXPECT_EQ(platform::settings::size("screen/" + std::string(key)), std::nullopt) << key;
 }
 
-TEST_F(Settings, LanguageDeterminesTheDirectionUnlessItIsSet) {
+TEST_F(Settings, LanguageDeterminesTheDirectionUnlessMirroredIsSet) {
     for (const char* language : {"ar", "ar_AE.utf8", "he-IL", "fa_IR.UTF-8", "ur_PK", "az_Arab_IR"})
         EXPECT_TRUE(is_mirrored_with(std::string("language=") + language)) << language;
     const std::string too_long(4000, 'a');

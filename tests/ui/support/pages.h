@@ -67,7 +67,7 @@ protected:
         settle();
     }
 
-    LogCapture log; // keeps what the application logs out of the test's output
+    LogCapture log; // hides the application's log from the test's output
     ScriptedService radio;
     std::unique_ptr<Screen> screen;
 

@@ -47,7 +47,7 @@ protected:
         return button;
     }
 
-    LogCapture log; // keeps what EFL and Xlib log out of the test's output
+    LogCapture log; // hides the log of EFL and Xlib from the test's output
     const Screen screen{open_window()};
     Evas_Object* root = elm_vell_layout_add(screen.window());
     Evas_Object* page = elm_vell_layout_add(root); // stacks its items
