@@ -1,4 +1,4 @@
-/** D-Bus: connections, names, and objects made of an interface file and a table of methods. */
+/** D-Bus: connections, names, and objects described by an interface file and implemented by a table of methods. */
 #pragma once
 
 #include "owned.h"
@@ -19,7 +19,7 @@ constexpr auto message_bus = static_cast<GDBusConnectionFlags>(
 /** Opens a private connection; losing it does not exit the process. @throws std::runtime_error. */
 BusConnection connect_to_bus(const std::string& address);
 
-/** Takes a name on the bus. @throws std::runtime_error if it is not available. */
+/** Owns a name on the bus. @throws std::runtime_error if it is not available. */
 void own_name(GDBusConnection* connection, const char* name);
 
 /** Returns the parsed interfaces/INTERFACE.xml: the object's path and its single interface. */

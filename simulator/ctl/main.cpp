@@ -147,7 +147,7 @@ private:
                 return;
         }
         if (words_.size() > count)
-            throw UsageError("too many words: " + words_[count] + " (see tvctl --help)");
+            throw UsageError("unexpected argument " + words_[count] + " (see tvctl --help)");
     }
 
     void call(const Verb& verb) {

@@ -115,7 +115,7 @@ void Television::start_ncp_host(const std::string& interface) {
         return start_simulation(name, interface, [this](const Action& die) {
             return std::make_unique<NcpHost>(options_.all("host-answers"), die);
         });
-    refuse_all(interface, Refusal("NotSimulated", "the NCP host is not simulated but " + program));
+    refuse_all(interface, Refusal("NotSimulated", "the NCP host is not simulated: --host runs " + program));
     start_process(name, {program}, contract::bus_name);
 }
 

@@ -145,7 +145,7 @@ std::string label_in(const Items& items, GVariant* relations) {
     return label;
 }
 
-/** Fills in the widget from the item, and queues questions for the rest. */
+/** Fills in the widget from the item, and queues requests for the rest. */
 void ask_about(const Items& items, const Item& item, Widget& widget, Order order,
                std::vector<Question>& questions) {
     widget.name = item.name;
@@ -260,7 +260,7 @@ void ScreenReader::ask(const std::vector<Question>& questions, const Done& done)
              });
 }
 
-/** The state of one look. */
+/** The state of one `look` call. */
 struct ScreenReader::Look {
     std::string application;
     Order order;

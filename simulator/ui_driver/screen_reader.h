@@ -9,12 +9,12 @@ namespace simulator {
 struct Question;
 
 /**
- * The order of a look's widgets: that of the accessibility tree, without positions and labels, or that of the screen,
- * which takes twice as long.
+ * The order of the widgets in a snapshot: that of the accessibility tree, without positions and labels, or that of the
+ * screen, which takes twice as long.
  */
 enum class Order : bool { tree, screen };
 
-/** The first look connects to the bus and announces a screen reader to the session. */
+/** The first `look` connects to the bus and announces a screen reader to the session. */
 class ScreenReader {
 public:
     using Seen = std::function<void(const Screen& screen)>;
@@ -23,13 +23,13 @@ public:
     /** @param failure null on success. */
     using Done = std::function<void(const GError* failure)>;
 
-    /** @param answer_limit time-out for each answer of the application; the first time-out fails the look. */
+    /** @param answer_limit time-out for each answer of the application; `look` fails on the first time-out. */
     explicit ScreenReader(std::chrono::milliseconds answer_limit);
     /** Cancels pending calls; their callbacks are not called. */
     ~ScreenReader();
 
     /**
-     * Reads the screen. Each look is independent.
+     * Takes a snapshot of the screen, independent of any other.
      *
      * @param application the application's name on the accessibility bus (its program's name); empty: the first
      *                    application with a window.
@@ -53,7 +53,7 @@ private:
 
     void open(const std::string& address, const Opened& opened);
     void call(GDBusConnection* bus, const Question& question, const Answered& answered);
-    /** Asks several questions in parallel; `done` gets the first failure. */
+    /** Sends several requests in parallel; `done` gets the first failure. */
     void ask(const std::vector<Question>& questions, const Done& done);
     void ask_applications(const std::shared_ptr<Look>& look);
     void read_items(const std::shared_ptr<Look>& look, std::size_t index);

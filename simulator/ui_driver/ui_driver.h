@@ -12,7 +12,7 @@
 namespace simulator {
 
 /**
- * Never blocks. Looks at the screen repeatedly while calls wait; each look serves all calls made before it began.
+ * Never blocks. Takes snapshots of the screen while calls wait; each snapshot serves all calls made before it began.
  */
 class UiDriver : public Simulation {
 public:
