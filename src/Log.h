@@ -16,7 +16,7 @@ struct LogOrigin {
     int line;
 };
 
-/** The origin of the named operation, with the file and line of this macro. */
+/** The origin of the named operation, with the file and line where the macro is used. */
 #define LOG_ORIGIN(operation) (LogOrigin{__FILE_NAME__, operation, __LINE__})
 
 // The empty text stands in for missing arguments; cppcheck 2.10 does not parse __VA_OPT__.

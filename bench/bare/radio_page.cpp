@@ -1,6 +1,6 @@
 /**
  * A test page with Elementary and Eldbus alone: "Start Stream" calls the NCP host, and each of its events starts the
- * radio and rebuilds the page. With an argument, a GDBus proxy makes the call.
+ * radio and rebuilds the page. With a command-line argument, the button calls through GDBus instead of Eldbus.
  */
 #include <Eldbus.h>
 #include <Elementary.h>

@@ -11,7 +11,7 @@
 
 namespace simulator {
 
-/** The folder with one folder per television; simulator/tvctl sets it. */
+/** The folder with one folder per television. simulator/tvctl sets the variable. */
 inline std::filesystem::path control_sockets() {
     const char* const given = g_getenv("VELMORA_CONTROL_SOCKETS");
     return given != nullptr && *given != '\0' ? given : "/nowhere";

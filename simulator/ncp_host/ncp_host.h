@@ -34,7 +34,7 @@ class NcpHost : public Simulation {
 public:
     /**
      * @param answers how methods answer, each "METHOD=BEHAVIOUR".
-     * @param die     called from the main loop to have this destroyed, but not within the call.
+     * @param die     requests this object's destruction, which must happen after the call returns.
      * @throws std::runtime_error for an invalid behaviour, or without a system bus.
      */
     NcpHost(const std::vector<std::string>& answers, std::function<void()> die);

@@ -146,7 +146,7 @@ private:
 /** A simulation in this process, and its bus object, which refuses calls while the simulation is not running. */
 class SimulatedComponent : public Component {
 public:
-    /** @param die kills it from the main loop, not at once. */
+    /** @param die returns at once; the main loop then kills the simulation. */
     using Make = std::function<std::unique_ptr<Simulation>(const Action& die)>;
 
     /** @param interface of its bus object. @param make may throw std::runtime_error. */

@@ -28,7 +28,7 @@ public:
      * Runs the television until the command exits.
      *
      * @return the command's status as a shell reports it; 1 instead of 0 if a component failed during
-     *         shutdown, unless one had exited before.
+     *         shutdown and none had exited earlier.
      * @throws std::runtime_error if a component cannot be started.
      */
     int run();
@@ -47,7 +47,7 @@ private:
                                           const std::string& bus_name = {});
     void start_simulation(const std::string& name, const std::string& interface,
                           SimulatedComponent::Make make);
-    /** Exports the object of a component that this television does not have. */
+    /** Exports the bus object of a component that is missing or not simulated; it refuses all calls. */
     void refuse_all(const std::string& interface, const Refusal& refusal);
     void start_ncp_host(const std::string& interface);
     void start_components();

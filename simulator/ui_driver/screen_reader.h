@@ -9,8 +9,8 @@ namespace simulator {
 struct Question;
 
 /**
- * The order of the widgets in a snapshot: that of the accessibility tree, without positions and labels, or that of the
- * screen, which takes twice as long.
+ * The order of the widgets in a snapshot: as in the accessibility tree, or as on the screen. Only a snapshot in screen
+ * order contains positions and labels; it takes twice as long.
  */
 enum class Order : bool { tree, screen };
 
@@ -23,7 +23,7 @@ public:
     /** @param failure null on success. */
     using Done = std::function<void(const GError* failure)>;
 
-    /** @param answer_limit time-out for each answer of the application; `look` fails on the first time-out. */
+    /** @param answer_limit time-out for each answer; an application that exceeds it counts as too busy. */
     explicit ScreenReader(std::chrono::milliseconds answer_limit);
     /** Cancels pending calls; their callbacks are not called. */
     ~ScreenReader();

@@ -25,7 +25,7 @@ std::vector<std::string> expand_repetitions(const std::vector<std::string>& keys
         const auto star = key.find('*');
         const auto times = star == std::string::npos ? 1 : parse_int(key.substr(star + 1)).value_or(0);
         if (times < 1 || times > max_times)
-            throw Refusal("NoSuchKey", "'" + key + "': KEY*TIMES must be 1 to 1000 times");
+            throw Refusal("NoSuchKey", "'" + key + "': TIMES in KEY*TIMES must be from 1 to 1000");
         all.insert(all.end(), static_cast<std::size_t>(times), key.substr(0, star));
     }
     return all;

@@ -37,7 +37,7 @@ protected:
 
     [[nodiscard]] simulator::Process& application() { return *application_; }
 
-    /** Expects exactly these new calls of the NCP host. */
+    /** Expects exactly these new calls to the NCP host. */
     void expect_calls(const std::vector<std::string>& calls);
     /** Waits for a condition that is not visible on the screen. @throws simulator::Failure. */
     static void expect_soon(const std::string& what, const std::function<bool()>& condition);

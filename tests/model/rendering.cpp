@@ -31,7 +31,7 @@ std::string rendering(const State& state) {
         const bool is_chosen = state.page != Page::first && spot == (is_tx(state) ? "TX Test" : "RX Test");
         const std::string text =
             name_of(state, spot) + (is_locked(state, spot) ? "" : "*") + (is_chosen ? " chosen" : "");
-        const bool has_focus = spot == state.focus && !state.behind; // or the front window has it
+        const bool has_focus = spot == state.focus && !state.behind; // if behind, the window in front has it
         return has_focus ? "[" + text + "]" : text;
     };
     std::vector<std::string> items;
@@ -46,7 +46,7 @@ std::string rendering(const State& state) {
     } else if (in_picker(state)) {
         items = {state.popup == "power" ? "Zigbee TX Power" : "Zigbee TX Channel", button("number")};
     } else {
-        items = {"Velmora"}; // as wide as the screen in both directions
+        items = {"Velmora"}; // spans the screen, so mirroring does not move it
         add_row(header);
         if (state.page == Page::rx_test)
             items.push_back("Received Packets: " + state.packets);

@@ -1,6 +1,6 @@
 /**
  * A minimal window manager: it maps, moves and restacks windows, but does not announce itself, set window properties or
- * assign the keyboard.
+ * move the keyboard focus.
  */
 #include <X11/Xlib.h>
 

@@ -3,8 +3,9 @@
  *
  * On a Linux PC the framework initialises Elementary, runs its main loop together with GLib's default context, and
  * keeps one process per application. It shuts down cleanly on SIGTERM, SIGINT, SIGQUIT and SIGHUP and when the display
- * server or the last window goes away, and logs the shutdown reason. Before the main loop these signals have the
- * inherited disposition, by default immediate exit; ignored ones stay ignored; after the loop they have no effect.
+ * server or the last window goes away, and logs the shutdown reason. Before the main loop these signals keep their
+ * inherited dispositions (by default, they kill the process); after the loop they have no effect. A signal that the
+ * parent process ignored stays ignored.
  *
  * The framework opens missing standard descriptors on the null device, and marks all others close-on-exec in children
  * created by fork(2). It answers a lone argument "--help" or "--version" without launching.
@@ -23,7 +24,7 @@ class EventHandler;
 /** The application's lifecycle callbacks, called on the main thread with the user data of `ui_app_main`. */
 struct LifecycleCallbacks {
     bool (*create)(void* user_data) =
-        nullptr; /**< once, before the main loop; false exits without terminate */
+        nullptr; /**< once, before the main loop; if it returns false, no other callback is called */
     void (*terminate)(void* user_data) = nullptr; /**< once, after the main loop */
     void (*pause)(void* user_data) = nullptr;     /**< the window is no longer visible */
     void (*resume)(void* user_data) = nullptr;    /**< the window is visible again */
@@ -78,6 +79,6 @@ int ui_app_add_event_handler(platform::EventHandler** handler, platform::EventTy
 
 /**
  * Ends the main loop once control returns to it; terminate follows. A call in create prevents the loop from starting
- * (Ecore loses such a request: measured, `elm_exit` in create has no effect). Call on the main thread.
+ * (unlike `elm_exit`, which has no effect there). Call on the main thread.
  */
 void ui_app_quit();

@@ -3,12 +3,12 @@
  *
  * On a Linux PC the store is the file "/opt/share/securestorage/data/aaba977f" (mode 0600, replaced atomically, owner
  * kept). It is encrypted and authenticated with a key derived from the credential and the machine ID (/etc/machine-id,
- * else /var/lib/dbus/machine-id). This detects damage and makes a copy unreadable on another machine. It does not
- * protect against a user who can read the store on this machine, since the program contains the credential and the
- * machine ID is world-readable; the file mode does.
+ * else /var/lib/dbus/machine-id). This detects damage and makes a copy unreadable on another machine. On this machine,
+ * only the file mode protects the store: a user who can read it can also decrypt it, since the program contains the
+ * credential and the machine ID is world-readable.
  *
- * Reading and writing return `storage_failed` without a machine ID, and if the store's path contains a symlink, unless
- * root owns both the link and its target folder and nobody else can write that folder.
+ * Reading and writing return `storage_failed` if there is no machine ID, or if the store's path contains an untrusted
+ * symlink. A symlink is trusted if root owns it and its target folder, and nobody else can write to that folder.
  */
 #pragma once
 
@@ -18,9 +18,9 @@
 
 namespace platform {
 
-/** The application's access to its records, set by `ss_init_credential`. */
+/** The credential that protects an application's records, set by `ss_init_credential`. */
 struct SecureStorageCredential {
-    std::array<std::uint32_t, 5> words{}; /**< the 20 bytes */
+    std::array<std::uint32_t, 5> words{}; /**< the application's 20 bytes */
     int kind = 0;                         /**< 1: an application's own credential */
     int flags = 0;                        /**< always 0 */
 };

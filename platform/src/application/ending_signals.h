@@ -6,7 +6,7 @@ namespace platform {
 /**
  * Initialises Ecore like `ecore_init`, but keeps the inherited dispositions of these signals.
  *
- * Measured with EFL 1.26.3: Ecore's handlers only queue an event for the loop, so signals would not stop a process that
+ * Observed with EFL 1.26.3: Ecore's handlers only queue an event for the loop, so signals would not stop a process that
  * is blocked before the loop, for example by an unresponsive system bus.
  */
 bool init_ecore_without_signals();
@@ -18,7 +18,7 @@ bool init_ecore_without_signals();
  * This matters because a closing terminal sends two signals, and the second one must not interrupt the shutdown, which
  * takes a few seconds; otherwise the radio programs would keep running.
  *
- * Measured with EFL 1.26.3: Ecore turns each signal into an event for the loop; Elementary ends the loop for all but
+ * Observed with EFL 1.26.3: Ecore turns each signal into an event for the loop; Elementary ends the loop for all but
  * SIGHUP. If the session bus closes while the accessibility bridge uses it, libeldbus sends the same event without a
  * signal number; the handler keeps that event from Elementary.
  */

@@ -13,7 +13,7 @@ namespace platform {
  * Reports when none of the application's windows is visible (all covered, iconified or hidden) and when one becomes
  * visible again.
  *
- * Elementary selects visibility and structure events for each of its windows (measured, also with an alpha channel).
+ * Elementary selects visibility and structure events for each of its windows (observed, also with an alpha channel).
  * Events of one main-loop iteration are evaluated together, to ignore a window manager that unmaps and remaps a window
  * while it starts to manage it. Deleting the last window is not a pause; if another client destroys it, a pause may be
  * reported first. Needs a connection to the display.

@@ -14,9 +14,9 @@ std::string_view without_line_end(std::string_view message);
 /**
  * Appends text in a form that is safe to print on one terminal line.
  *
- * Escapes line feeds, carriage returns and tabs as `\n`, `\r` and `\t`, other ASCII control characters as `\x1b`, and
- * invalid UTF-8 as `\xff`. Other control characters, line separators and bidirectional control characters become
- * `\u009b`.
+ * Escapes line feeds, carriage returns and tabs as `\n`, `\r` and `\t`. Escapes other ASCII control characters and
+ * invalid UTF-8 bytes in the form `\x1b`, and other control characters, line separators and bidirectional control
+ * characters in the form `\u009b`.
  */
 void append_printable(std::string& line, std::string_view text);
 

@@ -32,7 +32,7 @@ Store read_store();
 
 /**
  * Adds or replaces a record, under a lock: writes and syncs a new file, which then replaces the old one. Replaces a
- * damaged store. Creates missing folders, ignoring the umask, and removes the file of a killed writer.
+ * damaged store. Creates missing folders, ignoring the umask, and removes the unfinished file of a killed writer.
  *
  * @return `ok` or `storage_failed`.
  */

@@ -19,10 +19,10 @@ enum class LaunchOutcome {
 /**
  * Owns the application's name on the session bus, or passes the launch to the process that owns it.
  *
- * Later launches arrive as calls of org.freedesktop.Application.Activate; a busy process handles them later. A process
+ * Later launches arrive as calls to org.freedesktop.Application.Activate; a busy process handles them later. A process
  * that is shutting down keeps the name but has removed the object, so GDBus's worker thread refuses the call at once,
- * and the new process waits in the bus's queue for the name. (GApplication is not used: it waits for the first process
- * to list its actions, and if that process is busy, starts a second one; measured.)
+ * and the new process waits in the bus's queue for the name. (GApplication is not used: it was observed to wait for the
+ * first process to list its actions and, if that process is busy, to start a second one.)
  *
  * The start waits at most one second for the bus. After that the process runs without the name, and gets it once the
  * bus answers, unless another process owns it.

@@ -19,7 +19,7 @@ bool is_in_elementary(void* address) {
 } // namespace
 
 /*
- * Measured with EFL 1.26.3: with the AT-SPI bridge on, no key press reaches a handler. The bridge adds an event filter
+ * Observed with EFL 1.26.3: with the AT-SPI bridge on, no key press reaches a handler. The bridge adds an event filter
  * that removes every key event from the loop and asks the accessibility registry about it, but never puts it back,
  * whether the registry answers "not consumed" or not at all. EFL cannot disable this.
  *
@@ -39,7 +39,7 @@ extern "C" Ecore_Event_Filter* ecore_event_filter_add(Ecore_Data_Cb start, Ecore
 namespace platform {
 
 /*
- * Measured with EFL 1.26.3: the bridge waits 100 ms for the accessibility bus's address and does not retry, so on a
+ * Observed with EFL 1.26.3: the bridge waits 100 ms for the accessibility bus's address and does not retry, so on a
  * busy machine it can stay on without a connection, which no event reports. Its object is not cleared when it is
  * switched off.
  */

@@ -102,7 +102,7 @@ Eina_Bool drop_if_stale(void* /*data*/, int type, void* event) {
 } // namespace
 
 // Ecore runs event filters over the whole queue before the first handler, so a filter would pass presses that are
-// queued behind one whose handler blocks (measured with EFL 1.26.3). The first handler sees each press just before the
+// queued behind one whose handler blocks (observed with EFL 1.26.3). The first handler sees each press just before the
 // others do.
 void drop_stale_input() {
     woken = Clock::now();

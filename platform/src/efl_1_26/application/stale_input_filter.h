@@ -4,8 +4,8 @@
 namespace platform {
 
 /**
- * Drops keys, mouse buttons and wheel events from before the end of a freeze, in which the main loop was blocked for
- * more than 250 ms: the operator reacted to the screen of the freeze, not to the current one.
+ * Drops key, mouse button and wheel events that occurred before the end of a freeze: the operator reacted to the frozen
+ * screen, not to the current one. In a freeze, the main loop is blocked for more than 250 ms.
  *
  * Delivers the red key, which only raises the window, and all releases.
  *

@@ -54,7 +54,7 @@ void emit_inside(void*, Evas_Object* widget, void* data) {
 /**
  * Emits the event from a callback of a private event. If an accessibility event has no listeners, EFL's bridge stops
  * the event that the widget is emitting: if a "pressed" callback sets a text, the other "pressed" callbacks are not
- * called (measured). The private event has only this callback.
+ * called (observed). The private event has only this callback.
  */
 void emit(Evas_Object* widget, AccessibleEvent event) {
     constexpr const char* own_event = "vell,accessible";

@@ -17,9 +17,9 @@ void set_accessible_name(Evas_Object* widget, const char* name);
 void label_accessible(Evas_Object* widget, Evas_Object* text);
 
 /**
- * Corrects the accessibility of a button. Measured with Elementary 1.26: it never has the state BUSY or SELECTED, and a
+ * Corrects the accessibility of a button. Observed with Elementary 1.26: it never has the state BUSY or SELECTED, and a
  * button that cannot take the focus (`elm_object_focus_allow_set`) is reported as enabled and offers its action. The
- * corrected button also emits "vell,focus,allowed" on each call of `elm_object_focus_allow_set`.
+ * corrected button also emits "vell,focus,allowed" on each call to `elm_object_focus_allow_set`.
  */
 void correct_button(Evas_Object* button);
 

@@ -132,7 +132,7 @@ void correct_focus(Evas_Object* window, bool (*is_behind_popup)(Evas_Object* wid
     efl_object_override(window, &operations);
     evas_object_event_callback_add(window, EVAS_CALLBACK_KEY_DOWN, on_key, nullptr);
     // The window delegates to an inner manager. If a popup is hidden and the history is empty, that manager focuses the
-    // first widget without calling the window (measured).
+    // first widget without calling the window (observed).
     EFL_OPS_DEFINE(inner_operations,
                    EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_focus_set, reinterpret_cast<void*>(set_focus)));
     Eina_Iterator* const children = efl_children_iterator_new(window);

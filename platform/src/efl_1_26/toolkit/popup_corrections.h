@@ -1,4 +1,4 @@
-/** Corrections of Elementary's popup. */
+/** Workarounds for Elementary's popup. */
 #pragma once
 
 #include <Evas.h>
@@ -9,7 +9,7 @@ namespace vell {
 Evas_Object* notification_of(Evas_Object* popup);
 
 /**
- * Corrects the behaviour of a popup. Measured with Elementary 1.26:
+ * Corrects the behaviour of a popup. Observed with Elementary 1.26:
  *
  * - A dismissed popup is hidden some main-loop iterations later, by a theme signal, even if it was shown again
  *   meanwhile. Corrected: it is hidden within the call, which also emits "dismissed".

@@ -1,4 +1,4 @@
-/** Corrections of Elementary's spinner. */
+/** Workarounds for Elementary's spinner. */
 #pragma once
 
 #include <Evas.h>
@@ -6,7 +6,7 @@
 namespace vell {
 
 /**
- * Corrects the behaviour of a spinner. Measured with Elementary 1.26:
+ * Corrects the behaviour of a spinner. Observed with Elementary 1.26:
  *
  * - The focus manager knows it only as the parent of its inner buttons, so without them it cannot take the focus.
  *   Corrected: it can hold the focus.

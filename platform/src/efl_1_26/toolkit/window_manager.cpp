@@ -10,7 +10,7 @@ Eina_Bool on_show(void* data, int /*type*/, void* event) {
     const Ecore_X_Window own = elm_win_xwindow_get(window);
     if (static_cast<Ecore_X_Event_Window_Show*>(event)->win != own)
         return ECORE_CALLBACK_PASS_ON;
-    // Elementary draws a window only if it has WM_STATE (measured), which not every window manager sets.
+    // Elementary draws a window only if it has WM_STATE (observed), which not every window manager sets.
     if (ecore_x_icccm_state_get(own) == ECORE_X_WINDOW_STATE_HINT_NONE)
         ecore_x_icccm_state_set(own, ECORE_X_WINDOW_STATE_HINT_NORMAL);
     get_keyboard(window);
@@ -26,7 +26,7 @@ Ecore_Event_Handler* show_under_any_manager(Evas_Object* window) {
 }
 
 void place_for_user(Evas_Object* window, int x, int y) {
-    // Ecore sets the hint if a window is moved before it is shown, but not if the position is unchanged (measured).
+    // Ecore sets the hint if a window is moved before it is shown, but not if the position is unchanged (observed).
     evas_object_move(window, x + 1, y);
     evas_object_move(window, x, y);
 }

@@ -55,7 +55,7 @@ void on_show(void* data, Evas*, Evas_Object* object, void*) {
     open_popups().push_back(popup);
     elm_object_tree_focus_allow_set(object, EINA_TRUE);
     popup->focused_behind = elm_object_focused_object_get(object);
-    // Elementary restores the focus inside a popup that is shown again (measured). Do this first, so that the show
+    // Elementary restores the focus inside a popup that is shown again (observed). Do this first, so that the show
     // callbacks can change it.
     evas_object_show(vell::notification_of(object));
     for (Evas_Object* const item : items_of(*popup)) {
