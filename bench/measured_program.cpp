@@ -25,19 +25,11 @@ std::string MeasuredProgram::proc(const char* file) const {
 }
 
 double MeasuredProgram::megabytes() const {
-    return static_cast<double>(simulator::sum_of(proc("smaps_rollup"), {"Pss:"})) / 1024.0;
+    return static_cast<double>(simulator::sum_of(proc("status"), {"VmRSS:"})) / 1024.0;
 }
 
 long MeasuredProgram::open_descriptors() const {
     return std::distance(directory_iterator(proc("fd")), directory_iterator());
-}
-
-long MeasuredProgram::context_switches() const {
-    long switches = 0;
-    for (const auto& thread : directory_iterator(proc("task")))
-        switches += simulator::sum_of(thread.path() / "status",
-                                      {"voluntary_ctxt_switches:", "nonvoluntary_ctxt_switches:"});
-    return switches;
 }
 
 } // namespace bench

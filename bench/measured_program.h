@@ -19,11 +19,9 @@ public:
     [[nodiscard]] DamageMonitor& screen() { return screen_; }
     /** The time from the start of the process to the drawing of the page. */
     [[nodiscard]] std::chrono::duration<double> time_to_page() const { return page_drawn_ - started_; }
-    /** The process's proportional set size (Pss), in megabytes. */
+    /** The resident memory (Rss), in megabytes. */
     [[nodiscard]] double megabytes() const;
     [[nodiscard]] long open_descriptors() const;
-    /** The number of context switches of its threads so far. */
-    [[nodiscard]] long context_switches() const;
 
 private:
     [[nodiscard]] std::string proc(const char* file) const;

@@ -24,8 +24,7 @@ struct Program {
 };
 const Program velmora{own_name, {VELMORA_PROGRAM}, 500ms, {"Return"}, {"Down", "Down", "Return"}};
 const Program elementary{.name = "Elementary", .command = {BARE_PAGE_PROGRAM}};
-const Program eldbus{.name = "Eldbus", .command = {BARE_RADIO_PAGE_PROGRAM}};
-const Program gdbus{.name = "GDBus", .command = {BARE_RADIO_PAGE_PROGRAM, "gdbus"}};
+const Program radio_page{.name = "Elementary and GDBus", .command = {BARE_RADIO_PAGE_PROGRAM}};
 
 Value start(const Program& measured) {
     const MeasuredProgram program(measured.command);
@@ -36,14 +35,6 @@ Value memory(const Program& measured) {
     const MeasuredProgram program(measured.command);
     std::this_thread::sleep_for(2s - program.time_to_page());
     return {program.megabytes(), "MB"};
-}
-
-Value idle_context_switches(const Program& measured) {
-    const MeasuredProgram program(measured.command);
-    std::this_thread::sleep_for(1s);
-    const long before = program.context_switches();
-    std::this_thread::sleep_for(5s);
-    return {static_cast<double>(program.context_switches() - before), ""};
 }
 
 /** The time from the last key to the first drawing after it. */
@@ -92,11 +83,14 @@ Value event_to_picture(const Program& measured) {
     return milliseconds(page.program.screen().wait_for_drawing() - said);
 }
 
-Value key_to_call(const Program& measured) {
-    RadioPage page(measured);
-    page.say_ready();
-    const auto pressed = page.program.screen().press(measured.keys_to_stream);
-    return milliseconds(page.bus.next("ember_start_stream") - pressed);
+/** Measures the time from the key that presses "Start Stream" to its effect. */
+std::function<Value(const Program&)> key_to(Clock::time_point (*effect)(RadioPage&)) {
+    return [effect](const Program& measured) {
+        RadioPage page(measured);
+        page.say_ready();
+        const auto pressed = page.program.screen().press(measured.keys_to_stream);
+        return milliseconds(effect(page) - pressed);
+    };
 }
 
 /** Memory and open descriptors after complete TX tests, each with a new radio stack. */
@@ -127,13 +121,15 @@ void add_for_each(const char* what, int repetitions, const std::vector<const Pro
     };
     add_for_each("start to first drawn page", 15, {&elementary}, start);
     add_for_each("memory after two seconds", 7, {&elementary}, memory);
-    add_for_each("context switches in 5 s of idleness", 3, {&elementary}, idle_context_switches);
     add_for_each("arrow key to first changed frame", 9, {&elementary}, picture_after({"Right", "Left"}));
     add_for_each("tab switch to its first frame", 9, {&elementary}, picture_after({"Return"}));
     add_for_each("popup to its first frame", 9, {&elementary}, picture_after(keys_to_popup));
     add_for_each("frames dropped while a popup opens", 5, {&elementary}, popup_drops);
-    add_for_each("Return to the method call", 15, {&eldbus, &gdbus}, key_to_call);
-    add_for_each("event to the page's first frame", 15, {&eldbus}, event_to_picture);
+    add_for_each("Return to the pressed frame", 15, {&radio_page},
+                 key_to([](RadioPage& page) { return page.program.screen().wait_for_drawing(); }));
+    add_for_each("Return to the method call", 15, {&radio_page},
+                 key_to([](RadioPage& page) { return page.bus.next("ember_start_stream"); }));
+    add_for_each("event to the page's first frame", 15, {&radio_page}, event_to_picture);
     for (const int count : {1, 10, 100})
         add("after " + std::to_string(count) + (count == 1 ? " test" : " tests"), own_name, 1,
             [count] { return tests(count); });

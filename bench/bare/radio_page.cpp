@@ -1,11 +1,13 @@
 /**
- * A test page with Elementary and Eldbus alone: "Start Stream" calls the NCP host, and each of its events starts the
- * radio and rebuilds the page. With a command-line argument, the button calls through GDBus instead of Eldbus.
+ * A test page with Elementary, Eldbus and GDBus alone: "Start Stream" draws a frame, writes two log lines and calls the
+ * NCP host, as Velmora does, and each of the host's events starts the radio and rebuilds the page.
  */
+#include <Ecore_Evas.h>
 #include <Eldbus.h>
 #include <Elementary.h>
 #include <gio/gio.h>
 #include <initializer_list>
+#include <unistd.h>
 
 namespace {
 
@@ -15,21 +17,25 @@ constexpr auto* service_path = "/org/orvane/qm_ncp_host";
 
 struct Page {
     Evas_Object* box;
-    Eldbus_Proxy* proxy;
-    GDBusProxy* calls; /**< null when Eldbus makes the calls */
+    Eldbus_Proxy* events;
+    GDBusProxy* calls;
 };
 
-void ignore(void* /*data*/, const Eldbus_Message* /*message*/, Eldbus_Pending* /*pending*/) {}
+void draw_frame(Evas_Object* button) {
+    elm_object_text_set(button, "Starting");
+    Evas* const canvas = evas_object_evas_get(button);
+    evas_smart_objects_calculate(canvas);
+    ecore_evas_manual_render(ecore_evas_ecore_evas_get(canvas));
+}
 
-void start_stream(void* data, Evas_Object* /*button*/, void* /*event*/) {
+void start_stream(void* data, Evas_Object* button, void* /*event*/) {
     constexpr auto* method = "ember_start_stream";
-    const Page& page = *static_cast<Page*>(data);
-    if (page.calls == nullptr) {
-        eldbus_proxy_call(page.proxy, method, ignore, nullptr, -1, "");
-        return;
-    }
-    g_autoptr(GVariant) reply =
-        g_dbus_proxy_call_sync(page.calls, method, nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr);
+    draw_frame(button);
+    for (const char* const origin :
+         {"ncp_requester.cpp: ember_start_stream(58)", "dbus_client.cpp: ProcessSyncCall(118)"})
+        dprintf(STDERR_FILENO, "E/VELMORA(%d): %s > %s\n", getpid(), origin, method);
+    g_autoptr(GVariant) reply = g_dbus_proxy_call_sync(static_cast<Page*>(data)->calls, method, nullptr,
+                                                       G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr);
 }
 
 void build(Page& page) {
@@ -55,23 +61,21 @@ void started(void* data, const Eldbus_Message* /*message*/, Eldbus_Pending* /*pe
 }
 
 void on_event(void* data, const Eldbus_Message* /*message*/) {
-    eldbus_proxy_call(static_cast<Page*>(data)->proxy, "ember_start", started, data, -1, "i", 0);
+    eldbus_proxy_call(static_cast<Page*>(data)->events, "ember_start", started, data, -1, "i", 0);
 }
 
 } // namespace
 
-EAPI_MAIN int elm_main(int argc, char** /*argv*/) {
+EAPI_MAIN int elm_main(int /*argc*/, char** /*argv*/) {
     elm_policy_set(ELM_POLICY_QUIT, ELM_POLICY_QUIT_LAST_WINDOW_CLOSED);
     eldbus_init();
     Eldbus_Connection* const bus = eldbus_connection_get(ELDBUS_CONNECTION_TYPE_SYSTEM);
     Evas_Object* const window = elm_win_util_standard_add("bare", "Bare");
     Page page{elm_box_add(window),
-              eldbus_proxy_get(eldbus_object_get(bus, service, service_path), service_interface), nullptr};
-    if (argc > 1)
-        page.calls =
-            g_dbus_proxy_new_for_bus_sync(G_BUS_TYPE_SYSTEM, G_DBUS_PROXY_FLAGS_NONE, nullptr, service,
-                                          service_path, service_interface, nullptr, nullptr);
-    eldbus_proxy_signal_handler_add(page.proxy, "ncp_event", on_event, &page);
+              eldbus_proxy_get(eldbus_object_get(bus, service, service_path), service_interface),
+              g_dbus_proxy_new_for_bus_sync(G_BUS_TYPE_SYSTEM, G_DBUS_PROXY_FLAGS_NONE, nullptr, service,
+                                            service_path, service_interface, nullptr, nullptr)};
+    eldbus_proxy_signal_handler_add(page.events, "ncp_event", on_event, &page);
     evas_object_size_hint_weight_set(page.box, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
     elm_win_resize_object_add(window, page.box);
     build(page);
@@ -79,7 +83,7 @@ EAPI_MAIN int elm_main(int argc, char** /*argv*/) {
     elm_win_fullscreen_set(window, EINA_TRUE);
     evas_object_show(window);
     elm_run();
-    g_clear_object(&page.calls);
+    g_object_unref(page.calls);
     eldbus_connection_unref(bus);
     eldbus_shutdown();
     return 0;
