@@ -71,6 +71,9 @@ public:
         efreet_cache_disable();
         // Ecore's modules for batteries and time zones wait for the system bus without a time-out.
         ecore_app_no_system_modules();
+        // Elementary loads its default theme, even if another one is set: a fifth of the start. Ours takes its place.
+        setenv("ELM_DATA_DIR", toolkit_data_folder().c_str(), 1);
+        setenv("ELM_LIB_DIR", ELEMENTARY_LIBRARY_FOLDER, 1);
         unsetenv("ELM_ATSPI_MODE"); // otherwise Elementary enables its bridge itself
         is_initialised_ = init_ecore_without_signals() && elm_init(argc, argv) > 0;
         eina_freeq_mem_max_set(eina_freeq_main_get(), max_unfreed_bytes);

@@ -5,7 +5,10 @@
 
 namespace platform {
 
-/** Returns the theme's path, even if it is missing: `../share/tv-platform/vell.edj` from the program's folder. */
+/** Returns the toolkit's data folder, even if it is missing: `../share/tv-platform` from the program's folder. */
+std::string toolkit_data_folder();
+
+/** Returns the theme's path, even if it is missing: `themes/default.edj` in the toolkit's data folder. */
 std::string theme_file();
 
 } // namespace platform
