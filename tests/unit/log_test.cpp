@@ -11,7 +11,6 @@
 
 namespace {
 
-using platform::LogBuffer;
 using platform::LogPriority;
 using simulator::FileDescriptor;
 using simulator::StandardErrorTo;
@@ -31,7 +30,7 @@ std::string read_out(const FileDescriptor& from) {
 std::string head(char letter) { return letter + ("/VELMORA(" + std::to_string(getpid()) + "): "); }
 
 int print(LogPriority priority, const char* message) {
-    return __dlog_print(LogBuffer::main, priority, "VELMORA", "%s", message);
+    return __dlog_print(platform::LogBuffer::main, priority, "VELMORA", "%s", message);
 }
 
 TEST(Log, WritesOneLineWithoutControlCharacters) {
@@ -71,7 +70,7 @@ TEST(Log, ReturnsWriteErrorsAndPreservesErrno) {
     errno = ERANGE;
     EXPECT_EQ(print(LogPriority::error, "no reader"), -EPIPE);
     EXPECT_EQ(errno, ERANGE);
-    EXPECT_EQ(__dlog_print(LogBuffer::main, LogPriority::error, nullptr, "no tag"), -EINVAL);
+    EXPECT_EQ(__dlog_print(platform::LogBuffer::main, LogPriority::error, nullptr, "no tag"), -EINVAL);
 }
 
 TEST(Log, SendsFieldsWhenStandardErrorIsTheJournal) {

@@ -6,9 +6,7 @@
 #include <gmock/gmock.h>
 
 using testing::Contains;
-using testing::Each;
 using testing::ElementsAre;
-using testing::SizeIs;
 
 // How many of the next connections to the bus fail.
 static int attempts_to_refuse = 0;
@@ -88,7 +86,7 @@ TEST_F(NcpRequesterTest, StartGivesUpAfterTwentyAttempts) {
     attempts_to_refuse = 19;
     requester.register_callback(note<1>, &notes);
     requester.start();
-    EXPECT_THAT(sleeps, testing::AllOf(SizeIs(20), Each(500'000)));
+    EXPECT_THAT(sleeps, testing::AllOf(testing::SizeIs(20), testing::Each(500'000)));
     EXPECT_THAT(log.messages(),
                 Contains("E dbus_client.cpp: init_dbus > Fail to create dbus connection").Times(19));
     EXPECT_THAT(log.messages(), Contains("E dbus_client.cpp: Init > Fail to initialize dbus").Times(19));

@@ -7,7 +7,7 @@
 /** Called instead of `usleep`, unless empty. */
 inline std::function<void(useconds_t)> usleep_replacement;
 
-// Replaces usleep at link time (-Wl,--wrap=usleep).
+// Replaces usleep at link time (-Wl,--wrap=usleep); used by the linker only.
 extern "C" {
 decltype(usleep) __real_usleep;
 [[gnu::used]] inline int __wrap_usleep(useconds_t microseconds) {
