@@ -81,6 +81,7 @@ TEST_F(FirmwareVersionTest, VersionIsDeterminedAndStoredWhenItChanges) {
 
 TEST_F(FirmwareVersionTest, FilesGetTheDeviceOwnerOnEveryCall) {
     std::filesystem::remove(metadata_file);
+    std::filesystem::remove(store_folder / "aaba977f"); // a new file belongs to this account
     SecureData::StoreStringData(record_key, "1.2.3");
     put_file("/mnt/drm/securestorage/data/aaba977f", "x");
     GetVersion(); // stores nothing
