@@ -9,7 +9,8 @@ GVariant* reply = nullptr; // the answer to the next call
 
 // Uses a bus without any other service.
 ncp_requester& requester() {
-    setenv("DBUS_SYSTEM_BUS_ADDRESS", getenv("DBUS_SESSION_BUS_ADDRESS"), 1);
+    const char* const bus = getenv("DBUS_SESSION_BUS_ADDRESS");
+    expect(bus != nullptr && setenv("DBUS_SYSTEM_BUS_ADDRESS", bus, 1) == 0);
     ncp_requester& started = ncp_requester::getInstance();
     started.start();
     return started;
