@@ -1,7 +1,4 @@
 #include "input.h"
 #include "ncp_host/ncp_host.h"
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    simulator::parse_behaviour(text_of(bytes, size));
-    return 0;
-}
+void fuzz(const std::string& input) { simulator::parse_behaviour(input); }

@@ -1,8 +1,7 @@
 #include "input.h"
 #include "model/process_lifecycle.h"
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    const std::string name = get_cpcd_conf_name(text_of(bytes, size));
+void fuzz(const std::string& input) {
+    const std::string name = get_cpcd_conf_name(input);
     expect(name == "cpcd_115200.conf" || name == "cpcd_921600.conf");
-    return 0;
 }

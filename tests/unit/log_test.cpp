@@ -3,18 +3,16 @@
 
 #include <array>
 #include <cerrno>
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <poll.h>
+#include <pty.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 
 namespace {
 
-using platform::LogBuffer;
 using platform::LogPriority;
 using simulator::FileDescriptor;
-using simulator::make_pipe;
 using simulator::StandardErrorTo;
 
 // Reads until no more data arrives, since a terminal delivers in pieces.
@@ -32,14 +30,12 @@ std::string read_out(const FileDescriptor& from) {
 std::string head(char letter) { return letter + ("/VELMORA(" + std::to_string(getpid()) + "): "); }
 
 int print(LogPriority priority, const char* message) {
-    return __dlog_print(LogBuffer::main, priority, "VELMORA", "%s", message);
+    return __dlog_print(platform::LogBuffer::main, priority, "VELMORA", "%s", message);
 }
 
 TEST(Log, WritesOneLineWithoutControlCharacters) {
     LogCapture log;
     for (const auto& [message, shown] : std::initializer_list<std::pair<const char*, const char*>>{
-             {"a.cpp: Init(42) > [b]", "a.cpp: Init(42) > [b]"},
-             {"err=-1\n", "err=-1"},
              {"one\ntwo\n\n", "one\\ntwo\\n"},
              {"\x1b[2J\r\t\x7f", R"(\x1b[2J\r\t\x7f)"},
              {"caf\xc3\xa9 \xc2\x9b \xe2\x80\xa8", "caf\xc3\xa9 \\u009b \\u2028"},
@@ -53,51 +49,47 @@ TEST(Log, WritesOneLineWithoutControlCharacters) {
 }
 
 TEST(Log, ColoursOnATerminal) {
-    const FileDescriptor terminal(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
-    ASSERT_EQ(grantpt(terminal.get()) + unlockpt(terminal.get()), 0);
-    const FileDescriptor screen(open(ptsname(terminal.get()), O_RDWR | O_NOCTTY | O_CLOEXEC));
+    int user = -1;
+    int screen = -1;
+    ASSERT_EQ(openpty(&user, &screen, nullptr, nullptr, nullptr), 0);
     {
-        const StandardErrorTo redirected(screen);
-        const ScopedEnvironment type("TERM", "xterm");
+        const StandardErrorTo redirected((FileDescriptor(screen)));
+        setenv("TERM", "xterm", 1);
         print(LogPriority::error, "red");
         print(LogPriority::info, "green");
-        const ScopedEnvironment colourless("TERM", "dumb");
+        setenv("TERM", "dumb", 1);
         print(LogPriority::info, "grey");
     }
-    EXPECT_EQ(read_out(terminal), "\x1b[31m" + head('E') + "red\x1b[0m\r\n" + //
-                                      "\x1b[32m" + head('I') + "green\x1b[0m\r\n" + head('I') + "grey\r\n");
+    EXPECT_EQ(read_out(FileDescriptor(user)),
+              "\x1b[31m" + head('E') + "red\x1b[0m\r\n" + //
+                  "\x1b[32m" + head('I') + "green\x1b[0m\r\n" + head('I') + "grey\r\n");
 }
 
 TEST(Log, ReturnsWriteErrorsAndPreservesErrno) {
-    const StandardErrorTo redirected(make_pipe()[1]);
+    const StandardErrorTo redirected(simulator::make_pipe()[1]);
     errno = ERANGE;
     EXPECT_EQ(print(LogPriority::error, "no reader"), -EPIPE);
     EXPECT_EQ(errno, ERANGE);
-    EXPECT_EQ(__dlog_print(LogBuffer::main, LogPriority::error, nullptr, "no tag"), -EINVAL);
+    EXPECT_EQ(__dlog_print(platform::LogBuffer::main, LogPriority::error, nullptr, "no tag"), -EINVAL);
 }
 
 TEST(Log, SendsFieldsWhenStandardErrorIsTheJournal) {
     std::filesystem::create_directories("/run/systemd/journal");
-    const auto open_socket = [](int type, const char* name, auto join) {
-        FileDescriptor opened(socket(AF_UNIX, type | SOCK_CLOEXEC, 0));
-        sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
-        ("/run/systemd/journal/" + std::string(name)).copy(address.sun_path, sizeof address.sun_path - 1);
+    const auto open_socket = [](auto join) {
+        FileDescriptor opened(socket(AF_UNIX, SOCK_DGRAM, 0));
+        const sockaddr_un address{.sun_family = AF_UNIX, .sun_path = "/run/systemd/journal/socket"};
         EXPECT_EQ(join(opened.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
         return opened;
     };
-    const FileDescriptor journal = open_socket(SOCK_DGRAM, "socket", bind);
-    const FileDescriptor streams = open_socket(SOCK_STREAM, "stdout", bind);
-    ASSERT_EQ(listen(streams.get(), 1), 0);
+    const FileDescriptor journal = open_socket(bind);
     {
-        const StandardErrorTo redirected(open_socket(SOCK_STREAM, "stdout", connect));
+        const StandardErrorTo redirected(open_socket(connect));
         print(LogPriority::error, "failed\n");
     }
-    const auto field = [](const std::string& key, const std::string& value) {
-        const std::string length(1, static_cast<char>(value.size())); // eight bytes, little-endian
-        return key + '\n' + length + std::string(7, '\0') + value + '\n';
-    };
-    EXPECT_EQ(read_out(journal),
-              field("MESSAGE", "failed") + field("PRIORITY", "3") + field("SYSLOG_IDENTIFIER", "VELMORA"));
+    using namespace std::string_literals; // lengths have eight bytes, little-endian
+    EXPECT_EQ(read_out(journal), "MESSAGE\n\6\0\0\0\0\0\0\0failed\n"
+                                 "PRIORITY\n\1\0\0\0\0\0\0\0003\n"
+                                 "SYSLOG_IDENTIFIER\n\7\0\0\0\0\0\0\0VELMORA\n"s);
     std::filesystem::remove_all("/run/systemd/journal");
 }
 
