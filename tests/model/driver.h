@@ -57,7 +57,7 @@ private:
     simulator::SyncReader reader_;
     simulator::OtherWindow other_;
     std::optional<simulator::Process> application_;
-    simulator::LogFromNow log_; /**< since the start of the last step */
+    simulator::ApplicationLog log_; /**< since the start of the last step */
     State state_;
     Steps taken_;
     std::map<std::string, simulator::Widget> seen_; /**< buttons by name, as last seen */
