@@ -31,7 +31,7 @@ struct Picker {
     [[nodiscard]] auto history() const { return std::pair(restart, number > lowest); }
 };
 
-/** Widgets have their text as their ID or, if that changes, their purpose; "" is none. */
+/** Widgets are named by their text or, if the text changes, by their purpose; "" is none. */
 struct State {
     Page page = Page::first;
     std::string start = {};        /**< the start button's text after a press */
@@ -111,7 +111,7 @@ enum class Act : std::uint8_t {
     restart_service, /**< which then sends "ready" */
     // These stop the application, with the shutdown reason `key`, and restart it.
     terminate, /**< send SIGTERM */
-    close,     /**< request the window to close */
+    close,     /**< ask the window to close */
     destroy    /**< destroy the window as another client */
 };
 

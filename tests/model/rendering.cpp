@@ -12,7 +12,7 @@ std::string described(const State& state, const std::string& widget) {
     const bool is_chosen = state.page != Page::first && widget == (is_tx(state) ? "TX Test" : "RX Test");
     const std::string text =
         text_of(state, widget) + (is_locked(state, widget) ? "" : "*") + (is_chosen ? " chosen" : "");
-    const bool has_focus = widget == focus_of(state) && !state.behind; // or the front window has it
+    const bool has_focus = widget == focus_of(state) && !state.behind; // else the front window has it
     return has_focus ? "[" + text + "]" : text;
 }
 
@@ -46,7 +46,7 @@ std::string rendering(const State& state) {
         items = {state.popup == "power" ? "Zigbee TX Power" : "Zigbee TX Channel",
                  described(state, "number")};
     } else {
-        items = {"Velmora"}; // as wide as the screen in both directions
+        items = {"Velmora"}; // spans the screen, so mirroring does not move it
         add_row(header);
         if (state.page == Page::rx_test)
             items.push_back("Received Packets: " + state.packets);
