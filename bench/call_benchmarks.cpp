@@ -93,7 +93,7 @@ std::array<Value, 2> start_and_stop() {
         return milliseconds(Clock::now() - start - slept);
     };
     const Value start = time_of([] { prepare_background_app(); });
-    while (simulator::running_processes({"cpcd", "socat", "zigbeed"}).size() < 3)
+    while (simulator::running_radio_programs().size() < 3)
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     return {start, time_of(kill_background_app)};
 }

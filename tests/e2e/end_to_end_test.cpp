@@ -75,8 +75,7 @@ void EndToEndTest::expect_calls(const std::vector<std::string>& calls) {
 
 void EndToEndTest::expect_clean_exit(const std::vector<std::string>& survivors) {
     EXPECT_EQ(application_->wait_for_end(busy_machine_limit), 0);
-    EXPECT_THAT(simulator::running_processes({"cpcd", "socat", "zigbeed"}),
-                testing::UnorderedElementsAreArray(survivors));
+    EXPECT_THAT(simulator::running_radio_programs(), testing::UnorderedElementsAreArray(survivors));
     // A later launch or init reaps the exited children asynchronously.
     expect_soon("all zombies to be reaped", [] { return simulator::zombies().empty(); });
 }

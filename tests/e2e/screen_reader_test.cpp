@@ -111,7 +111,7 @@ protected:
         return roles;
     }
 
-    simulator::SyncReader reader_{std::chrono::seconds(1)};
+    simulator::SyncReader reader_;
     std::optional<Announcements> announcements_;
 };
 

@@ -6,7 +6,6 @@
 
 #include <X11/XKBlib.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <regex>
 
@@ -16,29 +15,28 @@ namespace {
 using namespace std::chrono_literals;
 using simulator::this_television;
 using simulator::wait_until;
-using Calls = std::vector<std::string>;
 
 constexpr auto busy_machine_limit = 30s;
-constexpr auto repeat_after = 250ms;
-constexpr auto repeat_interval = 30ms;
-constexpr auto hold_time = 400ms;
-constexpr auto hold_time_to_a_limit = 1100ms;
-constexpr auto late_key_after = 80ms;
 
-void call_television(const char* method, const char* argument) {
-    this_television().call(simulator::television, method, g_variant_new("(s)", argument));
-}
+const std::vector<std::string> command{VELMORA_PROGRAM};
 
-bool succeeds(const std::function<void()>& action) {
+/** @return whether the call succeeded. */
+bool call_television(const char* method, const char* argument) {
     try {
-        action();
+        this_television().call(simulator::television, method, g_variant_new("(s)", argument));
         return true;
-    } catch (const std::runtime_error&) {
+    } catch (const simulator::Failure&) {
         return false;
     }
 }
 
-void set_language(bool mirrored) { call_television("SetLanguage", mirrored ? "ar_AE.utf8" : "en_GB.utf8"); }
+/** Formats a screen, calls of the radio service, and how often texts were logged. */
+std::string format(const std::string& screen, const std::vector<std::string>& calls, const Log& log) {
+    std::string text = screen.substr(0, 1000) + "\n  calls: " + simulator::joined(calls, ", ");
+    for (const auto& [logged, times] : log)
+        text += "\n  logged " + std::to_string(times) + " times: " + logged.substr(0, 1000);
+    return text;
+}
 
 /** A widget's text and states. */
 std::string describe(const simulator::Widget& widget) {
@@ -54,85 +52,64 @@ std::string describe(const simulator::Widget& widget) {
 
 } // namespace
 
-Driver::Driver(std::string program)
-    : program_(std::move(program)), display_(simulator::open_display()), reader_(1s),
-      limit_(busy_machine_limit) {
-    XkbSetAutoRepeatRate(display_.get(), XkbUseCoreKbd, repeat_after.count(), repeat_interval.count());
-}
-
-void Driver::begin() {
-    std::exchange(repair_, [] {})();
-    if (application_ && application_->number() != 0) {
-        application_->terminate(); // otherwise the radio programs keep running
-        (void)application_->wait_for_end(busy_machine_limit);
-    }
-    set_language(false);
-    state_ = State{};
-    taken_.clear();
-    calls_seen_ = simulator::host_calls(this_television()).size();
-    start_application();
-    expect({});
-}
-
-void Driver::start_application() {
-    seen_.clear();
-    application_.emplace(std::vector{program_}, simulator::written_to(simulator::ApplicationLog().path()));
+Driver::Driver() : application_(std::in_place, command, simulator::written_to(log_.path())) {
+    XkbSetAutoRepeatRate(display_.get(), XkbUseCoreKbd, 250, 30);
+    const std::string difference = await({}, {});
+    require(difference.empty(), difference);
 }
 
 void Driver::take(const Transition& by) {
-    taken_.push_back(by);
+    taken_.push_back(by.name);
     const Outcome outcome = follow(state_, by);
-    log_ = {};
-    inject(by, outcome.calls);
+    log_.skip();
+    const auto repair = inject(by, outcome.calls);
     act(by);
     if (by.behaviour.starts_with("late")) {
-        std::this_thread::sleep_for(late_key_after);
+        std::this_thread::sleep_for(80ms);
         for (const char* const key : {"OK", "Up"}) // must be dropped: the screen is frozen
             simulator::press_key(display_, key);
     }
     if (outcome.ends) {
-        if (application_->wait_for_end(busy_machine_limit) != 0)
-            throw Difference("  the application did not exit with status 0: " + application_->state());
-        if (simulator::radio_state(this_television()).mode != "off")
-            throw Difference("  the application exited without turning the radio off");
-        start_application();
+        require(application_->wait_for_end(busy_machine_limit) == 0,
+                "the application did not exit with status 0: " + application_->state());
+        require(simulator::radio_state(this_television()).find("'mode': <'off'>") != std::string::npos,
+                "the application exited without turning the radio off");
+        seen_.clear();
+        application_.emplace(command, simulator::written_to(log_.path()));
     }
-    state_ = outcome.state;
-    const bool host_ends = by.behaviour == "dies" || by.behaviour == "is away";
-    const Calls calls = host_ends ? Calls{} : outcome.calls;
-    try {
-        expect(calls, outcome.log);
-    } catch (const Difference&) {
-        // A machine that is too busy to run the application for 250 ms has frozen its screen, too.
-        constexpr int most_stalls = 3;
-        if (by.act != Act::press || by.times > 1 || !calls.empty() || log_.count("dropped a press") == 0 ||
-            ++stalls_ > most_stalls)
-            throw;
+    state_ = outcome;
+    const bool has_host = by.behaviour != "dies" && by.behaviour != "is away";
+    const auto calls = has_host ? outcome.calls : std::vector<std::string>{};
+    std::string difference = await(calls, outcome.log);
+    // A machine that is too busy to run the application for 250 ms has frozen its screen, too; at most three times.
+    if (!difference.empty() && by.act == Act::press && by.times == 1 && calls.empty() &&
+        log_.count("dropped a press") > 0 && ++stalls_ <= 3) {
         act(by);
-        expect(calls, outcome.log);
+        difference = await(calls, outcome.log);
     }
-    std::exchange(repair_, [] {})();
+    require(difference.empty(), difference);
+    repair();
 }
 
-void Driver::inject(const Transition& by, const Calls& calls) {
-    namespace fs = std::filesystem;
-    if (!by.missing.empty()) {
-        const fs::path program = "/opt/usr/apps/com.kelsor.tv.brimhub/bin/" + by.missing;
-        const fs::path away = program.string() + ".away";
-        fs::rename(program, away);
-        repair_ = [this, program, away] {
-            // On a busy machine the background shell may look for the program only after the screen has changed.
-            (void)wait_until([this] { return log_.count("not found") != 0; }, 2s);
-            fs::rename(away, program);
-        };
-    } else if (by.behaviour == "is away") {
+std::function<void()> Driver::inject(const Transition& by, const std::vector<std::string>& calls) {
+    if (by.behaviour == "is away") {
         call_television("Kill", "ncp_host");
+    } else if (by.behaviour.starts_with("without ")) {
+        const std::string program = "/opt/usr/apps/com.kelsor.tv.brimhub/bin/" + by.behaviour.substr(8);
+        std::filesystem::rename(program, program + ".away");
+        return [this, program] {
+            // On a busy machine the background shell may look for the program only after the screen has changed.
+            const auto is_complaint = [](const auto& line) { return line.ends_with("not found"); };
+            (void)wait_until([&] { return std::ranges::any_of(log_.lines(), is_complaint); }, 2s);
+            std::filesystem::rename(program + ".away", program);
+        };
     } else if (by.behaviour != "normal") {
         const std::string method = calls.front().substr(0, calls.front().find('('));
         simulator::set_host_behaviour(this_television(), method, by.behaviour);
         if (by.behaviour != "dies")
-            repair_ = [method] { simulator::set_host_behaviour(this_television(), method, "normal"); };
+            return [method] { simulator::set_host_behaviour(this_television(), method, "normal"); };
     }
+    return [] {};
 }
 
 void Driver::act(const Transition& by) {
@@ -142,28 +119,31 @@ void Driver::act(const Transition& by) {
             simulator::press_key(display_, by.key);
         return;
     case Act::hold:
-        return simulator::press_key(display_, by.key, by.times > 1 ? hold_time_to_a_limit : hold_time);
+        return simulator::press_key(display_, by.key, by.times > 1 ? 1100ms : 400ms);
     case Act::activate: // the screen shows whether it was refused
-        if (const auto widget = seen_.find(name_of(state_, by.key)); widget != seen_.end())
-            (void)succeeds([&] { reader_.activate(widget->second); });
+        if (const auto widget = seen_.find(text_of(state_, by.key)); widget != seen_.end())
+            reader_.activate(widget->second);
         return;
     case Act::event:
         return simulator::send_event(this_television(), by.key);
-    case Act::language:
-        return set_language(!state_.mirrored);
-    case Act::launch:
-        if (simulator::Process({program_}, simulator::written_to("/tmp/second.log")).wait_for_end(limit_) !=
-            0)
-            throw Difference("  a second launch did not exit with status 0");
-        return;
-    case Act::interrupt: {
+    case Act::change_language:
+        return require(call_television("SetLanguage", state_.mirrored ? "en_GB.utf8" : "ar_AE.utf8"),
+                       "the language cannot be set");
+    case Act::launch_again:
+        return require(simulator::Process(command, simulator::written_to("/tmp/second.log"))
+                               .wait_for_end(busy_machine_limit) == 0,
+                       "a second launch did not exit with status 0");
+    case Act::cover: {
         const simulator::OtherWindow other;
-        if (!wait_until([this] { return !reader_.read("velmora").in_front(); }, limit_))
-            throw Difference("  the application keeps the keyboard");
-        return;
+        return require(wait_until([this] { return !reader_.read("velmora").in_front(); }, busy_machine_limit),
+                       "the application keeps the keyboard");
     }
-    case Act::replace:
-        return replace_host();
+    case Act::restart_service:
+        call_television("Kill", "ncp_host"); // it may have exited already
+        calls_seen_ = 0;
+        // The simulator notices its exit a little later.
+        return require(wait_until([] { return call_television("Start", "ncp_host"); }, busy_machine_limit),
+                       "the radio service did not restart");
     case Act::terminate:
         return application_->terminate();
     case Act::close:
@@ -171,14 +151,6 @@ void Driver::act(const Transition& by) {
     case Act::destroy:
         return simulator::destroy_front_window(display_);
     }
-}
-
-void Driver::replace_host() {
-    (void)succeeds([] { call_television("Kill", "ncp_host"); }); // it may have exited already
-    calls_seen_ = 0;
-    // The simulator notices its exit a little later.
-    if (!wait_until([] { return succeeds([] { call_television("Start", "ncp_host"); }); }, limit_))
-        throw Difference("  the radio service did not restart");
 }
 
 std::string Driver::look() {
@@ -198,35 +170,38 @@ std::string Driver::look() {
 }
 
 /** Returns no calls while the service is not running. */
-Calls Driver::new_calls() const {
-    Calls calls;
-    (void)succeeds([&] { calls = simulator::host_calls(this_television()); });
-    calls.erase(calls.begin(),
-                calls.begin() + std::min(std::ssize(calls), static_cast<std::ptrdiff_t>(calls_seen_)));
-    return calls;
+std::vector<std::string> Driver::new_calls() const {
+    try {
+        const auto all = simulator::host_calls(this_television());
+        return {all.begin() + std::min(calls_seen_, std::ssize(all)), all.end()};
+    } catch (const simulator::Failure&) {
+        return {};
+    }
 }
 
-void Driver::expect(const Calls& calls, const Log& texts) {
-    constexpr std::size_t longest_line = 1000;
-    const std::string wanted = rendering(state_);
+std::string Driver::await(const std::vector<std::string>& calls, const Log& texts) {
+    const std::string wanted = format(rendering(state_), calls, texts);
     std::string seen;
-    const auto is_logged = [this](const auto& text) { return log_.count(text.first) == text.second; };
-    // Look again after the calls, since the page may still be about to change.
     const auto is_as_wanted = [&] {
-        return (seen = look()) == wanted && new_calls() == calls && std::ranges::all_of(texts, is_logged) &&
-               look() == wanted;
-    };
-    if (!wait_until(is_as_wanted, limit_)) {
-        std::string difference = "  expected " + wanted.substr(0, longest_line) + "\n  seen     " +
-                                 seen.substr(0, longest_line) + "\n  expected calls " +
-                                 simulator::joined(calls, ", ") + "\n  seen           " +
-                                 simulator::joined(new_calls(), ", ");
+        Log logged;
         for (const auto& [text, times] : texts)
-            difference += "\n  logged " + std::to_string(log_.count(text)) + " times, expected " +
-                          std::to_string(times) + ": " + text.substr(0, longest_line);
-        throw Difference(difference);
-    }
-    calls_seen_ += calls.size();
+            logged[text] = log_.count(text);
+        seen = format(look(), new_calls(), logged);
+        return seen == wanted;
+    };
+    // Looks again after the calls, since the page may still be about to change.
+    if (!wait_until([&] { return is_as_wanted() && look() == rendering(state_); }, busy_machine_limit))
+        return "expected: " + wanted + "\nseen:     " + seen;
+    calls_seen_ += std::ssize(calls);
+    return {};
+}
+
+void Driver::require(bool is_met, const std::string& difference) const {
+    if (is_met)
+        return;
+    simulator::take_picture("/var/log/simulator/last_picture.png");
+    throw std::runtime_error("difference after these steps:\n  " + simulator::joined(taken_, "\n  ") + "\n" +
+                             difference + "\nLogs and the last screenshot are in build/logs.");
 }
 
 } // namespace model

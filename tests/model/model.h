@@ -1,36 +1,122 @@
-/** The application as a graph of states and transitions. */
+/** The application as a graph: a state is what the operator sees and what the radio does. */
 #pragma once
 
-#include "state.h"
-
+#include <algorithm>
+#include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace model {
 
+enum class Page : std::uint8_t { first, tx_start, tx_test, rx_start, rx_test };
+enum class Radio : std::uint8_t { unreachable, off, transmitting, streaming, receiving };
+
+/** A picker and the button that opens it. */
+struct Picker {
+    int lowest = 0;
+    int highest = 0;
+    int number = lowest;
+    std::optional<int> set = {}; /**< the number on the button */
+    std::string restart = {}; /**< what a restart of the test did to the number since the picker was open */
+
+    /** How far the number is from the limits; 2 stands for all longer distances. */
+    [[nodiscard]] auto distances() const {
+        return std::pair(std::min(number - lowest, 2), std::min(highest - number, 2));
+    }
+    [[nodiscard]] std::string text_or(const char* text) const { return set ? std::to_string(*set) : text; }
+    [[nodiscard]] auto history() const { return std::pair(restart, number > lowest); }
+};
+
+/** Widgets are named by their text or, if the text changes, by their purpose; "" is none. */
+struct State {
+    Page page = Page::first;
+    std::string start = {};        /**< the start button's text after a press */
+    std::string popup = {};        /**< the button that opened it */
+    std::string focus = "TX Test"; /**< in the page */
+    std::string popup_focus = {};
+    Radio radio = Radio::unreachable;
+    bool stream_button_stops = false;
+    std::string packets = "?"; /**< the packet count on the page */
+    Picker power = {0, 20};
+    Picker tx_channel = {11, 26};
+    Picker rx_channel = {11, 26};
+    bool mirrored = false;
+    bool behind = false;
+    bool exit_popup_made = false;
+};
+
+/** Stands for any non-zero packet count. */
+inline const std::string some_packets = "N";
+
+/** Buttons in reading order. */
+using Row = std::vector<std::string>;
+inline const Row header{"TX Test", "RX Test", "Exit"};
+inline const std::map<Page, Row> content{
+    {Page::first, {}},
+    {Page::tx_start, {"start"}},
+    {Page::tx_test, {"power", "channel", "stream", "Stop Test"}},
+    {Page::rx_start, {"start"}},
+    {Page::rx_test, {"Count Received Packets", "Reset Count", "channel", "Stop"}}};
+inline const Row exit_popup{"Yes", "Cancel"};
+inline bool has(const Row& row, const std::string& widget) { return std::ranges::count(row, widget) > 0; }
+
+inline bool is_tx(const State& state) { return state.page == Page::tx_start || state.page == Page::tx_test; }
+inline bool in_picker(const State& state) { return state.popup == "power" || state.popup == "channel"; }
+inline const std::string& focus_of(const State& state) {
+    return state.popup.empty() ? state.focus : state.popup_focus;
+}
+
+/** The picker that a button of the page opens. */
+auto& picker_of(auto& state, const std::string& button) {
+    return !is_tx(state) ? state.rx_channel : button == "power" ? state.power : state.tx_channel;
+}
+
+/** Whether a button is locked: it can neither take the focus nor be used. */
+inline bool is_locked(const State& state, const std::string& button) {
+    return state.stream_button_stops && state.page == Page::tx_test && has({"power", "channel"}, button);
+}
+
+/**
+ * Returns the fields that are named in the mask, or all. "waits": the start button was pressed, with any result, because
+ * a failed start takes three seconds; "picker": that of the focused button.
+ */
+inline auto key(const State& state, const std::string& mask = {}) {
+    const auto kept = [&mask](const char* field, const auto& value) {
+        return mask.empty() || mask.find(field) != std::string::npos ? std::optional(value) : std::nullopt;
+    };
+    return std::tuple(
+        kept("page", state.page), kept("waits", !state.start.empty()), kept("start", state.start),
+        kept("popup", state.popup), kept("focus", focus_of(state)),
+        kept("number", in_picker(state) ? picker_of(state, state.popup).distances() : std::pair(0, 0)),
+        kept("stream", state.stream_button_stops), kept("mirrored", state.mirrored),
+        kept("behind", state.behind), kept("radio", state.radio), kept("texts", state.power.set.has_value()),
+        kept("texts", state.tx_channel.set || state.rx_channel.set), kept("packets", state.packets),
+        kept("made", state.exit_popup_made), kept("picker", picker_of(state, focus_of(state)).history()),
+        kept("pickers",
+             std::pair(picker_of(state, "power").history(), picker_of(state, "channel").history())));
+}
+
 enum class Act : std::uint8_t {
-    press,     /**< press `key`, `times` times */
-    hold,      /**< hold `key` down */
-    activate,  /**< use the accessible action of the button `key` */
-    event,     /**< make the radio service send an event with the values `key` */
-    language,  /**< change to a language with the opposite text direction */
-    launch,    /**< launch the application a second time */
-    interrupt, /**< open and close another window, which takes the keyboard */
-    replace,   /**< restart the radio service, which then sends "ready" */
+    press,           /**< press `key`, `times` times */
+    hold,            /**< hold `key` down */
+    activate,        /**< use the accessible action of the button `key` */
+    event,           /**< make the radio service send an event with the values `key` */
+    change_language, /**< to one with the opposite text direction */
+    launch_again,
+    cover,           /**< open and close another window, which takes the keyboard */
+    restart_service, /**< which then sends "ready" */
     // These stop the application, with the shutdown reason `key`, and restart it.
     terminate, /**< send SIGTERM */
     close,     /**< ask the window to close */
     destroy    /**< destroy the window as another client */
 };
 
-/** What happens to the single command of a step. */
-enum class Answer : std::uint8_t {
-    normal,  /**< the radio answers as its state requires */
-    refused, /**< the command does not reach the radio */
-    lost     /**< the radio executes it, but the answer is lost */
-};
+/** Whether the radio executes the single command of a step as its state requires, and whether its answer is lost. */
+enum class Answer : std::uint8_t { normal, refused, lost };
 
 /** How many times each text is logged. */
 using Log = std::map<std::string, long>;
@@ -40,59 +126,34 @@ struct Transition {
     std::string name;
     Act act = Act::press;
     std::string key = {};
-    unsigned mask = 0; /**< state fields whose combinations are covered separately */
-    int cost = 1;      /**< approximate duration in milliseconds */
+    std::string mask = {}; /**< state fields whose combinations are covered separately */
+    int cost = 1;          /**< approximate duration in milliseconds */
     std::function<bool(const State&)> can_happen = {};
     int times = 1;
-    std::string missing = {};         /**< a radio program that is missing */
-    std::string behaviour = "normal"; /**< of the radio service for the command; or "is away" */
+    std::string behaviour =
+        "normal"; /**< of the radio service for the command; "is away"; or "without PROGRAM" */
     Answer answer = Answer::normal;
     Log log = {};
     std::string packets = some_packets; /**< the count that the page then shows */
 };
 
 /** All transitions. */
-const std::vector<Transition>& transitions();
+extern const std::vector<Transition> transitions;
 
-/** A transition and the masked state in which it starts. */
-using Edge = std::pair<std::string, Key>;
-inline Edge edge(const State& from, const Transition& by) { return {by.name, key(from, by.mask)}; }
+/** Every fault on every command, and unusual events. Their names begin with that of the normal transition and ":". */
+std::vector<Transition> faults();
 
-/** The result of a transition. */
-struct Outcome {
-    State state;
+/** The next state, and what happened on the way. */
+struct Outcome : State {
     std::vector<std::string> calls; /**< calls to the radio service, in order */
     bool ends = false;              /**< the application exits and is restarted */
     Log log;
 };
 
-Outcome follow(const State& state, const Transition& transition);
+Outcome follow(const State& from, const Transition& by);
 
-using Steps = std::vector<Transition>;
-using Condition = std::function<bool(const State&, const Transition&)>;
-
-/**
- * Finds the cheapest path to a wanted step.
- *
- * @param is_wanted called for each transition that can happen in a state.
- * @return the path, including the wanted step; nothing if there is none.
- */
-std::optional<Steps> nearest(const State& from, const Condition& is_wanted);
-
-/** A step that fails because of a fault of the radio service. */
-struct Fault {
-    Transition wrong;
-    Transition right; /**< the same step without the fault */
-};
-
-/** Every fault on every command, and events with wrong types or unusual texts. */
-std::vector<Fault> faults();
-
-/** Returns how much a key changes the number in the open picker. */
-int step_of(const State& state, const std::string& key);
-
-/** Returns the text at a spot. */
-std::string name_of(const State& state, const Spot& spot);
+/** Returns a widget's text. */
+std::string text_of(const State& state, const std::string& widget);
 
 /** Formats the screen as one line in reading order: focused widgets in brackets, focusable ones followed by *. */
 std::string rendering(const State& state);

@@ -7,15 +7,19 @@
 
 namespace simulator {
 
-/** The file that contains the application's standard output and standard error. */
+/** The file with the standard output and standard error of the application and of the radio programs. */
 class ApplicationLog {
 public:
     [[nodiscard]] const std::string& path() const { return path_; }
 
+    /** Ignores the lines so far. */
+    void skip();
+
+    [[nodiscard]] std::vector<std::string> lines() const;
+
     /**
-     * Its messages as "E dbus_client.cpp: Init > [b]" (priority, file, operation, message) or, from its platform layer,
-     * as "I platform > the main loop ends: SIGTERM". Omits process IDs, line numbers and the output of the
-     * radio programs; a failed status of the secure store becomes -N.
+     * The application's messages without process IDs and line numbers, "E dbus_client.cpp: Init > [b]": priority, file,
+     * operation, text; those of its platform layer as "I PLATFORM > the main loop ends: SIGTERM".
      */
     [[nodiscard]] std::vector<std::string> messages() const;
 
@@ -25,15 +29,9 @@ public:
     /** Returns the warnings and errors of EFL and GLib. */
     [[nodiscard]] std::vector<std::string> library_warnings() const;
 
-protected:
+private:
     std::string path_ = "/var/log/simulator/application.log";
     std::streamoff begin_ = 0;
-};
-
-/** The part of the log after this object's creation. */
-class LogFromNow : public ApplicationLog {
-public:
-    LogFromNow();
 };
 
 } // namespace simulator

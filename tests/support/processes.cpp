@@ -2,44 +2,40 @@
 
 #include <algorithm>
 #include <fstream>
+#include <regex>
 
 namespace simulator {
 namespace {
 
-/** The names of all processes whose name and state letter satisfy a predicate. */
-template <class Question>
-std::vector<std::string> names_of(const Question& question) {
+/** The names in the lines of /proc/PID/stat, "42 (name) S ...", that match; the name is the pattern's first group. */
+std::vector<std::string> names_in_stat(const char* pattern) {
+    const std::regex wanted(pattern);
     std::vector<std::string> names;
     for (const auto& folder : std::filesystem::directory_iterator("/proc")) {
-        std::ifstream file(folder.path() / "stat"); // "42 (name) S ..."
-        std::string name;
-        char state = '\0';
-        if (std::getline(std::getline(file, name, '('), name, ')') >> state && question(name, state))
-            names.push_back(name);
+        std::ifstream file(folder.path() / "stat");
+        std::string line;
+        std::smatch match;
+        if (std::getline(file, line) && std::regex_search(line, match, wanted))
+            names.push_back(match[1]);
     }
     return names;
 }
 
 } // namespace
 
-std::vector<std::string> running_processes(const std::vector<std::string>& names) {
-    return names_of([&names](const std::string& name, char state) {
-        return state != 'Z' && std::ranges::find(names, name) != names.end();
-    });
+std::vector<std::string> running_radio_programs() {
+    return names_in_stat(R"(\((cpcd|socat|zigbeed)\) [^Z])");
 }
 
-std::vector<std::string> zombies() {
-    return names_of([](const std::string& /*name*/, char state) { return state == 'Z'; });
-}
+std::vector<std::string> zombies() { return names_in_stat(R"(\((.*)\) Z)"); }
 
-long sum_of(const std::filesystem::path& path, std::initializer_list<std::string_view> names) {
+long sum_of(const std::filesystem::path& path, const std::vector<std::string>& names) {
     std::ifstream file(path);
     long sum = 0;
     std::string word;
     while (file >> word)
-        for (const std::string_view name : names)
-            if (long number = 0; word == name && file >> number)
-                sum += number;
+        if (long number = 0; std::ranges::find(names, word) != names.end() && file >> number)
+            sum += number;
     return sum;
 }
 

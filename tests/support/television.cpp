@@ -1,7 +1,5 @@
 #include "television.h"
 
-#include "base/bus.h"
-#include "base/owned.h"
 #include "base/strings.h"
 #include "ncp_host/contract.h"
 
@@ -36,31 +34,14 @@ void send_event(const Client& client, const std::string& values, int times) {
     g_dbus_connection_flush_sync(client.bus(), nullptr, nullptr);
 }
 
-RadioState radio_state(const Client& client) {
-    const Value state = first_of(client.call(radio_module, "State"));
-    const char* mode = "";
-    gboolean streams = FALSE;
-    g_variant_lookup(state.get(), "mode", "&s", &mode);
-    g_variant_lookup(state.get(), "stream", "b", &streams);
-    return {mode, streams != FALSE};
+std::string radio_state(const Client& client) {
+    return printed(first_of(client.call(radio_module, "State")).get());
 }
 
 void take_picture(const std::string& path) {
     constexpr mode_t readable = 0644;
     const FileDescriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, readable));
     this_television().call(ui, "Picture", g_variant_new("(h)", 0), {file.get()});
-}
-
-void announce_screen_reader(bool is_there) {
-    g_autoptr(GError) error = nullptr;
-    const BusConnection session = connect_to_bus(g_getenv("DBUS_SESSION_BUS_ADDRESS"));
-    const Value answer(g_dbus_connection_call_sync(
-        session.get(), "org.a11y.Bus", "/org/a11y/bus", "org.freedesktop.DBus.Properties", "Set",
-        g_variant_new("(ssv)", "org.a11y.Status", "ScreenReaderEnabled",
-                      g_variant_new_boolean(is_there ? TRUE : FALSE)),
-        nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, &error));
-    if (!answer)
-        throw std::runtime_error(std::string("no accessibility bus: ") + error->message);
 }
 
 } // namespace simulator

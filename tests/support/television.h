@@ -23,17 +23,10 @@ void set_host_behaviour(const Client& client, const std::string& method, const s
 /** Sends "ncp_event" repeatedly with values in GVariant text, for example "(7, true)". Needs no NCP host. */
 void send_event(const Client& client, const std::string& values, int times = 1);
 
-struct RadioState {
-    std::string mode; /**< "off", "tx" or "rx" */
-    bool streams = false;
-};
-/** Returns the radio module's state. @throws Failure. */
-RadioState radio_state(const Client& client);
+/** Returns the radio module's state: "{'mode': <'off'>, ..., 'stream': <false>, ...}". @throws Failure. */
+std::string radio_state(const Client& client);
 
 /** Saves a PNG screenshot. @throws Failure if the screen cannot be read or the file cannot be written. */
 void take_picture(const std::string& path);
-
-/** Announces to the session that a screen reader has started or exited. @throws std::runtime_error. */
-void announce_screen_reader(bool is_there);
 
 } // namespace simulator

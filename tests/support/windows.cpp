@@ -16,13 +16,11 @@ Window front_window(const Display& display) {
 } // namespace
 
 OtherWindow::OtherWindow()
-    : display_(open_display()), window_(XCreateSimpleWindow(display_.get(), DefaultRootWindow(display_.get()),
-                                                            0, 0, 320, 180, 0, 0, 0)) {
+    : window_(
+          XCreateSimpleWindow(display_.get(), DefaultRootWindow(display_.get()), 0, 0, 320, 180, 0, 0, 0)) {
     XMapRaised(display_.get(), window_);
     XFlush(display_.get());
 }
-
-OtherWindow::~OtherWindow() { XDestroyWindow(display_.get(), window_); }
 
 bool OtherWindow::has_keys() const { return front_window(display_) == window_; }
 

@@ -5,15 +5,10 @@
 
 namespace simulator {
 
-/** A window that covers the screen and takes the keyboard; destroying this closes it. */
+/** A window that covers the screen and takes the keyboard; it closes with its connection to the display. */
 class OtherWindow {
 public:
     OtherWindow();
-    ~OtherWindow();
-    OtherWindow(const OtherWindow&) = delete;
-    OtherWindow& operator=(const OtherWindow&) = delete;
-    OtherWindow(OtherWindow&&) = delete;
-    OtherWindow& operator=(OtherWindow&&) = delete;
 
     /** Whether it has the keyboard. */
     [[nodiscard]] bool has_keys() const;
@@ -21,7 +16,7 @@ public:
     void take_keys() const;
 
 private:
-    Display display_;
+    Display display_ = open_display();
     unsigned long window_;
 };
 

@@ -4,12 +4,12 @@
 #include "efl_1_26/application/accessibility_bridge.h"
 #include "platform/application.h"
 #include "support/settings_folder.h"
-#include "support/television.h"
 #include "support/windows.h"
 
 #include <Elementary.h>
 #include <csignal>
 #include <dlfcn.h>
+#include <glib.h>
 #include <gmock/gmock.h>
 #include <iostream>
 #include <mutex>
@@ -118,6 +118,13 @@ gboolean work_in_glib(gpointer /*data*/) {
     return G_SOURCE_REMOVE;
 }
 
+void announce_reader(const std::string& is_there) {
+    std::system(("gdbus call --session --dest org.a11y.Bus --object-path /org/a11y/bus --method "
+                 "org.freedesktop.DBus.Properties.Set org.a11y.Status ScreenReaderEnabled '<" +
+                 is_there + ">'")
+                    .c_str());
+}
+
 void cover(const std::string& yes) {
     static std::optional<simulator::OtherWindow> other;
     yes == "yes" ? void(other.emplace()) : other.reset();
@@ -137,7 +144,7 @@ const std::map<std::string, void (*)(const std::string&)> operations{
     {"press", press},
     {"press_at_once", [](const auto& keys) { in_loop([&] { press(keys); }); }},
     {"quit", [](const auto&) { in_loop(ui_app_quit); }},
-    {"reader", [](const auto& comes) { simulator::announce_screen_reader(comes == "comes"); }},
+    {"reader", announce_reader},
     {"release", [](const auto& key) { simulator::move_key(simulator::open_display(), key, false); }},
     {"say", say},
     {"set_display", [](const auto& display) { setenv("DISPLAY", display.c_str(), 1); }},
@@ -278,10 +285,10 @@ const std::vector<Case> cases{
      normal_run(
          "pause, resume, key Return, pause, resume, key Return, key Return, pause, resume, key Return")},
     {"ScreenReaderStartsAndStops",
-     "reader goes, await_bridge not connected, reader comes, await_bridge connected, reader goes, "
-     "await_bridge not connected, reader comes, await_bridge connected, press Return, await 1key Return, "
-     "reader goes, "
-     "await_bridge not connected, pkill -STOP -f [a]ccessibility.conf, reader comes, await_bridge not "
+     "reader false, await_bridge not connected, reader true, await_bridge connected, reader false, "
+     "await_bridge not connected, reader true, await_bridge connected, press Return, await 1key Return, "
+     "reader false, "
+     "await_bridge not connected, pkill -STOP -f [a]ccessibility.conf, reader true, await_bridge not "
      "connected, "
      "pkill -CONT -f [a]ccessibility.conf, await_bridge connected, quit",
      normal_run("not connected, lost, connected, not connected, connected, key Return, not connected, not "
