@@ -59,18 +59,9 @@ protected:
         if (!simulator::wait_until(condition, busy_machine_limit))
             throw simulator::Failure("waited for " + what);
     }
+    /** Waits until exactly this many messages contain a text. */
     void expect_logged(const std::string& text, long times = 1) const {
         expect_soon(text, [&] { return log_.count(text) == times; });
-    }
-    /** Expects exactly these new calls of the NCP host. */
-    void expect_calls(const std::vector<std::string>& calls) {
-        calls_.insert(calls_.end(), calls.begin(), calls.end());
-        std::vector<std::string> received;
-        expect_soon("calls of the NCP host", [&] {
-            received = simulator::host_calls(television_);
-            return received.size() >= calls_.size();
-        });
-        EXPECT_EQ(received, calls_);
     }
     /** Waits for the application's exit: status 0, and no radio program running except the survivors. */
     void expect_clean_exit(const std::vector<std::string>& survivors = {}) const {
@@ -103,6 +94,4 @@ private:
         television_.call(simulator::ui, method,
                          g_variant_new("(su)", name.c_str(), static_cast<guint32>(limit.count())));
     }
-
-    std::vector<std::string> calls_; /**< the expected calls so far */
 };

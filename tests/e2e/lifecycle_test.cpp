@@ -19,25 +19,23 @@ protected:
         EXPECT_TRUE(simulator::radio_state(television_).streams);
     }
 
+    [[nodiscard]] long context_switches() const {
+        long sum = 0;
+        const auto tasks = "/proc/" + std::to_string(application_->number()) + "/task";
+        for (const auto& task : std::filesystem::directory_iterator(tasks))
+            sum += simulator::sum_of(task.path() / "status",
+                                     {"voluntary_ctxt_switches:", "nonvoluntary_ctxt_switches:"});
+        return sum;
+    }
     /** Passes if one of three periods has at most two context switches, since a busy machine causes some itself. */
     void expect_idle() const {
-        constexpr long most_switches = 2;
-        const auto switches = [this] {
-            long sum = 0;
-            const auto tasks = "/proc/" + std::to_string(application_->number()) + "/task";
-            for (const auto& task : std::filesystem::directory_iterator(tasks))
-                sum += simulator::sum_of(task.path() / "status",
-                                         {"voluntary_ctxt_switches:", "nonvoluntary_ctxt_switches:"});
-            return sum;
-        };
-        long fewest = most_switches + 1;
-        for (int period = 0; period < 3 && fewest > most_switches; ++period) {
+        const auto is_idle = [this] {
             std::this_thread::sleep_for(1s);
-            const long before = switches();
+            const long before = context_switches();
             std::this_thread::sleep_for(3s);
-            fewest = std::min(fewest, switches() - before);
-        }
-        EXPECT_LE(fewest, most_switches);
+            return context_switches() - before <= 2;
+        };
+        EXPECT_TRUE(is_idle() || is_idle() || is_idle());
     }
 };
 
@@ -48,7 +46,7 @@ TEST_F(LifecycleTest, IdleApplicationSleepsWithAndWithoutAScreenReader) {
         std::this_thread::sleep_for(1s);
         press("OK");
     }
-    expect_calls({"ember_start(0)"});
+    expect_logged("method = ember_start,");
     expect_idle();
     wait_for_focus("Set Power");
     expect_idle();
@@ -62,23 +60,20 @@ TEST_F(LifecycleTest, LaunchDoesNotWaitForABusyProcess) {
     open_test("TX Test", "Set Power");
     set_host_behaviour(television_, "ember_start_stream", "late 8000");
     activate("Start Stream");
-    expect_calls({"ember_start(0)", "ember_start_stream()"});
+    expect_logged("method = ember_start_stream,");
     EXPECT_EQ(launch()->wait_for_end(busy_machine_limit), 0);
     EXPECT_EQ(log_.count("> _app_service"), 1);
     expect_logged("> _app_service", 2);
 }
 
 TEST_F(LifecycleTest, LateSessionBusIsUsedOnceItAnswers) {
-    const auto signal_bus = [](const std::string& signal) {
-        return std::system(("pkill -" + signal + " -f [s]ession.*--address").c_str());
-    };
-    ASSERT_EQ(signal_bus("STOP"), 0);
+    ASSERT_EQ(std::system("pkill -STOP -f [s]ession.*--address"), 0);
     application_ = launch();
     expect_logged("> _app_service");
     EXPECT_EQ(log_.count("> the session bus does not answer"), 1);
     const auto second = launch();
     expect_logged("> _app_service", 2);
-    ASSERT_EQ(signal_bus("CONT"), 0);
+    ASSERT_EQ(std::system("pkill -CONT -f [s]ession.*--address"), 0);
     expect_logged("runs as well");
     second->terminate();
     EXPECT_EQ(second->wait_for_end(busy_machine_limit), 0);
@@ -118,19 +113,6 @@ TEST_F(LifecycleTest, RelaunchAfterAKillRestartsTheRadioAndReportsAMissingDevice
     expect_clean_exit();
     EXPECT_FALSE(simulator::radio_state(television_).streams);
     EXPECT_EQ(log_.count("> path[/tmp/iot_test_result], data[FAIL]"), 1);
-}
-
-TEST_F(LifecycleTest, SigtermWhileTheRadioStartsShutsDownCleanly) {
-    std::filesystem::remove(
-        "/opt/usr/apps/com.kelsor.tv.brimhub/bin/socat"); // to make the start wait for the relay
-    open_application();
-    enter("Start TX Test");
-    press("Return");
-    expect_logged("app name", 2);
-    application_->terminate();
-    expect_clean_exit();
-    EXPECT_EQ(log_.count("> the main loop ends: SIGTERM"), 1);
-    EXPECT_EQ(log_.count("> stop ncp requester"), 1);
 }
 
 TEST_F(LifecycleTest, LostSystemBusFailsCommandsAndExitShutsDownCleanly) {
