@@ -1,15 +1,11 @@
 #include "end_to_end_test.h"
 #include "ui_driver/keyboard.h"
 
-namespace {
-
 #ifdef __SANITIZE_ADDRESS__ // AddressSanitizer keeps freed memory
 constexpr long max_kilobytes = 1'000'000;
 #else
 constexpr long max_kilobytes = 15'000;
 #endif
-
-} // namespace
 
 class FloodTest : public EndToEndTest {
 protected:

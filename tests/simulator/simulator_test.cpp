@@ -61,12 +61,11 @@ TEST_F(RadioCount, IncreasesOnlyOnItsChannelInTheRxTest) {
 TEST_F(RadioCount, IncludesRunningStreamsOfOtherTelevisions) {
     ask("start 1");
     EXPECT_TRUE(radio_.add_stream("strong", 11, 20, now_));
-    EXPECT_EQ(received_after(1s), 100);
     EXPECT_TRUE(radio_.add_stream("weak", 11, 0, now_));
     EXPECT_TRUE(radio_.add_stream("elsewhere", 12, 20, now_));
-    EXPECT_EQ(received_after(1s), 260);
+    EXPECT_EQ(received_after(1s), 160);
     radio_.remove_stream("strong", now_);
-    EXPECT_EQ(received_after(1s), 320);
+    EXPECT_EQ(received_after(1s), 220);
     EXPECT_FALSE(radio_.add_stream("nowhere", 27, 20, now_));
     EXPECT_FALSE(radio_.add_stream("too strong", 11, 21, now_));
     ask("reset"); // resets the module, not the streams of others
@@ -76,18 +75,12 @@ TEST_F(RadioCount, IncludesRunningStreamsOfOtherTelevisions) {
 
 TEST_F(RadioCount, InvalidCommandsAreRefusedWithTheirCode) {
     const std::initializer_list<std::pair<const char*, int>> rows{
-        {"stop", 1},           {"set_channel 15", 1},
-        {"start_stream", 1},   {"reset_rx_statistics", 1},
-        {"start 2", 3},        {"start 0", 0},
-        {"start 1", 2},        {"set_channel 10", 5},
-        {"set_channel 27", 5}, {"set_channel 26", 0},
-        {"set_power -1", 6},   {"set_power 21", 6},
-        {"set_power 20", 0},   {"reset_rx_statistics", 4},
-        {"stop_stream", 8},    {"start_stream", 0},
-        {"start_stream", 7},   {"set_channel 11", 7},
-        {"set_power 3", 7},    {"get_rx_statistics", 4},
-        {"stop", 0},           {"start 1", 0},
-        {"start_stream", 4},   {"sing", 9},
+        {"stop", 1},           {"start 2", 3},        {"start 0", 0},        {"start 1", 2},
+        {"set_channel 10", 5}, {"set_channel 27", 5}, {"set_channel 26", 0}, {"set_power -1", 6},
+        {"set_power 21", 6},   {"set_power 20", 0},   {"stop_stream", 8},    {"start_stream", 0},
+        {"start_stream", 7},   {"set_channel 11", 7}, {"set_power 3", 7},    {"get_rx_statistics", 4},
+        {"stop", 0},           {"set_channel 11", 1}, {"start 1", 0},        {"start_stream", 4},
+        {"sing", 9},
     };
     for (const auto& [command, code] : rows)
         EXPECT_EQ(ask(command), code) << command;
