@@ -51,8 +51,12 @@ protected:
         press("Return");
         wait_for_focus(name);
     }
-    void wait_for(const std::string& text) const { wait("Wait", text); }
-    void wait_for_focus(const std::string& name) const { wait("WaitFocus", name); }
+    void wait_for(const std::string& text, const char* method = "Wait") const {
+        constexpr std::chrono::milliseconds limit = busy_machine_limit;
+        television_.call(simulator::ui, method,
+                         g_variant_new("(su)", text.c_str(), static_cast<guint32>(limit.count())));
+    }
+    void wait_for_focus(const std::string& name) const { wait_for(name, "WaitFocus"); }
 
     /** Waits for a condition that is not visible on the screen. @throws simulator::Failure. */
     static void expect_soon(const std::string& what, const std::function<bool()>& condition) {
@@ -86,11 +90,4 @@ protected:
     const simulator::Client television_{simulator::connect_to_bus(g_getenv("DBUS_SYSTEM_BUS_ADDRESS"))};
     simulator::ApplicationLog log_;
     std::unique_ptr<simulator::Process> application_;
-
-private:
-    void wait(const char* method, const std::string& name) const {
-        constexpr std::chrono::milliseconds limit = busy_machine_limit;
-        television_.call(simulator::ui, method,
-                         g_variant_new("(su)", name.c_str(), static_cast<guint32>(limit.count())));
-    }
 };

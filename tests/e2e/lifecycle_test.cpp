@@ -70,7 +70,6 @@ TEST_F(LifecycleTest, LateSessionBusIsUsedOnceItAnswers) {
     ASSERT_EQ(std::system("pkill -STOP -f [s]ession.*--address"), 0);
     application_ = launch();
     expect_logged("> _app_service");
-    EXPECT_EQ(log_.count("> the session bus does not answer"), 1);
     const auto second = launch();
     expect_logged("> _app_service", 2);
     ASSERT_EQ(std::system("pkill -CONT -f [s]ession.*--address"), 0);
@@ -130,7 +129,6 @@ TEST_F(LifecycleTest, LostSystemBusFailsCommandsAndExitShutsDownCleanly) {
     reader.activate(see("Exit"));
     reader.activate(see("Yes"));
     expect_clean_exit();
-    EXPECT_EQ(log_.count("> the main loop ends: the application asked to"), 1);
 }
 
 TEST_F(LifecycleTest, LostSessionBusDoesNotStopTheApplication) {

@@ -5,7 +5,6 @@
 #include <thread>
 #include <utility>
 
-using simulator::send_event;
 using testing::ElementsAre;
 
 namespace {
