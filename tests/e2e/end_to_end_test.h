@@ -3,56 +3,91 @@
 
 #include "base/bus.h"
 #include "base/process.h"
+#include "base/wait_until.h"
 #include "support/application_log.h"
 #include "support/processes.h"
 #include "support/television.h"
 
-#include <chrono>
 #include <filesystem>
-#include <functional>
 #include <gmock/gmock.h>
-#include <optional>
 
 /** Time-out for a hang, long enough for a busy machine. */
-inline constexpr std::chrono::minutes busy_machine_limit{2};
+inline constexpr std::chrono::minutes busy_machine_limit{5};
 
 /** Starts the application and shuts it down. Steps throw simulator::Failure if the screen does not react in time. */
 class EndToEndTest : public testing::Test {
 protected:
     EndToEndTest() { std::filesystem::remove(log_.path()); } // left by an earlier run
-    /** Starts the application and waits for its first page. */
-    void open_application();
-    /** Starts the application and opens the test page whose first button is this one. */
-    void open_test(const std::string& tab, const std::string& first_button);
+
+    /** Launches the application; all launches write to the same log. */
+    [[nodiscard]] std::unique_ptr<simulator::Process> launch() const {
+        return std::make_unique<simulator::Process>(std::vector<std::string>{VELMORA_PROGRAM},
+                                                    simulator::written_to(log_.path()));
+    }
+    /** Launches the application and waits for its first page. */
+    void open_application() {
+        application_ = launch();
+        wait_for_focus("TX Test");
+    }
+    /** Launches the application and opens the test page whose first button is this one. */
+    void open_test(const std::string& tab, const std::string& first_button) {
+        open_application();
+        activate(tab);
+        wait_for_focus("Start " + tab);
+        enter(first_button);
+    }
 
     /** Presses a key; "Right*3" presses it three times. */
-    void press(const char* key) const;
+    void press(const char* key) const {
+        television_.call(simulator::ui, "Press", g_variant_new_parsed("([%s],)", key));
+    }
     /** Presses a widget through its accessible action, once it is displayed. */
-    void activate(const std::string& name) const;
+    void activate(const std::string& name) const {
+        wait_for(name);
+        television_.call(simulator::ui, "Activate", g_variant_new("(s)", name.c_str()));
+    }
     /** Presses Return and waits for the focus on `name`. */
-    void enter(const std::string& name) const;
-    void wait_for(const std::string& text) const { wait("Wait", text); }
-    void wait_for_focus(const std::string& name) const { wait("WaitFocus", name); }
-    [[nodiscard]] bool shows(const std::string& text) const;
+    void enter(const std::string& name) const {
+        press("Return");
+        wait_for_focus(name);
+    }
+    void wait_for(const std::string& text, const char* method = "Wait") const {
+        constexpr std::chrono::milliseconds limit = busy_machine_limit;
+        television_.call(simulator::ui, method,
+                         g_variant_new("(su)", text.c_str(), static_cast<guint32>(limit.count())));
+    }
+    void wait_for_focus(const std::string& name) const { wait_for(name, "WaitFocus"); }
 
-    [[nodiscard]] simulator::Process& application() { return *application_; }
-
-    /** Expects exactly these new calls to the NCP host. */
-    void expect_calls(const std::vector<std::string>& calls);
     /** Waits for a condition that is not visible on the screen. @throws simulator::Failure. */
-    static void expect_soon(const std::string& what, const std::function<bool()>& condition);
-    /** Waits for the application's exit: status 0, and no radio program running except the survivors. */
-    void expect_clean_exit(const std::vector<std::string>& survivors = {});
+    static void expect_soon(const std::string& what, const std::function<bool()>& condition) {
+        if (!simulator::wait_until(condition, busy_machine_limit))
+            throw simulator::Failure("waited for " + what);
+    }
+    /** Waits until exactly this many messages contain a text. */
+    void expect_logged(const std::string& text, long times = 1) const {
+        expect_soon(text, [&] { return log_.count(text) == times; });
+    }
+    /** Waits for the application's exit: status 0, and no radio program running. */
+    void expect_clean_exit() const {
+        EXPECT_EQ(application_->wait_for_end(busy_machine_limit), 0);
+        EXPECT_THAT(simulator::running_radio_programs(), testing::IsEmpty());
+        // A later launch or init reaps the exited children asynchronously.
+        expect_soon("all zombies to be reaped", [] { return simulator::zombies().empty(); });
+    }
 
-    void TearDown() override;
+    void TearDown() override {
+        if (HasFailure()) {
+            EXPECT_NO_THROW(simulator::take_picture("/var/log/simulator/last_picture.png"));
+        }
+        if (application_ && application_->number() != 0) {
+            application_->terminate();
+            expect_clean_exit();
+        }
+        EXPECT_THAT(log_.library_warnings(), testing::IsEmpty());
+    }
 
     // A private connection, so that losing it does not exit the test.
     const simulator::Client television_{simulator::connect_to_bus(g_getenv("DBUS_SYSTEM_BUS_ADDRESS"))};
     simulator::ApplicationLog log_;
-
-private:
-    void wait(const char* method, const std::string& name) const;
-
-    std::optional<simulator::Process> application_;
-    std::size_t calls_seen_ = 0;
+    std::unique_ptr<simulator::Process> application_;
 };
