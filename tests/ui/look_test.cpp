@@ -1,6 +1,7 @@
 /** Checks the rendering of all pages and popups at the current screen size. */
 #include "support/pages.h"
 #include "support/settings_folder.h"
+#include "support/windows.h"
 
 #include <Ecore_X.h>
 #include <map>
@@ -206,6 +207,26 @@ TEST_P(Look, RxPagesRenderCorrectly) {
     check("reset failed");
     choose("11", 15);
     check("values");
+}
+
+class LookWindow : public test::Pages {};
+
+TEST_F(LookWindow, IsPlacedByTheUserAndTakesTheKeyboardWhenRaised) {
+    const Ecore_X_Window window = elm_win_xwindow_get(screen->window());
+    Eina_Bool is_placed = EINA_FALSE; // otherwise a window manager may ask the user to place the window
+    ecore_x_icccm_size_pos_hints_get(window, &is_placed, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                     nullptr, nullptr, nullptr, nullptr, nullptr);
+    EXPECT_TRUE(is_placed);
+    const Eina_Rectangle corner{0, 0, 320, 180}; // that the other window covers
+    const simulator::Pixels before = test::look_at(corner);
+    const simulator::OtherWindow other;
+    other.take_keys();
+    const auto is_in_front = [&] {
+        return ecore_x_window_focus_get() == window && test::look_at(corner) == before;
+    };
+    EXPECT_TRUE(test::await([&] { return !is_in_front(); }));
+    elm_win_raise(screen->window());
+    EXPECT_TRUE(test::await(is_in_front));
 }
 
 INSTANTIATE_TEST_SUITE_P(, Look,
