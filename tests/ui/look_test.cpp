@@ -3,7 +3,6 @@
 #include "support/settings_folder.h"
 #include "support/windows.h"
 
-#include <Ecore_X.h>
 #include <map>
 
 namespace {
@@ -55,18 +54,18 @@ struct Language : testing::WithParamInterface<View> {
 class Look : public Language, public test::Pages {
 protected:
     Look() {
-        const auto [x, y, width, height] = test::geometry(screen->window());
-        const Eina_Rectangle wanted{0, 0, static_cast<int>(width * GetParam().width),
-                                    static_cast<int>(height * GetParam().height)};
-        ecore_x_window_resize(elm_win_xwindow_get(screen->window()), wanted.w,
-                              wanted.h); // there is no window manager
-        EXPECT_TRUE(test::await([&] { return canvas().w == wanted.w && canvas().h == wanted.h; }));
-        evas_event_callback_add(evas_object_evas_get(screen->window()), EVAS_CALLBACK_RENDER_POST, on_frame,
-                                this);
+        const Eina_Rectangle screen = test::geometry(window);
+        const auto width = static_cast<int>(screen.w * GetParam().width);
+        const auto height = static_cast<int>(screen.h * GetParam().height);
+        ecore_x_window_resize(elm_win_xwindow_get(window), width, height); // there is no window manager
+        EXPECT_TRUE(test::await([&] {
+            const auto area = test::geometry(window);
+            return area.w == width && area.h == height;
+        }));
+        evas_event_callback_add(evas_object_evas_get(window), EVAS_CALLBACK_RENDER_POST, on_frame, this);
     }
     ~Look() override {
-        evas_event_callback_del(evas_object_evas_get(screen->window()), EVAS_CALLBACK_RENDER_POST, on_frame);
-        elm_config_mirrored_set(EINA_FALSE);
+        evas_event_callback_del(evas_object_evas_get(window), EVAS_CALLBACK_RENDER_POST, on_frame);
     }
 
     /** Checks the rendering in both text directions. A picker's arrow must be dim unless it can step (`less`, `more`). */
@@ -74,24 +73,36 @@ protected:
         SCOPED_TRACE(page);
         test::run_for(std::chrono::milliseconds(650)); // until the press feedback has ended
         const auto before = look(less, more);
-        for (int change = 0; change < 2; ++change) {
-            elm_config_mirrored_set(mirrored() ? EINA_FALSE : EINA_TRUE);
-            const auto after = look(less, more);
-            for (const auto& [text, light] : after)
-                EXPECT_TRUE(change == 0 || std::abs(light - before.at(text)) < 0.5) << text;
-        }
+        elm_config_mirrored_set(!mirrored());
+        look(less, more);
+        elm_config_mirrored_set(!mirrored());
+        for (const auto& [text, light] : look(less, more))
+            EXPECT_NEAR(light, before.at(text), 0.5) << text;
     }
 
     void choose(const std::string& button, int times) {
         activate(button);
         check(button, false);
-        screen->press(mirrored() ? "Left" : "Right", times);
+        press(mirrored() ? "Left" : "Right", times);
         check(button + ", chosen", true, false);
-        screen->press("Return");
+        press("Return");
     }
 
     void replace(const std::string& text, const std::string& by) {
-        elm_vell_button_text_set(screen->find(text), by.c_str());
+        elm_vell_button_text_set(find(text), by.c_str());
+    }
+
+    /** The area of the focus ring; empty if none is visible. */
+    [[nodiscard]] Eina_Rectangle focus_ring() const {
+        Eina_Rectangle ring{};
+        for (const auto& [object, widget] : drawn()) {
+            int border = 0;
+            if (test::is_type(object, "image"))
+                evas_object_image_border_get(object, &border, nullptr, nullptr, nullptr);
+            if (border == 72) // unique to the ring's image
+                ring = test::geometry(object);
+        }
+        return ring;
     }
 
 private:
@@ -100,7 +111,7 @@ private:
         SCOPED_TRACE(mirrored() ? "from the right" : "from the left");
         test::settle();
         std::map<std::string, double> contrasts;
-        const auto texts = screen->texts();
+        const std::vector<test::DrawnText> texts = this->texts();
         EXPECT_GE(texts.size(), 4U);
         for (auto text = texts.begin(); text != texts.end(); ++text) {
             SCOPED_TRACE(text->text);
@@ -113,7 +124,7 @@ private:
             EXPECT_GE(light, is_spent ? 1.01 : 4.5);
             EXPECT_LE(light, is_spent ? 2.0 : 21.0);
             EXPECT_NE(text->whole, text->text.ends_with(endless));
-            EXPECT_TRUE(test::is_inside(text->area, canvas()));
+            EXPECT_TRUE(test::is_inside(text->area, test::geometry(window)));
             EXPECT_TRUE(test::is_inside({x, y + height / 10, width, height * 8 / 10}, widget)); // the letters
             const bool is_usable = test::is_type(text->widget, "elm_button") &&
                                    elm_object_focus_allow_get(text->widget) != EINA_FALSE;
@@ -125,21 +136,19 @@ private:
             const int indent = mirrored() ? widget.x + widget.w - x - width : x - widget.x;
             EXPECT_TRUE(!text->text.ends_with(": ") || indent < elm_vell_unit_to_pixel(2.0));
         }
-        const auto [x, y, width, height] = screen->focus_ring();
+        const auto [x, y, width, height] = focus_ring();
         EXPECT_GE(test::contrast({x, y + height / 2, static_cast<int>(8 * elm_config_scale_get()), 1}), 3.0);
-        screen->visit_all([](Evas_Object* drawn, Evas_Object*) { // enlarged images would be blurred
-            if (test::is_type(drawn, "image")) {
-                EXPECT_LE(evas_object_image_border_scale_get(drawn), 1.0);
-            }
-        });
+        for (const auto& [object, widget] : drawn())
+            EXPECT_TRUE(!test::is_type(object, "image") || evas_object_image_border_scale_get(object) <= 1.0)
+                << "an image is enlarged, and so blurred";
         return contrasts;
     }
 
     /** Checks in every frame that the focus ring is exactly around the focused widget. */
     static void on_frame(void* self, Evas* /*canvas*/, void* /*event*/) {
-        const auto& screen = *static_cast<Look*>(self)->screen;
-        const Evas_Object* const focused = elm_object_focused_object_get(screen.window());
-        const Eina_Rectangle ring = screen.focus_ring();
+        const auto& look = *static_cast<Look*>(self);
+        const Evas_Object* const focused = elm_object_focused_object_get(look.window);
+        const Eina_Rectangle ring = look.focus_ring();
         const auto [x, y, width, height] = test::geometry(focused);
         const int margin = elm_vell_unit_to_pixel(3.0);
         EXPECT_TRUE(focused == nullptr
@@ -150,20 +159,14 @@ private:
 
     /** Checks that the page is 240 x 135 units in the middle of the window. */
     void expect_at(const Units& units, const Eina_Rectangle& area) const {
-        const Eina_Rectangle window = canvas();
-        const double unit = std::min(window.w / 240.0, window.h / 135.0);
+        const Eina_Rectangle screen = test::geometry(window);
+        const double unit = std::min(screen.w / 240.0, screen.h / 135.0);
         const double left = mirrored() ? 240 - units.x - units.width : units.x;
         constexpr double rounding = 4.0; // accumulated, in pixels
-        EXPECT_NEAR(area.x, window.w / 2.0 + (left - 120) * unit, rounding);
-        EXPECT_NEAR(area.y, window.h / 2.0 + (units.y - 67.5) * unit, rounding);
+        EXPECT_NEAR(area.x, screen.w / 2.0 + (left - 120) * unit, rounding);
+        EXPECT_NEAR(area.y, screen.h / 2.0 + (units.y - 67.5) * unit, rounding);
         EXPECT_NEAR(area.w, units.width * unit, rounding);
         EXPECT_NEAR(area.h, units.height * unit, rounding);
-    }
-
-    [[nodiscard]] Eina_Rectangle canvas() const {
-        Eina_Rectangle area{};
-        evas_output_viewport_get(evas_object_evas_get(screen->window()), &area.x, &area.y, &area.w, &area.h);
-        return area;
     }
 };
 
@@ -184,11 +187,11 @@ TEST_P(Look, TxPagesRenderCorrectly) {
     check("stream");
     activate("Exit");
     check("exit popup");
-    elm_object_text_set(screen->find("Do you want to exit ?"), std::string(40, 'W').c_str());
+    elm_object_text_set(find("Do you want to exit ?"), std::string(40, 'W').c_str());
     check("exit popup with a long word");
-    elm_object_tree_focus_allow_set(screen->window(), EINA_FALSE);
+    elm_object_tree_focus_allow_set(window, EINA_FALSE);
     test::settle();
-    EXPECT_EQ(screen->focus_ring().w, 0);
+    EXPECT_EQ(focus_ring().w, 0);
 }
 
 TEST_P(Look, RxPagesRenderCorrectly) {
@@ -212,20 +215,20 @@ TEST_P(Look, RxPagesRenderCorrectly) {
 class LookWindow : public test::Pages {};
 
 TEST_F(LookWindow, IsPlacedByTheUserAndTakesTheKeyboardWhenRaised) {
-    const Ecore_X_Window window = elm_win_xwindow_get(screen->window());
+    const Ecore_X_Window x_window = elm_win_xwindow_get(window);
     Eina_Bool is_placed = EINA_FALSE; // otherwise a window manager may ask the user to place the window
-    ecore_x_icccm_size_pos_hints_get(window, &is_placed, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-                                     nullptr, nullptr, nullptr, nullptr, nullptr);
+    ecore_x_icccm_size_pos_hints_get(x_window, &is_placed, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                     nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
     EXPECT_TRUE(is_placed);
     const Eina_Rectangle corner{0, 0, 320, 180}; // that the other window covers
     const simulator::Pixels before = test::look_at(corner);
     const simulator::OtherWindow other;
     other.take_keys();
     const auto is_in_front = [&] {
-        return ecore_x_window_focus_get() == window && test::look_at(corner) == before;
+        return ecore_x_window_focus_get() == x_window && test::look_at(corner) == before;
     };
     EXPECT_TRUE(test::await([&] { return !is_in_front(); }));
-    elm_win_raise(screen->window());
+    elm_win_raise(window);
     EXPECT_TRUE(test::await(is_in_front));
 }
 

@@ -17,7 +17,7 @@ TEST_F(MainPage, ExceptionDuringStartIsLoggedAndPleaseWaitStays) {
     const std::filesystem::path relay = "/opt/usr/apps/com.kelsor.tv.brimhub/bin/socat";
     std::filesystem::rename(relay, relay.string() + ".away"); // the application waits for it
     activate("TX Test");
-    const Evas_Object* const button = screen->find("Start TX Test");
+    const Evas_Object* const button = find("Start TX Test");
     std::optional<simulator::Pixels> frozen;
     const SleepRecorder recorder([&](std::size_t) {
         frozen.emplace(test::fill_of(button));
@@ -27,7 +27,7 @@ TEST_F(MainPage, ExceptionDuringStartIsLoggedAndPleaseWaitStays) {
     activate("Start TX Test");
     std::filesystem::rename(relay.string() + ".away", relay);
     EXPECT_TRUE(frozen && !(*frozen == before) && *frozen == test::fill_of(button));
-    EXPECT_EQ(screen->find("Please Wait..."), button);
+    EXPECT_EQ(find("Please Wait..."), button);
     EXPECT_THAT(log.text(), testing::HasSubstr("> ended with an exception: unforeseen: Resource"));
 }
 
@@ -58,8 +58,8 @@ TEST_F(MainPage, RepeatedUseLeaksNoMemoryOrDescriptors) {
         emit_ready();
         for (int time = 0; time < 10; ++time) {
             activate(time % 2 == 0 ? "Set Power" : "Set Channel");
-            screen->press("XF86Back");
-            ASSERT_TRUE(test::await([&] { return screen->focused().starts_with("Set "); }));
+            press("XF86Back");
+            ASSERT_TRUE(test::await([&] { return focused().starts_with("Set "); }));
         }
         log.clear();
         growths.push_back(allocated() - before);

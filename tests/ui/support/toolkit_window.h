@@ -1,39 +1,31 @@
 /** A window with the widget toolkit, without the application. */
 #pragma once
 
-#include "support/log_capture.h"
 #include "support/screen.h"
-
-#include <gmock/gmock.h>
-#include <platform/vell.h>
 
 namespace test {
 
-class ToolkitWindow : public testing::Test {
+class ToolkitWindow : public WindowTest {
 protected:
     ToolkitWindow() {
+        window = open_window();
+        root = elm_vell_layout_add(window);
+        page = elm_vell_layout_add(root);
         elm_vell_root_layout_set(root, 1);
         elm_vell_layout_type_set(root, 3);
         elm_vell_layout_item_append(root, page, 1, 1);
         evas_object_size_hint_weight_set(root, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
-        elm_win_resize_object_add(screen.window(), root);
-        elm_vell_root_layout_render(root);
+        elm_win_resize_object_add(window, root);
         evas_object_show(root);
-        evas_object_show(screen.window());
-        EXPECT_TRUE(await([this] { return elm_win_focus_get(screen.window()) != EINA_FALSE; }));
+        evas_object_show(window);
+        EXPECT_TRUE(await([this] { return elm_win_focus_get(window) != EINA_FALSE; }));
     }
-    ~ToolkitWindow() override {
-        elm_config_mirrored_set(EINA_FALSE);
-        evas_object_del(screen.window());
-        settle();
-        EXPECT_THAT(log.library_warnings(), testing::IsEmpty());
-    }
+    ~ToolkitWindow() override { evas_object_del(window); }
 
     static Evas_Object* open_window() {
-        start_elementary();
-        Evas_Object* const window = elm_win_util_standard_add("toolkit", "Toolkit");
-        EXPECT_TRUE(elm_vell_manager_init(window));
-        return window;
+        Evas_Object* const opened = elm_win_util_standard_add("toolkit", "Toolkit");
+        EXPECT_TRUE(elm_vell_manager_init(opened));
+        return opened;
     }
 
     /** Appends a widget, 60 x 10 units large, to the page. */
@@ -47,10 +39,8 @@ protected:
         return button;
     }
 
-    LogCapture log; // keeps what EFL and Xlib log out of the test's output
-    const Screen screen{open_window()};
-    Evas_Object* root = elm_vell_layout_add(screen.window());
-    Evas_Object* page = elm_vell_layout_add(root); // stacks its items
+    Evas_Object* root = nullptr;
+    Evas_Object* page = nullptr; // stacks its items
 };
 
 } // namespace test
