@@ -3,6 +3,7 @@
 #include "common/dropped_press.h"
 #include "efl_1_26/application/accessibility_bridge.h"
 #include "platform/application.h"
+#include "platform/log.h"
 #include "support/settings_folder.h"
 #include "support/television.h"
 #include "support/windows.h"
@@ -11,7 +12,6 @@
 #include <csignal>
 #include <dlfcn.h>
 #include <gmock/gmock.h>
-#include <iostream>
 #include <mutex>
 #include <sstream>
 #include <thread>
@@ -27,7 +27,7 @@ using namespace std::chrono_literals;
 struct Case {
     const char* name;
     std::string steps;        /**< performed in another thread after the launch */
-    std::string lines;        /**< expected lines; those that the framework logs begin with "log: " */
+    std::string lines;        /**< expected messages of the probe and of the framework */
     std::string create = {};  /**< steps of the create callback */
     std::string prepare = {}; /**< steps before the framework starts */
     int status = 0;           /**< exit status of the process, as in a shell */
@@ -41,7 +41,7 @@ std::vector<std::string> said;
 
 void say(const std::string& line) {
     const std::lock_guard lock(said_mutex);
-    std::cerr << "> " + line + "\n";
+    __dlog_print(platform::LogBuffer::main, platform::LogPriority::info, "PLATFORM", "%s", line.c_str());
     said.push_back(line);
 }
 
@@ -89,28 +89,19 @@ void await_bridge(const std::string& wanted) {
 }
 
 /** Checks that the toolkit's clock is up to date in a GLib timer's callback. */
-void await_timer(const std::string& /*argument*/) {
+void start_timer(const std::string& /*argument*/) {
     static const double earliest = ecore_time_get() + 0.3;
     const auto on_timer = [](gpointer) -> gboolean {
         say(ecore_loop_time_get() >= earliest ? "in time" : "the clock is old");
         return G_SOURCE_REMOVE;
     };
     g_timeout_add(300, on_timer, nullptr);
-    await("1in time");
 }
 
+/** Runs a program that inherits descriptors, and waits for it unless the main loop already has. */
 void start_program(const std::string& script) {
     EXPECT_GT(dup(STDERR_FILENO), STDERR_FILENO);
-    const pid_t child = fork();
-    if (child == 0)
-        execl("/bin/sh", "sh", "-c", script.c_str(), nullptr);
-    while (kill(child, 0) == 0) // until the main loop has reaped it
-        std::this_thread::sleep_for(20ms);
-}
-
-void terminate_twice_and_hang_up() {
-    for (const int number : {SIGTERM, SIGTERM, SIGHUP})
-        kill(getpid(), number);
+    (void)succeeds(start_process([&] { return execl("/bin/sh", "sh", "-c", script.c_str(), nullptr) == 0; }));
 }
 
 gboolean work_in_glib(gpointer /*data*/) {
@@ -126,7 +117,6 @@ void cover(const std::string& yes) {
 const std::map<std::string, void (*)(const std::string&)> operations{
     {"await", await},
     {"await_bridge", await_bridge},
-    {"await_timer", await_timer},
     {"close", [](const auto& descriptor) { close(std::stoi(descriptor)); }},
     {"cover", cover},
     {"hide", [](const auto&) { in_loop([] { evas_object_hide(window); }); }},
@@ -144,8 +134,8 @@ const std::map<std::string, void (*)(const std::string&)> operations{
     {"set_mode", [](const auto& mode) { setenv("ELM_ATSPI_MODE", mode.c_str(), 1); }},
     {"show", [](const auto&) { in_loop([] { evas_object_show(window); }); }},
     {"signal", [](const auto& number) { kill(getpid(), std::stoi(number)); }},
-    {"signal_thrice", [](const auto&) { in_loop(terminate_twice_and_hang_up); }},
     {"start", start_program},
+    {"start_timer", start_timer},
     {"throw", [](const auto& text) { throw std::runtime_error(text); }},
     {"use_settings", [](const auto&) { static const test::SettingsFolder settings(""); }},
     {"work_in_glib", [](const auto&) { g_idle_add(work_in_glib, nullptr); }},
@@ -216,49 +206,47 @@ int run(Case test_case) {
 std::string lines_in(const std::string& text) {
     std::string lines;
     std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) { // ignores the output of libraries
-        if (line.find("/PLATFORM(") == 1)
-            line = "> log: " + line.substr(line.find("): ") + 3);
-        if (line.starts_with("> "))
-            lines += (lines.empty() ? "" : ", ") + line.substr(2);
-    }
+    for (std::string line; std::getline(stream, line);)
+        if (line.find("/PLATFORM(") == 1) // not the output of a library
+            lines += (lines.empty() ? "" : ", ") + line.substr(line.find("): ") + 3);
     return lines;
 }
 
 /** The lines of a run with a clean shutdown, with these between launch and shutdown. */
 std::string normal_run(const std::string& lines = "",
                        const std::string& reason = "the application asked to") {
-    return "create, app_control, " + lines + (lines.empty() ? "" : ", ") +
-           "log: the main loop ends: " + reason + ", terminate Probe";
+    return "create, app_control, " + lines + (lines.empty() ? "" : ", ") + "the main loop ends: " + reason +
+           ", terminate Probe";
 }
 
 const std::string buses = "'[s]ession.*--address|[d]bus-daemon.*system_bus.conf'";
 const std::string write_arabic =
     "cd $XDG_CONFIG_HOME/tv-platform; echo '[db/menu_widget]\nlanguage=ar_AE.utf8\n";
-const std::string dropped = "log: dropped a press while the screen was frozen: Return";
+const std::string dropped = "dropped a press while the screen was frozen: Return";
 
 const std::vector<Case> cases{
     {"ApplicationQuitsInCreate", "", normal_run(), "quit"},
     {"CreateFails", "", "create", "false", "", 3},
-    {"CreateThrows", "", "create, log: create ended with an exception: text", "throw text", "", 3},
+    {"CreateThrows", "", "create, create ended with an exception: text", "throw text", "", 3},
     {"SignalArrivesInCreate", "", "create", "signal 15, sleep 5", "", 128 + SIGTERM},
     {"SigintArrives", "loop, signal 2", normal_run("", "SIGINT")},
     {"SigquitArrives", "loop, signal 3", normal_run("", "SIGQUIT")},
     {"SighupArrives", "loop, signal 1", normal_run("", "SIGHUP")},
-    {"SeveralSignalsArrive", "signal_thrice", normal_run("", "SIGTERM")},
+    {"SeveralSignalsArrive", "sleep 0.5, press F9, await 1key F9, signal 15, signal 15, signal 1",
+     normal_run("key F9, worked", "SIGTERM")},
     {"LauncherIgnoredHangup",
      "loop, signal 1, sleep 0.3, say lives, signal 15, await 1terminate Probe, signal 15",
      normal_run("lives", "SIGTERM"), "signal 1", "ignore_hangup"},
     {"DisplayDies", "pkill -KILL Xvfb", normal_run("", "the display has gone")},
-    {"DisplayIsMissing", "", "log: no display: nothing answers at DISPLAY=:4095", "", "set_display :4095", 4},
+    {"DisplayIsMissing", "", "no display: nothing answers at DISPLAY=:4095", "", "set_display :4095", 4},
     {"BusesDoNotAnswer", "quit",
-     "log: the session bus does not answer: the start does not wait for it, " + normal_run(), "",
+     "the session bus does not answer: the start does not wait for it, " + normal_run(), "",
      "set_mode 1, pkill -STOP -f " + buses},
     {"DescriptorsAreMissingAndAProgramIsStarted",
      "start cd /proc/$$/fd; for n in $(seq 0 99); do [ -e $n ] && "
-     "echo \"> $(readlink $n | grep /dev/null || echo $n)\" >&2; done, quit",
+     "echo \"I/PLATFORM(0): $(readlink $n | grep /dev/null || echo $n)\" >&2; done, quit",
      normal_run("/dev/null, /dev/null, 2"), "", "close 0, close 1"},
-    {"GlibTimerExpires", "sleep 1, await_timer, quit", normal_run("in time")},
+    {"GlibTimerExpires", "sleep 1, start_timer, await 1in time, quit", normal_run("in time")},
     {"LanguageOrMirroringChanges",
      write_arabic + "' >next && mv next settings.ini, await 1language changed, sleep 1, say other, " +
          write_arabic + "other=1' >settings.ini, sleep 1, say mirrored, " + write_arabic +
@@ -279,15 +267,12 @@ const std::vector<Case> cases{
      normal_run(
          "pause, resume, key Return, pause, resume, key Return, key Return, pause, resume, key Return")},
     {"ScreenReaderStartsAndStops",
-     "reader goes, await_bridge not connected, reader comes, await_bridge connected, reader goes, "
-     "await_bridge not connected, reader comes, await_bridge connected, press Return, await 1key Return, "
-     "reader goes, "
-     "await_bridge not connected, pkill -STOP -f [a]ccessibility.conf, reader comes, await_bridge not "
-     "connected, "
-     "pkill -CONT -f [a]ccessibility.conf, await_bridge connected, quit",
-     normal_run("not connected, lost, connected, not connected, connected, key Return, not connected, not "
-                "connected, connected"),
-     "", "set_mode 1, lose_question"},
+     "reader goes, await_bridge not connected, reader comes, await_bridge connected, press Return, "
+     "await 1key Return, reader goes, await_bridge not connected, pkill -STOP -f [a]ccessibility.conf, "
+     "reader comes, await_bridge not connected, pkill -CONT -f [a]ccessibility.conf, await_bridge connected, "
+     "quit",
+     normal_run("not connected, lost, connected, key Return, not connected, not connected, connected"), "",
+     "set_mode 1, lose_question"},
 };
 
 class Framework : public testing::TestWithParam<Case> {};
