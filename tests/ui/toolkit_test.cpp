@@ -16,7 +16,6 @@ using test::geometry;
 using test::settle;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::UnorderedElementsAre;
 
 class Toolkit : public test::ToolkitWindow {
 protected:
@@ -33,13 +32,6 @@ protected:
         evas_event_feed_mouse_down(canvas, 1, EVAS_BUTTON_NONE, 0, nullptr);
         evas_event_feed_mouse_up(canvas, 1, EVAS_BUTTON_NONE, 0, nullptr);
         settle();
-    }
-    /** Makes a widget take the focus whenever it is shown. */
-    static void focus_when_shown(Evas_Object* widget) {
-        const auto focus = [](void*, Evas*, Evas_Object* shown, void*) {
-            elm_object_focus_set(shown, EINA_TRUE);
-        };
-        evas_object_event_callback_add(widget, EVAS_CALLBACK_SHOW, focus, nullptr);
     }
 };
 
@@ -67,9 +59,8 @@ TEST_F(Toolkit, ButtonEmitsPressedOncePerActivationUnlessLocked) {
 }
 
 TEST_F(Toolkit, ButtonExposesLabelAndStatesEvenAfterAThemeChange) {
-    Evas_Object* const label = elm_vell_textbox_add(page);
+    Evas_Object* const label = append(elm_vell_textbox_add(page));
     elm_vell_textbox_text_set(label, "Power: ");
-    append(label);
     Evas_Object* const button = add_button("7");
     add_button("not labelled");
     std::vector<const void*> labelled;
@@ -191,19 +182,21 @@ TEST_F(Toolkit, SpinnerStepsWithinItsLimitsByMouseKeysAndAssistiveTechnology) {
     EXPECT_FALSE(efl_access_value_and_text_set(spinner, 12.0, nullptr)) << "behind a popup";
 }
 
-TEST_F(Toolkit, PopupTakesTheFocusAndReturnsItWhenHiddenAndPlacesButtonsInARow) {
+TEST_F(Toolkit, PopupTakesTheFocusAndReturnsItWhenHidden) {
     elm_object_focus_set(add_button("behind"), EINA_TRUE);
     Evas_Object* const picker = elm_vell_popup_add(root);
     Evas_Object* const content = elm_vell_layout_add(root);
     Evas_Object* const spinner = elm_vell_spinner_add(content);
     elm_vell_popup_content_set(picker, content, 500, 200);
     elm_vell_layout_item_append(content, spinner, 200, 60);
-    focus_when_shown(spinner);
+    const auto take_focus = [](void*, Evas*, Evas_Object* shown, void*) {
+        elm_object_focus_set(shown, EINA_TRUE);
+    };
+    evas_object_event_callback_add(spinner, EVAS_CALLBACK_SHOW, take_focus, nullptr);
     Evas_Object* const question = elm_vell_popup_add(root);
-    elm_vell_popup_title_set(question, "Question");
-    elm_vell_popup_message_set(question, "Sure?", 300);
     add_popup_button(question, "Yes", 0);
-    focus_when_shown(add_popup_button(question, "Cancel", 0));
+    evas_object_event_callback_add(add_popup_button(question, "Cancel", 0), EVAS_CALLBACK_SHOW, take_focus,
+                                   nullptr);
     add_popup_button(question, "First", 1);
     settle();
     for (const auto& [popup, wanted] : {std::pair(picker, "[0]"), std::pair(question, "Cancel")}) {
@@ -229,14 +222,7 @@ TEST_F(Toolkit, PopupTakesTheFocusAndReturnsItWhenHiddenAndPlacesButtonsInARow) 
     elm_vell_layout_clear(page); // deletes the widget that had the focus
     settle();
     EXPECT_EQ(focused(), "Cancel");
-    EXPECT_THAT(seen(), UnorderedElementsAre("Question", "Sure?", "First", "Yes", "Cancel"));
-    int end = 0;
-    for (const char* const text : {"First", "Yes", "Cancel"}) {
-        const auto [x, y, width, height] = geometry(find(text));
-        EXPECT_GT(width, 50) << text;
-        EXPECT_GT(x, end) << text;
-        end = x + width;
-    }
+    EXPECT_LT(geometry(find("First")).x, geometry(find("Yes")).x) << "the button in slot 1 is not the first";
     elm_popup_dismiss(question);
     settle();
     EXPECT_THAT(seen(), ElementsAre());
@@ -262,23 +248,21 @@ TEST_F(Toolkit, CallsWithNullOrUnsuitableWidgetsAreIgnored) {
     const auto before = seen();
     const Eina_Rectangle area = geometry(button);
     for (Evas_Object* const widget : {spinner, foreign, static_cast<Evas_Object*>(nullptr)}) {
-        elm_vell_root_layout_set(widget, 1);
+        for (const auto set_text :
+             {elm_vell_layout_bg_color_set, elm_vell_header_text_set, elm_vell_textbox_text_set,
+              elm_vell_button_text_set, elm_vell_popup_title_set})
+            set_text(widget, "#00000000");
+        for (const auto set_number : {elm_vell_root_layout_set, elm_vell_layout_align_set,
+                                      elm_vell_textbox_text_opacity_set, elm_vell_button_zoom_set})
+            set_number(widget, 1);
+        for (const auto set_content : {elm_vell_header_content_set, elm_vell_subheader_content_set})
+            set_content(widget, page);
         elm_vell_root_layout_render(widget);
-        elm_vell_layout_align_set(widget, 1);
-        elm_vell_layout_bg_color_set(widget, "#00000000");
         elm_vell_layout_item_append(widget, button, 9, 9);
         elm_vell_layout_clear(widget);
         elm_vell_header_uiplate_enable(widget, true);
-        elm_vell_header_text_set(widget, "text");
-        elm_vell_header_content_set(widget, page);
-        elm_vell_subheader_content_set(widget, page);
-        elm_vell_textbox_text_set(widget, "text");
-        elm_vell_textbox_text_opacity_set(widget, 1);
         elm_vell_textbox_style_property_set(widget, "color", "#00000000");
-        elm_vell_button_text_set(widget, "text");
         EXPECT_STREQ(elm_vell_button_text_get(widget), "");
-        elm_vell_button_zoom_set(widget, 1);
-        elm_vell_popup_title_set(widget, "text");
         elm_vell_popup_message_set(widget, "text", 9);
         elm_vell_popup_content_set(widget, page, 9, 9);
         elm_vell_popup_button_set(widget, button, 1);

@@ -23,14 +23,13 @@ namespace test {
 
 /** Runs the main loop until everything but timers is processed and drawn. */
 inline void settle() {
-    constexpr int iterations_with_a_frame = 10; // on a busy machine one iteration may contain many frames
     bool frame = false;
     const auto note_frame = [](void* seen) -> Eina_Bool { return *static_cast<bool*>(seen) = true; };
     Ecore_Animator* const watch = ecore_animator_add(note_frame, &frame);
-    for (int turns = 0; turns < iterations_with_a_frame; turns += frame ? 1 : 0) {
-        frame = false;
-        ecore_main_loop_iterate_may_block(1);
-    }
+    for (int iterations = 0; iterations < 10;
+         ++iterations) // with a frame; on a busy machine one may contain many
+        for (frame = false; !frame;)
+            ecore_main_loop_iterate_may_block(1);
     ecore_animator_del(watch);
 }
 
