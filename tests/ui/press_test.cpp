@@ -17,8 +17,6 @@ using Clock = std::chrono::steady_clock;
 class Press : public test::ToolkitWindow {
 protected:
     Press() {
-        elm_vell_textbox_text_set(label, "Count: 7");
-        elm_vell_layout_item_append(page, spinner, 200, 80);
         evas_object_smart_callback_add(button, "pressed", on_press, this);
         evas_object_event_callback_add(spinner, EVAS_CALLBACK_KEY_DOWN, on_press, this);
         test::settle();
@@ -34,10 +32,7 @@ protected:
     static Pixels all_of(const Evas_Object* widget) { return test::look_at(test::geometry(widget)); }
 
     static int plate_width(const Evas_Object* widget) {
-        const Evas_Object* const drawn = elm_layout_edje_get(widget);
-        int width = 0;
-        edje_object_part_geometry_get(drawn, "fill", nullptr, nullptr, &width, nullptr);
-        return width;
+        return test::geometry(edje_object_part_object_get(elm_layout_edje_get(widget), "fill")).w;
     }
 
     /** Expects the edge to change and finally to return to its initial look. */
@@ -85,8 +80,8 @@ protected:
 
     Evas_Object* button = add_button("Go");
     Evas_Object* other = add_button("Other");
-    Evas_Object* label = append(elm_vell_textbox_add(page));
-    Evas_Object* spinner = elm_vell_spinner_add(page);
+    Evas_Object* label = createTextbox(page, "Count: 7");
+    Evas_Object* spinner = createSpinner(page);
     std::function<void()> during_press = [] {};
 
 private:

@@ -6,13 +6,16 @@
 
 namespace {
 
-using namespace vell;
-using enum ResizePolicy;
+using vell::Arrangement;
+using vell::ItemRequest;
+using vell::LayoutType;
+using vell::Padding;
+using enum vell::ResizePolicy;
 
 /** x, y, width and height of each item. */
 using Places = std::vector<std::array<int, 4>>;
 
-struct Case {
+struct Layout {
     Arrangement arrangement;
     std::vector<ItemRequest> items;
     Places places;
@@ -23,7 +26,7 @@ const ItemRequest large{.given = {100, 30}};
 const ItemRequest huge{.given = {400, 150}};
 const Padding padding{1, 2, 3, 4}; // left, right, top, bottom
 
-const std::vector<Case> cases = {
+const std::vector<Layout> layouts = {
     {{}, {{.given = {10, 10}, .minimum = {100, 40}}}, {{250, 130, 100, 40}}},
     {{.align = 9, .gap = 10, .padding = padding}, {small, large}, {{448, 186, 50, 20}, {398, 216, 100, 30}}},
     {{LayoutType::row, 4, 10, padding, true}, // the padding is not mirrored
@@ -41,7 +44,7 @@ const std::vector<Case> cases = {
 };
 
 TEST(ToolkitPlacement, ItemsGetTheirAreas) {
-    for (const auto& [arrangement, items, places] : cases) {
+    for (const auto& [arrangement, items, places] : layouts) {
         Places actual;
         for (const auto& [x, y, width, height] : place({100, 50, 400, 200}, arrangement, items))
             actual.push_back({x, y, width, height});
@@ -53,7 +56,7 @@ TEST(ToolkitPlacement, ContentSizeIncludesItemsGapsAndPadding) {
     for (const auto& [type, width, height] : {std::tuple(LayoutType::stack, 103, 67),
                                               {LayoutType::row, 163, 37},
                                               {LayoutType::filled, 103, 37}}) {
-        const Size size = content_size({type, 5, 10, padding}, std::array{small, large});
+        const vell::Size size = content_size({type, 5, 10, padding}, std::array{small, large});
         EXPECT_EQ(std::pair(size.width, size.height), std::pair(width, height));
     }
 }

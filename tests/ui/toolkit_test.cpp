@@ -19,12 +19,6 @@ using testing::HasSubstr;
 
 class Toolkit : public test::ToolkitWindow {
 protected:
-    static Evas_Object* add_popup_button(Evas_Object* popup, const char* text, int slot) {
-        Evas_Object* const button = elm_vell_button_add(popup);
-        elm_vell_button_text_set(button, text);
-        elm_vell_popup_button_set(popup, button, slot);
-        return button;
-    }
     /** Presses and releases the mouse in the middle of an area. */
     void click(const Eina_Rectangle& area) const {
         Evas* const canvas = evas_object_evas_get(window);
@@ -59,8 +53,7 @@ TEST_F(Toolkit, ButtonEmitsPressedOncePerActivationUnlessLocked) {
 }
 
 TEST_F(Toolkit, ButtonExposesLabelAndStatesEvenAfterAThemeChange) {
-    Evas_Object* const label = append(elm_vell_textbox_add(page));
-    elm_vell_textbox_text_set(label, "Power: ");
+    const Evas_Object* const label = createTextbox(page, "Power: ");
     Evas_Object* const button = add_button("7");
     add_button("not labelled");
     std::vector<const void*> labelled;
@@ -96,7 +89,7 @@ TEST_F(Toolkit, AppendedItemIsShownOnceAtTheNextRendering) {
         EXPECT_FALSE(evas_object_visible_get(button));
         int shown = 0; // after the append
         evas_object_event_callback_add(button, EVAS_CALLBACK_SHOW, count, &shown);
-        render ? elm_vell_root_layout_render(root) : settle();
+        render ? elm_vell_root_layout_render(page) : settle();
         EXPECT_TRUE(evas_object_visible_get(button));
         settle();
         EXPECT_EQ(shown, 1);
@@ -110,7 +103,7 @@ TEST_F(Toolkit, AppendedItemIsShownOnceAtTheNextRendering) {
 TEST_F(Toolkit, TextIsNeverMarkup) {
     const char* const text = "<b>&amp; \\ 5 > 3";
     Evas_Object* const button = add_button(text);
-    elm_vell_textbox_text_set(append(elm_vell_textbox_add(page)), text);
+    createTextbox(page, text);
     settle();
     EXPECT_THAT(seen(), ElementsAre(text, text));
     EXPECT_STREQ(elm_vell_button_text_get(button), text);
@@ -133,23 +126,20 @@ TEST_F(Toolkit, UnknownColorIsLogged) {
 }
 
 TEST_F(Toolkit, SpinnerStepsWithinItsLimitsByMouseKeysAndAssistiveTechnology) {
-    Evas_Object* const spinner = elm_vell_spinner_add(page);
-    elm_vell_layout_item_append(page, spinner, 200, 80);
-    elm_spinner_min_max_set(elm_vell_spinner_native_get(spinner), 11, 13);
-    elm_spinner_step_set(elm_vell_spinner_native_get(spinner), 1.0);
+    Evas_Object* const spinner = setupSpinner(createSpinner(page), 11, 13);
     Evas_Object* const other = add_button("other");
-    std::string said; // each key that reaches the callbacks, with the displayed number
+    std::string received; // each key that reaches the callbacks, with the displayed number
     const auto note = [](void* data, Evas*, Evas_Object* object, void* event) {
         *static_cast<std::string*>(data) += static_cast<Evas_Event_Key_Down*>(event)->key +
                                             std::to_string(std::lround(elm_spinner_value_get(object))) + " ";
     };
-    evas_object_event_callback_add(spinner, EVAS_CALLBACK_KEY_DOWN, note, &said);
+    evas_object_event_callback_add(spinner, EVAS_CALLBACK_KEY_DOWN, note, &received);
     settle();
     elm_object_focus_set(other, EINA_TRUE);
     const auto click_on = [&](const std::string& clicked, int times) {
-        for (const test::DrawnText& text : texts())
+        for (const test::Drawn& text : texts())
             for (int time = 0; text.text == clicked && time < times; ++time)
-                click(text.area);
+                click(geometry(text.object));
         return std::lround(elm_spinner_value_get(spinner));
     };
     const std::string left_arrow = "\u2039";
@@ -161,48 +151,40 @@ TEST_F(Toolkit, SpinnerStepsWithinItsLimitsByMouseKeysAndAssistiveTechnology) {
         EXPECT_EQ(efl_access_value_and_text_set(spinner, number, nullptr) != EINA_FALSE, taken) << number;
     EXPECT_EQ(elm_spinner_value_get(spinner), 12.0);
     settle();
-    for (const test::DrawnText& text : texts())
-        EXPECT_GT(test::contrast(text.area), 4.5) << text.text << " is as dim as an arrow at a limit";
+    for (const test::Drawn& text : texts())
+        EXPECT_GT(test::contrast(geometry(text.object)), 4.5)
+            << text.text << " is as dim as an arrow at a limit";
     click_on("12", 2);
     for (const char* const key : {"Right", "Return", "KP_Enter", "5", "Up", "Down", "Left"})
         press(key);
-    EXPECT_EQ(said, "Return12 Return12 Right11 Return11 KP_Enter11 511 Up12 Down11 Left12 ");
-    const auto turn_wheel = [this](int notch) {
-        evas_event_feed_mouse_wheel(evas_object_evas_get(window), 0, notch, 0, nullptr);
-        settle();
-    };
-    turn_wheel(1);
-    EXPECT_EQ(focused(), "[11]");
-    elm_object_disabled_set(spinner, EINA_TRUE);
-    EXPECT_FALSE(efl_access_value_and_text_set(spinner, 12.0, nullptr));
-    turn_wheel(-1);
-    EXPECT_EQ(click_on(left_arrow, 1), 11);
-    elm_object_disabled_set(spinner, EINA_FALSE);
-    evas_object_show(elm_vell_popup_add(root));
+    EXPECT_EQ(received, "Return12 Return12 Right11 Return11 KP_Enter11 511 Up12 Down11 Left12 ");
+    evas_event_feed_mouse_wheel(evas_object_evas_get(window), 0, 1, 0, nullptr);
+    settle();
+    EXPECT_EQ(elm_object_focused_object_get(window), spinner);
+    EXPECT_EQ(elm_spinner_value_get(spinner), 11.0);
+    evas_object_show(elm_vell_popup_add(page));
     EXPECT_FALSE(efl_access_value_and_text_set(spinner, 12.0, nullptr)) << "behind a popup";
 }
 
 TEST_F(Toolkit, PopupTakesTheFocusAndReturnsItWhenHidden) {
     elm_object_focus_set(add_button("behind"), EINA_TRUE);
-    Evas_Object* const picker = elm_vell_popup_add(root);
-    Evas_Object* const content = elm_vell_layout_add(root);
-    Evas_Object* const spinner = elm_vell_spinner_add(content);
-    elm_vell_popup_content_set(picker, content, 500, 200);
-    elm_vell_layout_item_append(content, spinner, 200, 60);
+    Evas_Object* const picker = createPopup(page, "Number");
+    Evas_Object* const spinner = createSpinner(createPopupContent(page, picker));
+    Evas_Object* const question = createPopup(page, "Question");
+    Evas_Object* const yes = createPopupButton(question, "Yes");
+    Evas_Object* const cancel = createPopupButton(question, "Cancel");
+    Evas_Object* const first = elm_vell_button_add(question);
+    elm_vell_popup_button_set(question, first, 1);
     const auto take_focus = [](void*, Evas*, Evas_Object* shown, void*) {
         elm_object_focus_set(shown, EINA_TRUE);
     };
-    evas_object_event_callback_add(spinner, EVAS_CALLBACK_SHOW, take_focus, nullptr);
-    Evas_Object* const question = elm_vell_popup_add(root);
-    add_popup_button(question, "Yes", 0);
-    evas_object_event_callback_add(add_popup_button(question, "Cancel", 0), EVAS_CALLBACK_SHOW, take_focus,
-                                   nullptr);
-    add_popup_button(question, "First", 1);
+    for (Evas_Object* const widget : {spinner, cancel})
+        evas_object_event_callback_add(widget, EVAS_CALLBACK_SHOW, take_focus, nullptr);
     settle();
-    for (const auto& [popup, wanted] : {std::pair(picker, "[0]"), std::pair(question, "Cancel")}) {
+    for (const auto& [popup, wanted] : {std::pair(picker, spinner), std::pair(question, cancel)}) {
         evas_object_show(popup);
         settle();
-        EXPECT_EQ(focused(), wanted) << "when first shown";
+        EXPECT_EQ(elm_object_focused_object_get(window), wanted) << "when first shown";
         elm_popup_dismiss(popup);
         for (int time = 0; time < 2; ++time) {
             settle();
@@ -211,7 +193,7 @@ TEST_F(Toolkit, PopupTakesTheFocusAndReturnsItWhenHidden) {
         }
         evas_object_show(popup);
         test::run_for(std::chrono::milliseconds(300)); // longer than any animation
-        EXPECT_EQ(focused(), wanted);
+        EXPECT_EQ(elm_object_focused_object_get(window), wanted);
         popup == picker ? evas_object_del(popup) : elm_popup_dismiss(popup);
         settle();
         press("Tab");
@@ -222,7 +204,7 @@ TEST_F(Toolkit, PopupTakesTheFocusAndReturnsItWhenHidden) {
     elm_vell_layout_clear(page); // deletes the widget that had the focus
     settle();
     EXPECT_EQ(focused(), "Cancel");
-    EXPECT_LT(geometry(find("First")).x, geometry(find("Yes")).x) << "the button in slot 1 is not the first";
+    EXPECT_LT(geometry(first).x, geometry(yes).x);
     elm_popup_dismiss(question);
     settle();
     EXPECT_THAT(seen(), ElementsAre());
@@ -241,7 +223,7 @@ TEST_F(Toolkit, LayoutUnitFits240TimesIntoTheWidthAnd135TimesIntoTheHeight) {
 }
 
 TEST_F(Toolkit, CallsWithNullOrUnsuitableWidgetsAreIgnored) {
-    Evas_Object* const spinner = append(elm_vell_spinner_add(page));
+    Evas_Object* const spinner = createSpinner(page);
     Evas_Object* const button = add_button("Go");
     Evas_Object* const foreign = elm_label_add(window);
     settle();

@@ -103,11 +103,19 @@ inline bool is_type(const Evas_Object* object, std::string_view type) {
     return evas_object_type_get(object) == type;
 }
 
-/** A visible object and its widget, if any. */
+/** A visible object, its widget, if any, and its text. */
 struct Drawn {
     Evas_Object* object;
     Evas_Object* widget;
+    std::string text;
 };
+
+inline std::string text_of(Evas_Object* object) {
+    const char* const text = is_type(object, "text")        ? evas_object_text_text_get(object)
+                             : is_type(object, "textblock") ? evas_object_textblock_text_markup_get(object)
+                                                            : nullptr;
+    return text == nullptr ? "" : text;
+}
 
 /** Appends an object and its members in drawing order, if visible. */
 inline void append_drawn(std::vector<Drawn>& drawn, Evas_Object* object, Evas_Object* widget) {
@@ -115,7 +123,7 @@ inline void append_drawn(std::vector<Drawn>& drawn, Evas_Object* object, Evas_Ob
         return;
     if (elm_object_widget_check(object) != EINA_FALSE)
         widget = object;
-    drawn.push_back({object, widget});
+    drawn.push_back({object, widget, text_of(object)});
     if (efl_isa(object, EFL_CANVAS_GROUP_CLASS) == EINA_FALSE)
         return;
     Eina_List* members = evas_object_smart_members_get(object);
@@ -124,25 +132,8 @@ inline void append_drawn(std::vector<Drawn>& drawn, Evas_Object* object, Evas_Ob
     append_drawn(drawn, static_cast<Evas_Object*>(member), widget);
 }
 
-struct DrawnText {
-    std::string text;
-    Eina_Rectangle area; /**< of the text itself */
-    Evas_Object* widget; /**< the text's widget */
-    bool whole;          /**< neither clipped nor shortened with an ellipsis */
-};
-
-inline bool is_whole(const Evas_Object* text, int length) {
-    if (is_type(text, "text"))
-        return evas_object_text_char_pos_get(text, length - 1, nullptr, nullptr, nullptr, nullptr) !=
-               EINA_FALSE;
-    int width = 0;
-    int height = 0;
-    evas_object_textblock_size_formatted_get(text, &width, &height);
-    return width <= geometry(text).w && height <= geometry(text).h;
-}
-
-inline bool is_in_popup(const DrawnText& text) {
-    const Evas_Object* widget = text.widget;
+inline bool is_in_popup(const Drawn& drawn) {
+    const Evas_Object* widget = drawn.widget;
     while (widget != nullptr && !is_type(widget, "elm_popup"))
         widget = elm_object_parent_widget_get(widget);
     return widget != nullptr;
@@ -174,12 +165,9 @@ protected:
         simulator::press_key(display(), key);
         ecore_x_sync(); // this process's connection has received it, too
     }
-    /** Types a key repeatedly, and settles each time. */
-    static void press(const char* key, int times = 1) {
-        for (int time = 0; time < times; ++time) {
-            type(key);
-            settle();
-        }
+    static void press(const char* key) {
+        type(key);
+        settle();
     }
 
     /** All visible objects in drawing order. */
@@ -191,40 +179,31 @@ protected:
         return drawn;
     }
     /** The visible texts in drawing order; only those of the popup if one is open. */
-    [[nodiscard]] std::vector<DrawnText> texts() const {
-        std::vector<DrawnText> texts;
-        for (const auto& [object, widget] : drawn()) {
-            const char* const text = is_type(object, "text") ? evas_object_text_text_get(object)
-                                     : is_type(object, "textblock")
-                                         ? evas_object_textblock_text_markup_get(object)
-                                         : "";
-            if (widget != nullptr && text != nullptr && *text != '\0') // the window's frame has a title, too
-                texts.push_back(
-                    {text, geometry(object), widget, is_whole(object, eina_unicode_utf8_get_len(text))});
-        }
+    [[nodiscard]] std::vector<Drawn> texts() const {
+        std::vector<Drawn> texts = drawn();
+        std::erase_if(texts, [](const Drawn& each) { // the window's frame has a title, too, but is no widget
+            return each.text.empty() || each.widget == nullptr;
+        });
         if (std::ranges::any_of(texts, is_in_popup))
             std::erase_if(texts, std::not_fn(is_in_popup));
         return texts;
     }
     [[nodiscard]] std::vector<std::string> seen() const {
         std::vector<std::string> seen;
-        std::ranges::transform(texts(), std::back_inserter(seen), &DrawnText::text);
+        std::ranges::transform(texts(), std::back_inserter(seen), &Drawn::text);
         return seen;
     }
     /** The last widget with this text; null if there is none. */
     [[nodiscard]] Evas_Object* find(const std::string& text) const {
         Evas_Object* found = nullptr;
-        for (const DrawnText& each : texts())
+        for (const Drawn& each : texts())
             if (each.text == text)
                 found = each.widget;
         return found;
     }
-    /** The text of the button that has the focus, "[number]" for a spinner, or "". */
+    /** The text of the button that has the focus, or "". */
     [[nodiscard]] std::string focused() const {
-        Evas_Object* const widget = elm_object_focused_object_get(window);
-        if (widget != nullptr && is_type(widget, "elm_spinner"))
-            return "[" + std::to_string(std::lround(elm_spinner_value_get(widget))) + "]";
-        return elm_vell_button_text_get(widget);
+        return elm_vell_button_text_get(elm_object_focused_object_get(window));
     }
 
     LogCapture log; // keeps what is logged out of the test's output

@@ -1,7 +1,9 @@
-/** A window with the widget toolkit, without the application. */
+/** A window with the widget toolkit, without the application's pages. */
 #pragma once
 
 #include "support/screen.h"
+
+#include "WidgetHelpers.h"
 
 namespace test {
 
@@ -9,14 +11,11 @@ class ToolkitWindow : public WindowTest {
 protected:
     ToolkitWindow() {
         window = open_window();
-        root = elm_vell_layout_add(window);
-        page = elm_vell_layout_add(root);
-        elm_vell_root_layout_set(root, 1);
-        elm_vell_layout_type_set(root, 3);
-        elm_vell_layout_item_append(root, page, 1, 1);
-        evas_object_size_hint_weight_set(root, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
-        elm_win_resize_object_add(window, root);
-        evas_object_show(root);
+        page = elm_vell_layout_add(window);
+        elm_vell_root_layout_set(page, 1);
+        evas_object_size_hint_weight_set(page, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
+        elm_win_resize_object_add(window, page);
+        evas_object_show(page);
         evas_object_show(window);
         EXPECT_TRUE(await([this] { return elm_win_focus_get(window) != EINA_FALSE; }));
     }
@@ -28,18 +27,8 @@ protected:
         return opened;
     }
 
-    /** Appends a widget, 60 x 10 units large, to the page. */
-    Evas_Object* append(Evas_Object* widget) const {
-        elm_vell_layout_item_append(page, widget, elm_vell_unit_to_pixel(60), elm_vell_unit_to_pixel(10));
-        return widget;
-    }
-    Evas_Object* add_button(const char* text) const {
-        Evas_Object* const button = append(elm_vell_button_add(page));
-        elm_vell_button_text_set(button, text);
-        return button;
-    }
+    Evas_Object* add_button(const char* text) const { return createButton(page, text, 60, 10); }
 
-    Evas_Object* root = nullptr;
     Evas_Object* page = nullptr; // stacks its items
 };
 
