@@ -43,16 +43,11 @@ TEST_F(MainPage, KeyWithoutNameAndStepWithoutWidgetAreLogged) {
 }
 
 /** A leak grows in every round, unlike a table that is enlarged now and then. The first round fills caches. */
-TEST_F(MainPage, RepeatedUseLeaksNoMemoryOrDescriptors) {
+TEST_F(MainPage, RepeatedUseLeaksNoMemory) {
     const auto allocated = [] { return static_cast<long>(mallinfo2().uordblks); };
-    const auto descriptors = [] {
-        return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
-    };
     std::vector<long> growths;
-    std::ptrdiff_t descriptors_before = 0;
     for (int round = 0; round < 3; ++round) {
         const long before = allocated();
-        descriptors_before = descriptors();
         for (int time = 0; time < 100; ++time)
             activate(time % 2 == 0 ? "RX Test" : "TX Test");
         emit_ready();
@@ -66,7 +61,6 @@ TEST_F(MainPage, RepeatedUseLeaksNoMemoryOrDescriptors) {
     }
     EXPECT_LT(std::min(growths[1], growths[2]), 110 * 150)
         << testing::PrintToString(growths); // measured: 70 each
-    EXPECT_EQ(descriptors(), descriptors_before);
 }
 
 } // namespace

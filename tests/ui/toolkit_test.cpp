@@ -5,7 +5,6 @@
 
 #include <cmath>
 extern "C" {
-#include <efl_access_action.eo.h>
 #include <efl_access_object.eo.h>
 #include <efl_access_value.eo.h>
 }
@@ -77,7 +76,6 @@ TEST_F(Toolkit, ButtonExposesLabelAndStatesEvenAfterAThemeChange) {
         for (const auto type :
              {EFL_ACCESS_STATE_TYPE_BUSY, EFL_ACCESS_STATE_TYPE_ENABLED, EFL_ACCESS_STATE_TYPE_SENSITIVE})
             EXPECT_EQ(STATE_TYPE_GET(states, type) != 0, holds) << type;
-        EXPECT_EQ(efl_access_action_do(button, 0) != EINA_FALSE, holds);
     }
     EXPECT_EQ(changes, 7) << "three changes of busy, two of enabled, two of sensitive";
     efl_access_object_event_handler_del(listener);

@@ -26,8 +26,7 @@ inline void settle() {
     bool frame = false;
     const auto note_frame = [](void* seen) -> Eina_Bool { return *static_cast<bool*>(seen) = true; };
     Ecore_Animator* const watch = ecore_animator_add(note_frame, &frame);
-    for (int iterations = 0; iterations < 10;
-         ++iterations) // with a frame; on a busy machine one may contain many
+    for (int iterations = 0; iterations < 10; ++iterations) // on a busy machine one may contain many frames
         for (frame = false; !frame;)
             ecore_main_loop_iterate_may_block(1);
     ecore_animator_del(watch);
@@ -145,8 +144,7 @@ protected:
     WindowTest() {
         static const std::shared_ptr<void> elementary = [] {
             efreet_cache_disable();
-            setenv("ECORE_EVAS_FORCE_SYNC_RENDER", "1",
-                   1); // draws each frame at the end of its loop iteration
+            setenv("ECORE_EVAS_FORCE_SYNC_RENDER", "1", 1); // a frame is drawn when its iteration ends
             elm_init(0, nullptr);
             platform::dispatch_glib_in_ecore();
             platform::add_remote_control_keys();
