@@ -121,18 +121,17 @@ TEST_F(Press, ShowsPressedLookAndResult) {
 
 TEST_F(Press, GivingUpTheFocusShowsWaitingThenFailure) {
     const Pixels idle = fill_of(other);
-    std::optional<Pixels> fill;
+    std::optional<Pixels> waiting;
     std::optional<Pixels> frozen;
     during_press = [&] {
         elm_object_focus_set(button, EINA_FALSE);
-        fill.emplace(fill_of(button));
+        waiting.emplace(fill_of(button));
         frozen.emplace(all_of(button));
     };
     press("Return");
     EXPECT_TRUE(STATE_TYPE_GET(efl_access_object_state_set_get(button), EFL_ACCESS_STATE_TYPE_BUSY));
     EXPECT_TRUE(test::await([&] { return !(all_of(button) == *frozen); })) << "the dots do not move";
     EXPECT_TRUE(test::await([&] { return all_of(button) == *frozen; })) << "the dots do not cycle";
-    const Pixels& waiting = *fill;
     during_press = [this] {
         elm_object_focus_set(button, EINA_FALSE);
         elm_vell_button_text_set(button, "Failed");
@@ -141,7 +140,7 @@ TEST_F(Press, GivingUpTheFocusShowsWaitingThenFailure) {
     press("Return");
     test::run_for(300ms);
     const Pixels failed = fill_of(button);
-    EXPECT_FALSE(waiting == idle || failed == idle || failed == waiting);
+    EXPECT_FALSE(*waiting == idle || failed == idle || failed == *waiting);
     EXPECT_EQ(focused(), "");
     expect_bump("OK without a focus", button, [this] { type("Return"); });
     expect_bump("a dropped press", button,
