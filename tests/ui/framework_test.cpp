@@ -4,6 +4,7 @@
 #include "efl_1_26/application/accessibility_bridge.h"
 #include "platform/application.h"
 #include "platform/log.h"
+#include "support/log_capture.h"
 #include "support/settings_folder.h"
 #include "support/television.h"
 #include "ui_driver/keyboard.h"
@@ -12,7 +13,6 @@
 #include <csignal>
 #include <dlfcn.h>
 #include <gmock/gmock.h>
-#include <mutex>
 #include <sstream>
 #include <thread>
 
@@ -36,13 +36,10 @@ struct Case {
 Evas_Object* window = nullptr;
 std::jthread user;
 bool lose_next_call = false;
-std::mutex said_mutex;
-std::vector<std::string> said;
 
+/** Logs a line like the framework. */
 void say(const std::string& line) {
-    const std::lock_guard lock(said_mutex);
     __dlog_print(platform::LogBuffer::main, platform::LogPriority::info, "PLATFORM", "%s", line.c_str());
-    said.push_back(line);
 }
 
 /** Calls a function while the main loop waits. */
@@ -66,13 +63,12 @@ void work(const std::string& keys) {
     say("worked");
 }
 
-/** Waits until the line after the first character has been recorded that many times. */
-void await(const std::string& times_and_line) {
-    const auto is_said = [&] {
-        const std::lock_guard lock(said_mutex);
-        return std::ranges::count(said, times_and_line.substr(1)) >= times_and_line.front() - '0';
+/** Waits until as many messages as the first character says contain the rest. */
+void await(const std::string& times_and_text) {
+    const auto is_logged = [&] {
+        return simulator::ApplicationLog().count(times_and_text.substr(1)) >= times_and_text.front() - '0';
     };
-    (void)simulator::wait_until(is_said, 60s);
+    (void)simulator::wait_until(is_logged, 60s);
 }
 
 /** Waits for a state of the accessibility bridge. */
@@ -189,15 +185,6 @@ int run(Case test_case) {
     return ui_app_main(1, &arguments, &callbacks, &test_case);
 }
 
-std::string lines_in(const std::string& text) {
-    std::string lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);)
-        if (line.find("/PLATFORM(") == 1) // not the output of a library
-            lines += (lines.empty() ? "" : ", ") + line.substr(line.find("): ") + 3);
-    return lines;
-}
-
 /** The lines of a run with a clean shutdown, with these between launch and shutdown. */
 std::string normal_run(const std::string& lines = "",
                        const std::string& reason = "the application asked to") {
@@ -260,12 +247,18 @@ const std::vector<Case> cases{
 class Framework : public testing::TestWithParam<Case> {};
 
 TEST_P(Framework, LogsExpectedLines) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const auto ends = [](int status) {
-        return (WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status)) == GetParam().status;
-    };
-    EXPECT_EXIT(std::exit(run(GetParam())), ends, testing::ResultOf(lines_in, GetParam().lines));
+    const LogCapture log;
+    const pid_t probe = fork();
+    if (probe == 0)
+        std::exit(run(GetParam()));
+    int status = 0;
+    waitpid(probe, &status, 0);
     std::system(("pkill -CONT -f " + buses).c_str());
+    EXPECT_EQ(WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status), GetParam().status);
+    std::string lines;
+    for (const std::string& message : log.messages())
+        lines += (lines.empty() ? "" : ", ") + message.substr(message.find(" > ") + 3);
+    EXPECT_EQ(lines, GetParam().lines);
 }
 
 INSTANTIATE_TEST_SUITE_P(, Framework, testing::ValuesIn(cases),
