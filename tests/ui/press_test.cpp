@@ -112,10 +112,10 @@ TEST_F(Press, ShowsPressedLookAndResult) {
     expect_press("another button is unlocked", button, allow(EINA_TRUE), other);
     expect_press("a number has no effect", spinner, do_nothing, spinner);
     expect_press("a number has an effect", spinner, set_label, label);
-    expect_bump("the number is at its limit", spinner, [this] { type("Left"); });
+    expect_bump("the number is at its limit", spinner, [] { type("Left"); });
     elm_object_focus_set(other, EINA_TRUE);
     test::run_for(300ms);
-    expect_bump("no widget to the right", other, [this] { type("Right"); });
+    expect_bump("no widget to the right", other, [] { type("Right"); });
     EXPECT_TRUE(fill_of(button) == idle);
 }
 
@@ -142,7 +142,7 @@ TEST_F(Press, GivingUpTheFocusShowsWaitingThenFailure) {
     const Pixels failed = fill_of(button);
     EXPECT_FALSE(*waiting == idle || failed == idle || failed == *waiting);
     EXPECT_EQ(focused(), "");
-    expect_bump("OK without a focus", button, [this] { type("Return"); });
+    expect_bump("OK without a focus", button, [] { type("Return"); });
     expect_bump("a dropped press", button,
                 [] { ecore_event_add(platform::dropped_press_event(), nullptr, nullptr, nullptr); });
 }

@@ -23,12 +23,13 @@ namespace test {
 
 /** Runs the main loop until everything but timers is processed and drawn. */
 inline void settle() {
-    bool frame = false;
-    const auto note_frame = [](void* seen) -> Eina_Bool { return *static_cast<bool*>(seen) = true; };
-    Ecore_Animator* const watch = ecore_animator_add(note_frame, &frame);
-    for (int iterations = 0; iterations < 10; ++iterations) // on a busy machine one may contain many frames
-        for (frame = false; !frame;)
-            ecore_main_loop_iterate_may_block(1);
+    int frames = 0;
+    const auto count = [](void* counter) -> Eina_Bool { return ++*static_cast<int*>(counter) != 0; };
+    Ecore_Animator* const watch = ecore_animator_add(count, &frames);
+    for (int iterations = 0, before = 0; iterations < 10; before = frames) { // one may contain many frames
+        ecore_main_loop_iterate_may_block(1);
+        iterations += frames == before ? 0 : 1;
+    }
     ecore_animator_del(watch);
 }
 
