@@ -160,6 +160,10 @@ TEST_F(Toolkit, SpinnerStepsWithinItsLimitsByMouseKeysAndAssistiveTechnology) {
     settle();
     EXPECT_EQ(elm_object_focused_object_get(window), spinner);
     EXPECT_EQ(elm_spinner_value_get(spinner), 11.0);
+    elm_object_disabled_set(spinner, EINA_TRUE);
+    EXPECT_FALSE(efl_access_value_and_text_set(spinner, 12.0, nullptr));
+    EXPECT_EQ(click_on(left_arrow, 1), 11);
+    elm_object_disabled_set(spinner, EINA_FALSE);
     evas_object_show(elm_vell_popup_add(page));
     EXPECT_FALSE(efl_access_value_and_text_set(spinner, 12.0, nullptr)) << "behind a popup";
 }
