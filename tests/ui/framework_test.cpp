@@ -3,16 +3,16 @@
 #include "common/dropped_press.h"
 #include "efl_1_26/application/accessibility_bridge.h"
 #include "platform/application.h"
+#include "platform/log.h"
+#include "support/log_capture.h"
 #include "support/settings_folder.h"
-#include "support/windows.h"
+#include "support/television.h"
+#include "ui_driver/keyboard.h"
 
 #include <Elementary.h>
 #include <csignal>
 #include <dlfcn.h>
-#include <glib.h>
 #include <gmock/gmock.h>
-#include <iostream>
-#include <mutex>
 #include <sstream>
 #include <thread>
 
@@ -27,7 +27,7 @@ using namespace std::chrono_literals;
 struct Case {
     const char* name;
     std::string steps;        /**< performed in another thread after the launch */
-    std::string lines;        /**< expected lines; those that the framework logs begin with "log: " */
+    std::string lines;        /**< expected messages of the probe and of the framework */
     std::string create = {};  /**< steps of the create callback */
     std::string prepare = {}; /**< steps before the framework starts */
     int status = 0;           /**< exit status of the process, as in a shell */
@@ -36,21 +36,17 @@ struct Case {
 Evas_Object* window = nullptr;
 std::jthread user;
 bool lose_next_call = false;
-std::mutex said_mutex;
-std::vector<std::string> said;
 
+/** Logs a line like the framework. */
 void say(const std::string& line) {
-    const std::lock_guard lock(said_mutex);
-    std::cerr << "> " + line + "\n";
-    said.push_back(line);
+    __dlog_print(platform::LogBuffer::main, platform::LogPriority::info, "PLATFORM", "%s", line.c_str());
 }
 
-void in_loop(std::function<void()> action) {
-    const auto act = [](void* data) -> void* {
-        (*static_cast<decltype(action)*>(data))();
-        return nullptr;
-    };
-    ecore_main_loop_thread_safe_call_sync(act, &action);
+/** Calls a function while the main loop waits. */
+void in_loop(const std::function<void()>& action) {
+    ecore_thread_main_loop_begin();
+    action();
+    ecore_thread_main_loop_end();
 }
 
 void press(const std::string& keys) {
@@ -67,36 +63,31 @@ void work(const std::string& keys) {
     say("worked");
 }
 
-/** Waits until the line after the first character has been recorded that many times. */
-void await(const std::string& times_and_line) {
-    const auto is_said = [&] {
-        const std::lock_guard lock(said_mutex);
-        return std::ranges::count(said, times_and_line.substr(1)) >= times_and_line.front() - '0';
+/** Waits until as many messages as the first character says contain the rest. */
+void await(const std::string& times_and_text) {
+    const auto is_logged = [&] {
+        return simulator::ApplicationLog().count(times_and_text.substr(1)) >= times_and_text.front() - '0';
     };
-    (void)simulator::wait_until(is_said, 60s);
+    (void)simulator::wait_until(is_logged, 60s);
 }
 
-/** Waits for a state of the accessibility bridge and records its state. */
-void await_bridge(const std::string& wanted) {
-    std::string state;
-    const auto is_wanted = [&] {
+/** Waits for a state of the accessibility bridge. */
+void await_bridge(const std::string& state) {
+    const auto is_reached = [&] {
         std::this_thread::sleep_for(500ms);
-        in_loop([&] { state = platform::bridge_is_connected() ? "connected" : "not connected"; });
-        return state == wanted;
+        bool is_connected = false;
+        in_loop([&] { is_connected = platform::bridge_is_connected(); });
+        return is_connected == (state == "connected");
     };
-    (void)simulator::wait_until(is_wanted, 60s);
-    say(state);
+    say(simulator::wait_until(is_reached, 60s) ? state : "not " + state);
 }
 
 /** Checks that the toolkit's clock is up to date in a GLib timer's callback. */
-void await_timer(const std::string& /*argument*/) {
-    static const double earliest = ecore_time_get() + 0.3;
-    const auto on_timer = [](gpointer) -> gboolean {
-        say(ecore_loop_time_get() >= earliest ? "in time" : "the clock is old");
-        return G_SOURCE_REMOVE;
+void start_timer(const std::string& /*argument*/) {
+    const auto on_timer = [](gpointer) {
+        say(ecore_time_get() - ecore_loop_time_get() < 0.2 ? "in time" : "the clock is old");
     };
-    g_timeout_add(300, on_timer, nullptr);
-    await("1in time");
+    g_timeout_add_once(300, on_timer, nullptr);
 }
 
 void start_program(const std::string& script) {
@@ -104,18 +95,7 @@ void start_program(const std::string& script) {
     const pid_t child = fork();
     if (child == 0)
         execl("/bin/sh", "sh", "-c", script.c_str(), nullptr);
-    while (kill(child, 0) == 0) // until the main loop has reaped it
-        std::this_thread::sleep_for(20ms);
-}
-
-void terminate_twice_and_hang_up() {
-    for (const int number : {SIGTERM, SIGTERM, SIGHUP})
-        kill(getpid(), number);
-}
-
-gboolean work_in_glib(gpointer /*data*/) {
-    work("Return F1 Return");
-    return G_SOURCE_REMOVE;
+    waitpid(child, nullptr, 0); // unless the main loop has reaped it
 }
 
 void announce_reader(const std::string& is_there) {
@@ -125,17 +105,10 @@ void announce_reader(const std::string& is_there) {
                     .c_str());
 }
 
-void cover(const std::string& yes) {
-    static std::optional<simulator::OtherWindow> other;
-    yes == "yes" ? void(other.emplace()) : other.reset();
-}
-
 const std::map<std::string, void (*)(const std::string&)> operations{
     {"await", await},
     {"await_bridge", await_bridge},
-    {"await_timer", await_timer},
     {"close", [](const auto& descriptor) { close(std::stoi(descriptor)); }},
-    {"cover", cover},
     {"hide", [](const auto&) { in_loop([] { evas_object_hide(window); }); }},
     {"hold", [](const auto& key) { simulator::move_key(simulator::open_display(), key, true); }},
     {"ignore_hangup", [](const auto&) { std::signal(SIGHUP, SIG_IGN); }},
@@ -151,11 +124,12 @@ const std::map<std::string, void (*)(const std::string&)> operations{
     {"set_mode", [](const auto& mode) { setenv("ELM_ATSPI_MODE", mode.c_str(), 1); }},
     {"show", [](const auto&) { in_loop([] { evas_object_show(window); }); }},
     {"signal", [](const auto& number) { kill(getpid(), std::stoi(number)); }},
-    {"signal_thrice", [](const auto&) { in_loop(terminate_twice_and_hang_up); }},
     {"start", start_program},
+    {"start_timer", start_timer},
     {"throw", [](const auto& text) { throw std::runtime_error(text); }},
     {"use_settings", [](const auto&) { static const test::SettingsFolder settings(""); }},
-    {"work_in_glib", [](const auto&) { g_idle_add(work_in_glib, nullptr); }},
+    {"work_in_glib",
+     [](const auto&) { g_idle_add_once([](gpointer) { work("Return F1 Return"); }, nullptr); }},
 };
 
 /** Performs steps. @return whether all shell commands succeeded. */
@@ -163,12 +137,12 @@ bool take(const std::string& steps) {
     bool succeeds = true;
     g_auto(GStrv) all = g_strsplit(steps.c_str(), ", ", -1);
     for (char** step = all; *step != nullptr; ++step) {
-        const std::string_view text = *step;
-        const auto operation = operations.find(std::string(text.substr(0, text.find(' '))));
-        if (operation == operations.end())
-            succeeds = std::system(*step) == 0 && succeeds;
+        g_auto(GStrv) words = g_strsplit(*step, " ", 2); // the operation and its argument
+        if (const auto found = operations.find(words[0] == nullptr ? "" : words[0]);
+            found != operations.end())
+            found->second(words[1] == nullptr ? "" : words[1]);
         else
-            operation->second(*step + std::min(text.find(' ') + 1, text.size()));
+            succeeds = std::system(*step) == 0 && succeeds;
     }
     return succeeds;
 }
@@ -220,51 +194,41 @@ int run(Case test_case) {
     return ui_app_main(1, &arguments, &callbacks, &test_case);
 }
 
-std::string lines_in(const std::string& text) {
-    std::string lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) { // ignores the output of libraries
-        if (line.find("/PLATFORM(") == 1)
-            line = "> log: " + line.substr(line.find("): ") + 3);
-        if (line.starts_with("> "))
-            lines += (lines.empty() ? "" : ", ") + line.substr(2);
-    }
-    return lines;
-}
-
 /** The lines of a run with a clean shutdown, with these between launch and shutdown. */
 std::string normal_run(const std::string& lines = "",
                        const std::string& reason = "the application asked to") {
-    return "create, app_control, " + lines + (lines.empty() ? "" : ", ") +
-           "log: the main loop ends: " + reason + ", terminate Probe";
+    return "create, app_control, " + lines + (lines.empty() ? "" : ", ") + "the main loop ends: " + reason +
+           ", terminate Probe";
 }
 
 const std::string buses = "'[s]ession.*--address|[d]bus-daemon.*system_bus.conf'";
 const std::string write_arabic =
     "cd $XDG_CONFIG_HOME/tv-platform; echo '[db/menu_widget]\nlanguage=ar_AE.utf8\n";
-const std::string dropped = "log: dropped a press while the screen was frozen: Return";
+const std::string dropped = "dropped a press while the screen was frozen: Return";
 
 const std::vector<Case> cases{
     {"ApplicationQuitsInCreate", "", normal_run(), "quit"},
     {"CreateFails", "", "create", "false", "", 3},
-    {"CreateThrows", "", "create, log: create ended with an exception: text", "throw text", "", 3},
+    {"CreateThrows", "", "create, create ended with an exception: text", "throw text", "", 3},
     {"SignalArrivesInCreate", "", "create", "signal 15, sleep 5", "", 128 + SIGTERM},
     {"SigintArrives", "loop, signal 2", normal_run("", "SIGINT")},
     {"SigquitArrives", "loop, signal 3", normal_run("", "SIGQUIT")},
     {"SighupArrives", "loop, signal 1", normal_run("", "SIGHUP")},
-    {"SeveralSignalsArrive", "signal_thrice", normal_run("", "SIGTERM")},
+    {"SeveralSignalsArrive", "sleep 0.5, press F9, await 1key F9, signal 15, signal 15, signal 1",
+     normal_run("key F9, worked", "SIGTERM")},
     {"LauncherIgnoredHangup",
      "loop, signal 1, sleep 0.3, say lives, signal 15, await 1terminate Probe, signal 15",
      normal_run("lives", "SIGTERM"), "signal 1", "ignore_hangup"},
     {"DisplayDies", "pkill -KILL Xvfb", normal_run("", "the display connection was lost")},
-    {"DisplayIsMissing", "", "log: no display: cannot connect to DISPLAY=:4095", "", "set_display :4095", 4},
-    {"BusesDoNotAnswer", "quit", "log: the session bus does not answer: starting without it, " + normal_run(),
-     "", "set_mode 1, pkill -STOP -f " + buses},
+    {"DisplayIsMissing", "", "no display: cannot connect to DISPLAY=:4095", "", "set_display :4095", 4},
+    {"BusesDoNotAnswer", "quit",
+     "the session bus does not answer: starting without it, " + normal_run(), "",
+     "set_mode 1, pkill -STOP -f " + buses},
     {"DescriptorsAreMissingAndAProgramIsStarted",
      "start cd /proc/$$/fd; for n in $(seq 0 99); do [ -e $n ] && "
-     "echo \"> $(readlink $n | grep /dev/null || echo $n)\" >&2; done, quit",
+     "echo \"I/PLATFORM(0): $(readlink $n | grep /dev/null || echo $n)\" >&2; done, quit",
      normal_run("/dev/null, /dev/null, 2"), "", "close 0, close 1"},
-    {"GlibTimerExpires", "sleep 1, await_timer, quit", normal_run("in time")},
+    {"GlibTimerExpires", "sleep 1, start_timer, await 1in time, quit", normal_run("in time")},
     {"LanguageOrMirroringChanges",
      write_arabic + "' >next && mv next settings.ini, await 1language changed, sleep 1, say other, " +
          write_arabic + "other=1' >settings.ini, sleep 1, say mirrored, " + write_arabic +
@@ -276,35 +240,34 @@ const std::vector<Case> cases{
      normal_run("worked, " + dropped + ", key XF86Red, dropped, key Return, key F9, worked, " + dropped +
                 ", dropped, key Return")},
     {"KeysAreHeldDuringFocusChanges",
-     "sleep 0.5, hide, await 1pause, show, await 1resume, sleep 0.5, hold Return, await 1key Return, cover "
-     "yes, "
-     "await 2pause, sleep 1, cover no, await 2resume, sleep 1, release Return, press Return, await 2key "
-     "Return, "
-     "hold Return, await 3key Return, cover yes, await 3pause, release Return, cover no, await 3resume, "
-     "press Return, await 4key Return, quit",
-     normal_run(
-         "pause, resume, key Return, pause, resume, key Return, key Return, pause, resume, key Return")},
+     "sleep 0.5, hold Return, await 1key Return, hide, await 1pause, sleep 1, show, await 1resume, sleep 1, "
+     "release Return, press Return, await 2key Return, hold Return, await 3key Return, hide, await 2pause, "
+     "release Return, show, await 2resume, sleep 1, press Return, await 4key Return, quit",
+     normal_run("key Return, pause, resume, key Return, key Return, pause, resume, key Return")},
     {"ScreenReaderStartsAndStops",
-     "reader false, await_bridge not connected, reader true, await_bridge connected, reader false, "
-     "await_bridge not connected, reader true, await_bridge connected, press Return, await 1key Return, "
-     "reader false, "
-     "await_bridge not connected, pkill -STOP -f [a]ccessibility.conf, reader true, await_bridge not "
-     "connected, "
-     "pkill -CONT -f [a]ccessibility.conf, await_bridge connected, quit",
-     normal_run("not connected, lost, connected, not connected, connected, key Return, not connected, not "
-                "connected, connected"),
-     "", "set_mode 1, lose_question"},
+     "reader false, await_bridge not connected, reader true, await_bridge connected, press Return, "
+     "await 1key Return, reader false, await_bridge not connected, pkill -STOP -f [a]ccessibility.conf, "
+     "reader true, await_bridge not connected, pkill -CONT -f [a]ccessibility.conf, await_bridge connected, "
+     "quit",
+     normal_run("not connected, lost, connected, key Return, not connected, not connected, connected"), "",
+     "set_mode 1, lose_question"},
 };
 
 class Framework : public testing::TestWithParam<Case> {};
 
 TEST_P(Framework, LogsExpectedLines) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const auto ends = [](int status) {
-        return (WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status)) == GetParam().status;
-    };
-    EXPECT_EXIT(std::exit(run(GetParam())), ends, testing::ResultOf(lines_in, GetParam().lines));
+    const LogCapture log;
+    const pid_t probe = fork();
+    if (probe == 0)
+        std::exit(run(GetParam()));
+    int status = 0;
+    waitpid(probe, &status, 0);
     std::system(("pkill -CONT -f " + buses).c_str());
+    EXPECT_EQ(WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status), GetParam().status);
+    std::string lines;
+    for (const std::string& message : log.messages())
+        lines += (lines.empty() ? "" : ", ") + message.substr(message.find(" > ") + 3);
+    EXPECT_EQ(lines, GetParam().lines);
 }
 
 INSTANTIATE_TEST_SUITE_P(, Framework, testing::ValuesIn(cases),

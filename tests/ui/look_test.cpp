@@ -1,27 +1,23 @@
 /** Checks the rendering of all pages and popups at the current screen size. */
 #include "support/pages.h"
-#include "support/settings_folder.h"
+#include "support/windows.h"
 
-#include <Ecore_X.h>
+#include <array>
 #include <map>
 
 namespace {
 
-/** The language, and the window's share of the screen. */
 struct View {
     const char* name;
-    const char* language;
-    double width = 1.0;
-    double height = 1.0;
+    Eina_Bool mirrored; /**< while the pages are built */
+    double width;       /**< the window's share of the screen */
+    double height;
 };
 
-/** An area in layout units; x is measured from the side where reading begins. */
-struct Units {
-    double x, y, width, height;
-};
-
-/** The expected areas of widgets by text. */
-const std::map<std::string, Units> places{
+/**
+ * The expected areas of widgets by text, in layout units: x (from the side where reading begins), y, width, height.
+ */
+const std::map<std::string, std::array<double, 4>> areas{
     {"Exit", {209, 8, 16, 10}},           {"TX Test", {88.5, 8, 30, 10}}, {"RX Test", {121.5, 8, 30, 10}},
     {"Start TX Test", {70, 71, 100, 10}}, {"Power: ", {19, 36, 202, 10}}, {"Set Power", {19, 48, 100, 10}},
     {"Stop Test", {19, 96, 100, 10}}};
@@ -31,41 +27,46 @@ const std::string endless(500, 'W');
 
 bool mirrored() { return elm_config_mirrored_get() != EINA_FALSE; }
 
-/** A line across the control's left edge. */
-Eina_Rectangle edge_of(const Eina_Rectangle& control) {
+/** A line across an object's left edge. */
+Eina_Rectangle edge_of(const Evas_Object* object) {
+    const auto [x, y, width, height] = test::geometry(object);
     const int length = static_cast<int>(8 * elm_config_scale_get());
-    return {control.x - length / 2, control.y + control.h / 2, length, 1};
+    return {x - length / 2, y + height / 2, length, 1};
+}
+
+bool is_whole(const test::Drawn& text) {
+    if (test::is_type(text.object, "text")) // one that is shortened lacks its last character
+        return evas_object_text_char_pos_get(text.object, eina_unicode_utf8_get_len(text.text.c_str()) - 1,
+                                             nullptr, nullptr, nullptr, nullptr) != EINA_FALSE;
+    int width = 0;
+    int height = 0;
+    evas_object_textblock_size_formatted_get(text.object, &width, &height);
+    return width <= test::geometry(text.object).w && height <= test::geometry(text.object).h;
 }
 
 /** Whether two texts overlap, or their widgets, unless one contains the other. */
-bool collide(const test::DrawnText& one, const test::DrawnText& other) {
-    const Eina_Rectangle widget = test::geometry(one.widget);
-    const Eina_Rectangle other_widget = test::geometry(other.widget);
+bool collide(const test::Drawn& one, const test::Drawn& other) {
+    const auto [widget, other_widget] = std::pair(test::geometry(one.widget), test::geometry(other.widget));
+    const auto [text, other_text] = std::pair(test::geometry(one.object), test::geometry(other.object));
     const bool hold = test::is_inside(widget, other_widget) || test::is_inside(other_widget, widget);
-    return eina_rectangles_intersect(hold ? &one.area : &widget, hold ? &other.area : &other_widget) !=
+    return eina_rectangles_intersect(hold ? &text : &widget, hold ? &other_text : &other_widget) !=
            EINA_FALSE;
 }
 
-/** Writes the settings before the pages are built. */
-struct Language : testing::WithParamInterface<View> {
-    test::SettingsFolder settings{std::string("[db/menu_widget]\nlanguage=") + GetParam().language};
-};
-
-class Look : public Language, public test::Pages {
+class Look : public testing::WithParamInterface<View>, public test::Pages {
 protected:
     Look() {
-        const auto [x, y, width, height] = test::geometry(screen->window());
-        const Eina_Rectangle wanted{0, 0, static_cast<int>(width * GetParam().width),
-                                    static_cast<int>(height * GetParam().height)};
-        ecore_x_window_resize(elm_win_xwindow_get(screen->window()), wanted.w,
-                              wanted.h); // there is no window manager
-        EXPECT_TRUE(test::await([&] { return canvas().w == wanted.w && canvas().h == wanted.h; }));
-        evas_event_callback_add(evas_object_evas_get(screen->window()), EVAS_CALLBACK_RENDER_POST, on_frame,
-                                this);
+        elm_config_mirrored_set(GetParam().mirrored);
+        const Eina_Rectangle screen = test::geometry(window);
+        const auto width = static_cast<int>(screen.w * GetParam().width);
+        const auto height = static_cast<int>(screen.h * GetParam().height);
+        ecore_x_window_resize(elm_win_xwindow_get(window), width, height); // there is no window manager
+        EXPECT_TRUE(test::await(
+            [&] { return test::geometry(window).w == width && test::geometry(window).h == height; }));
+        evas_event_callback_add(evas_object_evas_get(window), EVAS_CALLBACK_RENDER_POST, on_frame, this);
     }
     ~Look() override {
-        evas_event_callback_del(evas_object_evas_get(screen->window()), EVAS_CALLBACK_RENDER_POST, on_frame);
-        elm_config_mirrored_set(EINA_FALSE);
+        evas_event_callback_del(evas_object_evas_get(window), EVAS_CALLBACK_RENDER_POST, on_frame);
     }
 
     /** Checks the rendering in both text directions. A picker's arrow must be dim unless it can step (`less`, `more`). */
@@ -73,24 +74,20 @@ protected:
         SCOPED_TRACE(page);
         test::run_for(std::chrono::milliseconds(650)); // until the press feedback has ended
         const auto before = look(less, more);
-        for (int change = 0; change < 2; ++change) {
-            elm_config_mirrored_set(mirrored() ? EINA_FALSE : EINA_TRUE);
-            const auto after = look(less, more);
-            for (const auto& [text, light] : after)
-                EXPECT_TRUE(change == 0 || std::abs(light - before.at(text)) < 0.5) << text;
-        }
+        elm_config_mirrored_set(!mirrored());
+        look(less, more);
+        elm_config_mirrored_set(!mirrored());
+        for (const auto& [text, light] : look(less, more))
+            EXPECT_NEAR(light, before.at(text), 0.5) << text;
     }
 
     void choose(const std::string& button, int times) {
         activate(button);
         check(button, false);
-        screen->press(mirrored() ? "Left" : "Right", times);
+        for (int time = 0; time < times; ++time)
+            press(mirrored() ? "Left" : "Right");
         check(button + ", chosen", true, false);
-        screen->press("Return");
-    }
-
-    void replace(const std::string& text, const std::string& by) {
-        elm_vell_button_text_set(screen->find(text), by.c_str());
+        press("Return");
     }
 
 private:
@@ -99,70 +96,74 @@ private:
         SCOPED_TRACE(mirrored() ? "from the right" : "from the left");
         test::settle();
         std::map<std::string, double> contrasts;
-        const auto texts = screen->texts();
+        const std::vector<test::Drawn> texts = this->texts();
         EXPECT_GE(texts.size(), 4U);
         for (auto text = texts.begin(); text != texts.end(); ++text) {
             SCOPED_TRACE(text->text);
             const Eina_Rectangle widget = test::geometry(text->widget);
-            const auto [x, y, width, height] = text->area;
-            const double light = contrasts[text->text] = test::contrast(text->area);
+            const Eina_Rectangle area = test::geometry(text->object);
+            const double light = contrasts[text->text] = test::contrast(area);
             const bool is_left = text->text == "\u2039";
             const bool is_spent =
                 (is_left || text->text == "\u203A") && !(is_left == mirrored() ? more : less);
             EXPECT_GE(light, is_spent ? 1.01 : 4.5);
             EXPECT_LE(light, is_spent ? 2.0 : 21.0);
-            EXPECT_NE(text->whole, text->text.ends_with(endless));
-            EXPECT_TRUE(test::is_inside(text->area, canvas()));
-            EXPECT_TRUE(test::is_inside({x, y + height / 10, width, height * 8 / 10}, widget)); // the letters
+            EXPECT_NE(is_whole(*text), text->text.ends_with(endless));
+            EXPECT_TRUE(test::is_inside(area, test::geometry(window)));
+            EXPECT_TRUE(test::is_inside({area.x, area.y + area.h / 10, area.w, area.h * 8 / 10},
+                                        widget)); // the letters
             const bool is_usable = test::is_type(text->widget, "elm_button") &&
                                    elm_object_focus_allow_get(text->widget) != EINA_FALSE;
-            EXPECT_TRUE(!is_usable || test::contrast(edge_of(widget)) >= 3.0);
+            EXPECT_TRUE(!is_usable || test::contrast(edge_of(text->widget)) >= 3.0);
             EXPECT_TRUE(
                 std::none_of(texts.begin(), text, [&](const auto& other) { return collide(*text, other); }));
-            if (const auto place = places.find(text->text); place != places.end())
+            if (const auto place = areas.find(text->text); place != areas.end())
                 expect_at(place->second, widget);
-            const int indent = mirrored() ? widget.x + widget.w - x - width : x - widget.x;
+            const int indent = mirrored() ? widget.x + widget.w - area.x - area.w : area.x - widget.x;
             EXPECT_TRUE(!text->text.ends_with(": ") || indent < elm_vell_unit_to_pixel(2.0));
         }
-        const auto [x, y, width, height] = screen->focus_ring();
-        EXPECT_GE(test::contrast({x, y + height / 2, static_cast<int>(8 * elm_config_scale_get()), 1}), 3.0);
-        screen->visit_all([](Evas_Object* drawn, Evas_Object*) { // enlarged images would be blurred
-            if (test::is_type(drawn, "image")) {
-                EXPECT_LE(evas_object_image_border_scale_get(drawn), 1.0);
-            }
-        });
+        const test::Drawn ring = focus_ring();
+        const auto [x, y, width, height] = test::geometry(ring.widget);
+        const int margin = elm_vell_unit_to_pixel(3.0);
+        EXPECT_TRUE(test::is_inside(test::geometry(ring.object),
+                                    {x - margin, y - margin, width + 2 * margin, height + 2 * margin}));
+        EXPECT_GE(test::contrast(edge_of(ring.object)), 3.0);
+        for (const test::Drawn& each : drawn()) // an enlarged image is blurred
+            EXPECT_TRUE(!test::is_type(each.object, "image") ||
+                        evas_object_image_border_scale_get(each.object) <= 1);
         return contrasts;
     }
 
-    /** Checks in every frame that the focus ring is exactly around the focused widget. */
+    /** The image of the focus ring and its widget; null if none is visible. */
+    [[nodiscard]] test::Drawn focus_ring() const {
+        test::Drawn ring{};
+        for (const test::Drawn& each : drawn()) {
+            int border = 0;
+            if (test::is_type(each.object, "image"))
+                evas_object_image_border_get(each.object, &border, nullptr, nullptr, nullptr);
+            if (border == 72) // unique to the ring's image
+                ring = each;
+        }
+        return ring;
+    }
+
+    /** Checks in every frame that the focused widget has the focus ring. */
     static void on_frame(void* self, Evas* /*canvas*/, void* /*event*/) {
-        const auto& screen = *static_cast<Look*>(self)->screen;
-        const Evas_Object* const focused = elm_object_focused_object_get(screen.window());
-        const Eina_Rectangle ring = screen.focus_ring();
-        const auto [x, y, width, height] = test::geometry(focused);
-        const int margin = elm_vell_unit_to_pixel(3.0);
-        EXPECT_TRUE(focused == nullptr
-                        ? ring.w == 0
-                        : ring.w > 0 && test::is_inside(ring, {x - margin, y - margin, width + 2 * margin,
-                                                               height + 2 * margin}));
+        const auto& look = *static_cast<Look*>(self);
+        EXPECT_EQ(look.focus_ring().widget, elm_object_focused_object_get(look.window));
     }
 
-    /** Checks that the page is 240 x 135 units in the middle of the window. */
-    void expect_at(const Units& units, const Eina_Rectangle& area) const {
-        const Eina_Rectangle window = canvas();
-        const double unit = std::min(window.w / 240.0, window.h / 135.0);
-        const double left = mirrored() ? 240 - units.x - units.width : units.x;
+    /** Checks a place on the page, which is 240 x 135 units in the middle of the window. */
+    void expect_at(const std::array<double, 4>& place, const Eina_Rectangle& area) const {
+        const auto [left, top, width, height] = place;
+        const Eina_Rectangle screen = test::geometry(window);
+        const double unit = std::min(screen.w / 240.0, screen.h / 135.0);
         constexpr double rounding = 4.0; // accumulated, in pixels
-        EXPECT_NEAR(area.x, window.w / 2.0 + (left - 120) * unit, rounding);
-        EXPECT_NEAR(area.y, window.h / 2.0 + (units.y - 67.5) * unit, rounding);
-        EXPECT_NEAR(area.w, units.width * unit, rounding);
-        EXPECT_NEAR(area.h, units.height * unit, rounding);
-    }
-
-    [[nodiscard]] Eina_Rectangle canvas() const {
-        Eina_Rectangle area{};
-        evas_output_viewport_get(evas_object_evas_get(screen->window()), &area.x, &area.y, &area.w, &area.h);
-        return area;
+        EXPECT_NEAR(area.x, screen.w / 2.0 + ((mirrored() ? 240 - left - width : left) - 120) * unit,
+                    rounding);
+        EXPECT_NEAR(area.y, screen.h / 2.0 + (top - 67.5) * unit, rounding);
+        EXPECT_NEAR(area.w, width * unit, rounding);
+        EXPECT_NEAR(area.h, height * unit, rounding);
     }
 };
 
@@ -170,9 +171,9 @@ TEST_P(Look, TxPagesRenderCorrectly) {
     check("first");
     activate("TX Test");
     check("start");
-    replace("Start TX Test", "Failed to start child process");
+    elm_vell_button_text_set(find("Start TX Test"), "Failed to start child process");
     check("no start");
-    replace("Failed to start child process", endless);
+    elm_vell_button_text_set(find("Failed to start child process"), endless.c_str());
     check("endless button");
     activate("TX Test");
     emit_ready();
@@ -183,11 +184,11 @@ TEST_P(Look, TxPagesRenderCorrectly) {
     check("stream");
     activate("Exit");
     check("exit popup");
-    elm_object_text_set(screen->find("Do you want to exit ?"), std::string(40, 'W').c_str());
+    elm_object_text_set(find("Do you want to exit ?"), std::string(40, 'W').c_str());
     check("exit popup with a long word");
-    elm_object_tree_focus_allow_set(screen->window(), EINA_FALSE);
+    elm_object_tree_focus_allow_set(window, EINA_FALSE);
     test::settle();
-    EXPECT_EQ(screen->focus_ring().w, 0);
+    EXPECT_EQ(focused(), "");
 }
 
 TEST_P(Look, RxPagesRenderCorrectly) {
@@ -208,10 +209,27 @@ TEST_P(Look, RxPagesRenderCorrectly) {
     check("values");
 }
 
+class LookWindow : public test::Pages {};
+
+TEST_F(LookWindow, IsPlacedByTheUserAndTakesTheKeyboardWhenRaised) {
+    Eina_Bool is_placed = EINA_FALSE; // otherwise a window manager may ask the user to place the window
+    ecore_x_icccm_size_pos_hints_get(elm_win_xwindow_get(window), &is_placed, nullptr, nullptr, nullptr,
+                                     nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+    EXPECT_TRUE(is_placed);
+    const Eina_Rectangle corner{0, 0, 320, 180}; // that the other window covers
+    const simulator::Pixels before = test::look_at(corner);
+    const auto is_in_front = [&] { return elm_win_focus_get(window) && test::look_at(corner) == before; };
+    const simulator::OtherWindow other;
+    other.take_keys();
+    EXPECT_TRUE(test::await([&] { return !is_in_front(); }));
+    elm_win_raise(window);
+    EXPECT_TRUE(test::await(is_in_front));
+}
+
 INSTANTIATE_TEST_SUITE_P(, Look,
-                         testing::Values(View{"LeftToRight", "en_GB"},
-                                         View{"RightToLeftInAWideWindow", "he_IL", 1.0, 3.0 / 4},
-                                         View{"LeftToRightInATallWindow", "en_GB", 2.0 / 3, 1.0}),
+                         testing::Values(View{"LeftToRight", EINA_FALSE, 1.0, 1.0},
+                                         View{"RightToLeftInAWideWindow", EINA_TRUE, 1.0, 3.0 / 4},
+                                         View{"LeftToRightInATallWindow", EINA_FALSE, 2.0 / 3, 1.0}),
                          [](const auto& test) { return test.param.name; });
 
 } // namespace

@@ -17,14 +17,10 @@ using Clock = std::chrono::steady_clock;
 class Press : public test::ToolkitWindow {
 protected:
     Press() {
-        elm_vell_textbox_text_set(label, "Count: 7");
-        append(label);
-        elm_vell_layout_item_append(page, spinner, 200, 80);
         evas_object_smart_callback_add(button, "pressed", on_press, this);
         evas_object_event_callback_add(spinner, EVAS_CALLBACK_KEY_DOWN, on_press, this);
         test::settle();
         elm_object_focus_set(button, EINA_TRUE);
-        pressed_ = button;
         test::run_for(300ms);
     }
 
@@ -36,10 +32,7 @@ protected:
     static Pixels all_of(const Evas_Object* widget) { return test::look_at(test::geometry(widget)); }
 
     static int plate_width(const Evas_Object* widget) {
-        const Evas_Object* const drawn = elm_layout_edje_get(widget);
-        int width = 0;
-        edje_object_part_geometry_get(drawn, "fill", nullptr, nullptr, &width, nullptr);
-        return width;
+        return test::geometry(edje_object_part_object_get(elm_layout_edje_get(widget), "fill")).w;
     }
 
     /** Expects the edge to change and finally to return to its initial look. */
@@ -53,53 +46,50 @@ protected:
         EXPECT_TRUE(edge_of(widget) == before) << what;
     }
 
-    /** Expects the pressed look to be drawn before the application is called, and to last a while.
-     * @param changed what looks different afterwards, if anything. */
-    void expect_press(const char* what, Evas_Object* widget, std::function<void()> result,
+    /**
+     * Expects the pressed look to be drawn before the application is called, and to last a while.
+     *
+     * @param result  what the application does.
+     * @param changed looks different afterwards.
+     */
+    void expect_press(const char* what, Evas_Object* widget, const std::function<void()>& result,
                       const Evas_Object* changed) {
         SCOPED_TRACE(what);
         elm_object_focus_set(widget, EINA_TRUE);
         test::run_for(2500ms); // until earlier feedback has faded
-        pressed_ = widget;
-        during_press = std::move(result);
-        before_.emplace(edge_of(widget));
-        calls_ = 0;
         const int width = plate_width(widget);
+        const Pixels edge = edge_of(widget);
         const Pixels fill = fill_of(widget);
-        const Pixels old = all_of(changed == nullptr ? widget : changed);
-        screen.type("Return");
-        EXPECT_TRUE(test::await([&] { return calls_ != 0 && fill_of(widget) == fill; })) << "stays pressed";
-        EXPECT_GT(Clock::now() - called_at_, 100ms) << "too short to be visible";
-        EXPECT_TRUE(calls_ == 1 && was_changed_) << "not drawn before the call";
-        EXPECT_LT(width_then_, width) << "not smaller";
-        EXPECT_EQ(all_of(changed == nullptr ? widget : changed) == old, changed == nullptr);
+        const Pixels old = all_of(changed);
+        int calls = 0;
+        Clock::time_point called_at;
+        during_press = [&] {
+            ++calls;
+            called_at = Clock::now();
+            EXPECT_FALSE(edge_of(widget) == edge) << "not drawn before the call";
+            EXPECT_LT(plate_width(widget), width) << "not smaller";
+            result();
+        };
+        type("Return");
+        EXPECT_TRUE(test::await([&] { return calls != 0 && fill_of(widget) == fill; })) << "stays pressed";
+        EXPECT_GT(Clock::now() - called_at, 100ms) << "too short to be visible";
+        EXPECT_EQ(calls, 1);
+        EXPECT_FALSE(all_of(changed) == old);
+        during_press = [] {};
     }
 
     Evas_Object* button = add_button("Go");
     Evas_Object* other = add_button("Other");
-    Evas_Object* label = elm_vell_textbox_add(page);
-    Evas_Object* spinner = elm_vell_spinner_add(page);
-    std::function<void()> during_press;
+    Evas_Object* label = createTextbox(page, "Count: 7");
+    Evas_Object* spinner = createSpinner(page);
+    std::function<void()> during_press = [] {};
 
 private:
     /** A smart or event callback. */
     template <class... Arguments>
     static void on_press(void* self, Arguments...) {
-        auto& press = *static_cast<Press*>(self);
-        ++press.calls_;
-        press.called_at_ = Clock::now();
-        press.was_changed_ = press.before_ && !(edge_of(press.pressed_) == *press.before_);
-        press.width_then_ = plate_width(press.pressed_);
-        if (press.during_press)
-            press.during_press();
+        static_cast<Press*>(self)->during_press();
     }
-
-    std::optional<Pixels> before_;
-    Evas_Object* pressed_ = nullptr;
-    int calls_ = 0;
-    Clock::time_point called_at_;
-    bool was_changed_ = false;
-    int width_then_ = 0;
 };
 
 TEST_F(Press, ShowsPressedLookAndResult) {
@@ -108,7 +98,8 @@ TEST_F(Press, ShowsPressedLookAndResult) {
         return [=, this] { elm_object_focus_allow_set(other, allowed); };
     };
     const auto set_label = [this] { elm_vell_textbox_text_set(label, "Count: 7"); };
-    expect_press("the press has no effect", button, nullptr, button);
+    const auto do_nothing = [] {};
+    expect_press("the press has no effect", button, do_nothing, button);
     expect_press("another widget's text is set to the same value", button, set_label, label);
     expect_press(
         "its text is set to the same value", button, [this] { elm_vell_button_text_set(button, "Go"); },
@@ -119,40 +110,39 @@ TEST_F(Press, ShowsPressedLookAndResult) {
     test::settle();
     EXPECT_FALSE(fill_of(button) == idle) << "a running stream is not shown";
     expect_press("another button is unlocked", button, allow(EINA_TRUE), other);
-    expect_press("a number has no effect", spinner, nullptr, spinner);
+    expect_press("a number has no effect", spinner, do_nothing, spinner);
     expect_press("a number has an effect", spinner, set_label, label);
-    expect_bump("the number is at its limit", spinner, [this] { screen.type("Left"); });
+    expect_bump("the number is at its limit", spinner, [] { type("Left"); });
     elm_object_focus_set(other, EINA_TRUE);
     test::run_for(300ms);
-    expect_bump("no widget to the right", other, [this] { screen.type("Right"); });
+    expect_bump("no widget to the right", other, [] { type("Right"); });
     EXPECT_TRUE(fill_of(button) == idle);
 }
 
 TEST_F(Press, GivingUpTheFocusShowsWaitingThenFailure) {
     const Pixels idle = fill_of(other);
-    std::optional<Pixels> fill;
+    std::optional<Pixels> waiting;
     std::optional<Pixels> frozen;
     during_press = [&] {
         elm_object_focus_set(button, EINA_FALSE);
-        fill.emplace(fill_of(button));
+        waiting.emplace(fill_of(button));
         frozen.emplace(all_of(button));
     };
-    screen.press("Return");
+    press("Return");
     EXPECT_TRUE(STATE_TYPE_GET(efl_access_object_state_set_get(button), EFL_ACCESS_STATE_TYPE_BUSY));
     EXPECT_TRUE(test::await([&] { return !(all_of(button) == *frozen); })) << "the dots do not move";
     EXPECT_TRUE(test::await([&] { return all_of(button) == *frozen; })) << "the dots do not cycle";
-    const Pixels& waiting = *fill;
     during_press = [this] {
         elm_object_focus_set(button, EINA_FALSE);
         elm_vell_button_text_set(button, "Failed");
     };
-    screen.press("Down");
-    screen.press("Return");
+    press("Down");
+    press("Return");
     test::run_for(300ms);
     const Pixels failed = fill_of(button);
-    EXPECT_FALSE(waiting == idle || failed == idle || failed == waiting);
-    EXPECT_EQ(screen.focused(), "");
-    expect_bump("OK without a focus", button, [this] { screen.type("Return"); });
+    EXPECT_FALSE(*waiting == idle || failed == idle || failed == *waiting);
+    EXPECT_EQ(focused(), "");
+    expect_bump("OK without a focus", button, [] { type("Return"); });
     expect_bump("a dropped press", button,
                 [] { ecore_event_add(platform::dropped_press_event(), nullptr, nullptr, nullptr); });
 }

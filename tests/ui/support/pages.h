@@ -1,7 +1,6 @@
 /** The application's pages in this process, with a radio service whose answers the test sets. */
 #pragma once
 
-#include "support/log_capture.h"
 #include "support/screen.h"
 #include "support/scripted_service.h"
 
@@ -10,17 +9,12 @@
 #include "model/ncp_requester.h"
 #include "model/util.h"
 
-#include <gmock/gmock.h>
-#include <memory>
-#include <platform/vell.h>
-
 namespace test {
 
 /** Builds and destroys the pages as the application does. */
-class Pages : public testing::Test {
+class Pages : public WindowTest {
 protected:
     Pages() {
-        start_elementary();
         for (const char* const method :
              {"ember_start", "ember_stop", "ember_set_channel", "ember_set_power", "ember_start_stream",
               "ember_stop_stream", "ember_reset_rx_statistics"})
@@ -34,8 +28,8 @@ protected:
         page.createMainPage();
         page.createSubPageLayout();
         page.renderFirst();
-        screen = std::make_unique<Screen>(elm_object_top_widget_get(testTabs().front().view().parentLayout));
-        EXPECT_TRUE(await([this] { return elm_win_focus_get(screen->window()) != EINA_FALSE; }));
+        window = elm_object_top_widget_get(testTabs().front().view().parentLayout);
+        EXPECT_TRUE(await([this] { return elm_win_focus_get(window) != EINA_FALSE; }));
     }
     ~Pages() override {
         MainPageView::getInstance().destroyWidgets();
@@ -49,17 +43,15 @@ protected:
         kill_background_app();
         ecore_event_handler_del(keys_);
         MainPageView::destroyInstance();
-        settle();
-        EXPECT_THAT(log.library_warnings(), testing::IsEmpty());
     }
 
     /** Presses a button with Return. */
     void activate(const std::string& text) const {
-        Evas_Object* const button = screen->find(text);
+        Evas_Object* const button = find(text);
         ASSERT_NE(button, nullptr) << text;
         elm_object_focus_set(button, EINA_TRUE);
-        ASSERT_EQ(screen->focused(), text);
-        screen->press("Return");
+        ASSERT_EQ(focused(), text);
+        press("Return");
     }
     /** Makes the radio service send "ready", as after a start. */
     void emit_ready() {
@@ -67,9 +59,7 @@ protected:
         settle();
     }
 
-    LogCapture log; // hides the application's log from the test's output
     ScriptedService radio;
-    std::unique_ptr<Screen> screen;
 
 private:
     Ecore_Event_Handler* keys_ = nullptr;

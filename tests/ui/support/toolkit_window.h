@@ -1,56 +1,35 @@
-/** A window with the widget toolkit, without the application. */
+/** A window with the widget toolkit, without the application's pages. */
 #pragma once
 
-#include "support/log_capture.h"
 #include "support/screen.h"
 
-#include <gmock/gmock.h>
-#include <platform/vell.h>
+#include "WidgetHelpers.h"
 
 namespace test {
 
-class ToolkitWindow : public testing::Test {
+class ToolkitWindow : public WindowTest {
 protected:
     ToolkitWindow() {
-        elm_vell_root_layout_set(root, 1);
-        elm_vell_layout_type_set(root, 3);
-        elm_vell_layout_item_append(root, page, 1, 1);
-        evas_object_size_hint_weight_set(root, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
-        elm_win_resize_object_add(screen.window(), root);
-        elm_vell_root_layout_render(root);
-        evas_object_show(root);
-        evas_object_show(screen.window());
-        EXPECT_TRUE(await([this] { return elm_win_focus_get(screen.window()) != EINA_FALSE; }));
+        window = open_window();
+        page = elm_vell_layout_add(window);
+        elm_vell_root_layout_set(page, 1);
+        evas_object_size_hint_weight_set(page, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
+        elm_win_resize_object_add(window, page);
+        evas_object_show(page);
+        evas_object_show(window);
+        EXPECT_TRUE(await([this] { return elm_win_focus_get(window) != EINA_FALSE; }));
     }
-    ~ToolkitWindow() override {
-        elm_config_mirrored_set(EINA_FALSE);
-        evas_object_del(screen.window());
-        settle();
-        EXPECT_THAT(log.library_warnings(), testing::IsEmpty());
-    }
+    ~ToolkitWindow() override { evas_object_del(window); }
 
     static Evas_Object* open_window() {
-        start_elementary();
-        Evas_Object* const window = elm_win_util_standard_add("toolkit", "Toolkit");
-        EXPECT_TRUE(elm_vell_manager_init(window));
-        return window;
+        Evas_Object* const opened = elm_win_util_standard_add("toolkit", "Toolkit");
+        EXPECT_TRUE(elm_vell_manager_init(opened));
+        return opened;
     }
 
-    /** Appends a widget, 60 x 10 units large, to the page. */
-    Evas_Object* append(Evas_Object* widget) const {
-        elm_vell_layout_item_append(page, widget, elm_vell_unit_to_pixel(60), elm_vell_unit_to_pixel(10));
-        return widget;
-    }
-    Evas_Object* add_button(const char* text) const {
-        Evas_Object* const button = append(elm_vell_button_add(page));
-        elm_vell_button_text_set(button, text);
-        return button;
-    }
+    Evas_Object* add_button(const char* text) const { return createButton(page, text, 60, 10); }
 
-    LogCapture log; // hides the log of EFL and Xlib from the test's output
-    const Screen screen{open_window()};
-    Evas_Object* root = elm_vell_layout_add(screen.window());
-    Evas_Object* page = elm_vell_layout_add(root); // stacks its items
+    Evas_Object* page = nullptr; // stacks its items
 };
 
 } // namespace test
