@@ -4,7 +4,7 @@
 #ifdef __SANITIZE_ADDRESS__ // AddressSanitizer keeps freed memory
 constexpr long max_kilobytes = 1'000'000;
 #else
-constexpr long max_kilobytes = 15'000;
+constexpr long max_kilobytes = 25'000;
 #endif
 
 class FloodTest : public EndToEndTest {
