@@ -18,7 +18,7 @@
 
 namespace {
 
-/** How long this thread has slept, as specified. */
+/** How long this thread has slept in `usleep`. */
 thread_local bench::Clock::duration slept{};
 
 } // namespace

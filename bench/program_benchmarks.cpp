@@ -15,9 +15,9 @@ using namespace std::chrono_literals;
 struct Program {
     const char* name;
     std::vector<std::string> command;
-    /** The specified delay before the application draws, in which its bus client settles. */
-    std::chrono::milliseconds specified_delay{};
-    /** The keys from the first page to where the NCP host's "ready" opens the test page. */
+    /** A fixed delay before the application draws, in which its bus client settles. */
+    std::chrono::milliseconds fixed_delay{};
+    /** The keys from the first page to the page on which the NCP host's "ready" opens the test page. */
     std::vector<const char*> keys_to_test{};
     /** The keys from the test page's initial focus that press "Start Stream". */
     std::vector<const char*> keys_to_stream{"Return"};
@@ -28,7 +28,7 @@ const Program radio_page{.name = "Elementary and GDBus", .command = {BARE_RADIO_
 
 Value start(const Program& measured) {
     const MeasuredProgram program(measured.command);
-    return milliseconds(program.time_to_page() - measured.specified_delay);
+    return milliseconds(program.time_to_page() - measured.fixed_delay);
 }
 
 Value memory(const Program& measured) {

@@ -15,7 +15,7 @@ fail() {
 
 say() { printf '%-11s %s\n' "$@"; } # KEY TEXT
 
-press() { # KEY NAME [OPTION]: presses a key and waits until NAME has the focus, or for OPTION of `tvctl wait`
+press() { # KEY NAME [OPTION]: presses a key, then runs `tvctl wait OPTION NAME` (default: --focus)
     local seen
     tvctl press "$1" >/dev/null
     seen=$(tvctl wait -t "$timeout" "${3---focus}" "$2")

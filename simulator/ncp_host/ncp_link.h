@@ -67,8 +67,8 @@ private:
     static void changed(GFileMonitor* /*monitor*/, GFile* /*file*/, GFile* /*other*/, GFileMonitorEvent event,
                         gpointer self) {
         auto* const link = static_cast<NcpLink*>(self);
-        // Without a free inotify instance GIO polls every five seconds, and a link that was replaced in between is
-        // reported as changed.
+        // Without a free inotify instance GIO polls every five seconds, and reports a symbolic link that was replaced
+        // between two polls as changed.
         if (event == G_FILE_MONITOR_EVENT_CREATED ||
             (event == G_FILE_MONITOR_EVENT_CHANGED && !link->terminal_))
             link->open_link();

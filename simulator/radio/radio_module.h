@@ -22,8 +22,8 @@ private:
     /** Creates or removes the serial device, a symbolic link; a program that has it open can continue to use it. */
     void set_serial(bool present);
     /**
-     * Keeps the television's end open, so the line does not hang up while it is unused, or closes it, so the line hangs
-     * up when the television closes it.
+     * If `held`, keeps the television's end open here, so that the line does not hang up while no program uses it.
+     * Otherwise closes that end, so that the line hangs up when the television's programs close theirs.
      */
     void hold_line(bool held);
     void add_traffic(const std::string& text);

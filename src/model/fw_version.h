@@ -6,8 +6,8 @@
 /**
  * Determines the radio firmware's version, and stores it if it changed.
  *
- * If no version is in the secure storage, it comes from the sibling application's factory image. Otherwise, if the
- * smart-home hub has firmware metadata, it comes from the hub's image. Otherwise it is the stored version. A changed
+ * If the secure storage contains no version, reads it from the sibling application's factory image. Otherwise, if the
+ * smart-home hub has firmware metadata, reads it from the hub's image. Otherwise returns the stored version. A changed
  * version is saved in the secure storage and with `store_version`. Every call gives the secure storage's files to the
  * device's owner.
  *

@@ -9,7 +9,7 @@ constexpr long max_kilobytes = 25'000;
 
 class FloodTest : public EndToEndTest {
 protected:
-    /** Presses a key and returns how many events are handled before it, even if it is dropped as stale. */
+    /** Presses a key and returns how many events precede its handling, or its dropping as stale. */
     [[nodiscard]] long events_before_a_key() const {
         simulator::ApplicationLog log;
         log.skip();

@@ -85,7 +85,7 @@ TEST_F(LifecycleTest, LateSessionBusIsUsedOnceItAnswers) {
     wait_for("TX Test");
 }
 
-TEST_F(LifecycleTest, OneLaunchDuringShutdownStartsAfterwards) {
+TEST_F(LifecycleTest, OfTwoLaunchesDuringShutdownOneStartsAfterwards) {
     open_test("TX Test", "Set Power");
     ASSERT_EQ(std::system("killall -STOP cpcd zigbeed"), 0); // to make the shutdown slow
     application_->terminate();

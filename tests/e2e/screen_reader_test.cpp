@@ -125,8 +125,8 @@ TEST_F(ScreenReaderTest, AnnouncesFocusAndDialogs) {
     press("Right*2");
     expect_announcements({"push button RX Test", "push button Exit"});
     enter("Cancel");
-    expect_announcements({"push button Yes", "push button Cancel", "dialog Exit App",
-                          "push button Cancel"}); // their first texts
+    expect_announcements({"push button Yes", "push button Cancel", // new buttons get their texts
+                          "dialog Exit App", "push button Cancel"});
     send_event(television_, "('ready',)");
     expect_announcements({"label Power: ", "push button Set Power", "label Channel: ",
                           "push button Set Channel", "push button Start Stream", "push button Stop Test"});

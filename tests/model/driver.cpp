@@ -81,7 +81,8 @@ void Driver::take(const Transition& by) {
     const bool has_host = by.behaviour != "dies" && by.behaviour != "is away";
     const auto calls = has_host ? outcome.calls : std::vector<std::string>{};
     std::string difference = await(calls, outcome.log);
-    // A machine that is too busy to run the application for 250 ms has frozen its screen, too; at most three times.
+    // If a busy machine does not run the application for 250 ms, the press is dropped, as in a freeze. The step is then
+    // repeated, at most three times in a run.
     if (!difference.empty() && by.act == Act::press && by.times == 1 && calls.empty() &&
         log_.count("dropped a press") > 0 && ++stalls_ <= 3) {
         act(by);

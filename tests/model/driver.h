@@ -42,7 +42,7 @@ private:
     std::vector<std::string> taken_;                /**< the names of the steps */
     std::map<std::string, simulator::Widget> seen_; /**< buttons by name, as last seen */
     std::ptrdiff_t calls_seen_ = 0;
-    int stalls_ = 0; /**< presses that a busy machine froze the screen for */
+    int stalls_ = 0; /**< presses dropped because the machine was busy */
 };
 
 } // namespace model

@@ -81,8 +81,9 @@ inline bool is_locked(const State& state, const std::string& button) {
 }
 
 /**
- * Returns the fields that are named in the mask, or all. "waits": the start button was pressed, with any result, because
- * a failed start takes three seconds; "picker": that of the focused button.
+ * Returns the fields that are named in the mask, or all. "waits" is whether the start button was pressed, with any
+ * result; a mask names it instead of "start" to save failed starts, which take three seconds each. "picker" is the one
+ * that the focused button opens.
  */
 inline auto key(const State& state, const std::string& mask = {}) {
     const auto kept = [&mask](const char* field, const auto& value) {

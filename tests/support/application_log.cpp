@@ -18,7 +18,8 @@ std::vector<std::string> ApplicationLog::lines() const {
 }
 
 std::vector<std::string> ApplicationLog::messages() const {
-    // Over bytes, since logged text need not be UTF-8. Socat writes no line feeds, so a message may begin inside a line.
+    // Matches bytes, since logged text need not be UTF-8. Socat writes no line feeds, so a message may begin inside a
+    // line.
     static GRegex* const pattern =
         g_regex_new(R"(([EWI])/(?:VELMORA\(\d+\): )?(PLATFORM|\w+\.cpp: \w+)\(\d+\)(?: >|:) (.*))",
                     G_REGEX_RAW, G_REGEX_MATCH_DEFAULT, nullptr);

@@ -7,7 +7,7 @@
 namespace simulator {
 namespace {
 
-/** The names in the lines of /proc/PID/stat, "42 (name) S ...", that match; the name is the pattern's first group. */
+/** Searches every /proc/PID/stat ("42 (name) S ..."); returns the pattern's first group, the name, for each match. */
 std::vector<std::string> names_in_stat(const char* pattern) {
     const std::regex wanted(pattern);
     std::vector<std::string> names;

@@ -63,7 +63,7 @@ void work(const std::string& keys) {
     say("worked");
 }
 
-/** Waits until as many messages as the first character says contain the rest. */
+/** Waits until a text has been logged; for example, "2worked" waits for two messages that contain "worked". */
 void await(const std::string& times_and_text) {
     const auto is_logged = [&] {
         return simulator::ApplicationLog().count(times_and_text.substr(1)) >= times_and_text.front() - '0';
@@ -221,8 +221,7 @@ const std::vector<Case> cases{
      normal_run("lives", "SIGTERM"), "signal 1", "ignore_hangup"},
     {"DisplayDies", "pkill -KILL Xvfb", normal_run("", "the display connection was lost")},
     {"DisplayIsMissing", "", "no display: cannot connect to DISPLAY=:4095", "", "set_display :4095", 4},
-    {"BusesDoNotAnswer", "quit",
-     "the session bus does not answer: starting without it, " + normal_run(), "",
+    {"BusesDoNotAnswer", "quit", "the session bus does not answer: starting without it, " + normal_run(), "",
      "set_mode 1, pkill -STOP -f " + buses},
     {"DescriptorsAreMissingAndAProgramIsStarted",
      "start cd /proc/$$/fd; for n in $(seq 0 99); do [ -e $n ] && "

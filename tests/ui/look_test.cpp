@@ -44,7 +44,7 @@ bool is_whole(const test::Drawn& text) {
     return width <= test::geometry(text.object).w && height <= test::geometry(text.object).h;
 }
 
-/** Whether two texts overlap, or their widgets, unless one contains the other. */
+/** Whether two widgets with texts overlap; if one widget contains the other, whether their texts do. */
 bool collide(const test::Drawn& one, const test::Drawn& other) {
     const auto [widget, other_widget] = std::pair(test::geometry(one.widget), test::geometry(other.widget));
     const auto [text, other_text] = std::pair(test::geometry(one.object), test::geometry(other.object));
@@ -211,7 +211,7 @@ TEST_P(Look, RxPagesRenderCorrectly) {
 
 class LookWindow : public test::Pages {};
 
-TEST_F(LookWindow, IsPlacedByTheUserAndTakesTheKeyboardWhenRaised) {
+TEST_F(LookWindow, HasAUserPositionAndTakesTheKeyboardWhenRaised) {
     Eina_Bool is_placed = EINA_FALSE; // otherwise a window manager may ask the user to place the window
     ecore_x_icccm_size_pos_hints_get(elm_win_xwindow_get(window), &is_placed, nullptr, nullptr, nullptr,
                                      nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);

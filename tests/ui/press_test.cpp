@@ -50,7 +50,7 @@ protected:
      * Expects the pressed look to be drawn before the application is called, and to last a while.
      *
      * @param result  what the application does.
-     * @param changed looks different afterwards.
+     * @param changed the widget that then looks different.
      */
     void expect_press(const char* what, Evas_Object* widget, const std::function<void()>& result,
                       const Evas_Object* changed) {
@@ -110,8 +110,8 @@ TEST_F(Press, ShowsPressedLookAndResult) {
     test::settle();
     EXPECT_FALSE(fill_of(button) == idle) << "a running stream is not shown";
     expect_press("another button is unlocked", button, allow(EINA_TRUE), other);
-    expect_press("a number has no effect", spinner, do_nothing, spinner);
-    expect_press("a number has an effect", spinner, set_label, label);
+    expect_press("accepting a number has no effect", spinner, do_nothing, spinner);
+    expect_press("accepting a number has an effect", spinner, set_label, label);
     expect_bump("the number is at its limit", spinner, [] { type("Left"); });
     elm_object_focus_set(other, EINA_TRUE);
     test::run_for(300ms);

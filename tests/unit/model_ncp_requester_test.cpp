@@ -35,7 +35,7 @@ protected:
     Notes notes;
 };
 
-TEST_F(NcpRequesterTest, StartsAndStopsOnceAndNewInstanceHasNoListeners) {
+TEST_F(NcpRequesterTest, SecondStartIsIgnoredAndListenersHearNothingAfterStopOrDestruction) {
     const simulator::BusConnection shared = simulator::connect_to_system_bus(); // outlives the requester
     requester.register_callback(note<1>, &notes);
     requester.stop();
@@ -65,7 +65,7 @@ void start_radio_and_unregister(const std::string& /*data*/, void* notes) {
     requester.unregister_callback(start_radio_and_unregister<4>);
 }
 
-TEST_F(NcpRequesterTest, ListenersMaySendCommandsRemoveThemselvesAndKeepTheirFirstUserData) {
+TEST_F(NcpRequesterTest, ListenersMayCallTheRequesterAndSecondRegistrationIsIgnored) {
     Notes other;
     service.answer("ember_start", "(0,)");
     requester.register_callback(start_radio_and_unregister<0>, &notes);

@@ -41,8 +41,8 @@ ssize_t __wrap_write(int descriptor, const void* bytes, std::size_t size) {
 
 decltype(fsync) __real_fsync;
 int __wrap_fsync(int descriptor) {
-    const bool is_new_file =
-        fs::exists(folder / "aaba977f.new"); // before it replaces the old one; else a folder
+    // While the new file exists, it is synced; before and after that, a folder is.
+    const bool is_new_file = fs::exists(folder / "aaba977f.new");
     record(is_new_file ? 'f' : 'd');
     return __real_fsync(descriptor);
 }

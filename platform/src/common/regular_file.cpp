@@ -22,7 +22,7 @@ std::optional<std::string> read_regular_file(int folder, const char* path, int f
     g_autofree char* bytes = nullptr;
     gsize size = 0;
     if (!g_file_get_contents(opened.c_str(), &bytes, &size, nullptr)) {
-        errno = errno == ENOENT ? EIO : errno; // without /proc: the file itself is there
+        errno = errno == ENOENT ? EIO : errno; // /proc is missing, not the file
         return std::nullopt;
     }
     return std::string(bytes, size);

@@ -26,7 +26,7 @@ inline void settle() {
     int frames = 0;
     const auto count = [](void* counter) -> Eina_Bool { return ++*static_cast<int*>(counter) != 0; };
     Ecore_Animator* const watch = ecore_animator_add(count, &frames);
-    for (int iterations = 0, before = 0; iterations < 10; before = frames) { // one may contain many frames
+    for (int iterations = 0, before = 0; iterations < 10; before = frames) { // one iteration may draw many
         ecore_main_loop_iterate_may_block(1);
         iterations += frames == before ? 0 : 1;
     }
@@ -62,7 +62,7 @@ inline bool is_inside(const Eina_Rectangle& inner, const Eina_Rectangle& outer) 
            inner.y + inner.h <= outer.y + outer.h;
 }
 
-/** A private connection, for keys as from a keyboard and to see only what is flushed. */
+/** A second connection: its keys come as from a keyboard, and it sees only what the window's connection has flushed. */
 inline const simulator::Display& display() {
     static const simulator::Display display = simulator::open_display();
     return display;

@@ -26,7 +26,7 @@ Ecore_Event_Handler* show_under_any_manager(Evas_Object* window) {
 }
 
 void place_for_user(Evas_Object* window, int x, int y) {
-    // Ecore sets the hint if a window is moved before it is shown, but not if the position is unchanged (observed).
+    // Before a window is shown, Ecore sets USPosition only if a move changes the position (observed).
     evas_object_move(window, x + 1, y);
     evas_object_move(window, x, y);
 }

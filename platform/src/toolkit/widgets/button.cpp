@@ -27,7 +27,10 @@ void set_work(Evas_Object* button, Work work) {
     vell::set_accessible_state(button, EFL_ACCESS_STATE_TYPE_BUSY, work == Work::waiting);
 }
 
-/** A button whose press locks other buttons has started something that runs until a press unlocks them. */
+/**
+ * Shows whether `button` can be used. If the press of another button locks it, the pressed one is shown as running until
+ * a press unlocks `button`.
+ */
 void show_whether_usable(void*, Evas_Object* button, void*) {
     const bool usable = elm_object_focus_allow_get(button) != EINA_FALSE;
     elm_layout_signal_emit(button, usable ? "vell,state,usable" : "vell,state,unusable", "vell");

@@ -70,7 +70,7 @@ Eina_Bool on_press_dropped(void* window, int /*type*/, void* /*event*/) {
 bool elm_vell_manager_init(Evas_Object* window) {
     if (window == nullptr)
         return false;
-    if (elm_theme_overlay_list_get(nullptr) == nullptr) // the framework adds it before creating the window
+    if (elm_theme_overlay_list_get(nullptr) == nullptr) // not yet added by the framework
         elm_theme_overlay_add(nullptr, platform::theme_file().c_str());
     elm_config_finger_size_set(0);
     elm_config_window_auto_focus_enable_set(EINA_FALSE); // or the next key shows Elementary's highlight
