@@ -6,7 +6,7 @@
 
 namespace bench {
 
-/** Runs a program during its lifetime; the output goes to a file. */
+/** Runs a program for as long as the object exists; the program's output goes to a file. */
 class MeasuredProgram {
 public:
     /** Starts the program and waits until its page is drawn. @throws std::runtime_error if either fails. */

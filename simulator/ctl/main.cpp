@@ -83,7 +83,7 @@ public:
     }
 
 private:
-    /** By default calls a method with its words as arguments; prints the answer, or the words if there is none. */
+    /** By default, calls `method` with the words as arguments; prints its answer, or the words if it has none. */
     struct Verb {
         const char* name;
         const char* words; /**< "[WORD]" is optional, "WORD..." takes all remaining words */
@@ -286,7 +286,8 @@ const std::vector<CommandLine::Verb> CommandLine::verbs{
      "SetTraffic"},
     {"components", "", "list the components and their states", television, "Components"},
     {"start", "COMPONENT", "restart a component", television, "Start"},
-    {"kill", "PROGRAM", "kill a component, or every process with that name inside", television, "Kill"},
+    {"kill", "PROGRAM", "kill a component, or every process of that name in the television", television,
+     "Kill"},
     {"language", "LANGUAGE", "change the language setting, for example to ar", television, "SetLanguage"},
     {"end", "", "shut the television down cleanly", television, "End"},
     {.name = "log",

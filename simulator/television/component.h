@@ -34,7 +34,7 @@ public:
     /** Shuts it down, running the main loop until it exits. @return false if it or its sanitizer reports an error. */
     virtual bool end() = 0;
 
-    /** Called from the main loop when it exits unexpectedly after it was ready. */
+    /** Called from the main loop if a component that was ready exits without a call of `end`. */
     std::function<void(const Component&)> on_end;
 
 private:

@@ -1,4 +1,4 @@
-/** Configures and starts the sibling application's radio host stack. */
+/** Configures and starts the radio host stack, which is part of another application on the television. */
 #pragma once
 
 #include <string>
@@ -16,8 +16,8 @@ std::string get_cpcd_conf_name(const std::string& version);
 void req_terminate_main_loop();
 
 /**
- * Waits for the radio's serial device, starts `cpcd` and `socat`, waits for the relay's link and starts `zigbeed`.
- * Stop an old stack first.
+ * Waits for the radio's serial device, starts `cpcd` and `socat`, waits for the link that `socat` creates, and starts
+ * `zigbeed`. Stop an old stack first.
  *
  * @return 1 if all three were started; 0 if the link does not appear within 3 s, with `cpcd` and `socat` left running.
  * @throw std::runtime_error "wait condition error" if the serial device does not appear within 3 s, after writing the

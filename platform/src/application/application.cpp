@@ -101,7 +101,7 @@ bool load_theme() {
         return true;
     }
     __dlog_print(LogBuffer::main, LogPriority::error, "PLATFORM", "no theme: %s: %s", file.c_str(),
-                 access(file.c_str(), R_OK) == 0 ? "it is damaged, or another file" : std::strerror(errno));
+                 access(file.c_str(), R_OK) == 0 ? "it is damaged or not a theme" : std::strerror(errno));
     return false;
 }
 

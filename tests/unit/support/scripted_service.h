@@ -14,7 +14,7 @@ public:
     /** Emits "ncp_event" with any values, and dispatches it in this thread. */
     void emit(const std::string& values) const {
         send_event(television_, values);
-        // A synchronous call makes sure that earlier messages have arrived, first at the bus and then here.
+        // The first call returns after the bus has received the event, the second after the event has arrived here.
         host_calls(television_);
         host_calls(simulator::this_television());
         while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
@@ -26,8 +26,9 @@ private:
     simulator::Client television_{simulator::connect_to_bus(getenv("DBUS_SYSTEM_BUS_ADDRESS"))};
 };
 
-/** What each numbered listener has received, for example "1 ready". Listeners get the notes as user data. */
+/** What each numbered listener has received, for example "1 ready". */
 using Notes = std::vector<std::string>;
+/** The listener with this number. @param notes its user data, a pointer to the Notes. */
 template <int number>
 void note(const std::string& text, void* notes) {
     static_cast<Notes*>(notes)->push_back(std::to_string(number) + " " + text);
