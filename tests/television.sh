@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# For tests that set `television` to a name and source this file: a television whose logs are in build/logs.
+# Functions for tests that set `television` to a name and then source this file. The logs are in build/logs/NAME.
 
 simulator=$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/../simulator
 # shellcheck source-path=SCRIPTDIR source=../simulator/ui_steps.sh
@@ -20,7 +20,7 @@ said() { # the application's messages, without details that differ between runs
         's,\([0-9]+\),,g; s,nRet\[-[0-9]+\],nRet[-N],; s,\[[0-9]+ packets,[N packets,; s,0x[0-9a-f]+,POINTER,; s,:1\.[0-9]+,SENDER,'
 }
 
-# Waits for the television's end: status 0, and no complaint of a library.
+# Waits for the television to end; expects status 0, and no warning or error from a library.
 expect_clean_end() {
     wait "$process" || fail "the application exited with status $?"
     ! grep -aP '(CRI|ERR|WRN)<\d+>(?!.*Canceled by user)|-(ERROR|CRITICAL|WARNING) \*\*' "$log" || fail 'a library logged an error'

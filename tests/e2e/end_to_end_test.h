@@ -11,7 +11,7 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 
-/** Time-out for a hang, long enough for a busy machine. */
+/** A longer wait counts as a hang, even on a busy machine. */
 inline constexpr std::chrono::minutes busy_machine_limit{5};
 
 /** Starts the application and shuts it down. Steps throw simulator::Failure if the screen does not react in time. */
@@ -29,19 +29,19 @@ protected:
         application_ = launch();
         wait_for_focus("TX Test");
     }
-    /** Launches the application and opens the test page whose first button is this one. */
-    void open_test(const std::string& tab, const std::string& first_button) {
+    /** Launches the application and starts a test; the focus must then be on `focused_button`. */
+    void open_test(const std::string& tab, const std::string& focused_button) {
         open_application();
         activate(tab);
         wait_for_focus("Start " + tab);
-        enter(first_button);
+        enter(focused_button);
     }
 
-    /** Presses a key; "Right*3" presses it three times. */
+    /** Presses a key; "Right*3" presses Right three times. */
     void press(const char* key) const {
         television_.call(simulator::ui, "Press", g_variant_new_parsed("([%s],)", key));
     }
-    /** Presses a widget through its accessible action, once it is displayed. */
+    /** Waits until a widget is displayed, and presses it through its accessible action. */
     void activate(const std::string& name) const {
         wait_for(name);
         television_.call(simulator::ui, "Activate", g_variant_new("(s)", name.c_str()));
@@ -67,11 +67,11 @@ protected:
     void expect_logged(const std::string& text, long times = 1) const {
         expect_soon(text, [&] { return log_.count(text) == times; });
     }
-    /** Waits for the application's exit: status 0, and no radio program running. */
+    /** Waits for the application to exit; expects status 0, and that no radio program is running. */
     void expect_clean_exit() const {
         EXPECT_EQ(application_->wait_for_end(busy_machine_limit), 0);
         EXPECT_THAT(simulator::running_radio_programs(), testing::IsEmpty());
-        // A later launch or init reaps the exited children asynchronously.
+        // The exited children are reaped asynchronously, by init or by a later launch.
         expect_soon("all zombies to be reaped", [] { return simulator::zombies().empty(); });
     }
 
@@ -86,7 +86,7 @@ protected:
         EXPECT_THAT(log_.library_warnings(), testing::IsEmpty());
     }
 
-    // A private connection, so that losing it does not exit the test.
+    // A private connection, because losing the shared one would exit the test.
     const simulator::Client television_{simulator::connect_to_bus(g_getenv("DBUS_SYSTEM_BUS_ADDRESS"))};
     simulator::ApplicationLog log_;
     std::unique_ptr<simulator::Process> application_;

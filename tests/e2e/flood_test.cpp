@@ -9,7 +9,7 @@ constexpr long max_kilobytes = 25'000;
 
 class FloodTest : public EndToEndTest {
 protected:
-    /** Presses a key and returns how many events precede its handling, or its dropping as stale. */
+    /** Presses a key and returns how many events are handled before the key is handled or dropped as stale. */
     [[nodiscard]] long events_before_a_key() const {
         simulator::ApplicationLog log;
         log.skip();
@@ -25,7 +25,7 @@ protected:
     const simulator::Display display_ = simulator::open_display(); // not through the bus, which is flooded
 };
 
-TEST_F(FloodTest, KeysStayResponsiveMemoryIsFreedAndTheRadioStaysInStep) {
+TEST_F(FloodTest, KeysStayResponsiveMemoryIsFreedAndTheRadioStaysUsable) {
     open_test("TX Test", "Set Power");
     const long before = resident_kilobytes();
     for (const auto& [event, times] :

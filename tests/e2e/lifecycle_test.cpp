@@ -14,7 +14,7 @@ protected:
         return simulator::radio_state(television_).find("'stream': <true>") != std::string::npos;
     }
 
-    /** Launches the application, which is expected to find the radio off, and starts a stream. */
+    /** Launches the application, starts the TX test, which must end any earlier stream, and starts a stream. */
     void open_stream() {
         open_test("TX Test", "Set Power");
         EXPECT_FALSE(radio_sends());
@@ -31,7 +31,7 @@ protected:
                                      {"voluntary_ctxt_switches:", "nonvoluntary_ctxt_switches:"});
         return sum;
     }
-    /** Passes if one of three periods has at most two context switches, since a busy machine causes some itself. */
+    /** Passes if one of three periods has at most two context switches; a busy machine causes extra ones. */
     void expect_idle() const {
         const auto is_idle = [this] {
             std::this_thread::sleep_for(1s);
@@ -46,7 +46,7 @@ protected:
 TEST_F(LifecycleTest, IdleApplicationSleepsWithAndWithoutAScreenReader) {
     application_ = launch();
     expect_logged("> _app_service");
-    for (int step = 0; step < 2; ++step) { // without a look at the screen, which announces a screen reader
+    for (int step = 0; step < 2; ++step) { // looking at the screen would announce a screen reader
         std::this_thread::sleep_for(1s);
         press("OK");
     }
@@ -60,7 +60,7 @@ TEST_F(LifecycleTest, IdleApplicationSleepsWithAndWithoutAScreenReader) {
     expect_logged("> _app_resume");
 }
 
-TEST_F(LifecycleTest, LaunchDoesNotWaitForABusyProcess) {
+TEST_F(LifecycleTest, SecondLaunchDoesNotWaitForTheBusyApplication) {
     open_test("TX Test", "Set Power");
     set_host_behaviour(television_, "ember_start_stream", "late 8000");
     activate("Start Stream");
@@ -119,7 +119,7 @@ TEST_F(LifecycleTest, RelaunchAfterAKillRestartsTheRadioAndReportsAMissingDevice
 }
 
 TEST_F(LifecycleTest, LostSystemBusFailsCommandsAndExitShutsDownCleanly) {
-    simulator::SyncReader reader; // the television's own reader needs this bus
+    simulator::SyncReader reader; // the television's own reader needs the system bus
     const auto see = [&](const std::string& text) {
         simulator::Screen screen({});
         expect_soon(text, [&] { return (screen = reader.read("velmora")).shows(text); });

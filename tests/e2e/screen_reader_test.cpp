@@ -56,7 +56,7 @@ protected:
             hear_pending_events();
             return !announcements.empty();
         });
-        while (!std::exchange(announcements, {}).empty()) { // until it is quiet
+        while (!std::exchange(announcements, {}).empty()) { // until there are no more
             std::this_thread::sleep_for(std::chrono::milliseconds(300));
             hear_pending_events();
         }
@@ -65,7 +65,7 @@ protected:
     /** Expects exactly these new announcements, in any order. */
     void expect_announcements(const std::vector<std::string>& wanted) {
         expect_soon("announcements " + testing::PrintToString(wanted), [&] {
-            (void)reader_.read("velmora"); // a synchronous call: earlier events have arrived
+            (void)reader_.read("velmora"); // after this synchronous call, earlier events have arrived
             hear_pending_events();
             return announcements.size() >= wanted.size();
         });
@@ -88,7 +88,7 @@ protected:
     simulator::SyncReader reader_;
 };
 
-TEST_F(ScreenReaderTest, TextsHaveNamesAndRoles) {
+TEST_F(ScreenReaderTest, WidgetsHaveRolesLabelsAndNames) {
     open_test("RX Test", "11");
     EXPECT_THAT(roles(), ElementsAre("heading Velmora", "push button TX Test", "push button RX Test",
                                      "push button Exit", "label Received Packets: ?",
@@ -125,7 +125,7 @@ TEST_F(ScreenReaderTest, AnnouncesFocusAndDialogs) {
     press("Right*2");
     expect_announcements({"push button RX Test", "push button Exit"});
     enter("Cancel");
-    expect_announcements({"push button Yes", "push button Cancel", // new buttons get their texts
+    expect_announcements({"push button Yes", "push button Cancel", // the texts of the new buttons
                           "dialog Exit App", "push button Cancel"});
     send_event(television_, "('ready',)");
     expect_announcements({"label Power: ", "push button Set Power", "label Channel: ",
@@ -134,7 +134,7 @@ TEST_F(ScreenReaderTest, AnnouncesFocusAndDialogs) {
     expect_announcements({"push button Set Power"});
 }
 
-TEST_F(ScreenReaderTest, AnnouncesNewTextsButNothingBetweenPages) {
+TEST_F(ScreenReaderTest, AnnouncesNewTextsButNothingExtraWhenThePageChanges) {
     open_test("RX Test", "11");
     listen();
     press("Up");
@@ -147,7 +147,7 @@ TEST_F(ScreenReaderTest, AnnouncesNewTextsButNothingBetweenPages) {
     expect_announcements({"push button 11", "push button Stop"});
     enter("Start RX Test");
     expect_announcements(
-        {"push button Start RX Test", "push button Start RX Test"}); // its new text, and its focus
+        {"push button Start RX Test", "push button Start RX Test"}); // for its new text and for its focus
     press("Up");
     expect_announcements({"push button RX Test"});
 }

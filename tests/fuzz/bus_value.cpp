@@ -7,7 +7,7 @@ namespace {
 
 GVariant* reply = nullptr; // the answer to the next call
 
-// Uses a bus without any other service.
+// Connects to a bus that has no other service.
 ncp_requester& requester() {
     const char* const bus = getenv("DBUS_SESSION_BUS_ADDRESS");
     expect(bus != nullptr && setenv("DBUS_SYSTEM_BUS_ADDRESS", bus, 1) == 0);

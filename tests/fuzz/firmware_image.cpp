@@ -5,7 +5,7 @@
 
 #include <sys/mman.h>
 
-// An image contains a version of three numbers or none; every version selects a configuration.
+// An image of at least eight bytes contains a version; every version, even an empty one, selects a configuration.
 void fuzz(const std::string& input) {
     static const std::string file = "/proc/self/fd/" + std::to_string(memfd_create("image", 0));
     put_file(file, input);

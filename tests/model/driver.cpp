@@ -30,7 +30,7 @@ bool call_television(const char* method, const char* argument) {
     }
 }
 
-/** Formats a screen, calls of the radio service, and how often texts were logged. */
+/** Formats a screen, calls to the radio service, and how often texts were logged. */
 std::string format(const std::string& screen, const std::vector<std::string>& calls, const Log& log) {
     std::string text = screen.substr(0, 1000) + "\n  calls: " + simulator::joined(calls, ", ");
     for (const auto& [logged, times] : log)
@@ -121,7 +121,7 @@ void Driver::act(const Transition& by) {
         return;
     case Act::hold:
         return simulator::press_key(display_, by.key, by.times > 1 ? 1100ms : 400ms);
-    case Act::activate: // the screen shows whether it was refused
+    case Act::activate: // the screen shows whether the action was refused
         if (const auto widget = seen_.find(text_of(state_, by.key)); widget != seen_.end())
             reader_.activate(widget->second);
         return;
@@ -140,9 +140,9 @@ void Driver::act(const Transition& by) {
                        "the application keeps the keyboard");
     }
     case Act::restart_service:
-        call_television("Kill", "ncp_host"); // it may have exited already
+        call_television("Kill", "ncp_host"); // the service may have exited already
         calls_seen_ = 0;
-        // The simulator notices its exit a little later.
+        // The simulator notices the service's exit a little later.
         return require(wait_until([] { return call_television("Start", "ncp_host"); }, busy_machine_limit),
                        "the radio service did not restart");
     case Act::terminate:
@@ -166,11 +166,11 @@ std::string Driver::look() {
         if (widget.role == "push button")
             seen_.insert_or_assign(widget.name, widget);
     }
-    // A popup may cover these buttons.
+    // Uses the places where these buttons were last seen, since a popup may cover them now.
     return line + (seen_["Exit"].x < seen_["TX Test"].x ? " | from the right" : "");
 }
 
-/** Returns no calls while the service is not running. */
+/** Returns the calls since the previous step; none while the service is not running. */
 std::vector<std::string> Driver::new_calls() const {
     try {
         const auto all = simulator::host_calls(this_television());
@@ -190,7 +190,7 @@ std::string Driver::await(const std::vector<std::string>& calls, const Log& text
         seen = format(look(), new_calls(), logged);
         return seen == wanted;
     };
-    // Looks again after the calls, since the page may still be about to change.
+    // Looks again after reading the calls, since the page may have changed meanwhile.
     if (!wait_until([&] { return is_as_wanted() && look() == rendering(state_); }, busy_machine_limit))
         return "expected: " + wanted + "\nseen:     " + seen;
     calls_seen_ += std::ssize(calls);

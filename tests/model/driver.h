@@ -10,7 +10,7 @@
 
 namespace model {
 
-/** Its errors are std::runtime_error. If the application differs from the model, they list the steps that led to it. */
+/** Throws std::runtime_error. If the application differs from the model, the error lists the steps up to there. */
 class Driver {
 public:
     /** Starts the application. */
@@ -22,15 +22,15 @@ public:
     [[nodiscard]] const State& state() const { return state_; }
 
 private:
-    /** Injects the transition's fault. @return how to remove it. */
+    /** Injects the transition's fault. @return a function that removes the fault. */
     std::function<void()> inject(const Transition& by, const std::vector<std::string>& calls);
     void act(const Transition& by);
     [[nodiscard]] std::string look();
     [[nodiscard]] std::vector<std::string> new_calls() const;
 
-    /** Waits for the state, these new calls and these logged texts. @return the difference; empty if there is none. */
+    /** Waits for the screen of `state_`, these new calls and these logged texts. @return the difference, if any. */
     [[nodiscard]] std::string await(const std::vector<std::string>& calls, const Log& texts);
-    /** Fails unless `is_met`. */
+    /** Throws an error with the steps and the difference unless `is_met`. */
     void require(bool is_met, const std::string& difference) const;
 
     simulator::Display display_ = simulator::open_display();

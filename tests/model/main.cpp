@@ -15,7 +15,7 @@ using Steps = std::vector<const Transition*>;
 /** A transition and the masked state in which it starts. */
 auto edge(const State& from, const Transition& by) { return std::pair(by.name, key(from, by.mask)); }
 
-/** Returns the cheapest path to a wanted step, including that step; nothing if there is none. */
+/** Returns the cheapest path to a wanted step, including that step; empty if there is none. */
 Steps nearest(const State& from, const std::function<bool(const State&, const Transition&)>& is_wanted) {
     std::multimap<int, std::pair<Outcome, Steps>> open{{0, {{from, {}, false, {}}, {}}}}; // by cost
     std::set<decltype(key(from))> seen;
@@ -37,7 +37,7 @@ Steps nearest(const State& from, const std::function<bool(const State&, const Tr
     return {};
 }
 
-/** Performs every transition, or those that start in one of five pages. */
+/** Performs every transition, or only those that start on this page, 1 to 5; 0 stands for all pages. */
 void tour(Driver& driver, int page) {
     std::set<decltype(edge(State{}, {}))> taken;
     const auto is_wanted = [&](const State& state, const Transition& by) {

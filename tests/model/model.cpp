@@ -46,7 +46,7 @@ void press_arrow(State& state, const std::string& key) {
 
 // The radio.
 
-/** Sends the radio a command that it accepts in some states. @return whether the application gets a success. */
+/** Sends a command, which the radio accepts only in some states. @return whether the application sees a success. */
 bool ask(Outcome& state, const Transition& by, const std::string& call, const std::set<Radio>& accepting,
          Radio next) {
     state.calls.push_back(call);

@@ -20,8 +20,8 @@ struct Picker {
     int lowest = 0;
     int highest = 0;
     int number = lowest;
-    std::optional<int> set = {}; /**< the number on the button */
-    std::string restart = {}; /**< what a restart of the test did to the number since the picker was open */
+    std::optional<int> set = {}; /**< the number on the button, if any */
+    std::string restart = {};    /**< what a radio start did to the number since the picker closed */
 
     /** How far the number is from the limits; 2 stands for all longer distances. */
     [[nodiscard]] auto distances() const {
@@ -31,7 +31,7 @@ struct Picker {
     [[nodiscard]] auto history() const { return std::pair(restart, number > lowest); }
 };
 
-/** Widgets are named by their text or, if the text changes, by their purpose; "" is none. */
+/** Widgets are named by their text or, if the text changes, by their purpose; "" means no widget. */
 struct State {
     Page page = Page::first;
     std::string start = {};        /**< the start button's text after a press */
@@ -81,9 +81,9 @@ inline bool is_locked(const State& state, const std::string& button) {
 }
 
 /**
- * Returns the fields that are named in the mask, or all. "waits" is whether the start button was pressed, with any
- * result; a mask names it instead of "start" to save failed starts, which take three seconds each. "picker" is the one
- * that the focused button opens.
+ * Returns the fields that the mask names; all if it is empty. "waits" is whether the start button was pressed. Masks
+ * with "waits" need fewer failed starts, which take three seconds each, than masks with "start", the button's text.
+ * "picker" is the picker that the focused button opens.
  */
 inline auto key(const State& state, const std::string& mask = {}) {
     const auto kept = [&mask](const char* field, const auto& value) {
@@ -106,17 +106,17 @@ enum class Act : std::uint8_t {
     hold,            /**< hold `key` down */
     activate,        /**< use the accessible action of the button `key` */
     event,           /**< make the radio service send an event with the values `key` */
-    change_language, /**< to one with the opposite text direction */
+    change_language, /**< change to a language with the opposite text direction */
     launch_again,
     cover,           /**< open and close another window, which takes the keyboard */
-    restart_service, /**< which then sends "ready" */
+    restart_service, /**< restart the radio service, which then sends "ready" */
     // These stop the application, with the shutdown reason `key`, and restart it.
     terminate, /**< send SIGTERM */
     close,     /**< ask the window to close */
     destroy    /**< destroy the window as another client */
 };
 
-/** Whether the radio executes the single command of a step as its state requires, and whether its answer is lost. */
+/** What a step's only command gets: the answer that fits the radio's state, a refusal, or no answer. */
 enum class Answer : std::uint8_t { normal, refused, lost };
 
 /** How many times each text is logged. */
@@ -127,12 +127,12 @@ struct Transition {
     std::string name;
     Act act = Act::press;
     std::string key = {};
-    std::string mask = {}; /**< state fields whose combinations are covered separately */
+    std::string mask = {}; /**< the tour covers each combination of these state fields */
     int cost = 1;          /**< approximate duration in milliseconds */
     std::function<bool(const State&)> can_happen = {};
     int times = 1;
     std::string behaviour =
-        "normal"; /**< of the radio service for the command; "is away"; or "without PROGRAM" */
+        "normal"; /**< how the radio service answers; or "is away", or "without PROGRAM" (a radio program) */
     Answer answer = Answer::normal;
     Log log = {};
     std::string packets = some_packets; /**< the count that the page then shows */
@@ -141,7 +141,7 @@ struct Transition {
 /** All transitions. */
 extern const std::vector<Transition> transitions;
 
-/** Every fault on every command, and unusual events. Their names begin with that of the normal transition and ":". */
+/** Every fault on every command, and unusual events. Each name begins with the normal transition's name and ":". */
 std::vector<Transition> faults();
 
 /** The next state, and what happened on the way. */

@@ -27,7 +27,7 @@ std::vector<Transition> all_transitions() {
     const auto ok_commands =
         focus_on({"stream", "Stop Test", "Count Received Packets", "Reset Count", "Stop", "number"});
     std::vector<Transition> all{
-        {"Down, behind", press, "Down", "page popup", 30, behind_another},
+        {"Down, the window is behind", press, "Down", "page popup", 30, behind_another},
         {"Back", press, "Back", coarse, 60, in_front},
         {"Exit", press, "Exit", coarse, 60, in_front},
         {"Red", press, "Red", coarse, 60, always},
@@ -40,13 +40,13 @@ std::vector<Transition> all_transitions() {
         {"OK held", hold, "OK", "page popup focus", 500, ok_starts_nothing},
         {"OK twice, the radio is silent", press, "OK", "page start", 300, ok_starts, 2, "without zigbeed"},
         {"OK, the radio is silent", press, "OK", "page start", 300, ok_starts, 1, "without zigbeed"},
-        {"OK, the relay is missing", press, "OK", "page", 4000, ok_starts, 1, "without socat"},
+        {"OK, socat is missing", press, "OK", "page", 4000, ok_starts, 1, "without socat"},
         {"OK, refused", press, "OK", command, 40, ok_commands, 1, "code 5", Answer::refused},
         {"OK, answered after a delay", press, "OK", command, 600, ok_commands, 1, "late 500"},
         {"the radio is ready", event, "('ready',)", parts + " texts packets behind", 50, always},
         {"another event", event, "('READY',)", parts, 30, always},
         {"the language changes", change_language, "", parts + " texts mirrored made", 60, always},
-        {"the language changes, behind", change_language, "", "page waits", 60, behind_another},
+        {"the language changes, the window is behind", change_language, "", "page waits", 60, behind_another},
         {"a second launch", launch_again, "", "page waits popup behind", 40, always},
         {"another window opens and closes", cover, "", "page waits popup focus", 200, in_front},
         {"the radio service restarts", restart_service, "", "page popup stream", 200, radio_can_answer},
@@ -65,14 +65,14 @@ std::vector<Transition> all_transitions() {
                    (state.exit_popup_made && has(exit_popup, button));
         };
         const std::string mask =
-            button == "Yes" ? "page popup stream" : parts + " radio behind"; // it stops the application
+            button == "Yes" ? "page popup stream" : parts + " radio behind"; // "Yes" stops the application
         all.push_back(
             {"screen reader: " + button, activate, button, mask, button == "start" ? 300 : 20, is_there});
     }
     return all;
 }
 
-/** Commands, and the text logged if one fails; empty if only the page shows the failure. */
+/** Each command, and the text logged if it fails; empty if only the page shows the failure. */
 const std::vector<std::pair<std::string, std::string>> commands{
     {"ember_start", ""},
     {"ember_set_power", "failed to set power"},
@@ -88,7 +88,7 @@ struct Behaviour {
     std::string text;
     std::string cause; /**< the logged text; METHOD stands for the command */
     Answer answer = Answer::refused;
-    std::string packets = {}; /**< only for the command that returns it */
+    std::string packets = {}; /**< the packet count, only for the command that returns one */
 };
 
 const std::string long_text(1U << 20U, 'x');
@@ -128,7 +128,7 @@ Transition faulty(const std::string& normal, const std::string& fault) {
     return by;
 }
 
-/** Whether a step can happen and sends the radio only this command, and the result depends on the answer. */
+/** Whether a step can happen, sends the radio only this command, and has a result that depends on the answer. */
 bool asks(const State& state, Transition by, const std::string& method) {
     const Outcome outcome = follow(state, by);
     by.answer = Answer::refused;

@@ -39,7 +39,7 @@ TEST_F(RadioCount, IncreasesOnlyOnItsChannelInTheRxTest) {
     ask("reset_rx_statistics");
     EXPECT_EQ(received_after(1s), 10);
     radio_.set_traffic(11, 10, now_);
-    for (int turn = 0; turn < 20; ++turn) { // each stay is slightly too short for a packet
+    for (int turn = 0; turn < 20; ++turn) { // each stay on a channel is slightly too short for a packet
         received_after(turn % 2 == 0 ? 90ms : 10ms);
         ask(turn % 2 == 0 ? "set_channel 11" : "set_channel 15");
     }

@@ -40,7 +40,7 @@ long ApplicationLog::count(const std::string& text) const {
 }
 
 std::vector<std::string> ApplicationLog::library_warnings() const {
-    // EFL's accessibility warns if a process exits while it registers, and its canvas if the machine is busy.
+    // Ignores two warnings: EFL was still registering for accessibility at exit, or drew too slowly (a busy machine).
     constexpr auto warning =
         R"((CRI|ERR|WRN)<\d+>(?!.*(Canceled by user|timeout waiting for async rendering))|-(ERROR|CRITICAL|WARNING) \*\*)";
     std::vector<std::string> warnings = lines();

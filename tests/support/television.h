@@ -20,7 +20,7 @@ std::vector<std::string> host_calls(const Client& client);
 /** Sets how the NCP host answers a method, see `parse_behaviour`. @throws Failure, UsageError. */
 void set_host_behaviour(const Client& client, const std::string& method, const std::string& behaviour);
 
-/** Sends "ncp_event" repeatedly with values in GVariant text, for example "(7, true)". Needs no NCP host. */
+/** Sends "ncp_event" `times` times with values in GVariant text, for example "(7, true)". Needs no NCP host. */
 void send_event(const Client& client, const std::string& values, int times = 1);
 
 /** Returns the radio module's state: "{'mode': <'off'>, ..., 'stream': <false>, ...}". @throws Failure. */

@@ -5,14 +5,14 @@
 
 namespace simulator {
 
-/** A window that covers the screen and takes the keyboard; it closes with its connection to the display. */
+/** A window of another client while this object exists; a window manager gives it the screen and the keyboard. */
 class OtherWindow {
 public:
     OtherWindow();
 
     /** Whether it has the keyboard. */
     [[nodiscard]] bool has_keys() const;
-    /** Takes the keyboard once it is visible, if there is no window manager to assign it. */
+    /** Waits until the window is visible, and takes the keyboard; needed only if there is no window manager. */
     void take_keys() const;
 
 private:

@@ -21,13 +21,13 @@ namespace {
 using namespace std::chrono_literals;
 
 /**
- * One run of the framework; ", " separates steps and lines. A step is an operation from the table below with its
- * argument, or a shell command.
+ * One run of the framework; ", " separates steps and lines. A step is a shell command, or an entry of
+ * `operations` with its argument.
  */
 struct Case {
     const char* name;
     std::string steps;        /**< performed in another thread after the launch */
-    std::string lines;        /**< expected messages of the probe and of the framework */
+    std::string lines;        /**< expected messages of the application and of the framework */
     std::string create = {};  /**< steps of the create callback */
     std::string prepare = {}; /**< steps before the framework starts */
     int status = 0;           /**< exit status of the process, as in a shell */
@@ -35,9 +35,9 @@ struct Case {
 
 Evas_Object* window = nullptr;
 std::jthread user;
-bool lose_next_call = false;
+bool lose_next_request = false;
 
-/** Logs a line like the framework. */
+/** Logs a line as the framework does. */
 void say(const std::string& line) {
     __dlog_print(platform::LogBuffer::main, platform::LogPriority::info, "PLATFORM", "%s", line.c_str());
 }
@@ -71,7 +71,7 @@ void await(const std::string& times_and_text) {
     (void)simulator::wait_until(is_logged, 60s);
 }
 
-/** Waits for a state of the accessibility bridge. */
+/** Waits for a state of the accessibility bridge, "connected" or "not connected", and logs the result. */
 void await_bridge(const std::string& state) {
     const auto is_reached = [&] {
         std::this_thread::sleep_for(500ms);
@@ -82,7 +82,7 @@ void await_bridge(const std::string& state) {
     say(simulator::wait_until(is_reached, 60s) ? state : "not " + state);
 }
 
-/** Checks that the toolkit's clock is up to date in a GLib timer's callback. */
+/** Logs whether the toolkit's clock is up to date in a GLib timer's callback. */
 void start_timer(const std::string& /*argument*/) {
     const auto on_timer = [](gpointer) {
         say(ecore_time_get() - ecore_loop_time_get() < 0.2 ? "in time" : "the clock is old");
@@ -113,7 +113,7 @@ const std::map<std::string, void (*)(const std::string&)> operations{
     {"hold", [](const auto& key) { simulator::move_key(simulator::open_display(), key, true); }},
     {"ignore_hangup", [](const auto&) { std::signal(SIGHUP, SIG_IGN); }},
     {"loop", [](const auto&) { in_loop([] {}); }}, // waits until the loop runs
-    {"lose_question", [](const auto&) { lose_next_call = true; }},
+    {"lose_request", [](const auto&) { lose_next_request = true; }},
     {"press", press},
     {"press_at_once", [](const auto& keys) { in_loop([&] { press(keys); }); }},
     {"quit", [](const auto&) { in_loop(ui_app_quit); }},
@@ -170,7 +170,7 @@ bool create(void* test_case) {
 
 void terminate(void* /*test_case*/) {
     say(std::string("terminate ") + elm_win_title_get(window)); // Elementary is still initialised
-    user.join();                                                // wait for its last steps
+    user.join();                                                // wait for the last steps
     evas_object_del(window);
 }
 
@@ -194,7 +194,7 @@ int run(Case test_case) {
     return ui_app_main(1, &arguments, &callbacks, &test_case);
 }
 
-/** The lines of a run with a clean shutdown, with these between launch and shutdown. */
+/** The lines of a run that shuts down cleanly, with `lines` between launch and shutdown. */
 std::string normal_run(const std::string& lines = "",
                        const std::string& reason = "the application asked to") {
     return "create, app_control, " + lines + (lines.empty() ? "" : ", ") + "the main loop ends: " + reason +
@@ -249,7 +249,7 @@ const std::vector<Case> cases{
      "reader true, await_bridge not connected, pkill -CONT -f [a]ccessibility.conf, await_bridge connected, "
      "quit",
      normal_run("not connected, lost, connected, key Return, not connected, not connected, connected"), "",
-     "set_mode 1, lose_question"},
+     "set_mode 1, lose_request"},
 };
 
 class Framework : public testing::TestWithParam<Case> {};
@@ -274,10 +274,10 @@ INSTANTIATE_TEST_SUITE_P(, Framework, testing::ValuesIn(cases),
 
 } // namespace
 
-// Replaces EFL's function, with which the accessibility bridge requests the address of its bus.
+// Replaces the EFL function with which the accessibility bridge requests the address of its bus.
 extern "C" Eldbus_Pending* eldbus_object_send(Eldbus_Object* object, Eldbus_Message* message,
                                               Eldbus_Message_Cb answered, const void* data, double timeout) {
-    if (std::exchange(lose_next_call, false)) {
+    if (std::exchange(lose_next_request, false)) {
         say("lost");
         eldbus_message_unref(message);
         return nullptr;

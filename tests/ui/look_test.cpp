@@ -35,7 +35,7 @@ Eina_Rectangle edge_of(const Evas_Object* object) {
 }
 
 bool is_whole(const test::Drawn& text) {
-    if (test::is_type(text.object, "text")) // one that is shortened lacks its last character
+    if (test::is_type(text.object, "text")) // a shortened text lacks its last character
         return evas_object_text_char_pos_get(text.object, eina_unicode_utf8_get_len(text.text.c_str()) - 1,
                                              nullptr, nullptr, nullptr, nullptr) != EINA_FALSE;
     int width = 0;
@@ -69,7 +69,7 @@ protected:
         evas_event_callback_del(evas_object_evas_get(window), EVAS_CALLBACK_RENDER_POST, on_frame);
     }
 
-    /** Checks the rendering in both text directions. A picker's arrow must be dim unless it can step (`less`, `more`). */
+    /** Checks both text directions. Unless `less` (`more`), the arrow to smaller (larger) numbers must be dim. */
     void check(const std::string& page, bool less = true, bool more = true) {
         SCOPED_TRACE(page);
         test::run_for(std::chrono::milliseconds(650)); // until the press feedback has ended
@@ -111,7 +111,7 @@ private:
             EXPECT_NE(is_whole(*text), text->text.ends_with(endless));
             EXPECT_TRUE(test::is_inside(area, test::geometry(window)));
             EXPECT_TRUE(test::is_inside({area.x, area.y + area.h / 10, area.w, area.h * 8 / 10},
-                                        widget)); // the letters
+                                        widget)); // the letters, without spacing
             const bool is_usable = test::is_type(text->widget, "elm_button") &&
                                    elm_object_focus_allow_get(text->widget) != EINA_FALSE;
             EXPECT_TRUE(!is_usable || test::contrast(edge_of(text->widget)) >= 3.0);
@@ -216,7 +216,7 @@ TEST_F(LookWindow, HasAUserPositionAndTakesTheKeyboardWhenRaised) {
     ecore_x_icccm_size_pos_hints_get(elm_win_xwindow_get(window), &is_placed, nullptr, nullptr, nullptr,
                                      nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
     EXPECT_TRUE(is_placed);
-    const Eina_Rectangle corner{0, 0, 320, 180}; // that the other window covers
+    const Eina_Rectangle corner{0, 0, 320, 180}; // covered by the other window
     const simulator::Pixels before = test::look_at(corner);
     const auto is_in_front = [&] { return elm_win_focus_get(window) && test::look_at(corner) == before; };
     const simulator::OtherWindow other;

@@ -12,8 +12,8 @@ namespace {
 class MainPage : public test::Pages {};
 
 TEST_F(MainPage, ExceptionDuringStartIsLoggedAndPleaseWaitStays) {
-    const std::filesystem::path relay = "/opt/usr/apps/com.kelsor.tv.brimhub/bin/socat";
-    std::filesystem::rename(relay, relay.string() + ".away"); // the application waits for it
+    const std::filesystem::path socat = "/opt/usr/apps/com.kelsor.tv.brimhub/bin/socat";
+    std::filesystem::rename(socat, socat.string() + ".away"); // the application waits for socat's link
     activate("TX Test");
     const Evas_Object* const button = find("Start TX Test");
     std::optional<simulator::Pixels> frozen;
@@ -24,7 +24,7 @@ TEST_F(MainPage, ExceptionDuringStartIsLoggedAndPleaseWaitStays) {
     const simulator::Pixels before = test::fill_of(button);
     activate("Start TX Test");
     usleep_replacement = nullptr;
-    std::filesystem::rename(relay.string() + ".away", relay);
+    std::filesystem::rename(socat.string() + ".away", socat);
     EXPECT_TRUE(frozen && !(*frozen == before) && *frozen == test::fill_of(button));
     EXPECT_EQ(find("Please Wait..."), button);
     EXPECT_THAT(log.text(), testing::HasSubstr("> ended with an exception: unforeseen: Resource"));

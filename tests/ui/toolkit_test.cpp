@@ -85,7 +85,7 @@ TEST_F(Toolkit, AppendedItemIsShownOnceAtTheNextRendering) {
     for (const bool render : {false, true}) {
         Evas_Object* const button = add_button("Go");
         EXPECT_FALSE(evas_object_visible_get(button));
-        int shown = 0; // after the append
+        int shown = 0; // how often, after the append
         evas_object_event_callback_add(button, EVAS_CALLBACK_SHOW, count, &shown);
         render ? elm_vell_root_layout_render(page) : settle();
         EXPECT_TRUE(evas_object_visible_get(button));

@@ -48,7 +48,7 @@ TEST(Log, WritesOneLineWithoutControlCharacters) {
     }
 }
 
-TEST(Log, ColoursOnATerminal) {
+TEST(Log, ColoursLinesOnATerminal) {
     int user = -1;
     int screen = -1;
     ASSERT_EQ(openpty(&user, &screen, nullptr, nullptr, nullptr), 0);

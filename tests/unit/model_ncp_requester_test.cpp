@@ -56,7 +56,7 @@ TEST_F(NcpRequesterTest, SecondStartIsIgnoredAndListenersHearNothingAfterStopOrD
     EXPECT_THAT(notes, ElementsAre("1 ready"));
 }
 
-// Also removes the other listener, which still receives the event in progress.
+// This listener also removes the other one, which still receives the event in progress.
 template <int number>
 void start_radio_and_unregister(const std::string& /*data*/, void* notes) {
     ncp_requester& requester = ncp_requester::getInstance();

@@ -12,7 +12,7 @@ using testing::AllOf;
 using testing::Each;
 using testing::SizeIs;
 
-// Lets fork and popen fail, and open with O_CREAT, which the kernel may refuse for another user's file in /tmp.
+// Makes fork and popen fail, and also open with O_CREAT, which the kernel may refuse for another user's file in /tmp.
 static bool creation_is_refused = false;
 
 // Replace the C library's functions at link time (-Wl,--wrap=fork, for example).
@@ -69,7 +69,7 @@ TEST_F(UtilTest, FailedProcessCreationIsLogged) {
     EXPECT_EQ(log.messages().back(), "E util.cpp: get_command_result > Command [pgrep -c any] result : ");
 }
 
-TEST_F(UtilTest, CountingStopsOnlyAtTheAnswerZero) {
+TEST_F(UtilTest, ProcessCountIsRepeatedUnlessTheAnswerIsZero) {
     const std::string program = folder / "pgrep";
     put_file(program, "#!/bin/sh\nprintf %s \"$ANSWER\"\n");
     std::filesystem::permissions(program, std::filesystem::perms::owner_all);

@@ -19,7 +19,7 @@ const fs::path folder = top / "data";
 const fs::path file = folder / "aaba977f";
 
 struct Killed {};
-thread_local std::string calls; // of write and fsync, one letter each
+thread_local std::string calls; // w: write, f: fsync of the file, d: fsync of a folder
 thread_local std::size_t allowed_calls = std::string::npos;
 
 // Records a call, or throws, which leaves the files as a killed process does.
@@ -102,7 +102,7 @@ TEST_F(SecureStorage, KeepsRecordsSeparateAndReplacesThem) {
     EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1) << "a temporary file was left";
 }
 
-// Records of devices in the field must stay readable, and one without a terminating NUL is complete too.
+// Records on devices in the field must stay readable; a record without a terminating NUL is complete, too.
 TEST_F(SecureStorage, ApplicationKeepsItsCredentialAndTheTerminatingNul) {
     SecureStorageCredential application{.words = {}, .kind = 1};
     std::memcpy(application.words.data(), "velmora.radio-module", sizeof application.words);
@@ -172,7 +172,7 @@ TEST_F(SecureStorage, ModesIgnoreTheUmaskAndTheOwnerIsKept) {
         for (const auto& [path, mode] :
              {std::pair{share, 0755U}, {top, 0700U}, {folder, 0700U}, {file, 0600U}})
             EXPECT_EQ(fs::status(path).permissions(), fs::perms{mode}) << path << ", umask " << mask;
-        const bool is_given_away = chown(file.c_str(), 1234, 5678) == 0; // by root
+        const bool is_given_away = chown(file.c_str(), 1234, 5678) == 0; // succeeds only for root
         EXPECT_EQ(write("version", "1.2.9"), platform::ok);
         const char* const is_owner_kept =
             "test $(stat -c %u:%g /opt/share/securestorage/data/aaba977f) = 1234:5678";
@@ -194,7 +194,7 @@ TEST_F(SecureStorage, RefusesOtherFilesAndUnsafeLinks) {
         const std::string good = content_of(file);
         const int status = std::system(("cd " + top.string() + "; mv data elsewhere; " + command).c_str());
         EXPECT_TRUE(status == 0 || geteuid() != 0) << "only root can change an owner";
-        // Root's link to a folder that only root can write.
+        // Only a link owned by root, to a folder that only root can write, is followed.
         const bool is_followed = command == "ln -s elsewhere data" && geteuid() == 0;
         EXPECT_EQ(read("version").result, is_followed ? platform::ok : platform::storage_failed);
         EXPECT_EQ(write("version", "1.2.9"), is_followed ? platform::ok : platform::storage_failed);

@@ -56,13 +56,13 @@ inline Eina_Rectangle geometry(const Evas_Object* widget) {
     return area;
 }
 
-/** Whether an area contains another one completely. */
+/** Whether `inner` lies completely within `outer`. */
 inline bool is_inside(const Eina_Rectangle& inner, const Eina_Rectangle& outer) {
     return inner.x >= outer.x && inner.y >= outer.y && inner.x + inner.w <= outer.x + outer.w &&
            inner.y + inner.h <= outer.y + outer.h;
 }
 
-/** A second connection: its keys come as from a keyboard, and it sees only what the window's connection has flushed. */
+/** A second connection: its keys arrive as from a keyboard; it sees only what the window's connection has flushed. */
 inline const simulator::Display& display() {
     static const simulator::Display display = simulator::open_display();
     return display;
@@ -86,7 +86,7 @@ inline double luminance(const simulator::Color& color) {
     return 0.2126 * linear(color[0]) + 0.7152 * linear(color[1]) + 0.0722 * linear(color[2]);
 }
 
-/** The contrast between the lightest and the darkest pixel of an area, 1 to 21 (WCAG 2). */
+/** The contrast between the lightest and the darkest pixel of an area, from 1 (none) to 21. */
 inline double contrast(const Eina_Rectangle& area) {
     const simulator::Pixels pixels = look_at(area);
     double darkest = 1.0;
@@ -162,7 +162,7 @@ protected:
     /** Presses and releases a key. */
     static void type(const char* key) {
         simulator::press_key(display(), key);
-        ecore_x_sync(); // this process's connection has received it, too
+        ecore_x_sync(); // now this process's connection has received the key, too
     }
     static void press(const char* key) {
         type(key);
@@ -205,7 +205,7 @@ protected:
         return elm_vell_button_text_get(elm_object_focused_object_get(window));
     }
 
-    LogCapture log; // keeps what is logged out of the test's output
+    LogCapture log; // keeps log messages out of the test's output
     Evas_Object* window = nullptr;
 };
 

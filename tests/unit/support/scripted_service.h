@@ -3,7 +3,7 @@
 #include "base/bus.h"
 #include "support/television.h"
 
-/** The television's NCP host; its answers persist across tests. */
+/** The television's NCP host; the answers that a test sets persist in later tests. */
 class ScriptedService {
 public:
     /** Sets a method's answer, a tuple in GVariant text, for example "('12 packets', 0)". */
