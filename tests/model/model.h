@@ -35,8 +35,8 @@ struct Picker {
 struct State {
     Page page = Page::first;
     std::string start = {};        /**< the start button's text after a press */
-    std::string popup = {};        /**< the button that opened it */
-    std::string focus = "TX Test"; /**< in the page */
+    std::string popup = {};        /**< the button that opened the popup */
+    std::string focus = "TX Test"; /**< the page's focused widget */
     std::string popup_focus = {};
     Radio radio = Radio::unreachable;
     bool stream_button_stops = false;

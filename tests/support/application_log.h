@@ -18,8 +18,8 @@ public:
     [[nodiscard]] std::vector<std::string> lines() const;
 
     /**
-     * The application's messages without process IDs and line numbers, "E dbus_client.cpp: Init > [b]": priority, file,
-     * operation, text; those of its platform layer as "I PLATFORM > the main loop ends: SIGTERM".
+     * The application's messages as "PRIORITY FILE: OPERATION > TEXT", for example "E dbus_client.cpp: Init > [b]"; the
+     * messages of its platform layer as "PRIORITY PLATFORM > TEXT".
      */
     [[nodiscard]] std::vector<std::string> messages() const;
 

@@ -134,7 +134,7 @@ private:
         return contrasts;
     }
 
-    /** The image of the focus ring and its widget; null if none is visible. */
+    /** The focus ring's image, and the widget that has the ring; null if no ring is visible. */
     [[nodiscard]] test::Drawn focus_ring() const {
         test::Drawn ring{};
         for (const test::Drawn& each : drawn()) {

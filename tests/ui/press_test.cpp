@@ -102,8 +102,7 @@ TEST_F(Press, ShowsPressedLookAndResult) {
     expect_press("the press has no effect", button, do_nothing, button);
     expect_press("another widget's text is set to the same value", button, set_label, label);
     expect_press(
-        "its text is set to the same value", button, [this] { elm_vell_button_text_set(button, "Go"); },
-        button);
+        "the button's text is set again", button, [this] { elm_vell_button_text_set(button, "Go"); }, button);
     expect_press("another button is locked", button, allow(EINA_FALSE), other);
     EXPECT_FALSE(fill_of(other) == idle);
     elm_object_focus_set(spinner, EINA_TRUE);

@@ -43,7 +43,7 @@ const std::vector<Layout> layouts = {
      {{100, 50, 400, 150}, {100, 200, 400, 150}}}, // larger than the layout
 };
 
-TEST(ToolkitPlacement, LayoutsGetTheirContentSizeAndItemsTheirPlaces) {
+TEST(ToolkitPlacement, ComputesContentSizesAndItemPlaces) {
     for (const auto& [arrangement, items, content, places] : layouts) {
         const auto [width, height] = content_size(arrangement, items);
         EXPECT_EQ((std::array{width, height}), content);

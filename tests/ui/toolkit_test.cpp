@@ -214,7 +214,7 @@ TEST_F(Toolkit, PopupTakesTheFocusAndReturnsItWhenHidden) {
 
 TEST_F(Toolkit, LayoutUnitFits240TimesIntoTheWidthAnd135TimesIntoTheHeight) {
     EXPECT_EQ(elm_vell_unit_to_pixel(240.0), 1280);
-    EXPECT_EQ(elm_vell_unit_to_pixel(10.0), 53); // 53.3
+    EXPECT_EQ(elm_vell_unit_to_pixel(10.0), 53); // 53.3, rounded
     for (const auto& [setting, width] : {std::pair("960x540", 960), std::pair("1280x540", 960),
                                          std::pair("480x720", 480), std::pair("wide", 1280)}) {
         const test::SettingsFolder settings(std::string("[screen]\nsize=") + setting + "\n");

@@ -71,7 +71,7 @@ TEST_F(DBusClientTest, CallsWaitTwoMinutesAndLogErrors) {
     EXPECT_EQ(untouched, nullptr);
 }
 
-TEST_F(DBusClientTest, RegistryIdentifiesEntriesByNameAndCallback) {
+TEST_F(DBusClientTest, RegistrationsAreIdentifiedBySignalAndCallback) {
     const simulator::BusConnection shared = simulator::connect_to_system_bus(); // outlives Deinit
     client.Init();
     EXPECT_FALSE(client.RegisterDBusSignalCB("", note<1>, &notes));

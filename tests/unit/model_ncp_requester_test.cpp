@@ -8,7 +8,7 @@
 using testing::Contains;
 using testing::ElementsAre;
 
-// How many of the next connections to the bus fail.
+// How many of the next attempts to connect to the bus will fail.
 static int attempts_to_refuse = 0;
 
 // Replaces GIO's function at link time (-Wl,--wrap=g_bus_get_sync).

@@ -41,7 +41,7 @@ ssize_t __wrap_write(int descriptor, const void* bytes, std::size_t size) {
 
 decltype(fsync) __real_fsync;
 int __wrap_fsync(int descriptor) {
-    // While the new file exists, it is synced; before and after that, a folder is.
+    // While the new file exists, only that file is synced; before and after that, only folders are.
     const bool is_new_file = fs::exists(folder / "aaba977f.new");
     record(is_new_file ? 'f' : 'd');
     return __real_fsync(descriptor);

@@ -26,9 +26,9 @@ inline void settle() {
     int frames = 0;
     const auto count = [](void* counter) -> Eina_Bool { return ++*static_cast<int*>(counter) != 0; };
     Ecore_Animator* const watch = ecore_animator_add(count, &frames);
-    for (int iterations = 0, before = 0; iterations < 10; before = frames) { // one iteration may draw many
+    for (int iterations = 0, before = 0; iterations < 10; before = frames) {
         ecore_main_loop_iterate_may_block(1);
-        iterations += frames == before ? 0 : 1;
+        iterations += frames == before ? 0 : 1; // an iteration may draw many frames
     }
     ecore_animator_del(watch);
 }
