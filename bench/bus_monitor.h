@@ -14,7 +14,7 @@ public:
     BusMonitor(const BusMonitor&) = delete;
     BusMonitor& operator=(const BusMonitor&) = delete;
 
-    /** Waits for the next call or signal with a name. @return its time. @throws std::runtime_error after ten seconds. */
+    /** Waits for the next call or signal `member`. @return its time. @throws std::runtime_error after ten seconds. */
     Clock::time_point next(const std::string& member);
 
 private:

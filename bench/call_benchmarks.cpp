@@ -51,7 +51,7 @@ void log_line(const char* place, const char* message) {
     dprintf(STDERR_FILENO, "E/VELMORA(%d): %s > %s\n", getpid(), place, message);
 }
 
-/** The same call, with only the log lines of a command. */
+/** The D-Bus call of the radio command, made with GDBus alone, and the command's log lines. */
 std::function<void()> bare_call() {
     const auto bus = simulator::connect_to_system_bus();
     const std::shared_ptr<GDBusProxy> proxy(

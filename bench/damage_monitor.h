@@ -26,7 +26,7 @@ public:
      * @return when the X server reported it; nothing on time-out.
      */
     std::optional<Clock::time_point> next(std::chrono::milliseconds time, double share = 0);
-    /** The same. @throws std::runtime_error after ten seconds. */
+    /** Waits like `next`. @throws std::runtime_error after ten seconds. */
     Clock::time_point wait_for_drawing(double share = 0);
     /** Waits until the screen is idle. */
     void wait_until_quiet();

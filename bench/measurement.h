@@ -11,7 +11,7 @@ namespace bench {
 
 using Clock = std::chrono::steady_clock;
 
-/** PROGRAM for the application. */
+/** The application's name, used as PROGRAM. */
 constexpr const char* own_name = "Velmora";
 
 struct Value {
@@ -24,7 +24,7 @@ inline Value milliseconds(std::chrono::duration<double, std::milli> time) { retu
 void add(const std::string& what, const std::string& program, int repetitions,
          const std::function<Value()>& measure);
 
-/** Adds a measurement of a call's duration, repeated for precision. @param prepare returns the call. */
+/** Measures a call's duration, repeating the call for precision. @param prepare returns the call. */
 void add_call(const std::string& what, const std::string& program,
               const std::function<std::function<void()>()>& prepare);
 

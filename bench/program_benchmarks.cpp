@@ -19,7 +19,7 @@ struct Program {
     std::chrono::milliseconds fixed_delay{};
     /** The keys from the first page to the page on which the NCP host's "ready" opens the test page. */
     std::vector<const char*> keys_to_test{};
-    /** The keys from the test page's initial focus that press "Start Stream". */
+    /** The keys that, from the test page's initial focus, press "Start Stream". */
     std::vector<const char*> keys_to_stream{"Return"};
 };
 const Program velmora{own_name, {VELMORA_PROGRAM}, 500ms, {"Return"}, {"Down", "Down", "Return"}};

@@ -1,7 +1,7 @@
 # pkg_config_library(<name> <module>...): creates an interface library pkg::<name> from pkg-config modules.
 #
-# CMake's IMPORTED_TARGET rejects Debian's EFL, whose .pc files name a missing folder (/usr/include/ector-1). This uses
-# the plain variables instead, without missing folders.
+# CMake's IMPORTED_TARGET rejects Debian's EFL, whose .pc files name a missing folder (/usr/include/ector-1). This
+# function uses the plain variables instead, without missing folders.
 find_package(PkgConfig REQUIRED)
 
 function(pkg_config_library name)

@@ -1,5 +1,5 @@
 # Run by CPack before it makes the packages. Makes their content depend only on the sources and the tools, not on the
-# time, the umask or the folder, and adds a bill of materials to each.
+# time, the umask or the folder, and adds a bill of materials to each package.
 if(NOT DEFINED ENV{SOURCE_DATE_EPOCH})
     execute_process(COMMAND git -C "${CPACK_VELMORA_SOURCES}" log -1 --format=%ct OUTPUT_VARIABLE date
         OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)

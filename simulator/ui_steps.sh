@@ -37,12 +37,12 @@ go() { # KEY NAME: presses a key, up to eight times, until NAME has the focus
     fail "'$2' not reached with $1"
 }
 
-choose() { # TITLE NUMBER: accepts the number in the picker TITLE
+choose() { # TITLE NUMBER: accepts NUMBER, which the picker TITLE shows
     press OK "$1" --gone
     tvctl wait -t "$timeout" --focus "$2" >/dev/null
 }
 
-expect_call() { # CALL: waits until the NCP host has received exactly this new call
+expect_call() { # CALL: waits until the NCP host has received CALL, and no other new call
     local calls deadline=$((SECONDS + timeout))
     expected+=${expected:+ }$1
     until calls=$(tvctl calls) && [[ $calls == "$expected" ]]; do

@@ -1,5 +1,5 @@
 /**
- * The first page with Elementary alone: the same widgets, at the same sizes, in its default style.
+ * Velmora's first page, made with Elementary alone: the same widgets, at the same sizes, in Elementary's default style.
  *
  * A tab shows its start button; "Exit" opens a popup.
  */

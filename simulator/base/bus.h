@@ -50,18 +50,18 @@ public:
     [[nodiscard]] int number(gsize index = 0) const;
     [[nodiscard]] bool flag(gsize index = 0) const;
     [[nodiscard]] std::chrono::milliseconds milliseconds(gsize index = 0) const;
-    /** Returns a descriptor passed with the call, for the caller to close; -1 if there is none. */
+    /** Returns a descriptor passed with the call, which the receiver must close; -1 if there is none. */
     [[nodiscard]] int take_descriptor(int index) const;
 
-    /** @param values floating, one per "out" argument of the interface. */
+    /** @param values floating; one per "out" argument of the method. */
     void answer(std::initializer_list<GVariant*> values = {}) const;
     void refuse(const Refusal& refusal) const;
-    /** Answers without values, or refuses with `error` if `failure` is not empty. */
+    /** Answers without values if `failure` is empty; otherwise refuses with the name `error` and this message. */
     void finish(const char* error, const std::string& failure) const;
     /** Returns a copy to answer later; until then the call stays open. */
     [[nodiscard]] Call later() const;
 
-    /** Whether it was answered or refused, or will be later. */
+    /** Whether the call was answered, refused or deferred (`later`). */
     [[nodiscard]] bool is_settled() const { return *is_settled_; }
     [[nodiscard]] GDBusMethodInvocation* invocation() const { return invocation_.get(); }
 
@@ -70,7 +70,7 @@ private:
     std::shared_ptr<bool> is_settled_ = std::make_shared<bool>(false);
 };
 
-/** Answers a call, throws a Refusal, defers the answer (`later`), or returns to answer without values. */
+/** Answers a call, defers the answer (`later`) or throws a Refusal; if it only returns, the answer has no values. */
 using Method = std::function<void(Call& call)>;
 
 /** Maps every method of an interface to the same function. */
@@ -84,13 +84,13 @@ public:
     [[nodiscard]] virtual std::map<std::string, Method> methods() = 0;
 };
 
-/** Exports an object with one interface during its lifetime. */
+/** Exports an object with one interface on the bus, until destroyed. */
 class BusObject {
 public:
     /**
      * @param connection the bus.
-     * @param interface  its name; calls that do not match it never reach a method.
-     * @param methods    by name, complete.
+     * @param interface  the interface's name; calls that do not match the interface never reach a method.
+     * @param methods    all methods of the interface, by name.
      * @throws std::runtime_error if the object cannot be exported.
      */
     BusObject(GDBusConnection* connection, const std::string& interface,

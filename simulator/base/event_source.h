@@ -1,4 +1,4 @@
-/** Timers and watched descriptors of the default main context; destroying the owner removes them. */
+/** Timers and watched descriptors of the default main context; destroying the EventSource removes them. */
 #pragma once
 
 #include "owned.h"

@@ -38,7 +38,7 @@ public:
     [[nodiscard]] std::string text(const std::string& name) const {
         return has(name) ? all(name).front() : "";
     }
-    /** @throws std::runtime_error if it is not a non-negative number. */
+    /** @throws std::runtime_error if the value is not a number of 0 or more. */
     [[nodiscard]] double number(const std::string& name, double otherwise) const {
         const std::string value = text(name);
         char* end = nullptr;

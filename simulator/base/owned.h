@@ -19,7 +19,7 @@ using BusConnection = Object<GDBusConnection>;
 /** An owned D-Bus value. */
 using Value = std::unique_ptr<GVariant, Release<g_variant_unref>>;
 
-/** Owns a resource that a number identifies; `none` if it owns nothing. */
+/** Owns a resource that a number identifies; the number `none` means no resource. */
 template <auto none, auto release_number>
 class Owned {
 public:

@@ -12,7 +12,7 @@ namespace {
 
 constexpr int signal_base = 128;
 
-/** Runs between fork and exec: restores signals that a background shell ignores or the television blocks. */
+/** Runs between fork and exec, so that the program does not inherit ignored or blocked signals. */
 void reset_signals(gpointer /*data*/) {
     for (const int signal : {SIGINT, SIGQUIT, SIGTERM, SIGHUP, SIGPIPE})
         std::signal(signal, SIG_DFL);

@@ -20,7 +20,7 @@ struct Descriptors {
     FileDescriptor error;
 };
 
-/** Appends standard output and standard error to a file. @throws std::runtime_error if it cannot be opened. */
+/** Descriptors that append output and errors to a file. @throws std::runtime_error if it cannot be opened. */
 Descriptors written_to(const std::string& path);
 
 /** Returns the read end and the write end of a pipe. @throws std::runtime_error. */
@@ -56,7 +56,7 @@ public:
 
     void send_signal(int signal);
     void terminate() { send_signal(SIGTERM); }
-    /** Kills it, and all processes of its session if it leads one. */
+    /** Kills it, with its process group if it leads a session. */
     void kill();
     /** Runs the main loop until the process has exited. @return `status`; nothing on time-out. */
     std::optional<int> wait_for_end(std::chrono::milliseconds limit);

@@ -21,10 +21,10 @@ std::vector<std::string> to_strings(GVariant* list);
 /** Returns a floating list (as). */
 GVariant* to_variant(const std::vector<std::string>& texts);
 
-/** Parses GVariant text of a tuple, for example "(7, 'x')"; returns null if it is not one. */
+/** Parses a tuple in GVariant text, for example "(7, 'x')"; returns null if the text is not a tuple. */
 Value tuple_of(const std::string& text);
 
-/** Formats a value for people: a string without quotation marks. */
+/** Formats a value for people; a string gets no quotation marks. */
 std::string printed(GVariant* value);
 
 } // namespace simulator

@@ -11,7 +11,7 @@
 
 namespace simulator {
 
-/** The folder with one folder per television. simulator/tvctl sets the variable. */
+/** The folder that contains one folder per television; simulator/tvctl passes its path in this variable. */
 inline std::filesystem::path control_sockets() {
     const char* const given = g_getenv("VELMORA_CONTROL_SOCKETS");
     return given != nullptr && *given != '\0' ? given : "/nowhere";

@@ -101,7 +101,7 @@ private:
     }
     void print(const std::string& text) const { print(g_variant_new_string(text.c_str())); }
 
-    /** Parses and removes the options. @param stops_at_verb only those before the verb. */
+    /** Parses and removes the options. @param stops_at_verb whether to leave those after the verb. */
     void parse(int& argc, char** argv, bool stops_at_verb) {
         g_autofree char* name = nullptr;
         const std::array<GOptionEntry, 8> options{{
@@ -211,7 +211,7 @@ private:
     void shell(const Verb& /*verb*/) {
         if (g_getenv("VELMORA_TERMINAL") != nullptr) {
             std::signal(SIGHUP, SIG_IGN);
-            ioctl(STDIN_FILENO, TIOCNOTTY); // the command inside takes it over
+            ioctl(STDIN_FILENO, TIOCNOTTY); // the command inside takes over the terminal
         } else if (isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1) {
             return run_script("terminal", arguments_);
         }
@@ -285,9 +285,9 @@ const std::vector<CommandLine::Verb> CommandLine::verbs{
     {"traffic", "CHANNEL N", "set the background traffic to N packets per second", radio_module,
      "SetTraffic"},
     {"components", "", "list the components and their states", television, "Components"},
-    {"start", "COMPONENT", "restart a component", television, "Start"},
-    {"kill", "PROGRAM", "kill a component, or every process of that name in the television", television,
-     "Kill"},
+    {"start", "COMPONENT", "restart a component that has exited", television, "Start"},
+    {"kill", "PROGRAM", "kill the component PROGRAM, or all programs of this name in the television",
+     television, "Kill"},
     {"language", "LANGUAGE", "change the language setting, for example to ar", television, "SetLanguage"},
     {"end", "", "shut the television down cleanly", television, "End"},
     {.name = "log",
@@ -296,7 +296,7 @@ const std::vector<CommandLine::Verb> CommandLine::verbs{
      .run = &CommandLine::log},
     {.name = "shell",
      .words = "[COMMAND...]",
-     .help = "run a command inside (default: bash)",
+     .help = "run a command in the television (default: bash)",
      .run = &CommandLine::shell},
     {.name = "report",
      .words = "FILE",

@@ -31,8 +31,8 @@ inline std::string words_of_entries(GVariant* dictionary, bool strings_only) {
 }
 
 /**
- * Formats a value on one line: a string unchanged, strings separated by spaces, a dictionary as "NAME=VALUE" words, and
- * a list of dictionaries as the strings of each, separated by " | ".
+ * Formats a value on one line: a string unchanged, a list of strings separated by spaces, a dictionary as "NAME=VALUE"
+ * words, and a list of dictionaries as the strings in each dictionary, separated by " | ".
  */
 inline std::string to_words(GVariant* value) {
     const std::string type = g_variant_get_type_string(value);

@@ -29,12 +29,12 @@ struct Behaviour {
 /** Parses "normal", "code N", "error", "late MS", "never", "dies" or "reply (VALUES)"; else returns nothing. */
 std::optional<Behaviour> parse_behaviour(const std::string& text);
 
-/** Uses a private bus connection, so destroying it leaves pending calls without an answer. */
+/** Uses a private bus connection, so destroying the host leaves pending calls without an answer. */
 class NcpHost : public Simulation {
 public:
     /**
      * @param answers how methods answer, each "METHOD=BEHAVIOUR".
-     * @param die     requests this object's destruction, which must happen after the call returns.
+     * @param die     requests this object's destruction, which must happen after `die` returns.
      * @throws std::runtime_error for an invalid behaviour, or without a system bus.
      */
     NcpHost(const std::vector<std::string>& answers, std::function<void()> die);

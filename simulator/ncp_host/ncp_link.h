@@ -1,4 +1,4 @@
-/** The NCP host's link to the radio module, over the terminal that the relay creates. */
+/** The NCP host's link to the radio module, over the terminal that the relay (socat) creates. */
 #pragma once
 
 #include "base/descriptors.h"

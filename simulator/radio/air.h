@@ -1,6 +1,6 @@
 /**
- * Streams between televisions: each stream is a listening socket, named CHANNEL.POWER.NUMBER, in a shared folder.
- * Receivers connect to it, so the kernel notifies them when the stream ends, even if its television is killed.
+ * Streams between televisions: each stream is a listening socket, CHANNEL.POWER.UUID, in a shared folder. Receivers
+ * connect to this socket, so the kernel notifies them when the stream ends, even if its television is killed.
  */
 #pragma once
 
@@ -18,14 +18,14 @@
 
 namespace simulator {
 
-/** Publishes a stream during its lifetime. */
+/** Publishes a stream until destroyed. */
 class AirStream {
 public:
     /** @throws std::system_error if the socket cannot be created. */
     AirStream(const std::filesystem::path& air, int channel, int power) {
         g_autofree char* number = g_uuid_string_random(); // process IDs are unique only within one television
         const auto name = std::to_string(channel) + "." + std::to_string(power) + "." + number;
-        // Hidden until it listens: otherwise another television would remove it as stale.
+        // The socket is hidden until it listens: otherwise another television would remove it as stale.
         const auto hidden = air / ("." + name);
         path_ = air / name;
         socket_ = listen_at(hidden, SOMAXCONN); // connections are never accepted

@@ -1,7 +1,7 @@
 /**
  * The messages between the NCP host and the radio module, one per line.
  *
- * A request is "> NUMBER COMMAND [ARGUMENT]", its answer "< NUMBER CODE [TEXT]". The marks distinguish an
+ * A request is "> NUMBER COMMAND [ARGUMENT]", its answer "< NUMBER CODE [TEXT]". The marks > and < distinguish an
  * answer from a terminal's echo of the request; the numbers distinguish late answers from answers to later requests.
  */
 #pragma once
@@ -22,7 +22,7 @@ enum class RadioCode : int {
     wrong_mode = 4,    /**< a stream in RX mode, or statistics in TX mode */
     bad_channel = 5,   /**< not from 11 to 26 */
     bad_power = 6,     /**< not from 0 to 20 */
-    streaming = 7,     /**< channel, power and a second stream are refused while the stream runs */
+    streaming = 7,     /**< a new channel, a new power or a second stream during a stream */
     not_streaming = 8, /**< no stream to stop */
     bad_request = 9,   /**< a command or argument the module does not know */
     link_down = 20,    /**< the host has no link to the module */

@@ -15,7 +15,7 @@ public:
     using Time = std::chrono::steady_clock::time_point;
     enum class Mode { off, transmit, receive };
 
-    /** The settings after a reset. */
+    /** The initial values are those after a reset. */
     struct State {
         Mode mode = Mode::off;
         int channel = 11;       /**< 11 to 26 */
@@ -75,7 +75,7 @@ public:
         listen_until(now);
         senders_.erase(name);
     }
-    /** Ends the test, as the television has closed the serial line. */
+    /** Ends the test after the television has closed the serial line. */
     void lose_line(Time now) {
         listen_until(now);
         perform({0, "stop", std::nullopt});
@@ -115,7 +115,7 @@ private:
     static bool is_channel(int channel) { return channel >= lowest_channel && channel <= highest_channel; }
     static bool is_power(int power) { return power >= 0 && power <= highest_power; }
 
-    /** Packet K arrives K / packets_per_second after `since`. */
+    /** Packet K arrives K / packets_per_second seconds after `since`. */
     struct Sender {
         int channel = 0;
         double packets_per_second = 0; /**< 0 or more */

@@ -29,7 +29,7 @@ int speed_of(const Options& options) {
     return speed;
 }
 
-/** The speed set on a terminal; 0 if no module uses it. */
+/** The speed set on a terminal; 0 if it is neither `slow` nor `fast`. */
 int speed_of(int terminal) {
     termios settings{};
     const speed_t speed = tcgetattr(terminal, &settings) == 0 ? cfgetospeed(&settings) : B0;
@@ -121,7 +121,7 @@ void RadioModule::join_air(const std::filesystem::path& air) {
         });
 }
 
-/** Publishes the radio's stream to other televisions while it runs. */
+/** Publishes the radio's stream to other televisions, or ends a published stream, as the radio's state requires. */
 void RadioModule::follow_stream() {
     const Radio::State state = radio_.state(now());
     if (!state.streams || air_.empty()) {

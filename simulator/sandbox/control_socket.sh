@@ -1,6 +1,6 @@
 # shellcheck shell=bash
 # The control sockets of the running televisions: FOLDER/NAME/system_bus is the system bus of the television NAME.
-# Sourced by simulator/tv, which defines `fail`, and simulator/tvctl. A running television holds a lock on its folder,
+# Sourced by simulator/tvctl and by simulator/tv, which defines `fail`. A running television holds a lock on its folder,
 # so an unlocked folder is stale.
 
 find_control_sockets() { # sets `control_sockets` to the folder
@@ -12,7 +12,7 @@ find_control_sockets() { # sets `control_sockets` to the folder
 remove_stale_sockets() {
     local folder lock
     for folder in "$control_sockets"/*/; do
-        { exec {lock}<"$folder"; } 2>/dev/null || continue # none, or just removed
+        { exec {lock}<"$folder"; } 2>/dev/null || continue # no folder exists, or another process has just removed it
         if flock --nonblock "$lock"; then
             rm -f "$folder/system_bus"
             rmdir "$folder" 2>/dev/null || true

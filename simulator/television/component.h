@@ -27,11 +27,11 @@ public:
     /** Its process ID; 0 if it has no process. */
     [[nodiscard]] virtual int process() const { return 0; }
 
-    /** @param ready called when it is ready, possibly before `start` returns. */
+    /** @param ready called when it is ready or cannot be started, possibly before `start` returns. */
     virtual void start(const Ready& ready) = 0;
     /** Kills it; it must be running. @param killed called when it has exited. */
     virtual void kill(const std::function<void()>& killed) = 0;
-    /** Shuts it down, running the main loop until it exits. @return false if it or its sanitizer reports an error. */
+    /** Shuts it down, running the main loop meanwhile. @return false if it or its sanitizer reports an error. */
     virtual bool end() = 0;
 
     /** Called from the main loop if a component that was ready exits without a call of `end`. */
@@ -44,7 +44,7 @@ private:
 /** A child process, whose standard error goes to the component's log. */
 class ProcessComponent : public Component {
 public:
-    /** @param bus_name it is ready when it owns this bus name; if empty, when it prints its first line. */
+    /** @param bus_name the process is ready when it owns this bus name; if empty, when it prints its first line. */
     ProcessComponent(std::string name, std::vector<std::string> command, GDBusConnection* bus,
                      std::string bus_name)
         : Component(std::move(name)), command_(std::move(command)), bus_(bus),

@@ -149,7 +149,7 @@ int Television::run() {
     return *command_->status() == 0 && !components_succeeded ? 1 : *command_->status();
 }
 
-// If a component exited early, later failures are a consequence of that, which has been reported.
+// Once a component has exited unexpectedly, ignores failures: they are consequences of that exit, which was reported.
 bool Television::end_components() {
     bool all_succeeded = true;
     std::for_each(components_.rbegin(), components_.rend(), [&](const auto& component) {

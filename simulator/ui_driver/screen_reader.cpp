@@ -50,7 +50,7 @@ constexpr auto accessible_interface = "org.a11y.atspi.Accessible";
 constexpr auto items_type = "(a((so)(so)(so)a(so)assusau))";
 constexpr std::chrono::milliseconds start_limit{5000}; // for the launcher of the accessibility bus
 
-/** Whether the reader was destroyed. */
+/** Whether the call was cancelled, because the reader was destroyed. */
 bool is_cancelled(const GError* error) {
     return g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED) != FALSE;
 }
@@ -225,7 +225,7 @@ void ScreenReader::announce(const Done& done) {
         auto* const set =
             g_variant_new("(ssv)", "org.a11y.Status", "ScreenReaderEnabled", g_variant_new_boolean(TRUE));
         call(session_.get(), {launcher, "org.freedesktop.DBus.Properties", "Set", set, "()", nullptr},
-             [](GVariant* /*answer*/, const GError* /*error*/) {}); // GetAddress reports it
+             [](GVariant* /*answer*/, const GError* /*error*/) {}); // if this fails, so does GetAddress
         call(session_.get(), {launcher, "org.a11y.Bus", "GetAddress", nullptr, "(s)", nullptr},
              [this, done](GVariant* answer, const GError* call_error) {
                  if (call_error != nullptr)

@@ -29,7 +29,7 @@ public:
     ~ScreenReader();
 
     /**
-     * Takes a snapshot of the screen, independent of any other.
+     * Takes a snapshot of the screen, independently of other calls.
      *
      * @param application the application's name on the accessibility bus (its program's name); empty: the first
      *                    application with a window.

@@ -1,4 +1,4 @@
-/** Delivers keys of the remote control to windows that have grabbed them, even if they are not in front. */
+/** Delivers keys of the remote control to windows that have grabbed these keys, even to windows behind others. */
 #pragma once
 
 #include "x11.h"
@@ -15,9 +15,9 @@
 namespace simulator {
 
 /**
- * EFL's `elm_win_keygrab_set` records a window's keys in a property. While the window is not in front, the window
- * manager grabs these keys and delivers each press both to it and to the window in front. F1, the red key on a PC
- * keyboard, is also delivered as XF86Red.
+ * EFL's `elm_win_keygrab_set` records a window's keys in a property. While that window is not in front, the window
+ * manager grabs these keys and delivers each press both to that window and to the one in front. A grab of XF86Red
+ * includes F1, the red key on a PC keyboard.
  */
 class KeyRouter {
 public:

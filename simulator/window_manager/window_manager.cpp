@@ -10,7 +10,7 @@ namespace {
 
 bool access_denied = false; // Xlib's error handler has no user data
 
-/** Ignores errors from requests to windows that have just disappeared. */
+/** Notes a denied access; ignores other errors, caused by windows that have just disappeared. */
 int note_error(Display* /*display*/, XErrorEvent* error) {
     access_denied = access_denied || error->error_code == BadAccess;
     return 0;

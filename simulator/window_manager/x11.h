@@ -30,7 +30,7 @@ public:
     Atom state_hidden = named("_NET_WM_STATE_HIDDEN");
     Atom window_type = named("_NET_WM_WINDOW_TYPE");
     Atom window_type_normal = named("_NET_WM_WINDOW_TYPE_NORMAL");
-    /** On the root window: this window manager supports key grabs. EFL checks for it. */
+    /** On the root window: this window manager supports key grabs. EFL checks this property. */
     Atom keyrouter_supported = named("_E_WINDOW_KEYROUTER_SUPPORTED");
     /** On a window, written by EFL: one CARDINAL per grabbed key, with the key code in its low byte. */
     Atom keyrouter_table = named("_E_WINDOW_KEYROUTER_WINDOW_KEYTABLE");
