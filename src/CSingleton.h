@@ -4,9 +4,9 @@
 #include <mutex>
 
 /**
- * Makes `T` a singleton: `class T : public CSingleton<T>`, with this as its first base.
+ * Makes `T` a singleton. Declare it as `class T : public CSingleton<T>`, with `CSingleton` as the first base class.
  *
- * The mutex guards creation and destruction, not use. Throws `std::system_error` if it cannot be locked.
+ * The mutex guards creation and destruction, not use. Throws `std::system_error` if the mutex cannot be locked.
  */
 template <typename T>
 class CSingleton {

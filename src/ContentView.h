@@ -9,7 +9,7 @@
 #include <initializer_list>
 #include <optional>
 
-/** A radio setting that the operator selects in a popup. */
+/** A radio setting whose number the operator chooses in a popup. */
 struct Picker {
     const char* name; /**< for log messages */
     const char* title;
@@ -33,7 +33,7 @@ public:
     ContentView(const ContentView&) = delete;
     ContentView& operator=(const ContentView&) = delete;
 
-    /** Sets the parent of the popups and the content area; returns true. */
+    /** Sets the popups' parent and the content area; returns true. */
     virtual bool Create(Evas_Object* parent, Evas_Object* content);
     /** Deletes all widgets to which the view has handles. */
     virtual void Destroy() = 0;
@@ -42,7 +42,7 @@ public:
     /** Clears the content area and builds the test page. Start the radio first. */
     virtual void ShowTestPage() = 0;
 
-    /** Dismisses the open popup, if any; it can be shown again. */
+    /** Dismisses the open popup, if any; the popup can be shown again. */
     void dismissPopup();
 
     WidgetHandle contentLayout;

@@ -18,7 +18,7 @@ inline void logException(const LogOrigin& origin) {
     }
 }
 
-/** `call` runs `callback`; on an exception it logs for `Origin` and returns a zero value. */
+/** `call` runs `callback`; if that throws, it logs the exception with the origin `Origin` and returns a zero value. */
 template <auto callback, class Origin>
 struct GuardedCallback;
 
@@ -36,7 +36,7 @@ struct GuardedCallback<callback, Origin> {
 
 /** The type of a function that returns the named operation's origin. */
 #define ORIGIN_OF(operation) decltype([] { return LOG_ORIGIN(#operation); })
-/** A guarded version of a callback, which logs for the named operation. */
+/** A guarded version of a callback; exceptions are logged with the named operation as the origin. */
 #define GUARDED_FOR(operation, ...) (&GuardedCallback<__VA_ARGS__, ORIGIN_OF(operation)>::call)
 /** A guarded version of a callback, given by its function name. */
 #define GUARDED(callback) GUARDED_FOR(callback, callback)

@@ -2,8 +2,9 @@
  * Logging to the platform log with the tag "VELMORA".
  *
  * Every message begins with its origin, `dbus_client.cpp: Init(42) > `. `LOG_INFO` and `LOG_ERROR` take a printf
- * format (a literal) and its arguments, and log for the enclosing function. Shared code logs for its caller: the
- * caller passes `LOG_ORIGIN("createSetPowerButton")`, and the shared code uses `LOG_INFO_AT` or `LOG_ERROR_AT`.
+ * format (a literal) and its arguments; the origin is the enclosing function. Shared code names its caller as the
+ * origin: the caller passes `LOG_ORIGIN("createSetPowerButton")`, and the shared code uses `LOG_INFO_AT` or
+ * `LOG_ERROR_AT`.
  */
 #pragma once
 
@@ -19,7 +20,7 @@ struct LogOrigin {
 /** The origin of the named operation, with the file and line where the macro is used. */
 #define LOG_ORIGIN(operation) (LogOrigin{__FILE_NAME__, operation, __LINE__})
 
-// The empty text stands in for missing arguments; cppcheck 2.10 does not parse __VA_OPT__.
+// The empty text serves calls that pass only a format; cppcheck 2.10 does not parse __VA_OPT__.
 #define LOG_AT(priority, origin, ...) LOG_FORMATTED_AT(priority, origin, __VA_ARGS__, "")
 #define LOG_FORMATTED_AT(priority, origin, format, ...)                                                      \
     do {                                                                                                     \

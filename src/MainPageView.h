@@ -22,13 +22,13 @@ public:
     void createSubPageLayout();
     void renderFirst();
 
-    /** Releases the red key and deletes the page's widgets. */
+    /** Stops grabbing the red key, and deletes the page's widgets. */
     void destroyWidgets();
 
     /** Sets the layout direction to that of the platform. */
     static void setMirroring();
 
-    /** Key handler: Back and Exit close a popup or lower the window, the red key raises it. */
+    /** Key handler: Back and Exit close a popup or lower the window; the red key raises the window. */
     static Eina_Bool keyDownCb(void* data, int type, void* event);
 
     /** Listener for NCP host events: on "ready", starts the radio and shows the selected test's page. */

@@ -3,7 +3,7 @@
 
 #include <Elementary.h>
 
-/** A pointer that becomes null when its widget is deleted by any code. */
+/** A pointer that becomes null when any code deletes its widget. */
 class WidgetHandle {
 public:
     WidgetHandle() = default;

@@ -1,8 +1,8 @@
 /**
  * Creates the pages' widgets in the application's fixed sizes, styles and colours.
  *
- * Each helper returns the new widget, or throws `inputDataIsNull` if the toolkit cannot create it; nothing is
- * appended then. Sizes are in layout units.
+ * Each `create` function returns the new widget, or throws `inputDataIsNull` and appends nothing if the toolkit
+ * cannot create the widget. Sizes are in layout units.
  */
 #pragma once
 
@@ -23,7 +23,7 @@ Evas_Object* createTextbox(Evas_Object* layout, const char* text);
 /** Appends a number picker to the layout. */
 Evas_Object* createSpinner(Evas_Object* layout);
 
-/** Sets a number picker's limits and a step of 1; returns the inner spinner, which has the value. */
+/** Sets a number picker's limits and a step of 1; returns the inner spinner, which holds the value. */
 Evas_Object* setupSpinner(Evas_Object* spinner, int min, int max);
 
 /** Creates a centred, hidden popup with a title. */

@@ -101,7 +101,7 @@ private:
     GObjectHandle<GDBusProxy> proxy;
     guint subscription_id = 0; // 0: none
     gulong closed_handler = 0; // 0: none
-    // Guards the fields above. Locked before registry_mutex; not held while callbacks run.
+    // Guards the fields above. Lock it before registry_mutex. It is not held while callbacks run.
     std::recursive_mutex state_mutex;
     std::vector<Registration> registry;
     std::mutex registry_mutex;

@@ -1,6 +1,4 @@
-/**
- * Owned C library files. C++ file streams would link the C++ locales, which are larger than the rest of the program.
- */
+/** Owned C library files: unlike C++ file streams, they do not need the large C++ locales. */
 #pragma once
 
 #include <cstdio>
@@ -17,7 +15,7 @@ struct FileClose {
 using File = std::unique_ptr<std::FILE, FileClose>;
 
 /**
- * Opens a file without blocking, even if it is a named pipe, where fopen(3) waits for the other end.
+ * Opens a file without blocking, unlike fopen(3), which waits for the other end of a named pipe.
  *
  * @param flags flags of open(2).
  * @param mode  the corresponding mode of fopen(3).

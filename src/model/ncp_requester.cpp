@@ -49,7 +49,7 @@ void ncp_requester::ncp_event_callback(const std::string& event_text, void* requ
         handler(event_text, user_data);
 }
 
-// Sends a command whose reply is only a result code. Logs for the calling operation.
+// Sends a command whose reply is only a result code. Logs with the calling operation as the origin.
 bool ncp_requester::command(const char* method, std::optional<int> argument = {},
                             const char* operation = __builtin_FUNCTION()) {
     g_autoptr(GVariant) reply = nullptr;

@@ -13,20 +13,21 @@
 /**
  * Sends the radio test commands and relays the service's signal "ncp_event" to the listeners.
  *
- * Each command is one D-Bus call that blocks the calling (main) thread for up to 120000 ms. It returns true if the
- * service replies with result code 0, and false (logged) on a different code, a reply of the wrong type, an error or
- * a time-out, and if the requester is not started. Commands are not retried.
+ * Each command is one D-Bus call that blocks the calling (main) thread for up to 120000 ms. A command returns true if
+ * the service replies with result code 0, and false (logged) on a different code, a reply of the wrong type, an error
+ * or a time-out, and if the requester is not started. Commands are not retried.
  */
 class ncp_requester : public CSingleton<ncp_requester> {
 public:
     ~ncp_requester() override = default;
 
-    /** Adds a listener for the text of every event; if already registered, it keeps its user data. */
+    /** Adds a listener for the text of every event; a listener that is already registered keeps its user data. */
     void register_callback(DBusSignalCB handler, void* user_data);
     /** Removes a listener, if registered. */
     void unregister_callback(DBusSignalCB handler);
 
-    /** Connects to the bus (up to 20 attempts, 500 ms apart) and listens for events; logs failures. */
+    /** Connects to the bus and listens for events; logs failures. Makes up to 20 attempts, 500 ms apart; the twentieth
+     * counts as failed even if it connects. */
     void start();
     /** Stops listening and disconnects from the bus; keeps the listeners. */
     void stop();

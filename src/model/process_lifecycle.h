@@ -19,8 +19,8 @@ void req_terminate_main_loop();
  * Waits for the radio's serial device, starts `cpcd` and `socat`, waits for the link that `socat` creates, and starts
  * `zigbeed`. Stop an old stack first.
  *
- * @return 1 if all three were started; 0 if the link does not appear within 3 s, with `cpcd` and `socat` left running.
- * @throw std::runtime_error "wait condition error" if the serial device does not appear within 3 s, after writing the
- *        failure report and stopping the stack and the main loop.
+ * @return 1 if all three were started; 0 if the link does not appear within 3 s (`cpcd` and `socat` are not stopped).
+ * @throw std::runtime_error "wait condition error" if the serial device does not appear within 3 s. Before the
+ *        throw, writes the failure report and stops the stack and the main loop.
  */
 int prepare_background_app();

@@ -2,8 +2,8 @@
  * Blocking helpers for processes, files and waiting.
  *
  * Command lines are passed to "/bin/sh -c" unchanged. A started process inherits the environment, the working
- * directory, the open descriptors and the ignored signals; the platform marks its own descriptors and those of its
- * libraries close-on-exec. Started processes are not tracked, but found by name.
+ * directory, the ignored signals, and the open descriptors except those that the platform marks close-on-exec. Started
+ * processes are not tracked, but found by name.
  */
 #pragma once
 
@@ -25,8 +25,8 @@ int exec_app(const char* command_line);
 int exec_shell(const char* command_line);
 
 /**
- * Waits until `pgrep` counts no process of this name: up to five counts, 300 ms apart. A process that still runs then
- * is not reported.
+ * Waits until `pgrep` counts no process of this name: up to five counts, 300 ms apart. Does not report a process that
+ * still runs after the last count.
  */
 void get_command_result(const std::string& process_name);
 
@@ -36,7 +36,7 @@ void write_file(const std::string& path, const std::string& content);
 /**
  * Waits for a path to exist: up to 30 checks, 100 ms apart.
  *
- * @param make_report whether to report a time-out to the factory line and exit.
+ * @param make_report whether, after a time-out, to write the failure report and shut down.
  * @return 1 if the path exists, 0 after a time-out without a report.
  * @throw std::runtime_error "wait condition error" after a time-out with a report, once the report is written and the
  *        radio stack and the main loop are stopped.

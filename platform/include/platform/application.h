@@ -56,7 +56,7 @@ enum ApplicationResult : int {
  * Order: create, app_control (the first launch), main loop, terminate. If the application is already running, the
  * running process gets another app_control, and this call returns `application_ok` at once. If the earlier process is
  * shutting down, this call waits up to 30 s for its exit and then runs the application. Without a display or a theme
- * no callback runs. Exceptions from callbacks are logged and discarded; one from create counts as false.
+ * no callback runs. Exceptions from callbacks are logged and discarded; if create throws, that counts as false.
  *
  * @param argc,argv the process's arguments.
  * @param callbacks the lifecycle callbacks; create and terminate are not null.

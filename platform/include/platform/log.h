@@ -22,8 +22,8 @@ enum class LogPriority { verbose = 2, debug = 3, info = 4, warning = 5, error = 
  *
  * Each message is one line and one write, never truncated. A trailing line feed is dropped; other line feeds (`\n`),
  * control characters (`\x1b`) and invalid UTF-8 (`\xff`) are escaped. Writes to terminals and files are atomic, as are
- * writes of up to PIPE_BUF bytes to pipes. Writing to a closed pipe returns an error: the first call installs a
- * handler for SIGPIPE. errno is preserved.
+ * writes of up to PIPE_BUF bytes to pipes. Writing to a closed pipe returns an error, because the first call
+ * installs a handler for SIGPIPE. errno is preserved.
  *
  * @param buffer   the log buffer.
  * @param priority the message's priority.

@@ -25,7 +25,7 @@ struct SecureStorageCredential {
     int flags = 0;                        /**< always 0 */
 };
 
-/** Results of the secure storage. Failures leave outputs unchanged. */
+/** Results of the secure storage. */
 enum SecureStorageResult : int {
     ok = 0,
     invalid_argument = -1, /**< a null pointer, or an invalid key, length, kind, flag or option */
@@ -39,7 +39,7 @@ enum SecureStorageResult : int {
 /**
  * Sets a credential from the application's 20 bytes.
  *
- * @param credential the credential to set; not null.
+ * @param credential the credential to set, cleared on failure; not null.
  * @param word0,word1,word2,word3,word4 the 20 bytes as five 32-bit words.
  * @param kind  1: an application's own credential.
  * @param flags 0.
@@ -50,7 +50,7 @@ int ss_init_credential(platform::SecureStorageCredential* credential, std::uint3
                        int kind, int flags);
 
 /**
- * Reads a record.
+ * Reads a record; a failure leaves the outputs unchanged.
  *
  * @param data       receives the record's bytes, to be released with `ss_free_buffer`.
  * @param length     receives the number of bytes.

@@ -6,7 +6,7 @@
  * height, whichever is smaller, and the page is centred in the window. A call has no effect on a null handle or on a
  * widget of the wrong type.
  *
- * An item appended to a layout is shown at the next rendering: in `elm_vell_root_layout_render`, and after that at the
+ * An item appended to a layout stays hidden until `elm_vell_root_layout_render` is called, or at the latest until the
  * end of the current main-loop iteration. Show callbacks may therefore be connected after the append.
  */
 #pragma once
@@ -41,7 +41,7 @@ void elm_vell_object_size_min_set(Evas_Object* object, int width, int height);
 /**
  * Sets how a layout sizes the widget in each direction.
  *
- * @param horizontal,vertical 1 keeps the appended size, 3 fits the content, 4 fills the parent.
+ * @param horizontal,vertical 1 keeps the size given to append, 3 fits the content, 4 fills the parent.
  */
 void elm_vell_object_resize_policy_set(Evas_Object* object, int horizontal, int vertical);
 
@@ -63,7 +63,7 @@ void elm_vell_bg_grid_show(Evas_Object* background, int shown);
 /** Creates a layout; returns null on failure. */
 Evas_Object* elm_vell_layout_add(Evas_Object* parent);
 
-/** Sets (1) the layout as the root of its window; its items share the 240 x 135 units of the page. */
+/** Sets (1) the layout as the root of its window; the root's items share the 240 x 135 units of the page. */
 void elm_vell_root_layout_set(Evas_Object* layout, int root);
 
 /** Lays out the root layout and its descendants at once, and shows appended items. */
@@ -148,7 +148,7 @@ void elm_vell_button_text_set(Evas_Object* button, const char* text);
 /** Returns the text, owned by the button; empty if none was set or the button is null. */
 const char* elm_vell_button_text_get(const Evas_Object* button);
 
-/** Sets the button's text size in percent of the theme's small text; initially 100. */
+/** Sets the button's text size in percent of the theme's size for buttons; initially 100. */
 void elm_vell_button_zoom_set(Evas_Object* button, int percent);
 
 /* Spinner
@@ -158,9 +158,9 @@ void elm_vell_button_zoom_set(Evas_Object* button, int percent);
  * Creates a number picker; returns null on failure.
  *
  * The picker itself holds the focus. Up and Right increase the value, Down and Left decrease it (Left and Right are
- * swapped when mirrored); it stops at the limits. Other keys do not change it. Key-down callbacks on the picker receive
- * every key press, with the displayed value. The mouse wheel and clicks on the arrows step the value; a click on the
- * number acts as Return.
+ * swapped when mirrored); the value stops at the limits. Other keys do not change the value. Key-down callbacks on the
+ * picker receive every key press, after any change of the value. The mouse wheel and clicks on the arrows step the
+ * value; a click on the number acts as Return.
  */
 Evas_Object* elm_vell_spinner_add(Evas_Object* parent);
 
@@ -175,7 +175,7 @@ Evas_Object* elm_vell_spinner_native_get(Evas_Object* spinner);
  * Creates a modal popup for the window; returns null on failure.
  *
  * Each time the popup is shown, its content is shown again, so show callbacks can set the focus. When the popup is
- * hidden, the focus returns to the widget that had it.
+ * hidden, the focus returns to the widget that had it before.
  */
 Evas_Object* elm_vell_popup_add(Evas_Object* parent);
 

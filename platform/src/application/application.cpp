@@ -50,7 +50,7 @@ bool answer_option(std::string_view option) {
     return true;
 }
 
-/** Otherwise the next opened file would get the number of a standard descriptor, and receive log messages. */
+/** Ensures that no file opened later gets the number of a standard descriptor and receives log messages. */
 void open_missing_standard_descriptors() {
     int descriptor = STDIN_FILENO;
     while (descriptor >= STDIN_FILENO && descriptor <= STDERR_FILENO)
@@ -63,7 +63,7 @@ void keep_descriptors_from_children() {
     pthread_atfork([] { close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC); }, nullptr, nullptr);
 }
 
-/** Initialises Elementary during its lifetime. */
+/** Initialises Elementary in the constructor and shuts it down in the destructor. */
 class Toolkit {
 public:
     Toolkit(int argc, char** argv) {
@@ -71,10 +71,10 @@ public:
         efreet_cache_disable();
         // Ecore's modules for batteries and time zones wait for the system bus without a time-out.
         ecore_app_no_system_modules();
-        // Elementary loads its default theme, even if another one is set: a fifth of the start. Ours takes its place.
+        // Elementary always loads its default theme (a fifth of the start time), so ours takes that theme's place.
         setenv("ELM_DATA_DIR", toolkit_data_folder().c_str(), 1);
         setenv("ELM_LIB_DIR", ELEMENTARY_LIBRARY_FOLDER, 1);
-        unsetenv("ELM_ATSPI_MODE"); // otherwise Elementary enables its bridge itself
+        unsetenv("ELM_ATSPI_MODE"); // otherwise Elementary itself enables its accessibility bridge
         is_initialised_ = init_ecore_without_signals() && elm_init(argc, argv) > 0;
         eina_freeq_mem_max_set(eina_freeq_main_get(), max_unfreed_bytes);
     }
@@ -93,7 +93,7 @@ private:
     bool is_initialised_ = false;
 };
 
-/** Loads the toolkit's theme, including the window's frame; logs if it is missing or invalid. */
+/** Loads the toolkit's theme, including the window's frame; logs a missing or invalid theme. */
 bool load_theme() {
     const std::string file = theme_file();
     if (edje_file_group_exists(file.c_str(), "elm/vell/layout/default") != EINA_FALSE) {

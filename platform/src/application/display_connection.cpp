@@ -10,10 +10,10 @@
 
 namespace platform {
 
-// When the connection breaks, Xlib calls the first handler, then the second. Xlib's default second handler exits the
-// process; if ours returns, later calls on this display do nothing. The thread that meets the error may be Evas's
-// rendering thread, and Xlib keeps the display locked for it: the main thread would wait for ever. Ecore's handlers
-// cannot be used, since Elementary replaces them when it creates the first window (observed with EFL 1.26.3).
+// When the connection breaks, Xlib calls the I/O error handler, then the exit handler. Xlib's default exit handler ends
+// the process; if ours returns, later calls on this display do nothing. The thread that meets the error may be Evas's
+// rendering thread, and Xlib keeps the display locked for that thread: unless unlocked, the main thread waits for ever.
+// Ecore's handlers do not last: Elementary replaces them when it creates the first window (observed with EFL 1.26.3).
 DisplayConnection::DisplayConnection() : is_open_(ecore_x_init(nullptr) > 0) {
     if (!is_open_) {
         const char* const name = std::getenv("DISPLAY");

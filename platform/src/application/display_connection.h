@@ -3,12 +3,12 @@
 
 namespace platform {
 
-/** Connects earlier than Elementary, which connects with the first window: Ecore X has no event types before. */
+/** Connects before Elementary, which waits for the first window: until then, Ecore X's event types are undefined. */
 class DisplayConnection {
 public:
     /**
      * Connects; logs if no server answers. If the display server exits later, the main loop ends as it does on a
-     * signal, and terminate is called; Ecore would exit the process at once.
+     * signal, and terminate is called; Ecore's own handler would exit the process at once.
      */
     DisplayConnection();
     ~DisplayConnection();

@@ -13,7 +13,7 @@
 namespace platform {
 namespace {
 
-/** The descriptors and time-out that GLib waits for, at the priority that it would dispatch. */
+/** What GLib waits for: descriptors and a time-out, of sources with the priority to be dispatched next. */
 struct GlibWait {
     int priority = 0;
     int milliseconds = -1; /**< until the nearest time-out; -1 if there is none */
@@ -33,7 +33,7 @@ struct GlibWait {
 /** The select(2) set for each kind of event. */
 using Sets = std::array<std::pair<unsigned, fd_set*>, 3>;
 
-/** Adds the descriptors to the sets; `count` becomes at least the highest plus one. */
+/** Adds the descriptors to the sets; `count` becomes at least the highest descriptor plus one. */
 void add(const std::vector<GPollFD>& descriptors, const Sets& sets, int& count) {
     for (const GPollFD& wanted : descriptors) {
         count = std::max(count, wanted.fd + 1);
@@ -43,7 +43,7 @@ void add(const std::vector<GPollFD>& descriptors, const Sets& sets, int& count) 
     }
 }
 
-/** Marks the ready descriptors. @return how many set entries they have. */
+/** Marks the ready descriptors. @return the number of their entries in the sets. */
 int take_ready(std::vector<GPollFD>& descriptors, const Sets& sets) {
     int taken = 0;
     for (GPollFD& polled : descriptors)
@@ -60,13 +60,13 @@ constexpr gint64 longest_dispatch_microseconds = 20'000;
 
 gboolean dispatch_within_limit(GSource* source, GSourceFunc callback, gpointer data);
 
-// Replaced before other threads exist.
+// GLib's function, which is replaced before other threads exist.
 const auto dispatch_of_idle_source = std::exchange(g_idle_funcs.dispatch, dispatch_within_limit);
 
 /**
  * GDBus delivers each signal and reply in its own idle source, and GLib dispatches all ready sources, so a flood of
- * signals would delay keys and the freeing of deleted objects. Preparing a context during a dispatch, like a nested
- * loop, clears the list of sources to dispatch; the next iteration finds them ready again.
+ * signals would delay keys and the freeing of deleted objects. Preparing a context during a dispatch, as a nested
+ * loop does, clears the list of sources to dispatch; the next iteration finds these sources ready again.
  */
 gboolean dispatch_within_limit(GSource* source, GSourceFunc callback, gpointer data) {
     GMainContext* const context = g_source_get_context(source);
@@ -77,7 +77,7 @@ gboolean dispatch_within_limit(GSource* source, GSourceFunc callback, gpointer d
     return stays;
 }
 
-// GLib and Ecore share no descriptor: Ecore uses epoll for its own and selects only the epoll descriptor.
+// GLib and Ecore share no descriptor: Ecore waits for its own with epoll, and selects only the epoll descriptor.
 int select_with_glib(int count, fd_set* read, fd_set* write, fd_set* except, timeval* timeout) {
     if (!eina_main_loop_is())
         return select(count, read, write, except,

@@ -20,10 +20,9 @@ constexpr std::array<KeyName, 3> key_names{{
 }};
 
 /**
- * Renames the key of one event in place.
+ * Renames the key of one event in place, and removes the text that the key would type.
  *
- * Ecore X allocates a key event and its strings as one block, so the name pointers can be replaced. Also removes the
- * text that the key would type.
+ * Ecore X allocates a key event and its strings as one block, so the pointers to the names can be replaced.
  */
 Eina_Bool rename_key(void* /*data*/, int /*type*/, void* event) {
     auto* const key = static_cast<Ecore_Event_Key*>(event);

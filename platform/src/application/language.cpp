@@ -19,12 +19,12 @@ public:
 
 namespace {
 
-/** The file is read once it has been unchanged for this long, since an editor may change it several times per save. */
+/** The file is read once it has been unchanged for this long: an editor may change it several times while saving. */
 constexpr unsigned quiet_milliseconds = 100;
 
 EventHandler language_changed; // registered before the framework runs
 
-/** The settings of language and mirroring. */
+/** The values of the settings "language" and "mirrored". */
 using Values = std::pair<std::optional<std::string>, std::optional<std::string>>;
 Values values;
 
@@ -32,7 +32,7 @@ Values read_values() {
     return {settings::text("db/menu_widget/language"), settings::text("db/menu_widget/mirrored")};
 }
 
-unsigned comparison = 0; // ID of the GLib source that compares once the file is unchanged; 0: none
+unsigned comparison = 0; // ID of the time-out that will call `compare`; 0: none
 
 gboolean compare(gpointer /*data*/) {
     comparison = 0;
@@ -52,7 +52,7 @@ void file_changed() {
 
 void watch_language() {
     const std::string path = settings::file_path();
-    // If the folder is missing, GIO polls for it every four seconds and wakes the idle application; if it exists, the
+    // GIO polls for a missing folder every four seconds, which wakes the idle application; in an existing folder, the
     // kernel reports changes.
     g_autofree char* folder = g_path_get_dirname(path.c_str());
     g_mkdir_with_parents(folder, 0700);

@@ -14,8 +14,8 @@ namespace platform {
  * visible again.
  *
  * Elementary selects visibility and structure events for each of its windows (observed, also with an alpha channel).
- * Events of one main-loop iteration are evaluated together, to ignore a window manager that unmaps and remaps a window
- * while it starts to manage it. Deleting the last window is not a pause; if another client destroys it, a pause may be
+ * Events of one main-loop iteration are evaluated together, because a window manager may unmap and remap a window that
+ * it starts to manage. Deleting the last window is not a pause; if another client destroys that window, a pause may be
  * reported first. Needs a connection to the display.
  */
 class Visibility {

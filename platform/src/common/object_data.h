@@ -7,7 +7,7 @@
 
 namespace vell {
 
-/** Creates a `T` attached to `object` under `T::key` and deleted with it. */
+/** Creates a `T`, attached to `object` under `T::key` and deleted with the object. */
 template <class T>
 T& attach(Evas_Object* object) {
     T* const state = std::make_unique<T>().release();
@@ -25,7 +25,7 @@ T* attached(const Evas_Object* object) {
     return object == nullptr ? nullptr : static_cast<T*>(evas_object_data_get(object, T::key));
 }
 
-/** A pointer that becomes null when its widget is deleted. It cannot be moved, because EFL stores its address. */
+/** A pointer that becomes null when its widget is deleted. Not movable, because EFL stores the pointer's address. */
 class WeakWidget {
 public:
     WeakWidget() = default;

@@ -41,7 +41,7 @@ bool shows_colours() {
     return type != nullptr && std::string_view(type) != "dumb" && isatty(STDERR_FILENO) == 1;
 }
 
-/** Handles SIGPIPE, unless the parent process ignored it. Unlike SIG_IGN, a handler does not survive exec. */
+/** Handles SIGPIPE, unless the parent process ignored it. Unlike SIG_IGN, a handler is not inherited across exec. */
 bool survive_closed_pipe() {
     struct sigaction inherited {};
     return sigaction(SIGPIPE, nullptr, &inherited) == 0 && inherited.sa_handler == SIG_DFL &&

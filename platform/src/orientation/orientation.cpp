@@ -16,7 +16,7 @@ constexpr std::array right_to_left_languages{"ar"sv, "arc"sv, "ckb"sv, "dv"sv,  
                                              "ug"sv, "ur"sv,  "yi"sv,  "pnb"sv, "mzn"sv, "lrc"sv};
 constexpr std::array right_to_left_scripts{"Arab"sv, "Hebr"sv, "Thaa"sv, "Syrc"sv, "Nkoo"sv};
 
-/** Removes and returns the next part of a language such as "az_Arab_IR.utf8" or "az-Arab-IR"; empty at the end. */
+/** Removes and returns the next part of "az_Arab_IR.utf8" or "az-Arab-IR" (Arab: writing system); empty at the end. */
 std::string_view next_part(std::string_view& language) {
     const std::size_t end = language.find_first_of("_-");
     const std::string_view part = language.substr(0, end);

@@ -66,7 +66,7 @@ Descriptor open_next(const Descriptor& parent, const char* name) {
     return {};
 }
 
-/** Opens the store's folder; on failure returns nothing and sets errno. */
+/** Opens the store's folder, creating it if `make`; on failure returns nothing and sets errno. */
 Descriptor open_folder(bool make) {
     Descriptor folder(::open("/", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     for (const Folder& next : folders) {
@@ -95,7 +95,7 @@ bool keep_owner(const Descriptor& folder, const Descriptor& file) {
     return fchown(file.get(), former.st_uid, former.st_gid) == 0;
 }
 
-/** Unlike `g_file_set_contents_full`, keeps the owner, ignores the umask and removes a killed writer's file. */
+/** Unlike `g_file_set_contents_full`, keeps the owner, ignores the umask and removes a file left by a killed writer. */
 bool replace_store(const Descriptor& folder, const std::string& bytes) {
     (void)unlinkat(folder.get(), new_name, 0);
     const Descriptor file(openat(folder.get(), new_name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));

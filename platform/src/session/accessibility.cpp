@@ -11,7 +11,7 @@
 namespace platform {
 namespace {
 
-/** When to check whether the bridge has connected; much longer than its own time-out for the bus address. */
+/** When to check whether the bridge has connected; much longer than the bridge's time-out for the bus address. */
 constexpr unsigned connection_milliseconds = 1000;
 
 GDBusProxy* status = nullptr;    // org.a11y.Status

@@ -19,7 +19,7 @@ constexpr auto* application_xml =
 constexpr gint64 bus_limit_microseconds = 1'000'000;
 /** How long the start waits for a running process to answer; one that is shutting down refuses at once. */
 constexpr int launch_limit_milliseconds = 1500;
-/** How long the start waits for a process that is shutting down; it stops the radio programs, which takes 5 s. */
+/** How long the start waits for a process that is shutting down, which takes 5 s to stop the radio programs. */
 constexpr gint64 exit_limit_microseconds = 30'000'000;
 
 void log_line(LogPriority priority, const char* text) {
@@ -31,7 +31,7 @@ std::string application_id(std::string_view program) {
     const auto is_unsafe = [](unsigned char letter) { return letter >= 0x80 || std::isalnum(letter) == 0; };
     std::ranges::replace_if(name, is_unsafe, '_');
     constexpr std::size_t longest = 200;                 // a bus name has at most 255 bytes
-    return "tv.application.A" + name.substr(0, longest); // an element must not begin with a digit
+    return "tv.application.A" + name.substr(0, longest); // no element may begin with a digit
 }
 
 } // namespace
@@ -43,7 +43,7 @@ SingleInstance::SingleInstance(std::string_view program, std::function<void()> l
         outcome_ = LaunchOutcome::runs;
         return;
     }
-    // Exports the object before requesting the name, so that every launch finds it.
+    // Exports the object before requesting the name, so that every launch finds the object.
     const auto connected = [](GDBusConnection* bus, const char* /*name*/, gpointer self) {
         static_cast<SingleInstance*>(self)->accept_launches(bus);
     };
@@ -53,7 +53,7 @@ SingleInstance::SingleInstance(std::string_view program, std::function<void()> l
     };
     const auto not_acquired = [](GDBusConnection* bus, const char* /*name*/, gpointer self) {
         if (bus)
-            return; // another process owns it; the watch below reports that
+            return; // another process owns the name; the watch below reports that
         log_line(LogPriority::warning, "cannot use the session bus: it refused or closed the connection");
         auto& outcome = static_cast<SingleInstance*>(self)->outcome_;
         outcome = outcome.value_or(LaunchOutcome::runs);
@@ -62,7 +62,7 @@ SingleInstance::SingleInstance(std::string_view program, std::function<void()> l
         if (g_strcmp0(owner, g_dbus_connection_get_unique_name(bus)) != 0)
             static_cast<SingleInstance*>(self)->pass_launch_to(bus, owner);
     };
-    // The bus queues the request. The name is released only by exiting, because GLib would wait for the bus's answer.
+    // The bus queues the request. Only the exit releases the name: a call that did so would wait for the bus's answer.
     g_bus_own_name(G_BUS_TYPE_SESSION, id_.c_str(), G_BUS_NAME_OWNER_FLAGS_NONE, connected, acquired,
                    not_acquired, this, nullptr);
     g_bus_watch_name(G_BUS_TYPE_SESSION, id_.c_str(), G_BUS_NAME_WATCHER_FLAGS_NONE, appeared, nullptr, this,

@@ -21,20 +21,20 @@ enum class LaunchOutcome {
  *
  * Later launches arrive as calls to org.freedesktop.Application.Activate; a busy process handles them later. A process
  * that is shutting down keeps the name but has removed the object, so GDBus's worker thread refuses the call at once,
- * and the new process waits in the bus's queue for the name. (GApplication is not used: it was observed to wait for the
- * first process to list its actions and, if that process is busy, to start a second one.)
+ * and the new process waits in the bus's queue for the name. (GApplication is not used: a launch was observed to wait
+ * until the first process listed its actions and, if that process was busy, to run as a second one.)
  *
- * The start waits at most one second for the bus. After that the process runs without the name, and gets it once the
- * bus answers, unless another process owns it.
+ * The start waits at most one second for the bus. After that the process runs without the name, and gets the name
+ * once the bus answers, unless another process owns it.
  */
 class SingleInstance {
 public:
     /**
-     * Requests the name without waiting. Create only one instance.
+     * Requests the name without waiting; the bus releases it when the process exits. Create only one instance, and do
+     * not dispatch GLib's default context after destroying the instance.
      *
      * @param program  the program's path or name, as in argv[0].
-     * @param launched called from GLib's default context on every later launch. Do not dispatch the context after
-     *                 destroying this object; the bus releases the name when the process exits.
+     * @param launched called from GLib's default context on every later launch.
      */
     SingleInstance(std::string_view program, std::function<void()> launched);
 
@@ -53,7 +53,7 @@ private:
     std::function<void()> launched_;
     GDBusConnection* bus_ = nullptr;
     unsigned object_ = 0;
-    bool is_passed_on_ = false; /**< another process exists, and got the launch */
+    bool is_passed_on_ = false; /**< the launch was passed to another process */
     std::optional<LaunchOutcome> outcome_;
 };
 

@@ -24,8 +24,8 @@ bool is_in_elementary(void* address) {
  * whether the registry answers "not consumed" or not at all. EFL cannot disable this.
  *
  * The executable's own ecore_event_filter_add precedes libecore's in the dynamic linker's search order, so
- * libelementary calls this one. It recognises the bridge's filter, a function inside libelementary without start and
- * end functions, and refuses it, which the bridge tolerates. It passes all other calls to libecore.
+ * libelementary calls the function below. That function recognises the bridge's filter, which is inside libelementary
+ * and has no start and end functions, and refuses it, which the bridge tolerates. All other calls go to libecore.
  */
 extern "C" Ecore_Event_Filter* ecore_event_filter_add(Ecore_Data_Cb start, Ecore_Filter_Cb filter,
                                                       Ecore_End_Cb end, const void* data) {
@@ -40,8 +40,8 @@ namespace platform {
 
 /*
  * Observed with EFL 1.26.3: the bridge waits 100 ms for the accessibility bus's address and does not retry, so on a
- * busy machine it can stay on without a connection, which no event reports. Its object is not cleared when it is
- * switched off.
+ * busy machine it can stay on without a connection, which no event reports. The bridge object still exists after the
+ * bridge is switched off.
  */
 bool bridge_is_connected() {
     return elm_config_atspi_mode_get() && elm_atspi_bridge_connected_get(_elm_atspi_bridge_get());

@@ -1,4 +1,4 @@
-/** Checks Elementary's accessibility bridge, and restores key presses while it is on. */
+/** Checks Elementary's accessibility bridge, and keeps the bridge from consuming key presses. */
 #pragma once
 
 namespace platform {

@@ -50,7 +50,7 @@ Eina_Bool released(void* /*data*/, int /*type*/, void* event) {
     return ECORE_CALLBACK_PASS_ON;
 }
 
-// After a grab the grabbed key may be down before its key-down arrives.
+// After a grab, the grabbed key may be down although its key-down is yet to come: that key does not count as held.
 Eina_Bool focus_came(void* /*data*/, int /*type*/, void* event) {
     held = is_of_grab(event) ? held & keys_down() : keys_down();
     return ECORE_CALLBACK_PASS_ON;
@@ -64,7 +64,7 @@ Eina_Bool focus_went(void* /*data*/, int /*type*/, void* event) {
 
 } // namespace
 
-// The first handler, not a filter, because Ecore calls filters for the whole queue before the first handler.
+// Prepends handlers instead of adding filters, because Ecore calls filters for the whole queue before any handler.
 void drop_repeated_keys() {
     ecore_event_handler_prepend(ECORE_EVENT_KEY_DOWN, pressed, nullptr);
     ecore_event_handler_prepend(ECORE_EVENT_KEY_UP, released, nullptr);

@@ -19,7 +19,7 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
 constexpr auto freeze_limit = 250ms;
-/** Presses during a freeze are read soon after it. Older freezes are ignored, because X timestamps wrap around. */
+/** A freeze that ended longer ago is ignored: its presses have been read, and X timestamps wrap around. */
 constexpr auto freeze_expiry = 1min;
 constexpr std::string_view raising_key = "XF86Red";
 
@@ -28,7 +28,7 @@ struct {
     unsigned server_time = 0;
     Clock::time_point time;
 } last_freeze_end;
-std::string dropped_last; // during the last freeze; prevents logging a held key twice
+std::string dropped_last; // in the last freeze; keeps a held key from being logged twice
 
 struct Press {
     unsigned server_time;
@@ -49,7 +49,7 @@ Press press_of(int type, const void* event) {
  * Returns the X server's time in milliseconds, the clock of the timestamps of keys and buttons.
  *
  * Property-change events carry that time. The function changes a property of a window unknown to Ecore and waits for
- * the event; all other events stay in Xlib's queue for Ecore.
+ * that event; all other events stay in Xlib's queue for Ecore.
  */
 unsigned server_time_now() {
     auto* const display = static_cast<Display*>(ecore_x_display_get());
@@ -102,8 +102,8 @@ Eina_Bool drop_if_stale(void* /*data*/, int type, void* event) {
 } // namespace
 
 // Ecore runs event filters over the whole queue before the first handler, so a filter would pass presses that are
-// queued behind one whose handler blocks (observed with EFL 1.26.3). The first handler sees each press just before the
-// others do.
+// queued behind one whose handler blocks (observed with EFL 1.26.3). A prepended handler sees each press just before
+// the other handlers do.
 void drop_stale_input() {
     woken = Clock::now();
     // A GLib source that is never ready: GLib calls its functions before and after each wait.

@@ -7,7 +7,7 @@ namespace platform {
  * Drops key, mouse button and wheel events that occurred before the end of a freeze: the operator reacted to the frozen
  * screen, not to the current one. In a freeze, the main loop is blocked for more than 250 ms.
  *
- * Delivers the red key, which only raises the window, and all releases.
+ * Still delivers the red key, which only raises the window, and all releases.
  *
  * Waiting for events does not count as blocked; the time from this call to the first wait does.
  */

@@ -20,7 +20,7 @@ namespace {
 /** State attached to a button. */
 struct AccessibleStates {
     static constexpr const char* key = "vell/accessible_states";
-    Efl_Access_State_Set held = 0; /**< in addition to Elementary's states */
+    Efl_Access_State_Set held = 0; /**< states in addition to Elementary's */
 };
 
 constexpr Efl_Access_State_Set set_of(auto... types) { return (... | (Efl_Access_State_Set{1} << types)); }
@@ -52,9 +52,9 @@ void emit_inside(void*, Evas_Object* widget, void* data) {
 }
 
 /**
- * Emits the event from a callback of a private event. If an accessibility event has no listeners, EFL's bridge stops
- * the event that the widget is emitting: if a "pressed" callback sets a text, the other "pressed" callbacks are not
- * called (observed). The private event has only this callback.
+ * Emits the event from the only callback of a private event. If an accessibility event has no listeners, EFL's bridge
+ * stops whatever event the widget is emitting (observed). Without the private event, a "pressed" callback that sets a
+ * text would thus keep the other "pressed" callbacks from being called.
  */
 void emit(Evas_Object* widget, AccessibleEvent event) {
     constexpr const char* own_event = "vell,accessible";

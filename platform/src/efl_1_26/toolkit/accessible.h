@@ -13,12 +13,12 @@ namespace vell {
  */
 void set_accessible_name(Evas_Object* widget, const char* name);
 
-/** Marks `text` as the label of `widget` if its name ends in ": ". */
+/** Marks `text` as the label of `widget` if the text's name ends in ": ". */
 void label_accessible(Evas_Object* widget, Evas_Object* text);
 
 /**
- * Corrects the accessibility of a button. Observed with Elementary 1.26: it never has the state BUSY or SELECTED, and a
- * button that cannot take the focus (`elm_object_focus_allow_set`) is reported as enabled and offers its action. The
+ * Corrects the accessibility of a button. Observed with Elementary 1.26: no button ever has the state BUSY or SELECTED,
+ * and one that cannot take the focus (`elm_object_focus_allow_set`) is reported as enabled and offers its action. The
  * corrected button also emits "vell,focus,allowed" on each call to `elm_object_focus_allow_set`.
  */
 void correct_button(Evas_Object* button);

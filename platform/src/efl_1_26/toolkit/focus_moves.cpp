@@ -30,8 +30,8 @@ bool is_beside(const Evas_Object* one, const Evas_Object* other) {
     return eina_spans_intersect(y, height, other_y, other_height) != 0;
 }
 
-/** Returns the widget to focus: Elementary's choice `next`, or the tab when the header is entered, or the widget below
- * the tab when the header is left. */
+/** Returns the widget to focus: `focused` if Left or Right finds nothing beside it, the tab when the header is entered,
+ * the widget below the tab when the header is left, and otherwise Elementary's choice `next`. */
 Efl_Ui_Focus_Object* destination(Eo* window, Efl_Ui_Focus_Direction direction, Efl_Ui_Focus_Object* focused,
                                  Efl_Ui_Focus_Object* next) {
     const Places& places = *attached<Places>(window);
@@ -94,7 +94,7 @@ Efl_Ui_Focus_Object* first_below(Eo* window, void*, Efl_Ui_Focus_Object* parent)
     return efl_ui_focus_manager_request_subchild(efl_super(window, EFL_OBJECT_OVERRIDE_CLASS), parent);
 }
 
-/** Overrides the operation for the window and its inner manager. */
+/** The "focus_set" operation of the window and of its inner focus manager. */
 void set_focus(Eo* manager, void*, Efl_Ui_Focus_Object* widget) {
     const Eo* const window = efl_isa(manager, EFL_UI_WIN_CLASS) ? manager : efl_parent_get(manager);
     const auto* const places = attached<Places>(window); // null for a manager that is leaving its window
@@ -131,8 +131,8 @@ void correct_focus(Evas_Object* window, bool (*is_behind_popup)(Evas_Object* wid
         EFL_OBJECT_OP_FUNC(efl_gfx_stack_raise_to_top, reinterpret_cast<void*>(raise)));
     efl_object_override(window, &operations);
     evas_object_event_callback_add(window, EVAS_CALLBACK_KEY_DOWN, on_key, nullptr);
-    // The window delegates to an inner manager. If a popup is hidden and the history is empty, that manager focuses the
-    // first widget without calling the window (observed).
+    // The window delegates to an inner focus manager. When a popup is hidden while the focus history is empty, that
+    // manager focuses the first widget without calling the window (observed).
     EFL_OPS_DEFINE(inner_operations,
                    EFL_OBJECT_OP_FUNC(efl_ui_focus_manager_focus_set, reinterpret_cast<void*>(set_focus)));
     Eina_Iterator* const children = efl_children_iterator_new(window);

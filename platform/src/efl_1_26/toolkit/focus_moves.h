@@ -16,9 +16,9 @@ namespace vell {
  *   returns the focus to that widget. Elementary focuses a different widget, at once or when the window regains the
  *   keyboard; OK would then press that widget.
  * - A widget behind an open popup cannot take the focus, not even briefly, because a screen reader would announce it;
- *   it gets the focus when the popup closes.
- * - A raised window gets the keyboard. Elementary leaves that to the window manager, but some raise a window only if it
- *   also requests the keyboard, and others raise it without giving it the keyboard.
+ *   such a widget gets the focus when the popup closes.
+ * - A raised window gets the keyboard. Elementary leaves that to the window manager, but some window managers raise a
+ *   window only if it also requests the keyboard, and others raise a window without giving it the keyboard.
  *
  * If nothing is focused, OK nudges the widget that gave up the focus. An arrow key that does not move the focus bumps
  * the focus ring.
@@ -34,12 +34,12 @@ void nudge_focus(Evas_Object* window);
 void bump_ring(Evas_Object* widget, const std::string& arrow);
 
 /**
- * Clears the focus if it is in `parent`, which is about to be deleted. Otherwise Elementary moves it to a widget that a
- * screen reader announces before the next page takes the focus.
+ * Clears the focus if it is in `parent`, whose content is about to be deleted. Otherwise Elementary would move the
+ * focus to a widget that a screen reader would announce before the next page takes the focus.
  */
 void drop_focus_in(const Evas_Object* parent);
 
-/** Makes `tab` the widget that gets the focus whenever a key moves it up into the header. */
+/** Makes `tab` the widget that gets the focus whenever an arrow key moves the focus into the header. */
 void enter_header_at(Evas_Object* header, Evas_Object* tab);
 
 } // namespace vell

@@ -38,7 +38,7 @@ void turn_focus(Eo* notification, void*, Eina_Bool to_notification) {
     if (to_notification != EINA_FALSE) {
         // An empty notification has a focus placeholder, which it drops one iteration after the first item is
         // registered, even if that item is gone by then (observed). Unregistering any item, even one that is not
-        // inside, restores it.
+        // inside, restores the placeholder.
         efl_ui_focus_manager_calc_unregister(notification, efl_ui_widget_parent_get(notification));
         efl_ui_focus_layer_enable_set(efl_super(notification, EFL_OBJECT_OVERRIDE_CLASS), EINA_TRUE);
         return;

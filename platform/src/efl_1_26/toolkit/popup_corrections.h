@@ -5,7 +5,7 @@
 
 namespace vell {
 
-/** Returns the part of an Elementary popup that covers the window and takes the focus when it is shown. */
+/** Returns the part of an Elementary popup that covers the window and takes the focus when the popup is shown. */
 Evas_Object* notification_of(Evas_Object* popup);
 
 /**
@@ -13,11 +13,11 @@ Evas_Object* notification_of(Evas_Object* popup);
  *
  * - A dismissed popup is hidden some main-loop iterations later, by a theme signal, even if it was shown again
  *   meanwhile. Corrected: it is hidden within the call, which also emits "dismissed".
- * - The focus goes back to the widget that had it when the popup was shown, which may be deleted.
- *   Corrected: it follows the window's focus history.
+ * - The focus goes back to the widget that had it when the popup was shown, even if that widget is deleted.
+ *   Corrected: the focus follows the window's focus history.
  * - After a popup is shown and dismissed in one iteration, nothing in it can take the focus, and EFL reports an error
  *   when it is shown again. Corrected.
- * - It ignores a changed text direction. Corrected.
+ * - A popup ignores a changed text direction. Corrected.
  */
 void correct_popup(Evas_Object* popup);
 

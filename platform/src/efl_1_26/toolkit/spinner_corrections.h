@@ -8,10 +8,10 @@ namespace vell {
 /**
  * Corrects the behaviour of a spinner. Observed with Elementary 1.26:
  *
- * - The focus manager knows it only as the parent of its inner buttons, so without them it cannot take the focus.
- *   Corrected: it can hold the focus.
- * - A number set by assistive technology is not shown, and may be fractional or NaN. Corrected: it is
- *   rounded and shown, and rejected if it is outside the limits or if the spinner is disabled or behind a popup.
+ * - The focus manager knows a spinner only as the parent of its inner buttons, so a spinner without inner buttons
+ *   cannot take the focus. Corrected: the spinner can hold the focus.
+ * - A number set by assistive technology is not shown, and may be fractional or NaN. Corrected: the number is rounded
+ *   and shown, or rejected if it is outside the limits or if the spinner is disabled or behind a popup.
  */
 void correct_spinner(Evas_Object* spinner);
 

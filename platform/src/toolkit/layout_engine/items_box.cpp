@@ -20,7 +20,7 @@ Area page_area(const Area& window) {
     return {window.x + (window.width - width) / 2, window.y + (window.height - height) / 2, width, height};
 }
 
-/** Returns an item's request with sizes at the window's current size and measured content. */
+/** Returns an item's request, scaled to the window's current size and with its content measured. */
 ItemRequest current_request(Evas_Object* object) {
     const auto& item = *attached<Item>(object);
     ItemRequest request = item.request;

@@ -53,7 +53,7 @@ struct Arrangement {
     int align = 5; /**< 1 top-left to 9 bottom-right, in reading order */
     int gap = 0;
     Padding padding{};
-    bool mirrored = false; /**< right to left: rows and the left and right codes are swapped */
+    bool mirrored = false; /**< rows run from right to left, and align codes swap left and right */
 };
 
 /** Returns the items' areas, in their order, inside the layout's area. */

@@ -13,7 +13,7 @@ constexpr double page_units_down = 135.0;
 
 /** The scale of the toolkit's window. */
 struct Scale {
-    double unit = 8.0;  /**< pixels of a layout unit when the toolkit was initialized (the initial unit) */
+    double unit = 8.0;  /**< pixels of a layout unit when the toolkit was initialised (the initial unit) */
     double ratio = 1.0; /**< the current layout unit divided by the initial one */
 };
 

@@ -28,8 +28,8 @@ void set_work(Evas_Object* button, Work work) {
 }
 
 /**
- * Shows whether `button` can be used. If the press of another button locks it, the pressed one is shown as running until
- * a press unlocks `button`.
+ * Shows whether `button` can be used. If the press of another button locks it, the pressed one is shown as running
+ * until a press unlocks `button`.
  */
 void show_whether_usable(void*, Evas_Object* button, void*) {
     const bool usable = elm_object_focus_allow_get(button) != EINA_FALSE;
@@ -49,7 +49,7 @@ void on_focus_given_up(void*, Evas_Object* button, void*) {
     vell::draw_now(button);
 }
 
-/** The mouse and accessibility actions reach buttons that cannot take the focus. */
+/** Necessary because the mouse and accessibility actions also reach buttons that cannot take the focus. */
 bool can_be_used(const Evas_Object* button) {
     return elm_object_focus_allow_get(button) != EINA_FALSE && vell::is_in_front(button);
 }

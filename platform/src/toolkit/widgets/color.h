@@ -9,9 +9,9 @@ namespace vell {
 /**
  * Sets a colour class of one widget.
  *
- * @param color "#RRGGBBAA", "#RRGGBB", or the name of a colour class of the theme; anything else is logged
+ * @param color   "#RRGGBBAA", "#RRGGBB", or the name of a colour class of the theme; anything else is logged
  *                and ignored.
- * @param percent its opacity, multiplied with the colour's own.
+ * @param percent an opacity, by which the colour's own opacity is multiplied.
  * @param least   the smallest opacity above 0, from 0 to 255.
  * @return the resulting opacity, 0 to 255; nothing if the colour was ignored.
  */

@@ -55,15 +55,15 @@ void on_show(void* data, Evas*, Evas_Object* object, void*) {
     open_popups().push_back(popup);
     elm_object_tree_focus_allow_set(object, EINA_TRUE);
     popup->focused_behind = elm_object_focused_object_get(object);
-    // Elementary restores the focus inside a popup that is shown again (observed). Do this first, so that the show
-    // callbacks can change it.
+    // Elementary restores the focus inside a popup that is shown again (observed). Show the notification first, so that
+    // the items' show callbacks can change the focus.
     evas_object_show(vell::notification_of(object));
     for (Evas_Object* const item : items_of(*popup)) {
         evas_object_hide(item); // show callbacks are called only for hidden items
         evas_object_show(item);
     }
     vell::show_waiting();
-    // Without a layout, widgets would take the focus only some frames later.
+    // Without this calculation, widgets would take the focus only some frames later.
     evas_smart_objects_calculate(evas_object_evas_get(object));
 }
 
@@ -71,11 +71,11 @@ void on_hide(void* data, Evas*, Evas_Object* object, void*) {
     vell::answer_press();
     auto* const popup = static_cast<Popup*>(data);
     Evas_Object* const behind = popup->focused_behind;
-    evas_object_hide(vell::notification_of(object)); // must be first, or it keeps the focus
+    evas_object_hide(vell::notification_of(object)); // first: otherwise it keeps the focus
     if (std::erase(open_popups(), popup) != 0 && behind != nullptr)
         elm_object_focus_set(behind, EINA_TRUE);
     elm_object_tree_focus_allow_set(object, EINA_FALSE);
-    // Hide the items now; if they were hidden when the popup is shown again, they would get the focus twice.
+    // Hide the items now: items that only `on_show` hides, just before it shows them, would get the focus twice.
     for (Evas_Object* const item : items_of(*popup))
         evas_object_hide(item);
 }
@@ -134,7 +134,7 @@ Evas_Object* elm_vell_popup_add(Evas_Object* parent) {
     vell::correct_popup(object);
     evas_object_event_callback_add(object, EVAS_CALLBACK_SHOW, on_show, &popup);
     evas_object_event_callback_add(object, EVAS_CALLBACK_HIDE, on_hide, &popup);
-    elm_object_tree_focus_allow_set(object, EINA_FALSE); // even if a theme change shows its items
+    elm_object_tree_focus_allow_set(object, EINA_FALSE); // not even if a theme change shows its items
     return object;
 }
 

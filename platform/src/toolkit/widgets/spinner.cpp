@@ -64,8 +64,7 @@ void on_key(void*, Evas*, Evas_Object* spinner, void* event_information) {
 /** Called after the key callbacks set on the spinner. */
 void after_key(void*, Evas*, Evas_Object*, void*) { vell::end_press(); }
 
-// Elementary handles the mouse wheel.
-
+/** Handles a click on an arrow; Elementary handles the mouse wheel. */
 void on_arrow(void*, Evas_Object* spinner, const char*, const char* arrow) {
     const bool mirrored = elm_config_mirrored_get() != EINA_FALSE;
     step(spinner, (std::string_view(arrow) == "less") != mirrored ? "Left" : "Right");
