@@ -1,8 +1,10 @@
 #include "secure_record.h"
 
+#include "common/regular_file.h"
+
 #include <algorithm>
 #include <cctype>
-#include <fstream>
+#include <fcntl.h>
 #include <sodium.h>
 #include <type_traits>
 
@@ -38,9 +40,8 @@ std::optional<std::string> machine_identity() {
     constexpr std::size_t digits = 32;
     const auto is_digit = [](unsigned char letter) { return std::isxdigit(letter) != 0; };
     for (const char* const path : {"/etc/machine-id", "/var/lib/dbus/machine-id"}) {
-        std::ifstream file(path);
-        std::string line;
-        std::getline(file, line);
+        const std::string text = read_regular_file(AT_FDCWD, path).value_or("");
+        const std::string line = text.substr(0, text.find('\n'));
         if (line.size() == digits && std::ranges::all_of(line, is_digit) && sodium_init() >= 0)
             return line;
     }
