@@ -76,7 +76,7 @@ GVariant* to_tree(std::span<const Widget> widgets) {
 Screen::Screen(std::vector<Widget> widgets, bool in_front, std::vector<Widget> covered)
     : widgets_(std::move(widgets)), covered_(std::move(covered)), in_front_(in_front) {
     std::erase_if(widgets_, [](const Widget& widget) { return widget.name.empty(); });
-    // A dialog's area is the whole window; its title is read first.
+    // An open dialog comes first and stays there: sorted by its area, the whole window, it would be in the middle.
     const auto page =
         std::ranges::find_if(widgets_, [](const Widget& widget) { return widget.role != "dialog"; });
     std::vector<Widget> in_order(page, widgets_.end());

@@ -19,7 +19,7 @@ using File = std::unique_ptr<std::FILE, FileClose>;
  *
  * @param flags flags of open(2).
  * @param mode  the corresponding mode of fopen(3).
- * @return null if the file cannot be opened, or is opened for writing and is a pipe without a reader.
+ * @return null if the file cannot be opened. A pipe without a reader cannot be opened for writing.
  */
 inline File open_file(const std::string& path, int flags, const char* mode) {
     const int descriptor = open(path.c_str(), flags | O_NONBLOCK | O_CLOEXEC, 0666);

@@ -42,9 +42,9 @@ std::string read_command(const std::string& command_line) {
     return output;
 }
 
-// Reaps terminated children without blocking. If the shell execs the command, the radio programs are this process's
-// own children, and pgrep counts a killed one until it is reaped; the main loop, which normally reaps children, is
-// blocked meanwhile. Reaping all children is safe: this file's commands run one after another on the same thread.
+// Reaps terminated children without blocking. pgrep counts a killed radio program until its parent reaps it. This
+// process is the parent if the shell replaced itself by the program (exec). The main loop normally reaps children, but
+// is blocked meanwhile. Reaping all children is safe: this file's commands run one after another on the same thread.
 void collect_ended_children() {
     while (waitpid(-1, nullptr, WNOHANG) > 0) {
     }
