@@ -21,7 +21,7 @@ std::vector<Transition> all_transitions() {
     const std::string parts = "page waits popup stream";
     const std::string coarse = parts + " behind mirrored";
     const std::string details = parts + " focus number mirrored";
-    const std::string command = "page popup focus stream";
+    const std::string radio_command = "page popup focus stream";
     const auto picks = focus_on({"number"});
     const auto ok_starts = focus_on({"start"});
     const auto ok_commands =
@@ -41,8 +41,8 @@ std::vector<Transition> all_transitions() {
         {"OK twice, the radio is silent", press, "OK", "page start", 300, ok_starts, 2, "without zigbeed"},
         {"OK, the radio is silent", press, "OK", "page start", 300, ok_starts, 1, "without zigbeed"},
         {"OK, socat is missing", press, "OK", "page", 4000, ok_starts, 1, "without socat"},
-        {"OK, refused", press, "OK", command, 40, ok_commands, 1, "code 5", Answer::refused},
-        {"OK, answered after a delay", press, "OK", command, 600, ok_commands, 1, "late 500"},
+        {"OK, refused", press, "OK", radio_command, 40, ok_commands, 1, "code 5", Answer::refused},
+        {"OK, answered after a delay", press, "OK", radio_command, 600, ok_commands, 1, "late 500"},
         {"the radio is ready", event, "('ready',)", parts + " texts packets behind", 50, always},
         {"another event", event, "('READY',)", parts, 30, always},
         {"the language changes", change_language, "", parts + " texts mirrored made", 60, always},
