@@ -21,7 +21,7 @@ MeasuredProgram::~MeasuredProgram() {
 }
 
 std::string MeasuredProgram::proc(const char* file) const {
-    return "/proc/" + std::to_string(process_.number()) + '/' + file;
+    return "/proc/" + std::to_string(process_.id()) + '/' + file;
 }
 
 double MeasuredProgram::megabytes() const {

@@ -93,7 +93,7 @@ void Process::on_ended(GObject* process, GAsyncResult* result, gpointer self) {
         ended.ended_();
 }
 
-int Process::number() const {
+int Process::id() const {
     const char* const identifier = runs() ? g_subprocess_get_identifier(process_.get()) : nullptr;
     return identifier != nullptr ? std::stoi(identifier) : 0;
 }
@@ -112,7 +112,7 @@ void Process::send_signal(int signal) {
 }
 
 void Process::kill() {
-    if (const int leader = number(); leader > 0 && leads_)
+    if (const int leader = id(); leader > 0 && leads_)
         ::kill(-leader, SIGKILL);
     send_signal(SIGKILL);
 }

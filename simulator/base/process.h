@@ -48,7 +48,7 @@ public:
     /** True until the main loop has noticed its exit. */
     [[nodiscard]] bool runs() const { return !status_; }
     /** Its process ID; 0 once it has exited, even before the main loop has noticed. */
-    [[nodiscard]] int number() const;
+    [[nodiscard]] int id() const;
     /** The status as in a shell: the exit status, or 128 + the signal number; nothing while it runs. */
     [[nodiscard]] std::optional<int> status() const { return status_; }
     /** "runs", "ended with status 1" or "was killed by signal 9". */

@@ -54,7 +54,7 @@ public:
     [[nodiscard]] std::string state() const override {
         return process_ ? process_->state() : "was not started";
     }
-    [[nodiscard]] int process() const override { return process_ ? process_->number() : 0; }
+    [[nodiscard]] int process() const override { return process_ ? process_->id() : 0; }
     /** The line that it printed when it was ready. */
     [[nodiscard]] const std::string& first_line() const { return line_; }
 

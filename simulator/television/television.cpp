@@ -198,7 +198,7 @@ GVariant* Television::components() const {
     };
     for (const auto& component : components_)
         add(component->name(), component->state(), component->process());
-    add("application", command_ ? command_->state() : "was not started", command_ ? command_->number() : 0);
+    add("application", command_ ? command_->state() : "was not started", command_ ? command_->id() : 0);
     return g_variant_builder_end(&list);
 }
 

@@ -79,7 +79,7 @@ protected:
         if (HasFailure()) {
             EXPECT_NO_THROW(simulator::take_picture("/var/log/simulator/last_picture.png"));
         }
-        if (application_ && application_->number() != 0) {
+        if (application_ && application_->id() != 0) {
             application_->terminate();
             expect_clean_exit();
         }

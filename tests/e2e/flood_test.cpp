@@ -30,7 +30,7 @@ protected:
         return events;
     }
     [[nodiscard]] long resident_kilobytes() const {
-        return simulator::sum_of("/proc/" + std::to_string(application_->number()) + "/status", {"VmRSS:"});
+        return simulator::sum_of("/proc/" + std::to_string(application_->id()) + "/status", {"VmRSS:"});
     }
 
     const simulator::Display display_ = simulator::open_display(); // not through the bus, which is flooded

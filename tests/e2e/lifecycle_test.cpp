@@ -25,7 +25,7 @@ protected:
 
     [[nodiscard]] long context_switches() const {
         long sum = 0;
-        const auto tasks = "/proc/" + std::to_string(application_->number()) + "/task";
+        const auto tasks = "/proc/" + std::to_string(application_->id()) + "/task";
         for (const auto& task : std::filesystem::directory_iterator(tasks))
             sum += simulator::sum_of(task.path() / "status",
                                      {"voluntary_ctxt_switches:", "nonvoluntary_ctxt_switches:"});
@@ -98,8 +98,8 @@ TEST_F(LifecycleTest, OfTwoLaunchesDuringShutdownOneStartsAfterwards) {
     expect_clean_exit();
     expect_logged("> _app_service", 3);
     EXPECT_EQ(log_.count("> app create called"), 2);
-    expect_soon("one to end", [&] { return second->number() == 0 || third->number() == 0; });
-    (second->number() == 0 ? third : second)->terminate();
+    expect_soon("one to end", [&] { return second->id() == 0 || third->id() == 0; });
+    (second->id() == 0 ? third : second)->terminate();
     EXPECT_EQ(second->wait_for_end(busy_machine_limit), 0);
     EXPECT_EQ(third->wait_for_end(busy_machine_limit), 0);
 }

@@ -2,6 +2,7 @@
 
 #include "common/installed_files.h"
 #include "display_connection.h"
+#include "efl_1_26/application/default_theme.h"
 #include "efl_1_26/application/held_keys.h"
 #include "efl_1_26/application/stale_input_filter.h"
 #include "ending_signals.h"
@@ -71,9 +72,7 @@ public:
         efreet_cache_disable();
         // Ecore's modules for batteries and time zones wait for the system bus without a time-out.
         ecore_app_no_system_modules();
-        // Elementary always loads its default theme (a fifth of the start time), so ours takes that theme's place.
-        setenv("ELM_DATA_DIR", toolkit_data_folder().c_str(), 1);
-        setenv("ELM_LIB_DIR", ELEMENTARY_LIBRARY_FOLDER, 1);
+        replace_default_theme();
         unsetenv("ELM_ATSPI_MODE"); // otherwise Elementary itself enables its accessibility bridge
         is_initialised_ = init_ecore_without_signals() && elm_init(argc, argv) > 0;
         eina_freeq_mem_max_set(eina_freeq_main_get(), max_unfreed_bytes);

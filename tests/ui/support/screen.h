@@ -3,6 +3,7 @@
 
 #include "application/glib_loop.h"
 #include "application/keys.h"
+#include "efl_1_26/application/default_theme.h"
 #include "support/log_capture.h"
 #include "ui_driver/keyboard.h"
 #include "ui_driver/screenshot.h"
@@ -146,6 +147,7 @@ protected:
         static const std::shared_ptr<void> elementary = [] {
             efreet_cache_disable();
             setenv("ECORE_EVAS_FORCE_SYNC_RENDER", "1", 1); // a frame is drawn when its iteration ends
+            platform::replace_default_theme();
             elm_init(0, nullptr);
             platform::dispatch_glib_in_ecore();
             platform::add_remote_control_keys();
